@@ -1,0 +1,17 @@
+#pragma once
+// A clock that stands still until the test moves it.
+
+#include "framework/Clock.h"
+
+namespace tarvin::test {
+
+class ManualClock : public Clock {
+public:
+    TimePoint Now() const override { return now; }
+    void Advance(Duration duration) { now += duration; }
+
+private:
+    TimePoint now = TimePoint(std::chrono::hours(1));
+};
+
+}
