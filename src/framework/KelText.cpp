@@ -124,16 +124,6 @@ KelText ToText(std::int64_t number) {
     return FromBytes(std::to_string(number));
 }
 
-std::filesystem::path ToPath(KelTextView text) {
-    const std::string utf8 = ToUtf8(text);
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
-KelText FromPath(const std::filesystem::path& path) {
-    const std::u8string utf8 = path.u8string();
-    return FromUtf8(std::string_view(reinterpret_cast<const char*>(utf8.data()), utf8.size()));
-}
-
 char16_t ToUpperAscii(char16_t unit) {
     return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
 }

@@ -1,0 +1,29 @@
+#include "engine/CommsMonitor.h"
+
+#include "engine/DownloadApp.h"
+
+namespace tarvin {
+
+CommsMonitor::CommsMonitor(DownloadApp& engine) : app(engine) {
+    Start();
+}
+
+CommsMonitor::~CommsMonitor() {
+    CommsMonitor::Stop();
+    Wait();
+}
+
+void CommsMonitor::Stop() {
+    wThread::Stop();
+    app.WakeMonitor();
+}
+
+int CommsMonitor::Body() {
+    while (!StopRequested()) {
+        if (!app.RunPass())
+            app.WaitForWork();
+    }
+    return 0;
+}
+
+}

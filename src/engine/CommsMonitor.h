@@ -1,0 +1,23 @@
+#pragma once
+// The monitor thread: serves the line from construction until it is stopped. Knows nothing of what a pass does.
+
+#include "framework/wThread.h"
+
+namespace tarvin {
+
+class DownloadApp;
+
+class CommsMonitor : public wThread {
+public:
+    explicit CommsMonitor(DownloadApp& engine);
+    ~CommsMonitor() override;
+
+    void Stop() override;
+
+private:
+    int Body() override;
+
+    DownloadApp& app;
+};
+
+}

@@ -1,0 +1,64 @@
+#pragma once
+// What the engine needs of whoever shows it: a window, or a service without one. Knows nothing of how it is shown.
+//
+// All operations are called on the engine's threads and return at once: they post, they never show, wait or ask.
+
+#include "engine/TransferState.h"
+#include "framework/MessageReport.h"
+
+#include <cstdint>
+
+namespace tarvin {
+
+// A button of the main window that the engine steers.
+struct ActionButton {
+    bool isVisible = false;
+    bool isEnabled = true;
+    bool operator==(const ActionButton&) const = default;
+};
+
+struct Lamps {
+    bool received = false;
+    bool transmitted = false;
+    bool ctsHold = false;
+    bool dsrHold = false;
+    bool rlsdHold = false;
+    bool xoffHold = false;
+    bool xoffSent = false;
+    bool operator==(const Lamps&) const = default;
+};
+
+enum class EndDialog { None, Download, Upload };
+
+// All that a window shows of the engine, as one plain value.
+struct EngineSnapshot {
+    TransferState transferState = TransferState::NoLink;
+    KelText statusLine;
+    std::int64_t progressPosition = 0;
+    std::int64_t progressRange = 0;
+    Lamps lamps;
+    KelText caption;
+    // The port and its line settings, or the same without a link.
+    KelText linkTitle;
+    ActionButton sendFile;
+    ActionButton receiveFile;
+    ActionButton test = {true, true};
+    EndDialog endDialog = EndDialog::None;
+    bool operator==(const EngineSnapshot&) const = default;
+};
+
+class DownloadWindow {
+public:
+    virtual ~DownloadWindow() = default;
+
+    // Something in the snapshot has changed. The value is good for the call; DownloadApp::Snapshot has the latest one.
+    virtual void SnapshotChanged(const EngineSnapshot& snapshot) = 0;
+    // The traffic queue is no longer empty.
+    virtual void TrafficArrived() = 0;
+    // A message box; the engine does not wait for its answer.
+    virtual void ShowMessage(const MessageBoxText& box) = 0;
+    // A file is to be sent and the user is wanted.
+    virtual void DrawAttention() = 0;
+};
+
+}

@@ -1,0 +1,160 @@
+#include "engine/LineService.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace tarvin {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto slowWrite = 5s;
+constexpr std::chrono::nanoseconds shortestLook = 1ms;
+constexpr std::chrono::nanoseconds longestLook = 10ms;
+constexpr int bitsPerCharacter = 10;
+constexpr std::uint8_t xon = 0x11;
+constexpr std::uint8_t xoff = 0x13;
+
+}
+
+LineService::LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineTrace& lineTrace,
+                         LineClient& lineClient, PortLink::ShowMessage showMessage)
+    : clock(timeSource),
+      trace(lineTrace),
+      client(lineClient),
+      link(std::move(port), std::move(showMessage)),
+      transmit(lineTrace) {
+}
+
+void LineService::OpenPort(const DownloadSettings& settings, const KelText& title) {
+    receive.Clear();
+    bitsPerSecond = std::max(std::atoi(ToUtf8(settings.baudRate).c_str()), 1);
+    link.OpenPort(settings, title, false);
+}
+
+void LineService::NoteOutage(const char16_t* stepName, const PortError& error) {
+    link.ReportOutage(stepName, error);
+    if (link.IsOpen())
+        return;
+    receive.Clear();
+    transmit.Clear();
+    status = {};
+    lamps = {};
+    client.OnLinkLost();
+}
+
+bool LineService::CheckLineStatus() {
+    if (!link.IsOpen())
+        return false;
+    if (const PortError error = link.Port().GetStatus(status)) {
+        NoteOutage(u"Comms Status Check", error);
+        return false;
+    }
+    NoteStatus();
+    bool moved = status.inputCount > 0 && ReadData();
+    if (status.outputCount == 0 && !status.xoffHold && link.IsOpen()) {
+        moved = FlushOutput() > 0 || moved;
+        if (link.IsOpen())
+            client.OnLineFree();
+    }
+    if (receive.Count() > 0)
+        client.OnReceived();
+    return moved;
+}
+
+void LineService::NoteStatus() {
+    lamps.ctsHold = status.ctsHold;
+    lamps.dsrHold = status.dsrHold;
+    lamps.rlsdHold = status.rlsdHold;
+    lamps.xoffSent = status.xoffSent;
+    if (link.DriverTellsXoffHold())
+        lamps.xoffHold = status.xoffHold;
+}
+
+bool LineService::ReadData() {
+    const auto room = receive.Room();
+    if (room.empty()) {
+        isOverrun = true;
+        receive.Clear();
+        client.OnOverrun();
+        return false;
+    }
+    if (std::exchange(isOverrun, false))
+        client.OnOverrunEnded();
+    std::size_t byteCount = 0;
+    if (const PortError error = link.Port().Read(room, byteCount)) {
+        NoteOutage(u"Read Data", error);
+        return false;
+    }
+    if (byteCount == 0)
+        return false;
+    link.EndOutage();
+    receive.Commit(byteCount);
+    NoteReceived(room.first(byteCount));
+    client.OnReceived();
+    return true;
+}
+
+void LineService::NoteReceived(std::span<const std::uint8_t> bytes) {
+    lamps.received = true;
+    for (const std::uint8_t byte : bytes) {
+        if (byte == xon || byte == xoff)
+            lamps.xoffHold = byte == xoff;
+    }
+    trace.Received(bytes);
+}
+
+std::size_t LineService::FlushOutput() {
+    if (!transmit.IsWritePending())
+        return 0;
+    const auto now = clock.Now();
+    transmit.DriverDrained(now);
+    if (!transmit.IsDue(now))
+        return 0;
+    const std::size_t written = WriteData();
+    transmit.SetWritePending(false);
+    return written;
+}
+
+std::size_t LineService::WriteData() {
+    if (transmit.IsEmpty())
+        return 0;
+    const auto started = clock.Now();
+    // So that an XOFF that has just arrived is seen.
+    ReadData();
+    if (lamps.xoffHold || !link.IsOpen())
+        return 0;
+    const std::size_t pending = transmit.Pending().size();
+    std::size_t written = 0;
+    const PortError error = link.Port().Write(transmit.Pending(), written);
+    transmit.Consume(written);
+    // A write that took that long was held up, and its bytes are no sign of a line that works.
+    if (written == pending && clock.Now() - started < slowWrite)
+        lamps.transmitted = true;
+    if (error)
+        NoteOutage(u"Write Data", error);
+    else if (written > 0)
+        link.EndOutage();
+    return written;
+}
+
+void LineService::Wait(std::chrono::nanoseconds longest, bool isWatched) {
+    if (link.IsOpen() && (isWatched || transmit.IsWritePending()))
+        longest = std::min(longest, NextLook(clock.Now()));
+    link.Port().Wait(std::max(longest, std::chrono::nanoseconds::zero()));
+}
+
+std::chrono::nanoseconds LineService::NextLook(Clock::TimePoint now) const {
+    if (status.outputCount == 0) {
+        const auto due = transmit.DueTime();
+        return due ? std::min<std::chrono::nanoseconds>(longestLook, *due - now) : longestLook;
+    }
+    // Nothing tells when the driver has sent its last byte; so it is asked when that should be.
+    const auto lineTime =
+        std::chrono::nanoseconds(1s) * static_cast<std::int64_t>(status.outputCount) * bitsPerCharacter / bitsPerSecond;
+    return std::clamp(lineTime, shortestLook, longestLook);
+}
+
+}

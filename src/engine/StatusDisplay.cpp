@@ -1,0 +1,43 @@
+#include "engine/StatusDisplay.h"
+
+namespace tarvin {
+
+void StatusDisplay::SetProgress(std::int64_t position, std::int64_t range) {
+    next.progressPosition = position;
+    next.progressRange = range;
+}
+
+void StatusDisplay::EnableTransferButtons(bool isEnabled) {
+    next.sendFile.isEnabled = isEnabled;
+    next.receiveFile.isEnabled = isEnabled;
+}
+
+void StatusDisplay::Show(TransferState state, const StatusArguments& arguments) {
+    StatusDescription description = DescribeState(state, arguments);
+    next.transferState = state;
+    if (description.line)
+        next.statusLine = *std::move(description.line);
+    if (state == TransferState::DownloadCompleted) {
+        next.endDialog = EndDialog::None;
+        EnableTransferButtons(true);
+    }
+    Publish();
+}
+
+void StatusDisplay::Publish() {
+    // Only this thread writes `latest`, so that it may compare without the lock.
+    if (next == latest)
+        return;
+    {
+        const std::lock_guard lock(mutex);
+        latest = next;
+    }
+    window.SnapshotChanged(next);
+}
+
+EngineSnapshot StatusDisplay::Latest() const {
+    const std::lock_guard lock(mutex);
+    return latest;
+}
+
+}
