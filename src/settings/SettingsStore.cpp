@@ -78,22 +78,25 @@ std::filesystem::path SettingsStore::FilePath() const {
     return programFolder / ToPath(FileNameFor(settingsBaseName) + u".INI");
 }
 
-std::optional<std::string> SettingsStore::ReadFile() const {
-    return ReadWholeFile(FilePath(), maximumFileSize);
+std::optional<std::string> SettingsStore::ReadFile() {
+    auto content = ReadWholeFile(FilePath(), maximumFileSize);
+    isUnread = isUnread || (!content && Exists(FilePath()));
+    return content;
 }
 
-RecordState SettingsStore::ReadRecord(DownloadSettings& settings) const {
+RecordState SettingsStore::ReadRecord(DownloadSettings& settings) {
     const auto content = ReadFile();
     return content ? DecodeRecord(*content, settings) : RecordState::None;
 }
 
-bool SettingsStore::LoadSettings(DownloadSettings& settings) const {
+bool SettingsStore::LoadSettings(DownloadSettings& settings) {
     return ReadRecord(settings) != RecordState::None;
 }
 
-SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructorValues) const {
+SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructorValues) {
     const MessageBoxText warning = {u"Possible loss of settings", u"Warning: Bad INI file load", iconExclamation};
     LoadResult result = {constructorValues, std::nullopt};
+    isUnread = false;
     RecordState state = ReadRecord(result.settings);
     if (state == RecordState::None)
         return {ReadProfile(constructorValues), std::nullopt};
@@ -109,7 +112,7 @@ SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructo
     return result;
 }
 
-DownloadSettings SettingsStore::ReadProfile(const DownloadSettings& constructorValues) const {
+DownloadSettings SettingsStore::ReadProfile(const DownloadSettings& constructorValues) {
     const Profile profile(ReadFile().value_or(""));
     DownloadSettings settings = constructorValues;
     settings.port = profile.Text(portSection, u"port", u"COM1");
@@ -127,12 +130,16 @@ DownloadSettings SettingsStore::ReadProfile(const DownloadSettings& constructorV
     return settings;
 }
 
-bool SettingsStore::SaveSettings(const DownloadSettings& settings) const {
+bool SettingsStore::SaveSettings(const DownloadSettings& settings) {
     const std::filesystem::path file = FilePath();
     const auto content = ReadFile();
-    if (Exists(file) && !(content && IsUnderstood(*content)) && !KeepBeside(file, content))
+    const bool losesNothing = !isUnread && (!content || IsUnderstood(*content));
+    if (!losesNothing && Exists(file) && !KeepBeside(file, content))
         return false;
-    return ReplaceWholeFile(file, EncodeRecord(settings));
+    if (!ReplaceWholeFile(file, EncodeRecord(settings)))
+        return false;
+    isUnread = false;
+    return true;
 }
 
 }

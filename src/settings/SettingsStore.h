@@ -27,25 +27,27 @@ public:
 
     // The settings to start with. From the record if there is a sound one, else from the text profile with its own
     // defaults; what neither gives has the value that `constructorValues` has.
-    LoadResult Load(const DownloadSettings& constructorValues) const;
+    LoadResult Load(const DownloadSettings& constructorValues);
 
     // Reads the record once. False, with `settings` as they were, if the file cannot be read or begins with anything
     // else. A damaged record is read as far as it goes and is no error.
-    bool LoadSettings(DownloadSettings& settings) const;
+    bool LoadSettings(DownloadSettings& settings);
 
     // Replaces the file in one step. A file whose content would be lost, because it is not what this program writes or
-    // reads, is first kept beside as "<name>.bad" ("<name>.bad2" ...); where that fails, nothing is saved. False if the
-    // settings are not on the disk afterwards.
-    bool SaveSettings(const DownloadSettings& settings) const;
+    // reads or could not be read on loading, is first kept beside as "<name>.bad" ("<name>.bad2" ...); where that
+    // fails, nothing is saved. False if the settings are not on the disk afterwards.
+    bool SaveSettings(const DownloadSettings& settings);
 
 private:
-    std::optional<std::string> ReadFile() const;
-    RecordState ReadRecord(DownloadSettings& settings) const;
-    DownloadSettings ReadProfile(const DownloadSettings& constructorValues) const;
+    std::optional<std::string> ReadFile();
+    RecordState ReadRecord(DownloadSettings& settings);
+    DownloadSettings ReadProfile(const DownloadSettings& constructorValues);
 
     std::filesystem::path programFolder;
     KelText settingsBaseName;
     KelText ncFilesFolder;
+    // The file was there but could not be read: what is in use did not come from it.
+    bool isUnread = false;
 };
 
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <doctest/doctest.h>
@@ -30,119 +31,81 @@ std::string Record(const std::string& fields) {
     return "\x41\x45\xF7\x05" + Int(size + 4) + Int(size) + fields;
 }
 
-DownloadSettings DistinctSettings() {
-    DownloadSettings settings;
-    settings.port = u"COM3";
-    settings.baudRate = u"9600";
-    settings.parity = u"Even";
-    settings.dataBits = u"7";
-    settings.stopBits = u"2";
-    settings.flowControl = u"Hardware";
-    settings.uploadPath = u"up";
-    settings.downloadPath = u"";
-    settings.fileExtension = u"\u20AC\xD83D\xDE00";
-    settings.transmitDelaySeconds = -2;
-    settings.logFile = u"log";
-    settings.writeLog = 1;
-    settings.characterDelayMilliseconds = 0x01020304;
-    settings.lineDelayMilliseconds = 3;
-    settings.sendStartCode = 4;
-    settings.sendEndCode = 5;
-    settings.startCharacter = 0xF1;
-    settings.endCharacter = 0xF2;
-    settings.commsLogFileName = u"comms";
-    settings.ctsFlow = 6;
-    settings.dsrFlow = 7;
-    settings.reservedInt = 8;
-    settings.networkMode = 9;
-    settings.serverMode = 10;
-    settings.stationName = u"Saw";
-    return settings;
-}
+// Each field as it is to stand in the file, unlike all others.
+const std::vector<std::string> distinctFields = {Text(u"COM3"),  Text(u"9600"), Text(u"Even"),
+                                                 Text(u"7"),     Text(u"2"),    Text(u"Hardware"),
+                                                 Text(u"up"),    Text(u""),     "\4\0\0\0\xAC\x20\x3D\xD8\x00\xDE\0\0"s,
+                                                 Int(~1U),       Text(u"log"),  Int(1),
+                                                 "\4\3\2\1"s,    Int(3),        Int(4),
+                                                 Int(5),         "\xF1"s,       "\xF2"s,
+                                                 Text(u"comms"), Int(6),        Int(7),
+                                                 Int(8),         Int(9),        Int(10),
+                                                 Text(u"Saw")};
 
-// The same settings, each field as it is to stand in the file.
-std::vector<std::string> DistinctFields() {
-    return {Text(u"COM3"),  Text(u"9600"), Text(u"Even"),
-            Text(u"7"),     Text(u"2"),    Text(u"Hardware"),
-            Text(u"up"),    Text(u""),     "\4\0\0\0\xAC\x20\x3D\xD8\x00\xDE\0\0"s,
-            Int(~1U),       Text(u"log"),  Int(1),
-            "\4\3\2\1"s,    Int(3),        Int(4),
-            Int(5),         "\xF1"s,       "\xF2"s,
-            Text(u"comms"), Int(6),        Int(7),
-            Int(8),         Int(9),        Int(10),
-            Text(u"Saw")};
-}
-
-std::string Joined(const std::vector<std::string>& fields, std::size_t count) {
-    std::string joined;
+std::string FirstFields(std::size_t count) {
+    std::string fields;
     for (std::size_t field = 0; field < count; ++field)
-        joined += fields[field];
-    return joined;
-}
-
-std::size_t TextBytes(const DownloadSettings& settings) {
-    std::size_t units = 0;
-    for (const KelText* text :
-         {&settings.port, &settings.baudRate, &settings.parity, &settings.dataBits, &settings.stopBits,
-          &settings.flowControl, &settings.uploadPath, &settings.downloadPath, &settings.fileExtension,
-          &settings.logFile, &settings.commsLogFileName, &settings.stationName})
-        units += text->size();
-    return units * sizeof(char16_t) + settings.extensionFields.size();
+        fields += distinctFields[field];
+    return fields;
 }
 
 }
 
 TEST_CASE("the record has each field at its place, and fields of other programs come back unchanged") {
-    const auto fields = DistinctFields();
     for (const std::string& extension : {""s, "more\0"s}) {
-        DownloadSettings settings = DistinctSettings();
-        settings.extensionFields = extension;
-        const std::string record = Record(Joined(fields, fields.size()) + extension);
-        CHECK(EncodeRecord(settings) == record);
-        DownloadSettings decoded;
-        CHECK(DecodeRecord(record, decoded) == RecordState::Whole);
-        CHECK(decoded == settings);
-        CHECK(DecodeRecord(record + "x", decoded) == RecordState::WholeAndMore);
-        CHECK(decoded == settings);
+        const std::string record = Record(FirstFields(distinctFields.size()) + extension);
+        DownloadSettings read;
+        CHECK(DecodeRecord(record, read) == RecordState::Whole);
+        const auto serial =
+            std::tie(read.port, read.baudRate, read.parity, read.dataBits, read.stopBits, read.flowControl);
+        CHECK((serial == std::tuple(u"COM3", u"9600", u"Even", u"7", u"2", u"Hardware")));
+        const auto files = std::tie(read.uploadPath, read.downloadPath, read.fileExtension, read.logFile,
+                                    read.commsLogFileName, read.stationName);
+        CHECK((files == std::tuple(u"up", u"", u"\u20AC\xD83D\xDE00", u"log", u"comms", u"Saw")));
+        const auto numbers = std::tie(read.transmitDelaySeconds, read.writeLog, read.characterDelayMilliseconds,
+                                      read.lineDelayMilliseconds, read.sendStartCode, read.sendEndCode,
+                                      read.startCharacter, read.endCharacter, read.ctsFlow, read.dsrFlow,
+                                      read.reservedInt, read.networkMode, read.serverMode);
+        CHECK((numbers == std::tuple(-2, 1, 0x01020304, 3, 4, 5, 0xF1, 0xF2, 6, 7, 8, 9, 10)));
+        CHECK(read.extensionFields == extension);
+        CHECK(EncodeRecord(read) == record);
+        CHECK(DecodeRecord(record + "x", read) == RecordState::WholeAndMore);
+        CHECK(EncodeRecord(read) == record);
     }
 }
 
 TEST_CASE("an older record is whole after any number of fields and leaves the others as they were") {
-    const auto fields = DistinctFields();
-    for (std::size_t count = 0; count < fields.size(); ++count) {
+    const std::string constructed = EncodeRecord(DownloadSettings());
+    for (std::size_t count = 0; count < distinctFields.size(); ++count) {
         CAPTURE(count);
+        const std::string fields = FirstFields(count);
         DownloadSettings decoded;
-        CHECK(DecodeRecord(Record(Joined(fields, count)), decoded) == RecordState::Whole);
-        const std::string merged = EncodeRecord(decoded);
-        const std::string constructed = EncodeRecord(DownloadSettings());
+        CHECK(DecodeRecord(Record(fields), decoded) == RecordState::Whole);
         // The fields read, then those of the constructor: nothing in between is shifted.
-        const std::string read = Joined(fields, count);
-        CHECK(merged.substr(12, read.size()) == read);
-        CHECK(constructed.ends_with(std::string_view(merged).substr(12 + read.size())));
+        const std::string merged = EncodeRecord(decoded);
+        CHECK(merged.substr(12, fields.size()) == fields);
+        CHECK(constructed.ends_with(merged.substr(12 + fields.size())));
     }
 }
 
 TEST_CASE("of a record cut at any byte the complete fields are taken") {
-    const auto fields = DistinctFields();
-    const std::string record = EncodeRecord(DistinctSettings());
+    const std::string record = Record(FirstFields(distinctFields.size()));
     std::size_t complete = 0;
     for (std::size_t length = 0; length < record.size(); ++length) {
         CAPTURE(length);
-        while (length >= 12 + Joined(fields, complete + 1).size())
+        while (length >= 12 + FirstFields(complete + 1).size())
             ++complete;
         DownloadSettings decoded;
         const RecordState state = DecodeRecord(std::string_view(record).substr(0, length), decoded);
         REQUIRE(state == (length < 4 ? RecordState::None : RecordState::Damaged));
         DownloadSettings expected;
-        DecodeRecord(Record(Joined(fields, complete)), expected);
+        DecodeRecord(Record(FirstFields(complete)), expected);
         REQUIRE(decoded == expected);
     }
 }
 
 TEST_CASE("no corruption of a byte makes a record claim more than the file holds") {
-    DownloadSettings settings = DistinctSettings();
-    settings.extensionFields = "more";
-    const std::string record = EncodeRecord(settings);
+    const std::string record = Record(FirstFields(distinctFields.size()) + "more");
     for (std::size_t position = 0; position < record.size(); ++position) {
         for (int value = 0; value < 256; ++value) {
             std::string corrupted = record;
@@ -150,7 +113,7 @@ TEST_CASE("no corruption of a byte makes a record claim more than the file holds
             DownloadSettings decoded;
             const RecordState state = DecodeRecord(corrupted, decoded);
             REQUIRE((state == RecordState::None) == (position < 4 && corrupted != record));
-            REQUIRE(TextBytes(decoded) <= TextBytes(DownloadSettings()) + record.size());
+            REQUIRE(EncodeRecord(decoded).size() <= EncodeRecord(DownloadSettings()).size() + record.size());
             // What is called whole says exactly what the file says.
             if (state == RecordState::Whole)
                 REQUIRE(EncodeRecord(decoded) == corrupted);

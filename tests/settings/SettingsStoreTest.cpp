@@ -4,6 +4,7 @@
 
 #include <iterator>
 #include <string>
+#include <tuple>
 
 #include <doctest/doctest.h>
 
@@ -23,18 +24,20 @@ DownloadSettings ConstructorValues() {
     return settings;
 }
 
-DownloadSettings FirstRun() {
+// The constructor's values but for the keyed texts, in the order of their keys, and numbers.
+DownloadSettings FromProfile(const KelText (&texts)[10], std::int32_t transmitDelaySeconds, std::int32_t writeLog) {
     DownloadSettings settings = ConstructorValues();
-    settings.port = u"COM1";
-    settings.baudRate = u"2400";
-    settings.parity = u"None";
-    settings.dataBits = u"8";
-    settings.stopBits = u"1";
-    settings.flowControl = u"Xon/Xoff";
-    settings.uploadPath = u"/nc";
-    settings.downloadPath = u"/nc";
-    settings.transmitDelaySeconds = 2;
+    std::tie(settings.port, settings.baudRate, settings.parity, settings.dataBits, settings.stopBits) =
+        std::tie(texts[0], texts[1], texts[2], texts[3], texts[4]);
+    std::tie(settings.flowControl, settings.uploadPath, settings.downloadPath, settings.fileExtension,
+             settings.logFile) = std::tie(texts[5], texts[6], texts[7], texts[8], texts[9]);
+    settings.transmitDelaySeconds = transmitDelaySeconds;
+    settings.writeLog = writeLog;
     return settings;
+}
+
+DownloadSettings FirstRun() {
+    return FromProfile({u"COM1", u"2400", u"None", u"8", u"1", u"Xon/Xoff", u"/nc", u"/nc", u"ext", u"log"}, 2, 0);
 }
 
 std::string RecordWithPort(KelTextView port) {
@@ -84,7 +87,7 @@ TEST_CASE("each file that may be found is read as far as it can be, and kept bes
         CAPTURE(each.what);
         const TemporaryFolder folder;
         folder.WriteFile("LASER2.INI", each.content);
-        const SettingsStore store(folder.Path(), u"LASER2", u"/nc");
+        SettingsStore store(folder.Path(), u"LASER2", u"/nc");
         const auto loaded = store.Load(ConstructorValues());
         CHECK(ToUtf8(loaded.settings.port) == each.port);
         CHECK(loaded.warning.has_value() == each.warned);
@@ -93,6 +96,10 @@ TEST_CASE("each file that may be found is read as far as it can be, and kept bes
             expected.port = FromUtf8(each.port);
             CHECK(loaded.settings == expected);
         }
+        const bool isRecord = each.content.starts_with("\x41\x45\xF7\x05");
+        DownloadSettings readOnce = ConstructorValues();
+        CHECK(store.LoadSettings(readOnce) == isRecord);
+        CHECK((isRecord || readOnce == ConstructorValues()));
         CHECK(folder.ReadFile("LASER2.INI") == each.content);
         REQUIRE(store.SaveSettings(FirstRun()));
         CHECK(folder.ReadFile("LASER2.INI") == EncodeRecord(FirstRun()));
@@ -106,7 +113,7 @@ TEST_CASE("each file that may be found is read as far as it can be, and kept bes
 
 TEST_CASE("a record is taken as it stands, a profile only for the keys that it may have") {
     const TemporaryFolder folder;
-    const SettingsStore store(folder.Path(), u"A/B", u"/nc");
+    SettingsStore store(folder.Path(), u"A/B", u"/nc");
     CHECK(store.Load(ConstructorValues()).settings == FirstRun());
     CHECK(FileCount(folder) == 0);
     folder.WriteFile("A_B.INI", RecordWithPort(u"COM2"));
@@ -122,38 +129,14 @@ TEST_CASE("a record is taken as it stands, a profile only for the keys that it m
                                     std::string(100, 'd') +
                                     "\nfile extension=\n"
                                     "[Log]\nlog file=act.log\nwrite log=1\n");
-    DownloadSettings expected = ConstructorValues();
-    expected.port = u"COM3";
-    expected.baudRate = u"9600";
-    expected.parity = u"Even";
-    expected.dataBits = u"7";
-    expected.stopBits = u"2";
-    expected.flowControl = u"None";
-    expected.uploadPath = u"C:\\up ";
-    expected.downloadPath = KelText(79, u'd');
-    expected.fileExtension = u"";
-    expected.transmitDelaySeconds = 5;
-    expected.logFile = u"act.log";
-    expected.writeLog = 1;
-    CHECK(store.Load(ConstructorValues()).settings == expected);
-}
-
-TEST_CASE("one load reports whether there is a record, whatever its port is worth") {
-    for (const Found& each : foundFiles) {
-        CAPTURE(each.what);
-        const TemporaryFolder folder;
-        folder.WriteFile("TARVIN.INI", each.content);
-        DownloadSettings settings = ConstructorValues();
-        const bool isRecord = each.what.starts_with("record") && each.content.front() == '\x41';
-        CHECK(SettingsStore(folder.Path(), u"TARVIN", u"").LoadSettings(settings) == isRecord);
-        if (!isRecord)
-            CHECK(settings == ConstructorValues());
-    }
+    CHECK(store.Load(ConstructorValues()).settings ==
+          FromProfile({u"COM3", u"9600", u"Even", u"7", u"2", u"None", u"C:\\up ", KelText(79, u'd'), u"", u"act.log"},
+                      5, 1));
 }
 
 TEST_CASE("each different lost file gets a name of its own, and one that cannot be kept is not replaced") {
     const TemporaryFolder folder;
-    const SettingsStore store(folder.Path(), u"TARVIN", u"");
+    SettingsStore store(folder.Path(), u"TARVIN", u"");
     for (const char* content : {"first", "second", "first", "third"}) {
         folder.WriteFile("fresh", content);
         std::filesystem::rename(folder / "fresh", folder / "TARVIN.INI");
@@ -169,5 +152,12 @@ TEST_CASE("each different lost file gets a name of its own, and one that cannot 
     CHECK(store.Load(ConstructorValues()).settings.port == u"COM1");
     CHECK_FALSE(store.SaveSettings(FirstRun()));
     CHECK(std::filesystem::exists(folder / "TARVIN.INI/precious"));
+    // What could not be read on loading may be precious too, however sound it looks on saving.
+    std::filesystem::remove_all(folder / "TARVIN.INI");
+    folder.WriteFile("TARVIN.INI", RecordWithPort(u"COM2"));
+    CHECK(store.SaveSettings(FirstRun()));
+    CHECK(folder.ReadFile("TARVIN.INI.bad4") == RecordWithPort(u"COM2"));
+    CHECK(store.SaveSettings(FirstRun()));
+    CHECK(FileCount(folder) == 5);
     CHECK_FALSE(SettingsStore(folder / "missing", u"TARVIN", u"").SaveSettings(FirstRun()));
 }
