@@ -148,12 +148,12 @@ RecordState DecodeRecord(std::string_view fileBytes, DownloadSettings& settings)
         return RecordState::None;
     if (fileBytes.size() < headerSize)
         return RecordState::Damaged;
-    const std::uint32_t outerLength = LittleEndian(fileBytes.substr(numberSize, numberSize));
-    const std::uint32_t fieldsSize = LittleEndian(fileBytes.substr(2 * numberSize, numberSize));
+    const std::size_t outerLength = LittleEndian(fileBytes.substr(numberSize, numberSize));
+    const std::size_t fieldsSize = LittleEndian(fileBytes.substr(2 * numberSize, numberSize));
     const std::string_view body = fileBytes.substr(headerSize);
     // Lengths that contradict one another (both are zero when a writer died before it knew them) are not believed: the
     // fields are then read for as long as the file has any.
-    const bool lengthsAgree = outerLength >= numberSize && fieldsSize == outerLength - numberSize;
+    const bool lengthsAgree = outerLength == fieldsSize + numberSize;
     const bool isCut = !lengthsAgree || fieldsSize > body.size();
     FieldReader reader(isCut ? body : body.substr(0, fieldsSize));
     VisitFields(settings, reader);

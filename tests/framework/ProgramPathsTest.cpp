@@ -41,7 +41,7 @@ TEST_CASE("the first candidate that holds an installation is taken, unless one w
 
 TEST_CASE("the folder for NC files is below the installation unless KEL.INI gives a full path") {
     const TemporaryFolder folder;
-    const auto full = (folder / "elsewhere").generic_string() + std::string(100, 'x');
+    const auto full = (folder / "elsewhere").generic_string() + '\\' + std::string(100, 'x');
     struct Case {
         std::string content;
         std::filesystem::path ncFiles;
