@@ -1,0 +1,163 @@
+#include "settings/SettingsStore.h"
+
+#include "support/TemporaryFolder.h"
+
+#include <iterator>
+#include <string>
+#include <tuple>
+
+#include <doctest/doctest.h>
+
+using namespace tarvin;
+using namespace std::string_literals;
+using tarvin::test::TemporaryFolder;
+
+namespace {
+
+// Unlike any default, so that a value's origin shows.
+DownloadSettings ConstructorValues() {
+    DownloadSettings settings;
+    settings.fileExtension = u"ext";
+    settings.logFile = u"log";
+    settings.transmitDelaySeconds = 9;
+    settings.lineDelayMilliseconds = 8;
+    return settings;
+}
+
+// The constructor's values but for the keyed texts, in the order of their keys, and numbers.
+DownloadSettings FromProfile(const KelText (&texts)[10], std::int32_t transmitDelaySeconds, std::int32_t writeLog) {
+    DownloadSettings settings = ConstructorValues();
+    std::tie(settings.port, settings.baudRate, settings.parity, settings.dataBits, settings.stopBits) =
+        std::tie(texts[0], texts[1], texts[2], texts[3], texts[4]);
+    std::tie(settings.flowControl, settings.uploadPath, settings.downloadPath, settings.fileExtension,
+             settings.logFile) = std::tie(texts[5], texts[6], texts[7], texts[8], texts[9]);
+    settings.transmitDelaySeconds = transmitDelaySeconds;
+    settings.writeLog = writeLog;
+    return settings;
+}
+
+DownloadSettings FirstRun() {
+    return FromProfile({u"COM1", u"2400", u"None", u"8", u"1", u"Xon/Xoff", u"/nc", u"/nc", u"ext", u"log"}, 2, 0);
+}
+
+std::string RecordWithPort(KelTextView port) {
+    DownloadSettings settings;
+    settings.port = port;
+    settings.transmitDelaySeconds = 0;
+    settings.lineDelayMilliseconds = 77;
+    settings.extensionFields = "more";
+    return EncodeRecord(settings);
+}
+
+std::size_t FileCount(const TemporaryFolder& folder) {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder.Path()), {}));
+}
+
+// A file as it may be found, and what becomes of it.
+struct Found {
+    std::string what;
+    std::string content;
+    const char* port; // of the settings loaded
+    bool fromRecord;
+    bool warned;
+    bool keptBeside;
+};
+
+const Found foundFiles[] = {
+    {"record", RecordWithPort(u"COM12"), "COM12", true, false, false},
+    {"record, port in lower case", RecordWithPort(u"com2"), "COM1", false, true, true},
+    {"record without a port", RecordWithPort(u""), "COM1", false, true, true},
+    {"record with more behind it", RecordWithPort(u"COM2") + "x", "COM2", true, false, true},
+    {"record cut behind the port", RecordWithPort(u"COM2").substr(0, 40), "COM2", true, true, true},
+    {"record cut within the port", RecordWithPort(u"COM2").substr(0, 22), "COM1", false, true, true},
+    {"record of another type", "\x42" + RecordWithPort(u"COM2").substr(1), "COM1", false, false, true},
+    {"profile", "[port settings]\r\nPORT = COM3\r\n", "COM3", false, false, false},
+    {"profile with an odd port", "[Port Settings]\nport=/dev/ttyS0\n", "/dev/ttyS0", false, false, false},
+    {"profile without port section", "[Log]\nwrite log=0\n", "COM1", false, false, false},
+    {"foreign profile", "[Display]\nport=COM3\n", "COM1", false, false, true},
+    {"garbage", "\xFF\xFE\0\x41"s, "COM1", false, false, true},
+    {"nothing in it", "", "COM1", false, false, false},
+    {"too long", "[Port Settings]\nport=COM3\n" + std::string(1024 * 1024, ' '), "COM1", false, false, true},
+};
+
+}
+
+TEST_CASE("each file that may be found is read as far as it can be, and kept beside if saving would lose it") {
+    for (const Found& each : foundFiles) {
+        CAPTURE(each.what);
+        const TemporaryFolder folder;
+        folder.WriteFile("LASER2.INI", each.content);
+        SettingsStore store(folder.Path(), u"LASER2", u"/nc");
+        const auto loaded = store.Load(ConstructorValues());
+        CHECK(ToUtf8(loaded.settings.port) == each.port);
+        CHECK(loaded.warning.has_value() == each.warned);
+        if (!each.fromRecord) {
+            DownloadSettings expected = FirstRun();
+            expected.port = FromUtf8(each.port);
+            CHECK(loaded.settings == expected);
+        }
+        const bool isRecord = each.content.starts_with("\x41\x45\xF7\x05");
+        DownloadSettings readOnce = ConstructorValues();
+        CHECK(store.LoadSettings(readOnce) == isRecord);
+        CHECK((isRecord || readOnce == ConstructorValues()));
+        CHECK(folder.ReadFile("LASER2.INI") == each.content);
+        REQUIRE(store.SaveSettings(FirstRun()));
+        CHECK(folder.ReadFile("LASER2.INI") == EncodeRecord(FirstRun()));
+        if (each.keptBeside)
+            CHECK(folder.ReadFile("LASER2.INI.bad") == each.content);
+        // A second save has nothing to keep.
+        REQUIRE(store.SaveSettings(FirstRun()));
+        CHECK(FileCount(folder) == (each.keptBeside ? 2 : 1));
+    }
+}
+
+TEST_CASE("a record is taken as it stands, a profile only for the keys that it may have") {
+    const TemporaryFolder folder;
+    SettingsStore store(folder.Path(), u"A/B", u"/nc");
+    CHECK(store.Load(ConstructorValues()).settings == FirstRun());
+    CHECK(FileCount(folder) == 0);
+    folder.WriteFile("A_B.INI", RecordWithPort(u"COM2"));
+    DownloadSettings settings = store.Load(ConstructorValues()).settings;
+    CHECK(settings.transmitDelaySeconds == 0);
+    CHECK(settings.lineDelayMilliseconds == 77);
+    REQUIRE(store.SaveSettings(settings));
+    CHECK(folder.ReadFile("A_B.INI") == RecordWithPort(u"COM2"));
+
+    folder.WriteFile("A_B.INI", "[Port Settings]\nport=COM3\nbaudrate=9600\nparity=Even\ndatabits=7\nstopbits=2\n"
+                                "flow control=None\ntransmit delay=5s\nline delay=6\n"
+                                "[Files]\nupload path=\"C:\\up \"\ndownload path=" +
+                                    std::string(100, 'd') +
+                                    "\nfile extension=\n"
+                                    "[Log]\nlog file=act.log\nwrite log=1\n");
+    CHECK(store.Load(ConstructorValues()).settings ==
+          FromProfile({u"COM3", u"9600", u"Even", u"7", u"2", u"None", u"C:\\up ", KelText(79, u'd'), u"", u"act.log"},
+                      5, 1));
+}
+
+TEST_CASE("each different lost file gets a name of its own, and one that cannot be kept is not replaced") {
+    const TemporaryFolder folder;
+    SettingsStore store(folder.Path(), u"TARVIN", u"");
+    for (const char* content : {"first", "second", "first", "third"}) {
+        folder.WriteFile("fresh", content);
+        std::filesystem::rename(folder / "fresh", folder / "TARVIN.INI");
+        REQUIRE(store.SaveSettings(FirstRun()));
+    }
+    CHECK(folder.ReadFile("TARVIN.INI.bad") == "first");
+    CHECK(folder.ReadFile("TARVIN.INI.bad2") == "second");
+    CHECK(folder.ReadFile("TARVIN.INI.bad3") == "third");
+    CHECK(FileCount(folder) == 4);
+
+    std::filesystem::remove(folder / "TARVIN.INI");
+    std::filesystem::create_directories(folder / "TARVIN.INI/precious");
+    CHECK(store.Load(ConstructorValues()).settings.port == u"COM1");
+    CHECK_FALSE(store.SaveSettings(FirstRun()));
+    CHECK(std::filesystem::exists(folder / "TARVIN.INI/precious"));
+    // What could not be read on loading may be precious too, however sound it looks on saving.
+    std::filesystem::remove_all(folder / "TARVIN.INI");
+    folder.WriteFile("TARVIN.INI", RecordWithPort(u"COM2"));
+    CHECK(store.SaveSettings(FirstRun()));
+    CHECK(folder.ReadFile("TARVIN.INI.bad4") == RecordWithPort(u"COM2"));
+    CHECK(store.SaveSettings(FirstRun()));
+    CHECK(FileCount(folder) == 5);
+    CHECK_FALSE(SettingsStore(folder / "missing", u"TARVIN", u"").SaveSettings(FirstRun()));
+}
