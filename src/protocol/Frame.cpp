@@ -1,28 +1,11 @@
 #include "protocol/Frame.h"
 
-#include "framework/KelText.h"
+#include "framework/FileNames.h"
 
 #include <algorithm>
 #include <cstdint>
 
 namespace tarvin {
-
-namespace {
-
-bool IsDeviceName(std::string_view name) {
-    // An extension does not make a file of a device, nor do blanks before it.
-    std::string_view stem = name.substr(0, name.find('.'));
-    while (stem.ends_with(' '))
-        stem.remove_suffix(1);
-    const KelText upper = FromBytes(stem);
-    const auto is = [&](KelTextView device) { return EqualIgnoringCase(upper, device); };
-    if (is(u"CON") || is(u"PRN") || is(u"AUX") || is(u"NUL") || is(u"CONIN$") || is(u"CONOUT$"))
-        return true;
-    const bool isNumbered = upper.size() == 4 && upper[3] >= u'0' && upper[3] <= u'9';
-    return isNumbered && (EqualIgnoringCase(upper.substr(0, 3), u"COM") || EqualIgnoringCase(upper.substr(0, 3), u"LPT"));
-}
-
-}
 
 char MessageChecksum(std::string_view text) {
     std::uint32_t sum = 0;
@@ -61,7 +44,7 @@ bool IsUsableFileNumber(std::string_view number) {
     const bool isForbidden = std::any_of(number.begin(), number.end(), [](char byte) {
         return byte == '/' || byte == '\\' || byte == ':' || static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
     });
-    return !isDotsOnly && !isForbidden && !IsDeviceName(number);
+    return !isDotsOnly && !isForbidden && !IsDeviceName(FromBytes(number));
 }
 
 }

@@ -107,6 +107,7 @@ bool TarvinApp::HandleAcknowledgement() {
 void TarvinApp::OnLinkTest() {
     // Shown by the next tick: a controller that tests the link all day long must not make the display flicker.
     transferState = TransferState::LinkTest;
+    lines.Clear();
     SendMessage(code::linkTestAnswer);
 }
 

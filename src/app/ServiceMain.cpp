@@ -1,0 +1,64 @@
+// tarvindl-service: the engine without a display, unattended. One process for one machine.
+
+#include "app/CommandLine.h"
+#include "app/ServiceOutput.h"
+#include "app/ServiceWindow.h"
+#include "app/Start.h"
+#include "app/StopRequest.h"
+#include "app/Version.h"
+
+#include <cstdio>
+
+namespace {
+
+constexpr char usage[] =
+    "Usage: tarvindl-service [MACHINE NAME]\n"
+    "\n"
+    "Holds the workstation end of the serial link to a machine's controller: answers its\n"
+    "link tests, stores the NC files that it sends and sends those that it asks for.\n"
+    "\n"
+    "The whole command line is the machine's name, blanks included; without one it is\n"
+    "TARVIN. The machine's settings are in <installation>/<MACHINE NAME>.INI. The\n"
+    "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
+    "KEL.INI: the program's own, the user's, the system's.\n"
+    "\n"
+    "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
+    "program in order.\n"
+    "\n"
+    "  --help     this text\n"
+    "  --version  the version\n";
+
+int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& machineName) {
+    tarvin::PrepareStopRequests();
+    tarvin::ServiceOutput output;
+    tarvin::ServiceWindow window(output);
+    const tarvin::Start start(paths, window);
+    const auto engine = start.MakeEngine(machineName);
+    engine->Create();
+    engine->StartMonitor();
+    tarvin::WaitForStopRequest();
+    engine->Terminate();
+    output.Add(u"Application Terminated");
+    return 0;
+}
+
+}
+
+int main(int argumentCount, char** arguments) {
+    const tarvin::KelText text = tarvin::CommandLineText(argumentCount, arguments);
+    if (text == u"--help") {
+        std::fputs(usage, stdout);
+        return 0;
+    }
+    if (text == u"--version") {
+        std::printf("tarvindl-service %s\n", tarvin::programVersion);
+        return 0;
+    }
+    tarvin::KelText reason;
+    const auto paths = tarvin::Start::FindPaths(reason);
+    if (!paths) {
+        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(reason).c_str());
+        return 0;
+    }
+    return Serve(*paths, tarvin::ParseCommandLine(text).machineName);
+}

@@ -1,0 +1,31 @@
+#include "app/Start.h"
+
+#include <utility>
+
+namespace tarvin {
+
+std::optional<ProgramPaths> Start::FindPaths(KelText& reason) {
+    const auto installation = FindInstallation();
+    if (!installation) {
+        reason = u"No installation of TarvinDL was found: no folder with a readable KEL.INI.";
+        return std::nullopt;
+    }
+    auto paths = ProgramPaths::Read(*installation);
+    if (!paths)
+        reason = u"Unable to locate Program Paths in " + FromPath(*installation) +
+                 u": KEL.INI there has no section PROGRAM PATHS.";
+    return paths;
+}
+
+Start::Start(const ProgramPaths& programPaths, DownloadWindow& downloadWindow)
+    : paths(programPaths),
+      portNames(paths.Installation() / "KEL.INI"),
+      window(downloadWindow) {
+}
+
+std::unique_ptr<TarvinApp> Start::MakeEngine(KelText machineName) const {
+    EngineSetup setup = {MakeSerialPort(portNames), clock, window, paths.Installation(), FromPath(paths.NcFilesFolder())};
+    return std::make_unique<TarvinApp>(std::move(setup), std::move(machineName));
+}
+
+}

@@ -1,0 +1,32 @@
+#pragma once
+// From a command line to a running engine: what every program of the machine does before its window appears. Knows nothing
+// of windows.
+
+#include "engine/PortNames.h"
+#include "framework/Clock.h"
+#include "framework/ProgramPaths.h"
+#include "protocol/TarvinApp.h"
+
+#include <memory>
+#include <optional>
+
+namespace tarvin {
+
+// The installation and what it names; the engine that is made of it must not outlive it.
+class Start {
+public:
+    // None if there is no installation, with the reason in `reason`.
+    static std::optional<ProgramPaths> FindPaths(KelText& reason);
+
+    Start(const ProgramPaths& programPaths, DownloadWindow& downloadWindow);
+
+    std::unique_ptr<TarvinApp> MakeEngine(KelText machineName) const;
+
+private:
+    ProgramPaths paths;
+    PortNames portNames;
+    SteadyClock clock;
+    DownloadWindow& window;
+};
+
+}

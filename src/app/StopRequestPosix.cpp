@@ -1,0 +1,38 @@
+#include "app/StopRequest.h"
+
+#include <csignal>
+#include <initializer_list>
+
+#include <pthread.h>
+#include <signal.h>
+
+namespace tarvin {
+
+namespace {
+
+sigset_t StopSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&signals, signal);
+    return signals;
+}
+
+}
+
+void PrepareStopRequests() {
+    const sigset_t signals = StopSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    // A reader of the output that went away, or a file that may not grow, is an error to be told of, not the end.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void WaitForStopRequest() {
+    const sigset_t signals = StopSignals();
+    int signal = 0;
+    while (sigwait(&signals, &signal) != 0) {
+    }
+}
+
+}
