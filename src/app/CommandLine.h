@@ -14,7 +14,8 @@ struct CommandLine {
 
 CommandLine ParseCommandLine(KelTextView text);
 
-// The text behind the program's name, as the user typed it or, where the system hands over words, those joined by blanks.
+// The text behind the program's name, as the user typed it or, where the system hands over words, those joined by
+// blanks.
 KelText CommandLineText(int argumentCount, const char* const* arguments);
 
 }

@@ -11,22 +11,21 @@
 
 namespace {
 
-constexpr char usage[] =
-    "Usage: tarvindl-service [MACHINE NAME]\n"
-    "\n"
-    "Holds the workstation end of the serial link to a machine's controller: answers its\n"
-    "link tests, stores the NC files that it sends and sends those that it asks for.\n"
-    "\n"
-    "The whole command line is the machine's name, blanks included; without one it is\n"
-    "TARVIN. The machine's settings are in <installation>/<MACHINE NAME>.INI. The\n"
-    "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
-    "KEL.INI: the program's own, the user's, the system's.\n"
-    "\n"
-    "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
-    "program in order.\n"
-    "\n"
-    "  --help     this text\n"
-    "  --version  the version\n";
+constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
+                         "\n"
+                         "Holds the workstation end of the serial link to a machine's controller: answers its\n"
+                         "link tests, stores the NC files that it sends and sends those that it asks for.\n"
+                         "\n"
+                         "The whole command line is the machine's name, blanks included; without one it is\n"
+                         "TARVIN. The machine's settings are in <installation>/<MACHINE NAME>.INI. The\n"
+                         "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
+                         "KEL.INI: the program's own, the user's, the system's.\n"
+                         "\n"
+                         "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
+                         "program in order.\n"
+                         "\n"
+                         "  --help     this text\n"
+                         "  --version  the version\n";
 
 int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& machineName) {
     tarvin::PrepareStopRequests();

@@ -15,7 +15,8 @@ constexpr auto patienceAtEnd = 500ms;
 // The printing thread alone calls it: localtime keeps its result in one place for the whole process.
 std::string LocalTime(std::chrono::system_clock::time_point time) {
     const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count() % 1000;
+    const auto milliseconds =
+        std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count() % 1000;
     char date[32] = "";
     if (const std::tm* local = std::localtime(&seconds))
         std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", local);
@@ -26,10 +27,7 @@ std::string LocalTime(std::chrono::system_clock::time_point time) {
 
 }
 
-ServiceOutput::ServiceOutput()
-    : shared(std::make_shared<Shared>()),
-      printer([kept = shared] { Print(*kept); }) {
-}
+ServiceOutput::ServiceOutput() : shared(std::make_shared<Shared>()), printer([kept = shared] { Print(*kept); }) {}
 
 ServiceOutput::~ServiceOutput() {
     std::unique_lock lock(shared->mutex);

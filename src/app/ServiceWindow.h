@@ -1,6 +1,6 @@
 #pragma once
-// The window of a program that has none: what a user would see becomes lines of output, and what a user would be asked is
-// answered unattended. Knows nothing of the engine beyond DownloadWindow.
+// The window of a program that has none: what a user would see becomes lines of output, and what a user would be asked
+// is answered unattended. Knows nothing of the engine beyond DownloadWindow.
 
 #include "app/ServiceOutput.h"
 #include "engine/DownloadWindow.h"

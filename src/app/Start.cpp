@@ -18,13 +18,11 @@ std::optional<ProgramPaths> Start::FindPaths(KelText& reason) {
 }
 
 Start::Start(const ProgramPaths& programPaths, DownloadWindow& downloadWindow)
-    : paths(programPaths),
-      portNames(paths.Installation() / "KEL.INI"),
-      window(downloadWindow) {
-}
+    : paths(programPaths), portNames(paths.Installation() / "KEL.INI"), window(downloadWindow) {}
 
 std::unique_ptr<TarvinApp> Start::MakeEngine(KelText machineName) const {
-    EngineSetup setup = {MakeSerialPort(portNames), clock, window, paths.Installation(), FromPath(paths.NcFilesFolder())};
+    EngineSetup setup = {MakeSerialPort(portNames), clock, window, paths.Installation(),
+                         FromPath(paths.NcFilesFolder())};
     return std::make_unique<TarvinApp>(std::move(setup), std::move(machineName));
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// From a command line to a running engine: what every program of the machine does before its window appears. Knows nothing
-// of windows.
+// From a command line to a running engine: what every program of the machine does before its window appears. Knows
+// nothing of windows.
 
 #include "engine/PortNames.h"
 #include "framework/Clock.h"

@@ -51,8 +51,8 @@ DownloadApp::DownloadApp(EngineSetup setup, KelText machine)
                  [this] { EndOfServeTick(); }),
       testXon(timers, clock, "DownloadApp::TestXon", testXonPeriod, Timer::Kind::OneShot,
               [this] { SendText(xonText); }),
-      reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating, [this] { ReopenPort(); }) {
-}
+      reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
+                 [this] { ReopenPort(); }) {}
 
 DownloadApp::~DownloadApp() {
     Terminate();

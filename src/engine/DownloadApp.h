@@ -1,7 +1,7 @@
 #pragma once
-// The download engine: the state of link and transfer and the operations on it. Transfers raw bytes by itself; a subclass
-// that speaks a controller's protocol overrides ProcessReceivedData, SendNextBlock and BeginDownload. Knows nothing of
-// windows beyond DownloadWindow, and nothing of any protocol.
+// The download engine: the state of link and transfer and the operations on it. Transfers raw bytes by itself; a
+// subclass that speaks a controller's protocol overrides ProcessReceivedData, SendNextBlock and BeginDownload. Knows
+// nothing of windows beyond DownloadWindow, and nothing of any protocol.
 //
 // The monitor thread owns the engine while it runs. Everything is for that thread (post it) unless it says otherwise.
 
@@ -42,8 +42,8 @@ public:
     DownloadApp(const DownloadApp&) = delete;
     DownloadApp& operator=(const DownloadApp&) = delete;
 
-    // --- Life. The thread that made the engine; StartMonitor hands the engine to the monitor thread, Terminate takes it
-    // back for good. Create loads the settings and opens the port; Terminate closes it and saves them.
+    // --- Life. The thread that made the engine; StartMonitor hands the engine to the monitor thread, Terminate takes
+    // it back for good. Create loads the settings and opens the port; Terminate closes it and saves them.
     void Create();
     void StartMonitor();
     void Terminate();
@@ -81,7 +81,8 @@ protected:
     virtual void SendNextBlock();
     // The transmit delay is over and the state is DownloadPreparation. Raw: calls the user.
     virtual void BeginDownload();
-    // The port has vanished, and whatever was on its way is lost. Raw: ends the transfer, for nothing would notice a gap.
+    // The port has vanished, and whatever was on its way is lost. Raw: ends the transfer, for nothing would notice a
+    // gap.
     virtual void EndUnsafeTransfer();
     // The ping timer's tick.
     virtual void Ping();

@@ -25,8 +25,7 @@ LineService::LineService(std::unique_ptr<SerialPort> port, const Clock& timeSour
       trace(lineTrace),
       client(lineClient),
       link(std::move(port), std::move(showMessage)),
-      transmit(lineTrace) {
-}
+      transmit(lineTrace) {}
 
 void LineService::OpenPort(const DownloadSettings& settings, const KelText& title) {
     receive.Clear();

@@ -1,6 +1,6 @@
 #pragma once
-// Serves the line: looks at its status, reads what has arrived, writes what is queued, and says when there is something to
-// do again. Knows nothing of transfers, messages or windows. Monitor thread only, apart from Wake and CancelWrite.
+// Serves the line: looks at its status, reads what has arrived, writes what is queued, and says when there is something
+// to do again. Knows nothing of transfers, messages or windows. Monitor thread only, apart from Wake and CancelWrite.
 
 #include "engine/DownloadWindow.h"
 #include "engine/LineTrace.h"
@@ -34,8 +34,8 @@ public:
     LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineTrace& lineTrace, LineClient& lineClient,
                 PortLink::ShowMessage showMessage);
 
-    // See PortLink. What has arrived of a message is dropped with what the port is purged of: its rest must not be taken
-    // for the head of the next one.
+    // See PortLink. What has arrived of a message is dropped with what the port is purged of: its rest must not be
+    // taken for the head of the next one.
     void OpenPort(const DownloadSettings& settings, const KelText& title);
     bool Reopen(const DownloadSettings& settings, const KelText& title) { return link.Reopen(settings, title); }
     void ClosePort() { link.ClosePort(); }

@@ -39,9 +39,7 @@ std::optional<FlowControl> FlowOf(const DownloadSettings& settings, bool noSoftw
 }
 
 PortLink::PortLink(std::unique_ptr<SerialPort> serialPort, ShowMessage showMessage)
-    : port(std::move(serialPort)),
-      show(std::move(showMessage)) {
-}
+    : port(std::move(serialPort)), show(std::move(showMessage)) {}
 
 void PortLink::ReportPortError(const char16_t* stepName, const PortError& error) {
     show({portName + u"\n" + error.text, stepName, okOnly | iconInformation});

@@ -1,6 +1,6 @@
 #pragma once
-// The serial port with the semantics of the Windows communications calls, whatever the system. Knows nothing of settings
-// texts, protocols or message boxes. One back end for each system; the tests have one more.
+// The serial port with the semantics of the Windows communications calls, whatever the system. Knows nothing of
+// settings texts, protocols or message boxes. One back end for each system; the tests have one more.
 //
 // Monitor thread only, apart from Wake and CancelWrite.
 

@@ -77,9 +77,7 @@ std::unique_ptr<SerialPort> MakeSerialPort(const PortNames& names) {
 }
 
 SerialPortPosix::SerialPortPosix(const PortNames& portNames)
-    : names(portNames),
-      wakeEvent(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
-}
+    : names(portNames), wakeEvent(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
 
 SerialPortPosix::~SerialPortPosix() {
     SerialPortPosix::Close();

@@ -1,6 +1,6 @@
 #pragma once
-// The serial port on termios. Keeps a driver queue of its own in front of non-blocking writes, so that a write is always
-// taken whole and never waits for a held line. Monitor thread only, apart from Wake.
+// The serial port on termios. Keeps a driver queue of its own in front of non-blocking writes, so that a write is
+// always taken whole and never waits for a held line. Monitor thread only, apart from Wake.
 
 #include "engine/SerialPort.h"
 

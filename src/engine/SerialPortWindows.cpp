@@ -25,8 +25,7 @@ std::unique_ptr<SerialPort> MakeSerialPort(const PortNames& names) {
 }
 
 SerialPortWindows::SerialPortWindows(const PortNames& portNames)
-    : names(portNames),
-      wakeEvent(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
+    : names(portNames), wakeEvent(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
     controlBlock.DCBlength = sizeof controlBlock;
 }
 
@@ -127,8 +126,7 @@ PortError SerialPortWindows::Write(std::span<const std::uint8_t> bytes, std::siz
     DWORD count = 0;
     DWORD error = ERROR_OPERATION_ABORTED;
     if (writingThread != nullptr) {
-        const BOOL succeeded =
-            ::WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
+        const BOOL succeeded = ::WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
         error = succeeded ? ERROR_SUCCESS : ::GetLastError();
     }
     {

@@ -1,6 +1,6 @@
 #pragma once
-// The serial port on the Windows communications calls, with a synchronous handle. Monitor thread only, apart from Wake and
-// CancelWrite.
+// The serial port on the Windows communications calls, with a synchronous handle. Monitor thread only, apart from Wake
+// and CancelWrite.
 
 #include "engine/SerialPort.h"
 #include "framework/WindowsApi.h"

@@ -101,7 +101,8 @@ StatusDescription DescribeState(TransferState state, const StatusArguments& argu
         return {text, false, std::nullopt};
     switch (state) {
     case TransferState::Downloading:
-        return {u"Downloading " + file + u" - " + bytes + u" of " + ToText(arguments.total) + u" bytes sent.", false, {}};
+        return {
+            u"Downloading " + file + u" - " + bytes + u" of " + ToText(arguments.total) + u" bytes sent.", false, {}};
     case TransferState::Uploading:
         return {u"Uploading " + file + u" - " + bytes + u" bytes received.", false, {}};
     case TransferState::DownloadCompleted:

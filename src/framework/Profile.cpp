@@ -60,10 +60,6 @@ KelTextView Cut(KelTextView text, std::size_t maxUnits) {
     return text;
 }
 
-KelTextView WithoutTrailingBlanks(KelTextView text) {
-    return text.substr(0, text.find_last_not_of(u' ') + 1);
-}
-
 }
 
 Profile::Profile(std::string_view fileBytes) {
@@ -114,7 +110,7 @@ bool Profile::HasSection(KelTextView section) const {
 
 KelText Profile::Text(KelTextView section, KelTextView key, KelTextView defaultText, std::size_t maxUnits) const {
     const KelText* const value = FindValue(section, key);
-    return KelText(Cut(value != nullptr ? *value : WithoutTrailingBlanks(defaultText), maxUnits));
+    return KelText(value != nullptr ? Cut(*value, maxUnits) : defaultText);
 }
 
 std::int32_t Profile::Integer(KelTextView section, KelTextView key, std::int32_t defaultNumber) const {

@@ -24,7 +24,7 @@ public:
     // Names of sections and keys are compared without case. Of several with one name the first counts.
     bool HasSection(KelTextView section) const;
 
-    // The value, or `defaultText` if there is no such key; either cut to `maxUnits`, but never within a surrogate pair.
+    // The value, cut to `maxUnits` but never within a surrogate pair; `defaultText` as it is if there is no such key.
     KelText Text(KelTextView section, KelTextView key, KelTextView defaultText,
                  std::size_t maxUnits = usualMaxUnits) const;
 

@@ -1,6 +1,6 @@
 #pragma once
-// The controller's messages as bytes: codes, checksum, frame, and what is taken out of a line received. Knows nothing of
-// what is done with them. Pure functions, any thread.
+// The controller's messages as bytes: codes, checksum, frame, and what is taken out of a line received. Knows nothing
+// of what is done with them. Pure functions, any thread.
 //
 // A frame is the message text, one checksum character and a carriage return. The controller's messages begin with "AB",
 // ours with "AA".

@@ -41,8 +41,8 @@ void TarvinApp::ProcessReceivedData() {
 }
 
 void TarvinApp::HandleMessage() {
-    // Each test sees the state that the one before left, and a line may hold more than one code: "ABST" within a line of
-    // an upload is stored as data and is a request as well, because nothing tells a lost line end from data.
+    // Each test sees the state that the one before left, and a line may hold more than one code: "ABST" within a line
+    // of an upload is stored as data and is a request as well, because nothing tells a lost line end from data.
     bool handled = HandleUploadMessage();
     const bool isTransferring =
         transferState == TransferState::Uploading || transferState == TransferState::Downloading;
