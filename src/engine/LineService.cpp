@@ -14,6 +14,9 @@ constexpr auto slowWrite = 5s;
 constexpr std::chrono::nanoseconds shortestLook = 1ms;
 constexpr std::chrono::nanoseconds longestLook = 10ms;
 constexpr int bitsPerCharacter = 10;
+constexpr const char16_t* statusStep = u"Comms Status Check";
+constexpr const char16_t* readStep = u"Read Data";
+constexpr const char16_t* writeStep = u"Write Data";
 constexpr std::uint8_t xon = 0x11;
 constexpr std::uint8_t xoff = 0x13;
 
@@ -48,9 +51,10 @@ bool LineService::CheckLineStatus() {
     if (!link.IsOpen())
         return false;
     if (const PortError error = link.Port().GetStatus(status)) {
-        NoteOutage(u"Comms Status Check", error);
+        NoteOutage(statusStep, error);
         return false;
     }
+    link.EndOutage(statusStep);
     NoteStatus();
     bool moved = status.inputCount > 0 && ReadData();
     if (status.outputCount == 0 && !status.xoffHold && link.IsOpen()) {
@@ -58,9 +62,11 @@ bool LineService::CheckLineStatus() {
         if (link.IsOpen())
             client.OnLineFree();
     }
-    if (receive.Count() > 0)
+    const std::size_t held = receive.Count();
+    if (held > 0)
         client.OnReceived();
-    return moved;
+    // A client that took some of it has come one message further, and the next may be there already.
+    return moved || receive.Count() != held;
 }
 
 void LineService::NoteStatus() {
@@ -84,12 +90,12 @@ bool LineService::ReadData() {
         client.OnOverrunEnded();
     std::size_t byteCount = 0;
     if (const PortError error = link.Port().Read(room, byteCount)) {
-        NoteOutage(u"Read Data", error);
+        NoteOutage(readStep, error);
         return false;
     }
+    link.EndOutage(readStep);
     if (byteCount == 0)
         return false;
-    link.EndOutage();
     receive.Commit(byteCount);
     NoteReceived(room.first(byteCount));
     client.OnReceived();
@@ -133,16 +139,20 @@ std::size_t LineService::WriteData() {
     if (written == pending && clock.Now() - started < slowWrite)
         lamps.transmitted = true;
     if (error)
-        NoteOutage(u"Write Data", error);
+        NoteOutage(writeStep, error);
     else if (written > 0)
-        link.EndOutage();
+        link.EndOutage(writeStep);
     return written;
 }
 
 void LineService::Wait(std::chrono::nanoseconds longest, bool isWatched) {
-    if (link.IsOpen() && (isWatched || transmit.IsWritePending()))
+    const bool isFailing = link.IsOpen() && link.IsInOutage();
+    if (isFailing)
+        longest = std::min(longest, longestLook);
+    else if (link.IsOpen() && (isWatched || transmit.IsWritePending()))
         longest = std::min(longest, NextLook(clock.Now()));
-    link.Port().Wait(std::max(longest, std::chrono::nanoseconds::zero()));
+    link.Port().Wait(std::max(longest, std::chrono::nanoseconds::zero()),
+                     isFailing ? SerialPort::Awaited::WakeOnly : SerialPort::Awaited::BytesToo);
 }
 
 std::chrono::nanoseconds LineService::NextLook(Clock::TimePoint now) const {

@@ -52,9 +52,9 @@ bool PortLink::Failed(const char16_t* stepName, const PortError& error) {
 }
 
 void PortLink::ReportOutage(const char16_t* stepName, const PortError& error) {
-    if (!outageReported)
+    if (!IsInOutage())
         ReportPortError(stepName, error);
-    outageReported = true;
+    failingStep = stepName;
     if (!error.gone)
         return;
     ClosePort();
@@ -84,7 +84,7 @@ void PortLink::OpenAndConfigure(const DownloadSettings& settings, bool noSoftwar
         ReportPortError(u"Open Comm", error);
     if (error)
         return;
-    outageReported = false;
+    failingStep = nullptr;
     if (Configure(settings, noSoftwareFlow)) {
         title = titleName + u" " + portName + u":" + settings.baudRate + u"," + ParityLetter(settings) + u"," +
                 settings.dataBits + u"," + settings.stopBits + u"," + settings.flowControl;

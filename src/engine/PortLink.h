@@ -32,10 +32,12 @@ public:
     // False where the received XON and XOFF bytes alone tell whether the line is held.
     bool DriverTellsXoffHold() const { return driverTellsXoffHold; }
 
-    // A failed look, read or write. The first of an outage is reported; if the device is gone the port is closed.
+    // A failed look, read or write; each names itself by one pointer. The first of an outage is reported; if the device
+    // is gone the port is closed.
     void ReportOutage(const char16_t* stepName, const PortError& error);
-    // A look, a read or a write that went well ends an outage.
-    void EndOutage() { outageReported = false; }
+    // The step that failed has gone well.
+    void EndOutage(const char16_t* stepName) { failingStep = failingStep == stepName ? nullptr : failingStep; }
+    bool IsInOutage() const { return failingStep != nullptr; }
 
 private:
     void ReportPortError(const char16_t* stepName, const PortError& error);
@@ -49,7 +51,7 @@ private:
     KelText titleName;
     KelText title;
     bool driverTellsXoffHold = false;
-    bool outageReported = false;
+    const char16_t* failingStep = nullptr;
 };
 
 }

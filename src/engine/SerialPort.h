@@ -74,9 +74,12 @@ public:
     // The whole buffer, or what the device took within the write time-out.
     virtual PortError Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) = 0;
 
+    enum class Awaited { BytesToo, WakeOnly };
+
     // Returns when bytes have arrived, when Wake is called, when a modem line is due for a look, or after `longest`:
-    // whichever comes first. Works without an open port.
-    virtual void Wait(std::chrono::nanoseconds longest) = 0;
+    // whichever comes first. For Wake and `longest` only if so wanted: a port that has bytes and cannot be read would
+    // end every wait at once. Works without an open port.
+    virtual void Wait(std::chrono::nanoseconds longest, Awaited awaited) = 0;
 
     // Ends the present wait, or the next one. Any thread.
     virtual void Wake() = 0;

@@ -249,15 +249,16 @@ PortError SerialPortPosix::PumpQueue() {
     return {};
 }
 
-void SerialPortPosix::Wait(std::chrono::nanoseconds longest) {
-    if (IsOpen() && hasModemLines)
+void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
+    const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;
+    if (isPortAwaited && hasModemLines)
         longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
     const bool wantsOutput = !queue.empty() && !dsrHolds;
-    pollfd awaited[2] = {{wakeEvent, POLLIN, 0},
+    pollfd events[2] = {{wakeEvent, POLLIN, 0},
                          {device, static_cast<short>(wantsOutput ? POLLIN | POLLOUT : POLLIN), 0}};
     const timespec timeout = {static_cast<time_t>(longest / 1s), static_cast<long>((longest % 1s).count())};
-    const int ready = ::ppoll(awaited, IsOpen() ? 2 : 1, &timeout, nullptr);
-    if (ready > 0 && awaited[0].revents != 0) {
+    const int ready = ::ppoll(events, isPortAwaited ? 2 : 1, &timeout, nullptr);
+    if (ready > 0 && events[0].revents != 0) {
         eventfd_t count = 0;
         (void)::eventfd_read(wakeEvent, &count);
     }

@@ -30,7 +30,7 @@ public:
     PortError GetStatus(LineStatus& status) override;
     PortError Read(std::span<std::uint8_t> room, std::size_t& byteCount) override;
     PortError Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
-    void Wait(std::chrono::nanoseconds longest) override;
+    void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override;
 
 private:

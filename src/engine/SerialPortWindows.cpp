@@ -9,8 +9,7 @@ namespace {
 
 PortError Failure(DWORD error) {
     const bool gone = error == ERROR_DEVICE_NOT_CONNECTED || error == ERROR_GEN_FAILURE || error == ERROR_BAD_COMMAND ||
-                      error == ERROR_ACCESS_DENIED || error == ERROR_DEVICE_REMOVED || error == ERROR_NO_SUCH_DEVICE ||
-                      error == ERROR_FILE_NOT_FOUND;
+                      error == ERROR_ACCESS_DENIED || error == ERROR_DEVICE_REMOVED || error == ERROR_FILE_NOT_FOUND;
     return {true, gone, SystemErrorText(error)};
 }
 
@@ -139,10 +138,11 @@ PortError SerialPortWindows::Write(std::span<const std::uint8_t> bytes, std::siz
     return error == ERROR_SUCCESS || error == ERROR_OPERATION_ABORTED ? PortError() : Failure(error);
 }
 
-void SerialPortWindows::Wait(std::chrono::nanoseconds longest) {
+void SerialPortWindows::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
     // Nothing wakes a synchronous handle's owner when bytes arrive; without a port only commands and timers count.
     const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(longest).count();
-    const DWORD timeout = IsOpen() ? (milliseconds > 0 ? 1 : 0) : static_cast<DWORD>(milliseconds);
+    const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;
+    const DWORD timeout = isPortAwaited && milliseconds > 0 ? 1 : static_cast<DWORD>(milliseconds);
     ::WaitForSingleObject(wakeEvent, timeout);
 }
 

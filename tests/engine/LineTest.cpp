@@ -1,0 +1,334 @@
+#include "engine/DownloadApp.h"
+#include "support/EngineHarness.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+
+using namespace tarvin;
+using namespace tarvin::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class LineApp : public DownloadApp {
+public:
+    using DownloadApp::DownloadApp;
+    using DownloadApp::SendChar;
+    using DownloadApp::SendText;
+};
+
+// Keeps what arrives, as a protocol does that waits for the end of a message.
+class WaitingApp : public LineApp {
+public:
+    using LineApp::LineApp;
+    using DownloadApp::ExtractMessage;
+    using DownloadApp::messageText;
+
+protected:
+    void ProcessReceivedData() override {}
+};
+
+Strings TrafficOf(DownloadApp& app) {
+    Strings texts;
+    for (const TrafficLine& line : app.Traffic().Take())
+        texts.push_back(line.text);
+    return texts;
+}
+
+}
+
+TEST_CASE("the port is opened step by step, and each failed step is reported and leads on as it should") {
+    const Strings wholeWay = {"Open COM1",
+                              "SetQueueSizes 4000 1000",
+                              "FetchState",
+                              "ApplyMode baud=2400 parity=N data=8 stop=1",
+                              "CommitState software ",
+                              "SetTimeouts 10000",
+                              "Purge"};
+    const auto upTo = [&](std::size_t count) {
+        Strings calls(wholeWay.begin(), wholeWay.begin() + static_cast<std::ptrdiff_t>(count));
+        calls.push_back("Purge");
+        return calls;
+    };
+    struct Case {
+        const char* failing;
+        const char* stepName;
+        Strings calls;
+        bool isLinked;
+    };
+    const Case cases[] = {
+        {"", "", wholeWay, true},
+        {"Open", "Open Comm", {"Open COM1"}, false},
+        {"SetQueueSizes", "Set Comm Buffer Sizes", wholeWay, true},
+        {"FetchState", "Get Comm State", wholeWay, true},
+        {"ApplyMode", "Update Comm State", upTo(4), false},
+        {"CommitState", "Set Comm State", upTo(5), false},
+        {"SetTimeouts", "Setup_Timeouts", upTo(6), false},
+    };
+    for (const Case& each : cases) {
+        CAPTURE(each.failing);
+        EngineHarness<LineApp> harness;
+        harness.line.failures[each.failing] = {true, false, u"no luck"};
+        harness.Create();
+        CHECK(harness.line.calls == each.calls);
+        CHECK(ToUtf8(harness.Snapshot().caption) == (each.isLinked ? "LASER COM1:2400,N,8,1,Xon/Xoff" : "LASER - No Link"));
+        CHECK(harness.window.boxes ==
+              (*each.failing == '\0' ? Strings() : Strings{each.stepName + std::string(": COM1\nno luck")}));
+        // Half-configured or not, the next opening closes it first.
+        harness.line.failures.clear();
+        harness.line.calls.clear();
+        harness.engine->ApplySettings(harness.engine->Settings());
+        CHECK(std::count(harness.line.calls.begin(), harness.line.calls.end(), "Close") ==
+              (std::string(each.failing) == "Open" ? 0 : 1));
+        CHECK(harness.Snapshot().caption == u"LASER COM1:2400,N,8,1,Xon/Xoff");
+    }
+}
+
+TEST_CASE("each flow control sets its handshake, and an unknown one leaves it as found") {
+    struct Case {
+        const char* flow;
+        int cts;
+        int dsr;
+        const char* committed;
+    };
+    const Case cases[] = {
+        {"None", 1, 1, "CommitState"},
+        {"Xon/Xoff", 1, 1, "CommitState software "},
+        {"Hardware", 1, 1, "CommitState cts dsr sensitive rts dtr "},
+        {"Hardware", 0, 0, "CommitState sensitive "},
+        {"Combined", 1, 0, "CommitState software cts sensitive rts "},
+        {"", 1, 1, "CommitState as found"},
+        {"xon/xoff", 1, 1, "CommitState as found"},
+    };
+    for (const Case& each : cases) {
+        CAPTURE(each.flow);
+        EngineHarness<LineApp> harness;
+        harness.Create();
+        harness.line.calls.clear();
+        auto settings = harness.engine->Settings();
+        settings.flowControl = FromUtf8(each.flow);
+        settings.ctsFlow = each.cts;
+        settings.dsrFlow = each.dsr;
+        harness.engine->ApplySettings(settings);
+        CHECK(std::count(harness.line.calls.begin(), harness.line.calls.end(), each.committed) == 1);
+    }
+}
+
+TEST_CASE("one outage is one report, and the port comes back by itself") {
+    struct Case {
+        const char* operation;
+        const char* stepName;
+    };
+    for (const Case& each : {Case{"GetStatus", "Comms Status Check"}, {"Read", "Read Data"}, {"Write", "Write Data"}}) {
+        CAPTURE(each.operation);
+        EngineHarness<LineApp> harness;
+        harness.Create();
+        harness.line.failures[each.operation] = {true, true, u"Input/output error"};
+        harness.line.failures["Open"] = {true, false, u"No such device"};
+        harness.line.Arrive("x");
+        harness.engine->SendText("answer");
+        harness.Run(1min);
+        CHECK(harness.window.boxes == Strings{each.stepName + std::string(": COM1\nInput/output error")});
+        CHECK(harness.Snapshot().caption == u"LASER - No Link");
+        CHECK(std::count(harness.line.calls.begin(), harness.line.calls.end(), "Open COM1") >= 59);
+        harness.line.failures.clear();
+        // The answer belongs to a question that was asked before the outage.
+        CHECK(harness.Run(1100ms).empty());
+        CHECK(harness.Snapshot().caption == u"LASER COM1:2400,N,8,1,Xon/Xoff");
+        CHECK(harness.window.boxes.size() == 1);
+        harness.engine->SendText("next");
+        CHECK(harness.Run(100ms) == "next");
+        harness.line.isPresent = false;
+        harness.Run(5s);
+        CHECK(harness.window.boxes.size() == 2);
+    }
+}
+
+TEST_CASE("a fault that does not take the device away is one report until the line works again") {
+    EngineHarness<LineApp> harness;
+    harness.Create();
+    harness.line.failures["GetStatus"] = {true, false, u"odd"};
+    harness.Run(10s);
+    CHECK(harness.window.boxes.size() == 1);
+    harness.line.failures.clear();
+    harness.Exchange("x");
+    harness.line.failures["Read"] = {true, false, u"odd"};
+    harness.line.Arrive("y");
+    harness.Run(10s);
+    CHECK(harness.window.boxes.size() == 2);
+}
+
+TEST_CASE("a full receive buffer is an overrun that is seen although the next read ends it") {
+    EngineHarness<WaitingApp> harness("[Port Settings]\nflow control=None\n");
+    harness.Create();
+    harness.Exchange(std::string(4000, 'x'));
+    CHECK(harness.Status() == "Waiting...");
+    harness.Exchange("the rest");
+    CHECK(std::count(harness.window.statusLines.begin(), harness.window.statusLines.end(),
+                     u"Over Run Error! Data loss has occurred!") == 1);
+    harness.Run(200ms);
+    CHECK(harness.Status() == "Waiting...");
+    harness.Exchange("!");
+    CHECK(harness.engine->ExtractMessage('!', false) == 9);
+    CHECK(harness.engine->messageText == "the rest!");
+}
+
+TEST_CASE("a message is its printable bytes up to the terminator") {
+    EngineHarness<WaitingApp> harness("[Port Settings]\nflow control=None\n");
+    harness.Create();
+    std::string everyByte;
+    for (int byte = 0; byte < 256; ++byte) {
+        if (byte != '\r')
+            everyByte.push_back(static_cast<char>(byte));
+    }
+    harness.Exchange(everyByte);
+    CHECK(harness.engine->ExtractMessage('\r', false) == 0);
+    harness.Exchange("\r\n\rnext");
+    CHECK(harness.engine->ExtractMessage('\r', true) == 96);
+    CHECK(harness.engine->messageText.front() == ' ');
+    CHECK(harness.engine->messageText.substr(94) == "~\r");
+    CHECK(harness.engine->ExtractMessage('\r', false) == 0);
+    CHECK(harness.engine->ExtractMessage('\r', false) == 0);
+    CHECK(harness.engine->ExtractMessage('t', false) == 4);
+}
+
+TEST_CASE("after an XOFF an answer waits for the next queuing where only the bytes tell of it") {
+    EngineHarness<WaitingApp> harness("[Port Settings]\nflow control=None\n");
+    harness.Create();
+    CHECK(harness.Exchange("\x13").empty());
+    harness.engine->SendText("held ");
+    CHECK(harness.Run(10s).empty());
+    CHECK(harness.Exchange("\x11").empty());
+    CHECK(harness.Run(10s).empty());
+    harness.engine->SendText("freed");
+    CHECK(harness.Run(100ms) == "held freed");
+    CHECK(harness.Exchange("\x13\x11").empty());
+    harness.engine->SendText("last one wins");
+    CHECK(harness.Run(100ms) == "last one wins");
+    // Where the driver tells, it goes out with the XON.
+    auto settings = harness.engine->Settings();
+    settings.flowControl = u"Xon/Xoff";
+    harness.engine->ApplySettings(settings);
+    harness.Exchange("\x13");
+    harness.engine->SendText("held");
+    CHECK(harness.Run(10s).empty());
+    harness.line.Arrive("\x11");
+    CHECK(harness.Run(100ms) == "held");
+}
+
+TEST_CASE("nothing waits for a held line: timers and commands go on under an XOFF of an hour") {
+    EngineHarness<LineApp> harness;
+    harness.Create();
+    harness.engine->SetPingText("ping ", 1000ms);
+    harness.line.holds.ctsHold = true;
+    harness.Run(10s);
+    CHECK(harness.Snapshot().lamps.ctsHold);
+    bool isDone = false;
+    harness.engine->Post([&] { isDone = true; });
+    harness.Run(1h);
+    CHECK(isDone);
+    harness.line.holds.ctsHold = false;
+    CHECK(harness.Run(500ms).size() >= 3600 * 5);
+}
+
+TEST_CASE("a write that took five seconds lights no lamp, but is not repeated") {
+    EngineHarness<LineApp> harness;
+    harness.Create();
+    harness.line.writeDuration = 5s;
+    harness.engine->SendText("slow");
+    harness.engine->RunPass();
+    CHECK_FALSE(harness.Snapshot().lamps.transmitted);
+    CHECK(harness.Run(1s) == "slow");
+    harness.line.writeDuration = 4s;
+    harness.engine->SendText("quick");
+    harness.engine->RunPass();
+    CHECK(harness.Snapshot().lamps.transmitted);
+    harness.Run(200ms);
+    CHECK_FALSE(harness.Snapshot().lamps.transmitted);
+}
+
+TEST_CASE("the loop-back test succeeds if its message returns, in pieces and after noise, and fails if it does not") {
+    EngineHarness<LineApp> harness;
+    harness.Create();
+    for (const bool isJoined : {true, false}) {
+        harness.line.bytesPerSecond = 100;
+        harness.engine->StartLoopbackTest();
+        CHECK(harness.Status() == "Waiting...");
+        const std::string sent = harness.Run(100ms);
+        CHECK(harness.Status() == "Waiting...");
+        const std::string message = sent + harness.Run(2s);
+        CHECK(message == "LocalTestMessage@");
+        CHECK(harness.Status() == "Local Loopback Test Failure");
+        if (isJoined) {
+            harness.Exchange("noise" + message.substr(0, 5));
+            harness.Exchange(message.substr(5));
+        }
+        harness.Run(200ms);
+        CHECK(harness.Status() == (isJoined ? "Local Loopback Test Success" : "Local Loopback Test Failure"));
+    }
+}
+
+TEST_CASE("the XOFF test ends with an XON after three seconds") {
+    EngineHarness<LineApp> harness;
+    harness.Create();
+    harness.engine->SendXoffTest();
+    CHECK(harness.Run(2900ms) == "\x13");
+    CHECK(harness.Run(10s) == "\x11");
+}
+
+TEST_CASE("the end of a service puts the link back and keeps an upload's file") {
+    struct Case {
+        int networkMode;
+        int serverMode;
+        const char* status;
+        bool showsButtons;
+        bool keepsPinging;
+    };
+    for (const Case& each : {Case{0, 0, "Waiting...", true, false},
+                             {1, 1, "Waiting...", false, false},
+                             {1, 0, "Client: Machine cannot find DNC Server", false, true}}) {
+        EngineHarness<LineApp> harness;
+        harness.Create();
+        auto settings = harness.engine->Settings();
+        settings.networkMode = each.networkMode;
+        settings.serverMode = each.serverMode;
+        harness.engine->ApplySettings(settings);
+        harness.engine->SetPingText("ping", 1000ms);
+        harness.engine->ReceiveFile(harness.folder / "NC/new");
+        harness.Exchange("part");
+        harness.engine->EndOfServe();
+        CHECK(harness.Run(5s).empty() != each.keepsPinging);
+        CHECK(harness.Status() == each.status);
+        CHECK(harness.Snapshot().sendFile.isVisible == each.showsButtons);
+        CHECK(harness.folder.ReadFile("NC/new") == "part");
+        CHECK(std::none_of(harness.window.statusLines.begin(), harness.window.statusLines.end(),
+                           [](const KelText& line) { return line.starts_with(u"Upload Cancelled"); }));
+    }
+}
+
+TEST_CASE("the trace shows both directions byte for byte, and a reader that stalls loses lines but stops nothing") {
+    EngineHarness<LineApp> harness("[Port Settings]\nflow control=None\n");
+    harness.Create();
+    harness.engine->SendText("unseen");
+    harness.Run(10ms);
+    harness.engine->Traffic().SetWanted(true);
+    harness.engine->SendText("a%s\r");
+    harness.engine->SendText("b");
+    harness.Exchange("A\r\n\x7F\x80");
+    harness.engine->SendText("line\n");
+    harness.engine->SendChar(0x12, false);
+    harness.engine->SendChar('x', false);
+    harness.engine->SendText(std::string(300, 'y'));
+    harness.Exchange("z");
+    CHECK(harness.window.trafficWakeUps == 1);
+    CHECK(TrafficOf(*harness.engine) == Strings{"TX a%s[0d]b", "RX A[0d][0a]\x7F[80]", "TX line[0a]", "TX [12]",
+                                                "TX x" + std::string(252, 'y'), "TX " + std::string(48, 'y'), "RX z"});
+    for (int count = 0; count < 5003; ++count)
+        harness.Exchange("z");
+    const Strings lines = TrafficOf(*harness.engine);
+    CHECK(lines.size() == 5001);
+    CHECK(lines.back() == "... 3 lines not shown ...");
+}
