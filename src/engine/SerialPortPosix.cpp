@@ -255,7 +255,7 @@ void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
         longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
     const bool wantsOutput = !queue.empty() && !dsrHolds;
     pollfd events[2] = {{wakeEvent, POLLIN, 0},
-                         {device, static_cast<short>(wantsOutput ? POLLIN | POLLOUT : POLLIN), 0}};
+                        {device, static_cast<short>(wantsOutput ? POLLIN | POLLOUT : POLLIN), 0}};
     const timespec timeout = {static_cast<time_t>(longest / 1s), static_cast<long>((longest % 1s).count())};
     const int ready = ::ppoll(events, isPortAwaited ? 2 : 1, &timeout, nullptr);
     if (ready > 0 && events[0].revents != 0) {

@@ -1,9 +1,10 @@
 #include "engine/LineList.h"
+
 #include "support/TemporaryFolder.h"
 
-#include <doctest/doctest.h>
-
 #include <vector>
+
+#include <doctest/doctest.h>
 
 using namespace tarvin;
 using tarvin::test::TemporaryFolder;

@@ -1,9 +1,9 @@
 #include "engine/DownloadApp.h"
 #include "support/EngineHarness.h"
 
-#include <doctest/doctest.h>
-
 #include <algorithm>
+
+#include <doctest/doctest.h>
 
 using namespace tarvin;
 using namespace tarvin::test;
@@ -23,9 +23,9 @@ public:
 // Keeps what arrives, as a protocol does that waits for the end of a message.
 class WaitingApp : public LineApp {
 public:
-    using LineApp::LineApp;
     using DownloadApp::ExtractMessage;
     using DownloadApp::messageText;
+    using LineApp::LineApp;
 
 protected:
     void ProcessReceivedData() override {}
@@ -74,7 +74,8 @@ TEST_CASE("the port is opened step by step, and each failed step is reported and
         harness.line.failures[each.failing] = {true, false, u"no luck"};
         harness.Create();
         CHECK(harness.line.calls == each.calls);
-        CHECK(ToUtf8(harness.Snapshot().caption) == (each.isLinked ? "LASER COM1:2400,N,8,1,Xon/Xoff" : "LASER - No Link"));
+        CHECK(ToUtf8(harness.Snapshot().caption) ==
+              (each.isLinked ? "LASER COM1:2400,N,8,1,Xon/Xoff" : "LASER - No Link"));
         CHECK(harness.window.boxes ==
               (*each.failing == '\0' ? Strings() : Strings{each.stepName + std::string(": COM1\nno luck")}));
         // Half-configured or not, the next opening closes it first.

@@ -1,8 +1,8 @@
 #include "engine/PortMode.h"
 
-#include <doctest/doctest.h>
-
 #include <string>
+
+#include <doctest/doctest.h>
 
 using namespace tarvin;
 

@@ -51,8 +51,8 @@ TEST_CASE("a raw download puts every byte of the file on the line, in blocks tha
         harness.engine->RunPass();
         CHECK(harness.line.sent.size() + harness.line.output.size() == each.firstBlock);
         CHECK(harness.Run(20s) == content);
-        CHECK(harness.Status() ==
-              "Download Completed " + (harness.folder / "NC/part").string() + " - " + std::to_string(each.length) + " bytes");
+        CHECK(harness.Status() == "Download Completed " + (harness.folder / "NC/part").string() + " - " +
+                                      std::to_string(each.length) + " bytes");
         CHECK(harness.Snapshot().sendFile.isEnabled);
         CHECK(harness.Snapshot().endDialog == EndDialog::None);
     }

@@ -6,12 +6,12 @@
 #include "support/FakePort.h"
 #include "support/TemporaryFolder.h"
 
-#include <doctest/doctest.h>
-
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <doctest/doctest.h>
 
 namespace tarvin::test {
 
@@ -39,9 +39,9 @@ public:
     explicit EngineHarness(std::string_view profile = "[Port Settings]\ntransmit delay=0\n") {
         std::filesystem::create_directory(folder / "NC");
         folder.WriteFile("LASER.INI", profile);
-        engine = std::make_unique<Engine>(EngineSetup{std::make_unique<FakePort>(line), clock, window, folder.Path(),
-                                                      FromPath(folder / "NC")},
-                                          u"LASER");
+        engine = std::make_unique<Engine>(
+            EngineSetup{std::make_unique<FakePort>(line), clock, window, folder.Path(), FromPath(folder / "NC")},
+            u"LASER");
     }
 
     // Loads the settings and opens the port.

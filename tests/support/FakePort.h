@@ -1,6 +1,6 @@
 #pragma once
-// A serial port without a device: the semantics of the real ones on a clock that the test moves, with every fault at hand.
-// One thread.
+// A serial port without a device: the semantics of the real ones on a clock that the test moves, with every fault at
+// hand. One thread.
 
 #include "engine/SerialPort.h"
 #include "support/ManualClock.h"
@@ -26,10 +26,10 @@ struct FakeLine {
 
     ManualClock& clock;
     std::string input;
-    std::string output;         // taken by the driver, not yet on the line
-    std::string sent;           // on the line
+    std::string output;             // taken by the driver, not yet on the line
+    std::string sent;               // on the line
     std::size_t bytesPerSecond = 0; // of the line; 0: at once
-    LineStatus holds;           // hold bits to report
+    LineStatus holds;               // hold bits to report
     std::vector<std::string> calls; // configuration steps, in order, with their arguments
     FlowControl flow;
 

@@ -1,0 +1,131 @@
+#include "support/Transcript.h"
+
+#include "protocol/TarvinApp.h"
+#include "support/EngineHarness.h"
+
+#include <algorithm>
+
+#include <doctest/doctest.h>
+
+using namespace tarvin;
+using namespace tarvin::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+void Replay(const Transcript& transcript) {
+    EngineHarness<TarvinApp> harness;
+    const std::string ncFolder = (harness.folder / "NC").string();
+    harness.folder.WriteFile("LASER.INI", WithFolder(SettingsProfile(transcript), ncFolder));
+    for (const auto& [name, content] : transcript.before) {
+        if (name.ends_with('/'))
+            std::filesystem::create_directory(harness.folder / ("NC/" + name));
+        else
+            harness.folder.WriteFile("NC/" + name, content);
+    }
+    harness.Create();
+    for (const TranscriptStep& step : transcript.steps) {
+        CAPTURE(step.send);
+        harness.window.boxes.clear();
+        std::string sent = harness.Exchange(step.send);
+        for (int tick = 0; sent.size() < step.expect.size() && tick < 100; ++tick)
+            sent += harness.Run(100ms);
+        CHECK(sent == step.expect);
+        if (!step.status.empty()) {
+            CHECK(harness.Run(150ms).empty());
+            CHECK(harness.Status() == WithFolder(step.status, ncFolder));
+        }
+        CHECK(harness.window.boxes == (step.message.empty() ? std::vector<std::string>() : std::vector{step.message}));
+    }
+    harness.engine->Terminate();
+    for (const auto& [name, content] : transcript.after)
+        CHECK(harness.folder.ReadFile("NC/" + name) == content);
+}
+
+}
+
+TEST_CASE("every transcript holds, whatever pieces its bytes come in") {
+    for (const Transcript& transcript : Transcripts()) {
+        CAPTURE(transcript.name);
+        Replay(transcript);
+    }
+}
+
+TEST_CASE("a controller that sends byte by byte gets the same answers") {
+    for (const Transcript& transcript : Transcripts()) {
+        CAPTURE(transcript.name);
+        Transcript bytewise = transcript;
+        bytewise.steps.clear();
+        for (const TranscriptStep& step : transcript.steps) {
+            // All but the last byte of a step are answered by nothing, where the step holds a single message.
+            const bool isSingle =
+                std::count(step.send.begin(), step.send.end(), '\r') == 1 && step.send.ends_with('\r');
+            if (isSingle) {
+                for (const char byte : step.send.substr(0, step.send.size() - 1))
+                    bytewise.steps.push_back({std::string(1, byte), ""});
+                bytewise.steps.push_back(step);
+                bytewise.steps.back().send.assign(1, '\r');
+            } else {
+                bytewise.steps.push_back(step);
+            }
+        }
+        Replay(bytewise);
+    }
+}
+
+TEST_CASE("a start character goes out once, before the acknowledgement and the delay") {
+    EngineHarness<TarvinApp> harness;
+    harness.Create();
+    auto settings = harness.engine->Settings();
+    settings.sendStartCode = 1;
+    settings.transmitDelaySeconds = 2;
+    harness.engine->ApplySettings(settings);
+    harness.folder.WriteFile("NC/7.", "N1\n");
+    CHECK(harness.Exchange(Message("ABSE7")) == "\x12");
+    CHECK(harness.Run(1900ms).empty());
+    CHECK(harness.Run(200ms) == Message("AAAK") + Message("AADAN1"));
+    CHECK(harness.Run(100ms).empty());
+    CHECK(ToUtf8(harness.Snapshot().caption) == "LASER  7");
+}
+
+TEST_CASE("an overrun is seen although the next read ends it") {
+    EngineHarness<TarvinApp> harness;
+    harness.Create();
+    harness.Exchange(std::string(4000, 'x'));
+    harness.Exchange("x");
+    CHECK(std::count(harness.window.statusLines.begin(), harness.window.statusLines.end(),
+                     u"Over Run Error! Data loss has occurred!") == 1);
+}
+
+TEST_CASE("a transfer outlives an outage, and half a message does not") {
+    EngineHarness<TarvinApp> harness;
+    harness.Create();
+    harness.folder.WriteFile("NC/7.", "N1\nN2\n");
+    CHECK(harness.Exchange(Message("ABSE7")) == Message("AAAK") + Message("AADAN1"));
+    harness.Exchange("ABNK ABTS ABST");
+    harness.line.isPresent = false;
+    harness.Run(3s);
+    harness.line.isPresent = true;
+    harness.Run(2s);
+    CHECK(harness.Exchange(Message("ABAK")) == Message("AADAN2"));
+    CHECK(harness.Exchange(Message("ABAK")) == Message("AAEF"));
+}
+
+TEST_CASE("settings are kept in a file that no machine name can lead astray") {
+    for (const char16_t* name : {u"", u"LASER/../2", u"CUT 1"}) {
+        EngineHarness<TarvinApp> harness;
+        auto machine = std::make_unique<TarvinApp>(EngineSetup{std::make_unique<FakePort>(harness.line), harness.clock,
+                                                               harness.window, harness.folder.Path(), u"NC"},
+                                                   name);
+        machine->Create();
+        const std::string title = *name == u'\0' ? "TARVIN" : ToUtf8(name);
+        CHECK(ToUtf8(machine->Snapshot().caption) == title + " COM1:2400,N,8,1,Xon/Xoff");
+        // No settings yet: the transmit delay of a first run, and no extension.
+        CHECK(machine->Settings().transmitDelaySeconds == 2);
+        CHECK(machine->Settings().fileExtension.empty());
+        machine->Terminate();
+        std::string fileName = title + ".INI";
+        std::replace(fileName.begin(), fileName.end(), '/', '_');
+        CHECK(std::filesystem::exists(harness.folder / fileName));
+    }
+}

@@ -1,0 +1,26 @@
+#include "support/Transcript.h"
+
+namespace tarvin::test {
+
+std::string Message(std::string_view text) {
+    int sum = 0;
+    for (const char byte : text)
+        sum += static_cast<unsigned char>(byte);
+    const int rest = (128 - sum % 128) % 128;
+    return std::string(text) + static_cast<char>((rest > 32 ? rest : rest + 64) - 1) + '\r';
+}
+
+std::string SettingsProfile(const Transcript& transcript) {
+    // Later keys of the same name do not count, so that a transcript may set any of these.
+    return "[Port Settings]\n" + transcript.portSettings + "transmit delay=0\nflow control=None\n[Files]\n" +
+           transcript.fileSettings + "file extension=nc\n";
+}
+
+std::string WithFolder(std::string text, const std::string& ncFolder) {
+    constexpr std::string_view mark = "{NC}";
+    for (auto found = text.find(mark); found != std::string::npos; found = text.find(mark))
+        text.replace(found, mark.size(), ncFolder);
+    return text;
+}
+
+}

@@ -1,0 +1,230 @@
+#include "support/Transcript.h"
+
+#include <string>
+
+namespace tarvin::test {
+
+namespace {
+
+const std::string good = Message("AAAK");
+const std::string cannotRead = Message("AAAK01");
+const std::string cannotGoOn = Message("AAAK03");
+const std::string testAnswer = Message("AATS");
+const std::string end = Message("AAEF");
+const std::string ack = Message("ABAK");
+const std::string nak = Message("ABNK");
+const std::string linkTest = Message("ABTS");
+
+std::string Data(std::string_view line) {
+    return Message("AADA" + std::string(line));
+}
+
+std::string EveryByteBut(char excluded) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte) {
+        if (static_cast<char>(byte) != excluded)
+            bytes.push_back(static_cast<char>(byte));
+    }
+    return bytes;
+}
+
+std::vector<Transcript> LinkTests() {
+    return {
+        {"a link test is answered",
+         {{"ABTSV\r", "AATSV\r", "Loop Back Test"}, {"ABTS\r\n", "AATSV\r"}, {"\r\n\r\r\n\rABTSx\r", "AATSV\r"}}},
+        {"what is no message is not answered, wherever it is cut",
+         {{"\r", ""},
+          {"ABXX?\r", ""},
+          {"abts\r", ""},
+          {"AB", ""},
+          {"TS\r", testAnswer},
+          {std::string("A\0BT\x80S\xFF", 7), "", "Loop Back Test"},
+          {"V\r", testAnswer},
+          {EveryByteBut('\r') + "\x11\r", ""},
+          {"noise" + linkTest + linkTest, testAnswer + testAnswer},
+          {ack + nak + Message("ABADN1") + Message("ABEF"), "", "Loop Back Test"}}},
+        {"4000 bytes without an end are dropped and told of, and the next message is answered",
+         {{std::string(4000, 'x'), ""},
+          {"x", "", "Waiting..."},
+          {linkTest, testAnswer},
+          {std::string(3900, 'y'), ""},
+          {linkTest, testAnswer}}},
+    };
+}
+
+std::vector<Transcript> Uploads() {
+    return {
+        {"an upload is stored line by line, leading zeros of its number left out",
+         {{Message("ABST00123"), good, "Uploading {NC}/123.nc - 0 bytes received."},
+          {Message("ABADN10 G90"), good, "Uploading {NC}/123.nc - 9 bytes received."},
+          {Message("ABAD"), good, "Uploading {NC}/123.nc - 9 bytes received."},
+          {Message("ABAD%"), good},
+          {Message("ABADN20 (%s%n ~)"), good},
+          {Message("ABEF"), good, "Upload Completed {NC}/123.nc - 26 bytes in file."},
+          {Message("ABADN30"), "", "Upload Completed {NC}/123.nc - 26 bytes in file."}},
+         {{"123.nc", "an older and longer file, which is gone\n"}},
+         {{"123.nc", "N10 G90\r\n%\r\nN20 (%s%n ~)\r\n"}}},
+        {"an upload that begins again goes on in the file it has",
+         {{Message("ABST1"), good},
+          {Message("ABADN1"), good},
+          {Message("ABST2"), good, "Uploading {NC}/2.nc - 0 bytes received."},
+          {Message("ABADN2"), good, "Uploading {NC}/2.nc - 8 bytes received."},
+          {Message("ABEF"), good}},
+         {},
+         {{"1.nc", "N1\r\nN2\r\n"}}},
+        {"a code within a line of data is stored and is a message too",
+         {{Message("ABST1"), good},
+          {Message("ABAD(ABTS)"), good + testAnswer, "Loop Back Test"},
+          {Message("ABADlost"), ""},
+          {Message("ABST2"), good},
+          {Message("ABADlast ABEF"), good + good, "Upload Completed {NC}/2.nc - 11 bytes in file."},
+          {Message("ABST3"), good},
+          {Message("ABAD-ABST00077"), good + good, "Uploading {NC}/-ABST00077.nc - 0 bytes received."},
+          {Message("ABEF"), good}},
+         {},
+         {{"1.nc", "(ABTS)\r\n"}, {"2.nc", "last ABEF\r\n"}, {"3.nc", "-ABST00077\r\n"}}},
+        {"bytes that do not print are left out of a line of data",
+         {{Message("ABST1"), good}, {"ABAD" + EveryByteBut('\r') + "\x11x\r", good}, {Message("ABEF"), good}},
+         {},
+         {{"1.nc",
+           " !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`abcdefghijklmnopqrstuvwxyz{|}~\r\n"}}},
+        {"a download that is asked for while an upload's file is open is refused, and the file is kept",
+         {{Message("ABST1"), good},
+          {Message("ABADN1"), good},
+          {Message("ABSE2"), cannotRead, "Download could not open/read from {NC}/2.nc"},
+          {Message("ABADN2"), ""},
+          {Message("ABSE2"), good + Data("N2")}},
+         {{"2.nc", "N2\n"}},
+         {{"1.nc", "N1\r\n"}}},
+        {"an upload that has nowhere to go is refused",
+         {{Message("ABST1"), cannotGoOn, "Upload could not open/write to {NC}/missing/1.nc"}, {linkTest, testAnswer}},
+         {},
+         {},
+         "",
+         "upload path={NC}/missing\n"},
+        {"a folder's backslashes are slashes, and a file is no folder",
+         {{Message("ABST1"), good},
+          {Message("ABEF"), good},
+          {Message("ABSE1"), cannotRead, "Download could not open/read from {NC}/file/1.nc"}},
+         {{"sub/", ""}, {"file", "x"}},
+         {{"sub/1.nc", ""}},
+         "",
+         "upload path={NC}\\sub\\\ndownload path={NC}/file\n"},
+    };
+}
+
+std::vector<Transcript> FileNumbers() {
+    std::vector<TranscriptStep> steps;
+    for (const std::string number : {"../../x", "/etc/passwd", "..\\x", "C:x", "..", "...", "CON", "nul", "com1",
+                                     "LPT9.txt", "Aux .x", "", "0000"}) {
+        steps.push_back({Message("ABST" + number), cannotGoOn});
+        steps.push_back({Message("ABSE" + number), cannotRead});
+    }
+    steps.push_back({Message("ABSE" + std::string(900, '9')), cannotRead});
+    steps.push_back({Message("ABST" + std::string(900, '9')), cannotGoOn});
+    // The checksum character is dropped after the zeros, and goes with them if it is one.
+    steps.push_back({"ABST0000\r", cannotGoOn});
+    steps.push_back({"ABST000a0\r", good, "Uploading {NC}/a.nc - 0 bytes received."});
+    steps.push_back({Message("ABEF"), good});
+    steps.push_back({Message("ABSTconsole 2."), good, "Uploading {NC}/console 2..nc - 0 bytes received."});
+    steps.push_back({Message("ABEF"), good});
+    return {{"a number that leads out of the folder or to a device names no file", steps, {}, {{"a.nc", ""}}}};
+}
+
+std::vector<Transcript> Downloads() {
+    return {
+        {"a download goes out line by line, one for each acknowledgement",
+         {{Message("ABSE0042"), good + Data("N10G90"), "Downloading {NC}/42.nc - 8 of 28 bytes sent."},
+          {ack, Data("%s%c%")},
+          {ack, Data(" "), "Downloading {NC}/42.nc - 18 of 28 bytes sent."},
+          {ack, Data("\x80\xFF\x11\x01")},
+          {ack, end, "Download Completed {NC}/42.nc - 24 bytes"},
+          {ack + nak, "", "Download Completed {NC}/42.nc - 24 bytes"}},
+         {{"42.nc", "\n\r\n\r\nN10G90\r\n%s%c%\n \n\n\x80\xFF\x11\x01\r\n"}}},
+        {"a file without a last line end, and one without any line",
+         {{Message("ABSE1"), good + Data("N1")},
+          {ack, Data("N2")},
+          {ack, end},
+          {Message("ABSE2"), good + end, "Download Completed {NC}/2.nc - 0 bytes"},
+          {Message("ABSE3"), good + end}},
+         {{"1.nc", "N1\nN2"}, {"2.nc", "\r\n\n\r\n"}, {"3.nc", ""}}},
+        {"a file that is not there, or is a folder, is refused",
+         {{Message("ABSE1"), cannotRead, "Download could not open/read from {NC}/1.nc"},
+          {Message("ABSE2"), cannotRead, "Download could not open/read from {NC}/2.nc"},
+          {ack, ""},
+          {linkTest, testAnswer}},
+         {{"2.nc/", ""}}},
+        {"a line is sent three times at the most, and the count outlives the download",
+         {{Message("ABSE1"), good + Data("N1")},
+          {nak, Data("N1")},
+          {nak, Data("N1")},
+          {ack, Data("N2")},
+          {nak, Data("N2")},
+          {nak, Data("N2")},
+          {nak, cannotGoOn, "Download Error(s) {NC}/1.nc"},
+          {nak, ""},
+          {Message("ABSE1"), good + Data("N1")},
+          {nak, cannotGoOn, "Download Error(s) {NC}/1.nc"},
+          {Message("ABSE1"), good + Data("N1")},
+          {ack, Data("N2")},
+          {nak, Data("N2")},
+          {ack, end}},
+         {{"1.nc", "N1\nN2\n"}}},
+        {"what a download does not expect ends it, a link test or another request takes its place",
+         {{Message("ABSE1"), good + Data("N1")},
+          {"AB\x80K?\r", cannotGoOn, "Download Error(s) {NC}/1.nc"},
+          {Message("ABSE1"), good + Data("N1")},
+          {Message("ABADN1"), cannotGoOn},
+          {ack, ""},
+          {Message("ABSE1"), good + Data("N1")},
+          {linkTest, testAnswer, "Loop Back Test"},
+          {ack, ""},
+          {Message("ABSE1"), good + Data("N1")},
+          {"noise" + ack, Data("N2")},
+          {Message("ABSE1"), good + Data("N1")},
+          {Message("ABST2"), good},
+          {Message("ABEF"), good, "Upload Completed {NC}/2.nc - 0 bytes in file."}},
+         {{"1.nc", "N1\nN2\n"}},
+         {{"2.nc", ""}}},
+        {"a line of 993 characters is sent, a longer one refuses the file before anything is sent",
+         {{Message("ABSE1"), good + Data(std::string(993, 'x'))},
+          {ack, end},
+          {Message("ABSE2"), cannotRead, "File format error {NC}/2.nc"},
+          {Message("ABSE3"), cannotRead, "File format error {NC}/3.nc"},
+          {ack, ""},
+          {Message("ABSE4"), cannotRead, "File format error {NC}/4.nc"}},
+         {{"1.nc", std::string(993, 'x') + "\r\n"},
+          {"2.nc", "N1\n" + std::string(994, 'x') + "\n"},
+          {"3.nc", "N1\n" + std::string(24576, 'x')},
+          {"4.nc", "N1\rN2\r"}}},
+        {"a line that is no text ends the file, and the lines before it decide",
+         {{Message("ABSE1"), good + Data("N1"), "", "Error: Not a valid ASCII file."},
+          {ack, end, "Download Completed {NC}/1.nc - 4 bytes"},
+          {Message("ABSE2"), cannotRead, "File format error {NC}/2.nc", "Error: Not a valid ASCII file."},
+          {Message("ABSE3"), good + end, "", "Error: Not a valid ASCII file."}},
+         {{"1.nc", "N1\n" + std::string(24577, 'x') + "\nN2\n"},
+          {"2.nc", std::string(994, 'x') + "\n" + std::string(24577, 'x')},
+          {"3.nc", std::string(24577, 'x') + "\n"}}},
+        {"after a delay the name is taken from the line that came last",
+         {{Message("ABSE1"), "", "Download Waiting For Controller"},
+          {Message("ABXX0002"), good + Data("N2"), "Downloading {NC}/2.nc - 4 of 3 bytes sent."},
+          {ack, end}},
+         {{"1.nc", "N1\n"}, {"2.nc", "N2\n"}},
+         {},
+         "transmit delay=1\n"},
+    };
+}
+
+}
+
+const std::vector<Transcript>& Transcripts() {
+    static const std::vector<Transcript> transcripts = [] {
+        std::vector<Transcript> all;
+        for (const auto& group : {LinkTests(), Uploads(), FileNumbers(), Downloads()})
+            all.insert(all.end(), group.begin(), group.end());
+        return all;
+    }();
+    return transcripts;
+}
+
+}
