@@ -1,0 +1,41 @@
+#include "end-to-end/ServiceFixture.h"
+#include "support/Transcript.h"
+
+#include <doctest/doctest.h>
+
+#include <csignal>
+
+using namespace tarvin::test;
+
+TEST_CASE("the real service holds every transcript over a real line") {
+    for (const Transcript& transcript : Transcripts()) {
+        CAPTURE(transcript.name);
+        ServiceFixture fixture;
+        fixture.WriteSettings(WithFolder(SettingsProfile(transcript), fixture.NcFolder()));
+        for (const auto& [name, content] : transcript.before) {
+            if (name.ends_with('/'))
+                std::filesystem::create_directory(fixture.folder / ("NC/" + name));
+            else
+                fixture.folder.WriteFile("NC/" + name, content);
+        }
+        fixture.Start();
+        REQUIRE(fixture.service->WaitForOutput("Waiting..."));
+        for (const TranscriptStep& step : transcript.steps) {
+            CAPTURE(step.send);
+            fixture.terminal->Write(step.send);
+            CHECK(fixture.terminal->Read(step.expect.size()) == step.expect);
+            const bool isShown = fixture.service->Output().find(WithFolder(step.status, fixture.NcFolder())) != std::string::npos;
+            if (!step.status.empty() && !isShown)
+                CHECK(fixture.service->WaitForOutput(WithFolder(step.status, fixture.NcFolder()) + "\n"));
+        }
+        // Nothing is left over that nobody asked for.
+        fixture.terminal->Write(Message("ABTS"));
+        CHECK(fixture.terminal->Read(6) == Message("AATS"));
+        fixture.service->Signal(SIGTERM);
+        CHECK(fixture.service->WaitForExit() == 0);
+        for (const TranscriptStep& step : transcript.steps)
+            CHECK(fixture.service->Output().find(step.message) != std::string::npos);
+        for (const auto& [name, content] : transcript.after)
+            CHECK(fixture.folder.ReadFile("NC/" + name) == content);
+    }
+}
