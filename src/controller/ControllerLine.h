@@ -38,8 +38,9 @@ public:
 std::unique_ptr<ControllerLine> OpenDevice(const std::string& device, unsigned bitsPerSecond, std::string& error);
 
 // A new pseudo-terminal, raw, whose other end is found through the symbolic link `link`. A link that leads nowhere is
-// replaced; whatever else has that name is refused. The link goes with the line, and when SIGINT, SIGTERM or SIGHUP
-// ends the process. One at a time in a process. None leaves the reason in `error`, as on systems without such lines.
+// replaced; whatever else has that name is refused. The link goes with the line, and when SIGINT, SIGTERM, SIGHUP or
+// SIGPIPE ends the process. One at a time in a process. None leaves the reason in `error`, as on systems without such
+// lines.
 std::unique_ptr<ControllerLine> MakePseudoTerminal(const std::filesystem::path& link, std::string& error);
 
 }

@@ -50,7 +50,8 @@ bool Conversation::TryConnect(Clock::TimePoint deadline) {
     link.Discard();
     if (link.Send(linkTestCode, deadline) == MessageLink::SendStatus::Sent)
         ++unansweredLinkTests;
-    for (;;) {
+    // What comes without a pause must not hold the deadline up.
+    do {
         const ReceivedMessage message = link.Receive(deadline);
         switch (message.status) {
         case ReceivedMessage::Status::Whole:
@@ -68,7 +69,8 @@ bool Conversation::TryConnect(Clock::TimePoint deadline) {
         case ReceivedMessage::Status::TimedOut:
             return false;
         }
-    }
+    } while (clock.Now() < deadline);
+    return false;
 }
 
 // The answer to a test that was repeated before its answer had come.

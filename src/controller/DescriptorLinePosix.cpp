@@ -74,6 +74,8 @@ ControllerLine::Status DescriptorLine::Write(std::string_view bytes, Clock::Time
         const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
         if (count >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno == EAGAIN && HasPassed(deadline)) {
+            return Status::TimedOut;
         } else if (errno == EAGAIN) {
             if (const Status status = WaitFor(POLLOUT, deadline); status != Status::Done)
                 return status;

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <iterator>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,7 +17,9 @@ namespace tarvin::controller {
 
 namespace {
 
-constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
+constexpr std::size_t endingSignalCount = std::size(endingSignals);
+struct sigaction actionsBefore[endingSignalCount];
 // A signal handler can allocate nothing: the link's path waits here. Empty while there is no link.
 char linkToRemove[4096];
 
@@ -27,15 +30,22 @@ void RemoveLinkAndEnd(int signalNumber) {
     ::raise(signalNumber);
 }
 
-void SetEndingSignals(bool isHandled) {
+void CatchEndingSignals() {
     struct sigaction action = {};
-    if (isHandled)
-        action.sa_handler = &RemoveLinkAndEnd;
-    else
-        action.sa_handler = SIG_DFL;
+    action.sa_handler = &RemoveLinkAndEnd;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signalNumber : endingSignals)
-        ::sigaction(signalNumber, &action, nullptr);
+    for (std::size_t index = 0; index < endingSignalCount; ++index) {
+        ::sigaction(endingSignals[index], nullptr, &actionsBefore[index]);
+        // As "nohup" arranges it: what is ignored ends nothing.
+        if (actionsBefore[index].sa_handler != SIG_IGN)
+            ::sigaction(endingSignals[index], &action, nullptr);
+    }
+}
+
+void ReleaseEndingSignals() {
+    for (std::size_t index = 0; index < endingSignalCount; ++index)
+        ::sigaction(endingSignals[index], &actionsBefore[index], nullptr);
+    linkToRemove[0] = '\0';
 }
 
 std::string Reason(const std::string& what) {
@@ -87,8 +97,7 @@ public:
         // Not if somebody else has taken the name since.
         if (TargetOf(link) == otherEnd)
             ::unlink(link.c_str());
-        SetEndingSignals(false);
-        linkToRemove[0] = '\0';
+        ReleaseEndingSignals();
     }
 
 private:
@@ -115,12 +124,11 @@ std::unique_ptr<ControllerLine> MakePseudoTerminal(const std::filesystem::path& 
         // In this order, so that no signal finds a link that nobody removes.
         place.native().copy(linkToRemove, sizeof linkToRemove - 1);
         linkToRemove[place.native().size()] = '\0';
-        SetEndingSignals(true);
+        CatchEndingSignals();
         isLinked = ::symlink(otherEnd, place.c_str()) == 0;
         if (!isLinked) {
             error = Reason(place.native());
-            SetEndingSignals(false);
-            linkToRemove[0] = '\0';
+            ReleaseEndingSignals();
         }
     }
     if (isLinked)

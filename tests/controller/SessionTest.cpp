@@ -66,7 +66,7 @@ TEST_CASE("right exchanges are right, whatever the program has to put up with") 
     };
     for (const std::string& arguments : table) {
         CAPTURE(arguments);
-        for (const std::size_t arrivalSize : {1, 7, 4096}) {
+        for (const std::size_t arrivalSize : {1U, 7U, 4096U}) {
             Run run;
             run.line.arrivalSize = arrivalSize;
             // What follows "expect" is the first data line, which nobody waits for.
