@@ -16,6 +16,8 @@ public:
 
     // The most bytes that one read gives.
     std::size_t arrivalSize = 4096;
+    // What the clock moves on before a read gives something.
+    Clock::Duration readTime = {};
     // All that was ever written.
     std::string written;
     std::size_t writeCount = 0;
@@ -26,6 +28,7 @@ public:
             clock.Advance(std::max(deadline - clock.Now(), Clock::Duration::zero()));
             return Status::TimedOut;
         }
+        clock.Advance(readTime);
         waiting.copy(bytes, byteCount);
         waiting.erase(0, byteCount);
         return Status::Done;

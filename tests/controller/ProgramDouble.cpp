@@ -22,6 +22,8 @@ std::string ProgramDouble::Receive(std::string_view bytes) {
         if (byte >= 0x20 && byte <= 0x7E) {
             incoming += byte;
         } else if (byte == '\r' && !incoming.empty()) {
+            if (!incoming.starts_with("ABTS"))
+                replies += std::exchange(heldAnswers, {});
             replies += Handle(incoming);
             incoming.clear();
         }
@@ -41,12 +43,11 @@ std::string ProgramDouble::Handle(const std::string& message) {
         return Answer("AAAK");
     }
     if (code == "ABTS") {
+        if (heldLinkTests == 0)
+            return Answer("AATS");
+        --heldLinkTests;
         heldAnswers += Answer("AATS");
-        if (heldLinkTests > 0) {
-            --heldLinkTests;
-            return {};
-        }
-        return std::exchange(heldAnswers, {});
+        return {};
     }
     if (code == "ABST") {
         uploadNumber = payload;
@@ -71,7 +72,7 @@ std::string ProgramDouble::HandleDownload(const std::string& message) {
         refusals = 0;
         return NextLine();
     }
-    if (message.starts_with("ABNK") && ++refusals < 3)
+    if (message.starts_with("ABNK") && (++refusals < 3 || fault == Fault::FourthTime))
         return Answer(lastDataMessage, true);
     isDownloading = false;
     return Answer("AAAK03");
@@ -99,7 +100,9 @@ std::string ProgramDouble::Answer(const std::string& text, bool isRepeat) {
     std::string frame = Frame(text);
     if (wasFaulty && fault == Fault::OtherRepeat)
         return Frame(text + "0");
-    if (wasFaulty && fault == Fault::WrongChecksumForever)
+    if (wasFaulty && fault == Fault::EndForRepeat)
+        return Frame("AAEF");
+    if (wasFaulty && (fault == Fault::WrongChecksumForever || (fault == Fault::FourthTime && refusals < 3)))
         frame[frame.size() - 2] ^= 1;
     if (!isFaulty)
         return frame;
@@ -108,6 +111,7 @@ std::string ProgramDouble::Answer(const std::string& text, bool isRepeat) {
         return {};
     case Fault::WrongChecksum:
     case Fault::WrongChecksumForever:
+    case Fault::FourthTime:
         frame[frame.size() - 2] ^= 1;
         return frame;
     case Fault::MissingCarriageReturn:

@@ -21,6 +21,8 @@ enum class Fault {
     LostLine,              // the line after is sent in place of the line
     LineTwice,             // the line before is sent in place of the line
     OtherRepeat,           // a refused line comes back changed
+    EndForRepeat,          // the end in place of a refused line
+    FourthTime,            // a line damaged three times comes once more, and is right
     EmptyLine,             // a data line without data
     EarlyEnd,              // the end in place of the line
     Endless,               // a line that does not come to an end
@@ -37,7 +39,7 @@ public:
     std::size_t faultyAnswer = 0;
     // Put before the answer to a download request.
     std::string startCharacter;
-    // Link tests that are not answered at once but with the one after them.
+    // Link tests that are not answered at once: after the first one that is, with the next message that is none.
     std::size_t heldLinkTests = 0;
 
     std::map<std::string, Lines> files;

@@ -126,6 +126,9 @@ TEST_CASE("each fault of the program fails the command, with its reason") {
         {"get 7", Fault::Silence, 4, "line 4: no answer in 5 s"},
         {"get 7", Fault::OtherMessage, 2, "line 2: \"ABAK\" came instead of"},
         {"--nak-every 2 get 7", Fault::OtherRepeat, 2, "line 2: the repeated line is not the line that was refused"},
+        {"--nak-every 2 get 7", Fault::EndForRepeat, 2, "line 2: the end of the file came instead of the refused line"},
+        {"get 7", Fault::FourthTime, 2, "line 2: refused 3 times, and it was sent once more"},
+        {"--garble-received 100 get 7", Fault::FourthTime, 9, "line 1: refused 3 times, and it was sent once more"},
         {"check 7 f", Fault::LostLine, 2, "line 2: \"N30 M30\" came, but the file has"},
         {"check 7 f", Fault::LineTwice, 2, "line 2: \"N10 G1 X5\" came, but the file has"},
         {"check 7 f", Fault::EarlyEnd, 3, "line 3: the end came, but the file has \"N30 M30\""},
@@ -161,8 +164,7 @@ TEST_CASE("connecting goes on until it is answered, and late answers harm nothin
     Run run;
     run.program.heldLinkTests = 2;
     run.program.startCharacter.assign(1, '\x12');
-    CHECK(run("--start-character 18 check 7 f test refuse-get 99") == ExitStatus::right);
-    CAPTURE(run.output);
+    CHECK_MESSAGE(run("--start-character 18 check 7 f test refuse-get 99") == ExitStatus::right, run.output);
     run.program.heldLinkTests = 1000;
     CHECK(run("--connect 2 test") == ExitStatus::failed);
     CHECK(run.output == "connect: FAILED: nobody answers the link test in 2 s\n");
@@ -192,6 +194,40 @@ TEST_CASE("what the controller itself spoils is never called right") {
             CHECK_MESSAGE(run.output.ends_with(row.lastLine), run.output);
         }
     }
+}
+
+TEST_CASE("an upload is called right only if the program has stored what was meant") {
+    int rightCount = 0;
+    int damagedCount = 0;
+    for (int seed = 0; seed < 300; ++seed) {
+        Run run;
+        const int status = run("--garble 15 --seed " + std::to_string(seed) + " put 5 f");
+        CAPTURE(seed);
+        CHECK((status == ExitStatus::failed || run.program.files["5"] == threeLines));
+        rightCount += status == ExitStatus::right ? 1 : 0;
+        damagedCount += run.output.find("went out damaged and were acknowledged") != std::string::npos ? 1 : 0;
+    }
+    CHECK(rightCount > 0);
+    CHECK(damagedCount > 0);
+}
+
+TEST_CASE("turnaround is the program's time alone") {
+    Run run;
+    run.line.readTime = std::chrono::milliseconds(3);
+    for (const char* options : {"", "--delay 20 ", "--split "}) {
+        CHECK(run(std::string(options) + "put 5 f") == ExitStatus::right);
+        CHECK_MESSAGE(run.output.find("turnaround median 3.000 ms, p99 3.000 ms, max 3.000 ms") != std::string::npos,
+                      run.output);
+    }
+    TurnaroundRecord record;
+    CHECK(record.Summarize().count == 0);
+    for (int answer = 200; answer > 0; --answer)
+        record.Add(std::chrono::microseconds(answer));
+    const TurnaroundRecord::Summary summary = record.Summarize();
+    CHECK(summary.count == 200);
+    CHECK(summary.median == std::chrono::microseconds(100));
+    CHECK(summary.percentile99 == std::chrono::microseconds(198));
+    CHECK(summary.longest == std::chrono::microseconds(200));
 }
 
 TEST_CASE("a seed repeats every byte, and a message without misbehaviour is one write") {
