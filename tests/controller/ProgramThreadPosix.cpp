@@ -45,9 +45,11 @@ void ProgramThread::Join() {
 
 void ProgramThread::Serve(int descriptor, int readsToAnswer) {
     for (int reads = 0; reads != readsToAnswer;) {
+        // Looked at before the line, so that a hang-up from before the request is still seen.
+        const bool isLastLook = stopRequested;
         pollfd entry = {descriptor, POLLIN, 0};
         const int ready = ::poll(&entry, 1, 20);
-        if (ready == 0 && stopRequested)
+        if (ready == 0 && isLastLook)
             return;
         if (ready <= 0)
             continue;

@@ -92,9 +92,15 @@ TEST_CASE("a real device is spoken to like a pseudo-terminal") {
         CHECK(result.output.find("2 repeats, ok") != std::string::npos);
         ::close(holder);
     }
-    ::close(otherEnd);
-    CHECK(Control({"--port", device, "test"}).status == ExitStatus::failed);
     CHECK(Control({"--port", device, "--baud", "12345", "test"}).errors.find("12345 bits") != std::string::npos);
+    ::close(otherEnd);
+    const TemporaryFolder folder;
+    folder.WriteFile("file", "");
+    for (const char* name : {"file", "missing"}) {
+        const Result result = Control({"--port", folder / name, "test"});
+        CHECK(result.status == ExitStatus::failed);
+        CHECK(result.errors.starts_with("tarvin-controller: " + (folder / name).string() + ": "));
+    }
 }
 
 TEST_CASE("only a link that leads nowhere gives way to a new one") {
