@@ -1,0 +1,106 @@
+#include "controller/CommandRunner.h"
+
+#include "controller/MessageCodes.h"
+#include "framework/NativeFile.h"
+
+#include <iomanip>
+#include <sstream>
+
+namespace tarvin::controller {
+
+namespace {
+
+bool IsTransfer(Command::Kind kind) {
+    return kind == Command::Kind::Put || kind == Command::Kind::Get || kind == Command::Kind::Check;
+}
+
+double InSeconds(Clock::Duration duration) {
+    return std::chrono::duration<double>(duration).count();
+}
+
+double InMilliseconds(Clock::Duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+}
+
+Outcome CommandRunner::Run(const Command& command, std::span<const std::string> lines) {
+    record = {};
+    // What another command has provoked is what "expect" is there for.
+    if (command.kind != Command::Kind::Expect) {
+        if (Outcome silence = conversation.Begin(); !silence.IsRight())
+            return silence;
+    }
+    const Clock::TimePoint start = clock.Now();
+    Outcome outcome = Perform(command, lines);
+    record.elapsed = std::max(link.LastArrival() - start, Clock::Duration::zero());
+    return outcome;
+}
+
+Outcome CommandRunner::Perform(const Command& command, std::span<const std::string> lines) {
+    switch (command.kind) {
+    case Command::Kind::Test:
+        return conversation.TestLink(record.repeats);
+    case Command::Kind::Put:
+        return Upload(conversation, command.number, lines, record);
+    case Command::Kind::Get:
+        return GetInto(command);
+    case Command::Kind::Check: {
+        LineComparer comparer(lines);
+        return Download(conversation, command.number, comparer, record);
+    }
+    case Command::Kind::RefusePut:
+        return conversation.ExpectRefusal(std::string(uploadRequestCode) + command.number, abortCode);
+    case Command::Kind::RefuseGet:
+        return conversation.ExpectRefusal(std::string(downloadRequestCode) + command.number, readRefusalCode);
+    case Command::Kind::Send:
+        return conversation.Send(command.number);
+    case Command::Kind::Expect:
+        return conversation.ReceiveExactly(command.number);
+    }
+    return Outcome::Failed("unknown command");
+}
+
+Outcome CommandRunner::GetInto(const Command& command) {
+    if (command.file.empty()) {
+        LineSink forgetful;
+        return Download(conversation, command.number, forgetful, record);
+    }
+    LineCollector collector;
+    Outcome outcome = Download(conversation, command.number, collector, record);
+    if (outcome.IsRight() && !ReplaceWholeFile(command.file, collector.Content()))
+        return Outcome::Failed(command.file + " cannot be written");
+    return outcome;
+}
+
+std::string CommandRunner::Figures(const Command& command) const {
+    std::ostringstream text;
+    text << std::fixed;
+    if (IsTransfer(command.kind)) {
+        const double seconds = InSeconds(record.elapsed);
+        text << record.lines << " lines, " << record.bytes << " bytes, " << std::setprecision(3) << seconds << " s, "
+             << std::setprecision(0) << (seconds > 0 ? static_cast<double>(record.lines) / seconds : 0) << " lines/s, ";
+    }
+    if (const auto summary = link.Turnaround().Summarize(); summary.count > 0) {
+        text << std::setprecision(3) << "turnaround median " << InMilliseconds(summary.median) << " ms, p99 "
+             << InMilliseconds(summary.percentile99) << " ms, max " << InMilliseconds(summary.longest) << " ms, ";
+    }
+    if (IsTransfer(command.kind) || command.kind == Command::Kind::Test)
+        text << record.repeats << " repeats, ";
+    return text.str();
+}
+
+std::string CommandRunner::Report(const Command& command, const Outcome& outcome) const {
+    const std::string head = command.name + (command.number.empty() ? "" : " " + command.number) + ": ";
+    switch (outcome.kind) {
+    case Outcome::Kind::Right:
+        return head + Figures(command) + "ok";
+    case Outcome::Kind::Stopped:
+        return head + Figures(command) + outcome.reason;
+    case Outcome::Kind::Failed:
+        break;
+    }
+    return head + "FAILED: " + outcome.reason;
+}
+
+}

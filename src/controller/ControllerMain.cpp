@@ -1,0 +1,10 @@
+// The simulated controller as a program.
+
+#include "controller/Session.h"
+
+#include <iostream>
+
+int main(int argumentCount, char** arguments) {
+    const std::vector<std::string> words(arguments + 1, arguments + argumentCount);
+    return tarvin::controller::RunController(words, TARVIN_VERSION, std::cout, std::cerr);
+}

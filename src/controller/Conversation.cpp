@@ -1,0 +1,223 @@
+#include "controller/Conversation.h"
+
+#include "controller/ControllerFrame.h"
+#include "controller/MessageCodes.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace tarvin::controller {
+
+namespace {
+
+constexpr int linkTestAttempts = 3;
+// How long the end of the last exchange is listened to for something that nobody has asked for.
+constexpr std::chrono::milliseconds lastListening(20);
+
+std::string InSeconds(Clock::Duration duration) {
+    std::ostringstream text;
+    text << std::chrono::duration<double>(duration).count() << " s";
+    return text.str();
+}
+
+}
+
+Conversation::Conversation(ControllerLine& messageLine, MessageLink& messages, const Clock& timeSource,
+                           const Settings& chosenSettings)
+    : line(messageLine), link(messages), clock(timeSource), settings(chosenSettings) {}
+
+Outcome Conversation::Connect(Clock::Duration limit) {
+    const Clock::TimePoint deadline = clock.Now() + limit;
+    // A program that is there answers fast, and a slow line needs more time than the first attempts give.
+    Clock::Duration patience = std::chrono::milliseconds(50);
+    bool wasOpened = false;
+    while (clock.Now() < deadline) {
+        const auto status = line.WaitForPeer(deadline);
+        if (status == ControllerLine::Status::Failed)
+            return Outcome::Failed(line.LastError());
+        if (status != ControllerLine::Status::Done)
+            break;
+        wasOpened = true;
+        if (TryConnect(std::min(deadline, clock.Now() + patience)))
+            return Outcome::Right();
+        patience = std::min<Clock::Duration>(2 * patience, std::chrono::milliseconds(800));
+    }
+    return Outcome::Failed((wasOpened ? "nobody answers the link test in " : "nobody has opened the line in ") +
+                           InSeconds(limit));
+}
+
+bool Conversation::TryConnect(Clock::TimePoint deadline) {
+    link.Discard();
+    if (link.Send(linkTestCode, deadline) == MessageLink::SendStatus::Sent)
+        ++unansweredLinkTests;
+    // What comes without a pause must not hold the deadline up.
+    do {
+        const ReceivedMessage message = link.Receive(deadline);
+        switch (message.status) {
+        case ReceivedMessage::Status::Whole:
+            if (IsLateLinkAnswer(message))
+                return true;
+            break;
+        case ReceivedMessage::Status::Damaged:
+            break;
+        case ReceivedMessage::Status::Unusable:
+            link.Discard();
+            // A failing line is not asked again and again without a rest.
+            line.Pause(std::chrono::milliseconds(2));
+            return false;
+        case ReceivedMessage::Status::HungUp:
+        case ReceivedMessage::Status::TimedOut:
+            return false;
+        }
+    } while (clock.Now() < deadline);
+    return false;
+}
+
+// The answer to a test that was repeated before its answer had come.
+bool Conversation::IsLateLinkAnswer(const ReceivedMessage& message) {
+    if (unansweredLinkTests == 0 || message.status != ReceivedMessage::Status::Whole || message.text != linkAnswerCode)
+        return false;
+    --unansweredLinkTests;
+    return true;
+}
+
+Outcome Conversation::Begin() {
+    link.Turnaround().Clear();
+    damagedButAcknowledged = 0;
+    return Silence(clock.Now());
+}
+
+Outcome Conversation::End() {
+    return Silence(clock.Now() + lastListening);
+}
+
+Outcome Conversation::Silence(Clock::TimePoint deadline) {
+    for (;;) {
+        const ReceivedMessage message = link.Receive(deadline);
+        switch (message.status) {
+        case ReceivedMessage::Status::HungUp:
+            return Outcome::Right();
+        case ReceivedMessage::Status::Unusable:
+            return Outcome::Failed(link.LastError());
+        case ReceivedMessage::Status::TimedOut:
+            if (!link.HasUnread())
+                return Outcome::Right();
+            if (unansweredLinkTests == 0 || clock.Now() >= deadline + settings.answerTime)
+                return Outcome::Failed(Quoted(link.Unread()) + " came without being asked for");
+            // The rest of a late answer is still on its way.
+            deadline += settings.answerTime;
+            break;
+        case ReceivedMessage::Status::Whole:
+        case ReceivedMessage::Status::Damaged:
+            if (!IsLateLinkAnswer(message))
+                return Outcome::Failed(Quoted(message.text) + " came without being asked for");
+            break;
+        }
+    }
+}
+
+Outcome Conversation::TestLink(std::size_t& repeats) {
+    Outcome outcome;
+    for (int attempt = 0; attempt < linkTestAttempts; ++attempt) {
+        repeats = static_cast<std::size_t>(attempt);
+        if (outcome = Send(linkTestCode); !outcome.IsRight())
+            return outcome;
+        ++unansweredLinkTests;
+        const ReceivedMessage message = link.Receive(clock.Now() + settings.answerTime);
+        if (IsLateLinkAnswer(message))
+            return Outcome::Right();
+        outcome = Unexpected(message, linkAnswerCode);
+        if (message.status != ReceivedMessage::Status::TimedOut && message.status != ReceivedMessage::Status::Damaged)
+            return outcome;
+        link.Discard();
+    }
+    return Outcome::Failed(outcome.reason + ", " + std::to_string(linkTestAttempts) + " times");
+}
+
+Outcome Conversation::Send(std::string_view text) {
+    if (link.HasUnread()) {
+        if (Outcome silence = Silence(clock.Now()); !silence.IsRight())
+            return silence;
+    }
+    if (link.Send(text, clock.Now() + settings.answerTime) != MessageLink::SendStatus::Sent)
+        return Outcome::Failed(link.LastError());
+    return Outcome::Right();
+}
+
+Outcome Conversation::Receive(ReceivedMessage& message, std::optional<char> leading) {
+    const Clock::TimePoint deadline = clock.Now() + settings.answerTime;
+    do {
+        message = link.Receive(deadline, leading);
+    } while (IsLateLinkAnswer(message));
+    if (message.status != ReceivedMessage::Status::Whole && message.status != ReceivedMessage::Status::Damaged)
+        return Unexpected(message, {});
+    if (leading && !message.hadLeading)
+        return Outcome::Failed(Quoted(message.text) + " came without the start character");
+    return Outcome::Right();
+}
+
+Outcome Conversation::Unexpected(const ReceivedMessage& message, std::string_view wanted) const {
+    switch (message.status) {
+    case ReceivedMessage::Status::TimedOut:
+        if (link.HasUnread())
+            return Outcome::Failed(Quoted(link.Unread()) + " came, and no carriage return in " +
+                                   InSeconds(settings.answerTime));
+        return Outcome::Failed("no answer in " + InSeconds(settings.answerTime));
+    case ReceivedMessage::Status::HungUp:
+    case ReceivedMessage::Status::Unusable:
+        return Outcome::Failed(link.LastError());
+    case ReceivedMessage::Status::Damaged:
+        return Outcome::Failed(Quoted(message.text) + " came, which has a wrong checksum");
+    case ReceivedMessage::Status::Whole:
+        break;
+    }
+    if (message.text == readRefusalCode)
+        return Outcome::Failed("refused with AAAK01: the program could not open the file for reading");
+    if (message.text == abortCode)
+        return Outcome::Failed("refused with AAAK03: the program could not open or write the file, or has given up");
+    return Outcome::Failed(Quoted(message.text) + " came instead of " + Quoted(wanted));
+}
+
+Outcome Conversation::Ask(std::string_view request, ReceivedMessage& answer) {
+    if (Outcome sent = Send(request); !sent.IsRight())
+        return sent;
+    return Receive(answer, request.starts_with(downloadRequestCode) ? settings.startCharacter : std::nullopt);
+}
+
+Outcome Conversation::ReceiveExactly(std::string_view text) {
+    ReceivedMessage message;
+    if (Outcome received = Receive(message); !received.IsRight())
+        return received;
+    if (message.status == ReceivedMessage::Status::Whole && message.text == text)
+        return Outcome::Right();
+    return Unexpected(message, text);
+}
+
+Outcome Conversation::ExpectRefusal(std::string_view request, std::string_view refusal) {
+    ReceivedMessage answer;
+    if (Outcome asked = Ask(request, answer); !asked.IsRight())
+        return asked;
+    if (answer.status == ReceivedMessage::Status::Whole && answer.text == refusal)
+        return Outcome::Right();
+    return Unexpected(answer, refusal);
+}
+
+Outcome Conversation::RequireAcknowledge(std::string_view request) {
+    ReceivedMessage answer;
+    if (Outcome asked = Ask(request, answer); !asked.IsRight())
+        return asked;
+    if (answer.status != ReceivedMessage::Status::Whole || answer.text != acknowledgeCode)
+        return Unexpected(answer, acknowledgeCode);
+    if (link.FateOfLastMessage() == Misbehaviour::Fate::Damaged)
+        ++damagedButAcknowledged;
+    return Outcome::Right();
+}
+
+bool Conversation::StopsAfter(std::size_t lineCount) {
+    if (hasStopped || settings.stopsAfter == 0 || lineCount != settings.stopsAfter)
+        return false;
+    hasStopped = true;
+    return true;
+}
+
+}

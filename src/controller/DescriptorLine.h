@@ -1,0 +1,30 @@
+#pragma once
+// A line on an open, non-blocking POSIX descriptor. Knows nothing of how it was opened or set.
+
+#include "controller/ControllerLine.h"
+
+namespace tarvin::controller {
+
+class DescriptorLine : public ControllerLine {
+public:
+    // Owns the descriptor.
+    explicit DescriptorLine(int openDescriptor) : descriptor(openDescriptor) {}
+    ~DescriptorLine() override;
+    DescriptorLine(const DescriptorLine&) = delete;
+    DescriptorLine& operator=(const DescriptorLine&) = delete;
+
+    Status Read(char* bytes, std::size_t capacity, Clock::TimePoint deadline, std::size_t& byteCount) override;
+    Status Write(std::string_view bytes, Clock::TimePoint deadline) override;
+    Status WaitForPeer(Clock::TimePoint deadline) override;
+    void Pause(Clock::Duration duration) override;
+    const std::string& LastError() const override { return lastError; }
+
+private:
+    Status WaitFor(short event, Clock::TimePoint deadline);
+    Status Fail(int systemError);
+
+    const int descriptor;
+    std::string lastError;
+};
+
+}

@@ -1,0 +1,94 @@
+#include "controller/Session.h"
+
+#include "controller/CommandRunner.h"
+#include "controller/HelpText.h"
+#include "controller/NcLines.h"
+
+#include <ostream>
+
+namespace tarvin::controller {
+
+namespace {
+
+bool ReadsFile(const Command& command) {
+    return command.kind == Command::Kind::Put || command.kind == Command::Kind::Check;
+}
+
+using Lines = std::vector<std::string>;
+
+// One entry for each command, empty for those that read no file.
+bool ReadFiles(const std::vector<Command>& commands, std::vector<Lines>& files, std::string& error) {
+    for (const Command& command : commands) {
+        auto lines = ReadsFile(command) ? ReadNcLines(command.file, error) : Lines();
+        if (!lines)
+            return false;
+        files.push_back(std::move(*lines));
+    }
+    return true;
+}
+
+int FailEarly(std::ostream& errors, int status, const std::string& reason) {
+    errors << "tarvin-controller: " << reason << std::endl;
+    return status;
+}
+
+int Fail(std::ostream& output, const std::string& what, const std::string& reason) {
+    output << what << ": FAILED: " << reason << std::endl;
+    return ExitStatus::failed;
+}
+
+}
+
+int RunCommands(const ControllerOptions& options, std::span<const Lines> files, ControllerLine& line,
+                const Clock& clock, std::ostream& output) {
+    MessageLink link(line, clock,
+                     {options.misbehaviour, options.delayBeforeMessages, options.traces ? &output : nullptr});
+    Conversation conversation(line, link, clock, options.conversation);
+    if (options.connects) {
+        if (const Outcome outcome = conversation.Connect(options.connectTime); !outcome.IsRight())
+            return Fail(output, "connect", outcome.reason);
+    }
+    link.AllowMisbehaviour();
+    CommandRunner runner(conversation, link, clock);
+    int status = ExitStatus::right;
+    for (std::size_t index = 0; index < options.commands.size(); ++index) {
+        const Command& command = options.commands[index];
+        const Outcome outcome = runner.Run(command, files[index]);
+        output << runner.Report(command, outcome) << std::endl;
+        if (outcome.kind == Outcome::Kind::Failed)
+            return ExitStatus::failed;
+        if (outcome.kind == Outcome::Kind::Stopped)
+            status = ExitStatus::stopped;
+    }
+    // An answer to the last message sent is nobody's fault if it was not to be waited for.
+    if (options.commands.back().kind == Command::Kind::Send)
+        return status;
+    if (const Outcome outcome = conversation.End(); !outcome.IsRight())
+        return Fail(output, "end", outcome.reason);
+    return status;
+}
+
+int RunController(std::span<const std::string> arguments, std::string_view version, std::ostream& output,
+                  std::ostream& errors) {
+    ControllerOptions options;
+    std::string error;
+    if (!ParseCommandLine(arguments, options, error))
+        return FailEarly(errors, ExitStatus::usage, error + "; see --help");
+    if (options.wantsHelp || options.wantsVersion) {
+        if (options.wantsHelp)
+            output << helpText << std::flush;
+        else
+            output << "tarvin-controller " << version << std::endl;
+        return ExitStatus::right;
+    }
+    std::vector<Lines> files;
+    if (!ReadFiles(options.commands, files, error))
+        return FailEarly(errors, ExitStatus::usage, error);
+    const auto line = options.device.empty() ? MakePseudoTerminal(options.pseudoTerminalLink, error)
+                                             : OpenDevice(options.device, options.bitsPerSecond, error);
+    if (!line)
+        return FailEarly(errors, ExitStatus::failed, error);
+    return RunCommands(options, files, *line, SteadyClock(), output);
+}
+
+}

@@ -1,0 +1,73 @@
+#include "ProgramThread.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace tarvin::controller::test {
+
+namespace {
+
+// As the line is: whoever made it has set it up.
+int OpenWhenThere(const std::filesystem::path& path, const std::atomic<bool>& stopRequested) {
+    int descriptor = -1;
+    WaitUntil([&] {
+        descriptor = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+        return descriptor >= 0 || stopRequested;
+    });
+    if (descriptor >= 0)
+        ::tcflush(descriptor, TCIFLUSH);
+    return descriptor;
+}
+
+}
+
+ProgramThread::ProgramThread(ProgramDouble otherSide, std::filesystem::path devicePath, int readsToAnswer)
+    : program(std::move(otherSide)), thread([this, path = std::move(devicePath), readsToAnswer] {
+          const int descriptor = OpenWhenThere(path, stopRequested);
+          if (descriptor < 0)
+              return;
+          Serve(descriptor, readsToAnswer);
+          ::close(descriptor);
+      }) {}
+
+ProgramThread::ProgramThread(ProgramDouble otherSide, int openDescriptor)
+    : program(std::move(otherSide)), thread([this, openDescriptor] { Serve(openDescriptor, -1); }) {}
+
+void ProgramThread::Join() {
+    stopRequested = true;
+    if (thread.joinable())
+        thread.join();
+}
+
+void ProgramThread::Serve(int descriptor, int readsToAnswer) {
+    for (int reads = 0; reads != readsToAnswer;) {
+        // Looked at before the line, so that a hang-up from before the request is still seen.
+        const bool isLastLook = stopRequested;
+        pollfd entry = {descriptor, POLLIN, 0};
+        const int ready = ::poll(&entry, 1, 20);
+        if (ready == 0 && isLastLook)
+            return;
+        if (ready <= 0)
+            continue;
+        char bytes[4096];
+        const ssize_t count = ::read(descriptor, bytes, sizeof bytes);
+        if (count <= 0) {
+            sawHangUp = true;
+            return;
+        }
+        ++reads;
+        std::string replies = program.Receive({bytes, static_cast<std::size_t>(count)});
+        while (!replies.empty()) {
+            const ssize_t written = ::write(descriptor, replies.data(), replies.size());
+            if (written < 0)
+                return;
+            replies.erase(0, static_cast<std::size_t>(written));
+        }
+    }
+}
+
+}

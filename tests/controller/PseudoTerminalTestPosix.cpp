@@ -1,0 +1,138 @@
+#include "ProgramThread.h"
+#include "controller/Session.h"
+#include "support/TemporaryFolder.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <sstream>
+
+#include <doctest/doctest.h>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace tarvin::controller;
+using namespace tarvin::controller::test;
+using tarvin::test::TemporaryFolder;
+
+namespace {
+
+struct Result {
+    int status = -1;
+    std::string output;
+    std::string errors;
+};
+
+Result Control(const std::vector<std::string>& arguments) {
+    std::ostringstream output;
+    std::ostringstream errors;
+    const int status = RunController(arguments, "1", output, errors);
+    return {status, output.str(), errors.str()};
+}
+
+bool IsLink(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_symlink(std::filesystem::symlink_status(path, ignored));
+}
+
+}
+
+TEST_CASE("files cross a pseudo-terminal byte for byte, and its end is a hang-up") {
+    const TemporaryFolder folder;
+    std::string everyByte;
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte != '\r' && byte != '\n')
+            everyByte += static_cast<char>(byte);
+    }
+    folder.WriteFile("expected", everyByte + "\n\nN20\r\n");
+    folder.WriteFile("printable", "N10 G1\r\n\r\nN20 %d~\r\n");
+    ProgramDouble program;
+    program.files["7"] = {everyByte, "N20"};
+    ProgramThread thread(program, folder / "line");
+    const std::string expected = (folder / "expected").string();
+    const Result result = Control({"--pty", folder / "line", "--split", "--noise", "50", "test", "check", "7", expected,
+                                   "get", "7", folder / "stored", "put", "8", folder / "printable"});
+    CHECK_MESSAGE(result.status == ExitStatus::right, result.output, result.errors);
+    CHECK(folder.ReadFile("stored") == everyByte + "\r\nN20\r\n");
+    CHECK_FALSE(IsLink(folder / "line"));
+    thread.Join();
+    CHECK(thread.SawHangUp());
+    CHECK(thread.Program().files.at("8") == ProgramDouble::Lines{"N10 G1", "N20 %d~"});
+}
+
+TEST_CASE("a program that is missing or goes away fails the run") {
+    const TemporaryFolder folder;
+    const Result missing = Control({"--pty", folder / "line", "--connect", "0.05", "test"});
+    CHECK(missing.status == ExitStatus::failed);
+    CHECK(missing.output == "connect: FAILED: nobody has opened the line in 0.05 s\n");
+    ProgramDouble program;
+    program.files["7"] = ProgramDouble::Lines(1000, "N10");
+    const ProgramThread leaving(program, folder / "line", 100);
+    const Result gone = Control({"--pty", folder / "line", "get", "7", folder / "stored"});
+    CHECK(gone.status == ExitStatus::failed);
+    CHECK_MESSAGE(gone.output.find("the other side has closed the line") != std::string::npos, gone.output);
+    CHECK_FALSE(std::filesystem::exists(folder / "stored"));
+    CHECK_FALSE(IsLink(folder / "line"));
+}
+
+TEST_CASE("a real device is spoken to like a pseudo-terminal") {
+    const int otherEnd = ::posix_openpt(O_RDWR | O_NOCTTY);
+    REQUIRE(::grantpt(otherEnd) == 0);
+    REQUIRE(::unlockpt(otherEnd) == 0);
+    char device[128] = {};
+    REQUIRE(::ptsname_r(otherEnd, device, sizeof device) == 0);
+    {
+        // Until the controller has opened its end, the thread's would be hung up.
+        const int holder = ::open(device, O_RDWR | O_NOCTTY);
+        ProgramDouble program;
+        program.files["7"] = {"N10 \x03\x11\x13", "N20"};
+        const ProgramThread thread(program, otherEnd);
+        const Result result = Control({"--port", device, "--baud", "19200", "test", "get", "7", "--nak-every", "1"});
+        CHECK_MESSAGE(result.status == ExitStatus::right, result.output, result.errors);
+        CHECK(result.output.find("2 repeats, ok") != std::string::npos);
+        ::close(holder);
+    }
+    CHECK(Control({"--port", device, "--baud", "12345", "test"}).errors.find("12345 bits") != std::string::npos);
+    ::close(otherEnd);
+    const TemporaryFolder folder;
+    folder.WriteFile("file", "");
+    for (const char* name : {"file", "missing"}) {
+        const Result result = Control({"--port", folder / name, "test"});
+        CHECK(result.status == ExitStatus::failed);
+        CHECK(result.errors.starts_with("tarvin-controller: " + (folder / name).string() + ": "));
+    }
+}
+
+TEST_CASE("only a link that leads nowhere gives way to a new one") {
+    const TemporaryFolder folder;
+    folder.WriteFile("line", "precious");
+    Result result = Control({"--pty", folder / "line", "test"});
+    CHECK(result.status == ExitStatus::failed);
+    CHECK(result.errors.find("exists and is not a link left over") != std::string::npos);
+    CHECK(folder.ReadFile("line") == "precious");
+    std::filesystem::create_symlink(folder / "line", folder / "other");
+    CHECK(Control({"--pty", folder / "other", "test"}).status == ExitStatus::failed);
+    CHECK(std::filesystem::read_symlink(folder / "other") == folder / "line");
+    std::filesystem::create_symlink("/dev/pts/nowhere", folder / "stale");
+    ProgramThread thread({}, folder / "stale");
+    result = Control({"--pty", folder / "stale", "test"});
+    CHECK_MESSAGE(result.status == ExitStatus::right, result.output, result.errors);
+    CHECK_FALSE(IsLink(folder / "stale"));
+}
+
+TEST_CASE("a signal takes the link along and ends the process as a signal does") {
+    const TemporaryFolder folder;
+    for (const int signalNumber : {SIGINT, SIGTERM}) {
+        const pid_t child = ::fork();
+        if (child == 0)
+            ::_exit(Control({"--pty", folder / "line", "--connect", "60", "test"}).status);
+        REQUIRE(child > 0);
+        CHECK(WaitUntil([&] { return IsLink(folder / "line"); }));
+        CHECK(::kill(child, signalNumber) == 0);
+        int status = 0;
+        CHECK(::waitpid(child, &status, 0) == child);
+        CHECK(WIFSIGNALED(status));
+        CHECK(WTERMSIG(status) == signalNumber);
+        CHECK_FALSE(IsLink(folder / "line"));
+    }
+}
