@@ -146,7 +146,7 @@ PortError SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
     state.c_iflag = (state.c_iflag & handshakeInputFlags) | IGNBRK;
     state.c_oflag = 0;
     state.c_lflag = 0;
-    state.c_cflag = (state.c_cflag & ~HUPCL) | CREAD | CLOCAL;
+    state.c_cflag = (state.c_cflag & ~tcflag_t{HUPCL}) | CREAD | CLOCAL;
     state.c_cc[VSTART] = 0x11;
     state.c_cc[VSTOP] = 0x13;
     // With nothing there a read fails instead of returning 0, which then can only mean a line that was hung up.

@@ -15,14 +15,20 @@ class ServiceFixture {
 public:
     explicit ServiceFixture(std::string machine = "LASER") : machineName(std::move(machine)) {
         std::filesystem::create_directory(folder / "NC");
+        folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n[PORTS]\nCOM1=" + (folder / "line").string() + "\n");
         WriteSettings("[Port Settings]\ntransmit delay=0\nflow control=None\n[Files]\nfile extension=nc\n");
         Connect();
     }
 
-    // A new line, at which the port's device name now points.
+    // A new line, to which the port's device leads. By a name of its own: the system gives a terminal's name to the next
+    // one at once, which may be another test's.
     void Connect() {
         terminal = std::make_unique<PseudoTerminal>();
-        folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n[PORTS]\nCOM1=" + terminal->Device().string() + "\n");
+        std::filesystem::create_symlink(terminal->Device(), folder / "line");
+    }
+    void Disconnect() {
+        std::filesystem::remove(folder / "line");
+        terminal->Close();
     }
 
     void WriteSettings(std::string_view profile) { folder.WriteFile(SettingsName(), profile); }

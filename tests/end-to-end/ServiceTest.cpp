@@ -1,11 +1,10 @@
 #include "end-to-end/ServiceFixture.h"
 #include "support/Transcript.h"
 
-#include <doctest/doctest.h>
-
 #include <csignal>
 #include <regex>
 
+#include <doctest/doctest.h>
 #include <sys/resource.h>
 
 using namespace tarvin::test;
@@ -65,8 +64,9 @@ TEST_CASE("each line of output is headed by the local time, and the end of the p
 }
 
 TEST_CASE("a settings file that is no such thing gives a warning or the defaults, and is kept") {
-    for (const std::string& content : {std::string("\x41\x45\xF7\x05\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 16),
-                                      std::string("\x01\x02\x03\x04 foreign"), std::string("\x41\x45\xF7", 3)}) {
+    for (const std::string& content :
+         {std::string("\x41\x45\xF7\x05\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 16),
+          std::string("\x01\x02\x03\x04 foreign"), std::string("\x41\x45\xF7", 3)}) {
         ServiceFixture fixture;
         fixture.WriteSettings(content);
         fixture.Start();
@@ -80,8 +80,7 @@ TEST_CASE("a settings file that is no such thing gives a warning or the defaults
 
 TEST_CASE("a port that is not there, or vanishes, comes back by itself") {
     ServiceFixture fixture;
-    const auto device = fixture.terminal->Device();
-    fixture.terminal->Close();
+    fixture.Disconnect();
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Open Comm: COM1 - "));
     REQUIRE(fixture.service->WaitForOutput("LASER - No Link"));
@@ -89,7 +88,7 @@ TEST_CASE("a port that is not there, or vanishes, comes back by itself") {
         fixture.Connect();
         REQUIRE(fixture.service->WaitForOutput("LASER COM1:2400,N,8,1,None"));
         CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
-        fixture.terminal->Close();
+        fixture.Disconnect();
         REQUIRE(fixture.service->WaitForOutput("LASER - No Link"));
     }
     fixture.service->Signal(SIGTERM);

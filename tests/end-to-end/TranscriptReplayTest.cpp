@@ -1,9 +1,9 @@
 #include "end-to-end/ServiceFixture.h"
 #include "support/Transcript.h"
 
-#include <doctest/doctest.h>
-
 #include <csignal>
+
+#include <doctest/doctest.h>
 
 using namespace tarvin::test;
 
@@ -24,7 +24,8 @@ TEST_CASE("the real service holds every transcript over a real line") {
             CAPTURE(step.send);
             fixture.terminal->Write(step.send);
             CHECK(fixture.terminal->Read(step.expect.size()) == step.expect);
-            const bool isShown = fixture.service->Output().find(WithFolder(step.status, fixture.NcFolder())) != std::string::npos;
+            const bool isShown =
+                fixture.service->Output().find(WithFolder(step.status, fixture.NcFolder())) != std::string::npos;
             if (!step.status.empty() && !isShown)
                 CHECK(fixture.service->WaitForOutput(WithFolder(step.status, fixture.NcFolder()) + "\n"));
         }
