@@ -1,0 +1,116 @@
+#include "Installation.h"
+#include "Measures.h"
+#include "NcText.h"
+#include "protocol/Frame.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace tarvin::bench {
+
+namespace {
+
+// The two programs take turns after so many lines, so that both meet the same disturbances.
+constexpr std::size_t linesPerTurn = 1000;
+constexpr std::chrono::seconds longestTurn{30};
+const std::string number = "100";
+
+class Station {
+public:
+    Station(ControllerLine& controllerLine, const std::vector<std::string>& dataFrames, std::size_t sampleCount)
+        : line(controllerLine), frames(dataFrames) {
+        samples.reserve(sampleCount);
+    }
+
+    void Begin() {
+        const Deadline deadline(longestTurn);
+        line.Write(FrameOf(std::string(code::downloadRequest) + number));
+        Expect(FrameOf(code::acknowledge));
+        Expect(frames.front());
+    }
+
+    // Fetches the lines from `first` to before `last`.
+    void Fetch(std::size_t first, std::size_t last) {
+        const Deadline deadline(longestTurn);
+        const auto started = SteadyTime::now();
+        for (std::size_t next = first; next < last; ++next) {
+            line.Write(received);
+            const auto written = SteadyTime::now();
+            const std::string_view frame = line.ReadFrame();
+            samples.push_back(SteadyTime::now() - written);
+            if (frame != frames[next])
+                throw std::runtime_error("line " + std::to_string(next) + " arrived as " + std::string(frame));
+        }
+        elapsed += SteadyTime::now() - started;
+    }
+
+    void End() {
+        const Deadline deadline(longestTurn);
+        line.Write(received);
+        Expect(FrameOf(code::downloadEnd));
+    }
+
+    Figure LinesPerSecond() const {
+        return {static_cast<double>(samples.size()) / std::chrono::duration<double>(elapsed).count(), "", 0};
+    }
+
+    std::vector<Nanoseconds> samples;
+
+private:
+    void Expect(std::string_view frame) {
+        const std::string_view actual = line.ReadFrame();
+        if (actual != frame)
+            throw std::runtime_error(std::string(frame) + " was due and arrived as " + std::string(actual));
+    }
+
+    ControllerLine& line;
+    const std::vector<std::string>& frames;
+    const std::string received = FrameOf(code::dataGood);
+    Nanoseconds elapsed{};
+};
+
+void RunRound(Station& program, Station& limit, std::size_t lineCount) {
+    program.Begin();
+    limit.Begin();
+    for (std::size_t first = 1; first < lineCount; first += linesPerTurn) {
+        const std::size_t last = std::min(first + linesPerTurn, lineCount);
+        program.Fetch(first, last);
+        limit.Fetch(first, last);
+    }
+    program.End();
+    limit.End();
+}
+
+void AddRows(Station& program, Station& limit, Table& table) {
+    auto& own = program.samples;
+    auto& least = limit.samples;
+    table.Compare("turnaround: median", Microseconds(Median(own)), Microseconds(Median(least)), 1.5);
+    table.Compare("turnaround: 99th percentile", Microseconds(Quantile(own, 0.99)), Microseconds(Quantile(least, 0.99)),
+                  2);
+    table.Compare("turnaround: longest", Microseconds(Longest(own)), Microseconds(Longest(least)));
+    table.Compare("turnaround: lines per second", program.LinesPerSecond(), limit.LinesPerSecond());
+}
+
+}
+
+void MeasureTurnaround(const Effort& effort, Table& table) {
+    // The first line comes with the answer to the request.
+    const std::size_t lineCount = effort.linesPerRound + 1;
+    RunningService service;
+    const auto file = service.installation.NcFile(number);
+    WriteNcLines(file, lineCount);
+    const auto frames = ReadDataFrames(file, lineCount);
+
+    ControllerLine limitLine;
+    const ChildProcess responder({OwnProgram("bench-responder"), limitLine.DevicePath(), file.string()});
+
+    const std::size_t sampleCount = effort.rounds * effort.linesPerRound;
+    Station program(service.line, frames, sampleCount);
+    Station limit(limitLine, frames, sampleCount);
+    for (std::size_t round = 0; round < effort.rounds; ++round)
+        RunRound(program, limit, lineCount);
+    service.process.Stop();
+    AddRows(program, limit, table);
+}
+
+}
