@@ -16,8 +16,8 @@ const std::string number = "200";
 Nanoseconds TimeToFirstLine(ControllerLine& line, const std::string& firstFrame) {
     const Deadline deadline(60s);
     const std::string request = FrameOf(std::string(code::downloadRequest) + number);
-    line.Write(request);
     const auto requested = SteadyTime::now();
+    line.Write(request);
     if (line.ReadFrame() != FrameOf(code::acknowledge))
         throw std::runtime_error("the large file was refused");
     const bool isRight = line.ReadFrame() == firstFrame;

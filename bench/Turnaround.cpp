@@ -34,10 +34,11 @@ public:
         const Deadline deadline(longestTurn);
         const auto started = SteadyTime::now();
         for (std::size_t next = first; next < last; ++next) {
+            // Before the write: the other end may be served, and even have answered, before a write returns.
+            const auto asked = SteadyTime::now();
             line.Write(received);
-            const auto written = SteadyTime::now();
             const std::string_view frame = line.ReadFrame();
-            samples.push_back(SteadyTime::now() - written);
+            samples.push_back(SteadyTime::now() - asked);
             if (frame != frames[next])
                 throw std::runtime_error("line " + std::to_string(next) + " arrived as " + std::string(frame));
         }
