@@ -50,8 +50,11 @@ ControllerLine::~ControllerLine() {
 }
 
 void ControllerLine::Write(std::string_view frame) {
-    if (::write(master, frame.data(), frame.size()) != static_cast<ssize_t>(frame.size()))
+    const ssize_t count = ::write(master, frame.data(), frame.size());
+    if (count < 0)
         Throw("write to the pseudo-terminal");
+    if (static_cast<std::size_t>(count) != frame.size())
+        throw std::runtime_error("the program does not read its line");
 }
 
 std::string_view ControllerLine::ReadFrame() {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <utility>
 
 namespace tarvin::bench {
@@ -50,13 +49,13 @@ void Table::Inform(std::string measure, Figure program) {
 void Table::Print() const {
     std::vector<Row> all = {{{"measure", "program", "limit or target", "ratio", "verdict"}}};
     all.insert(all.end(), rows.begin(), rows.end());
-    std::size_t widths[std::size(Row().cells)] = {};
+    std::size_t widths[columnCount] = {};
     for (const Row& row : all) {
-        for (std::size_t column = 0; column < std::size(widths); ++column)
+        for (std::size_t column = 0; column < columnCount; ++column)
             widths[column] = std::max(widths[column], row.cells[column].size());
     }
     for (const Row& row : all) {
-        for (std::size_t column = 0; column < std::size(widths); ++column) {
+        for (std::size_t column = 0; column < columnCount; ++column) {
             const int width = static_cast<int>(widths[column]);
             std::printf("%s%*s", column == 0 ? "" : " | ", column == 0 ? -width : width, row.cells[column].c_str());
         }

@@ -24,8 +24,9 @@ public:
     bool HasMissedTarget() const { return hasMissedTarget; }
 
 private:
+    static constexpr std::size_t columnCount = 5;
     struct Row {
-        std::string cells[5];
+        std::string cells[columnCount];
     };
 
     const char* Verdict(double ratio, double mostAllowed);
