@@ -1,0 +1,90 @@
+// tarvin-bench: measures the programs from outside, as the controller and the operator meet them, and prints one table.
+// bench/run builds what it needs and calls it.
+
+#include "Measures.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <iterator>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace tarvin::bench;
+
+struct Measure {
+    const char* name;
+    void (*run)(const Effort& effort, Table& table);
+};
+
+constexpr Measure measures[] = {
+    {"turnaround", MeasureTurnaround},
+    {"idle", MeasureIdle},
+    {"large-file", MeasureLargeFile},
+    {"start", MeasureStart},
+};
+
+// Enough to see that everything works, too little to judge a figure.
+constexpr Effort quickEffort = {2, 2000, std::chrono::seconds(1), 20, 3, 5};
+
+struct Options {
+    Effort effort;
+    bool isStrict = false;
+    std::vector<std::string_view> names; // none: all
+};
+
+bool Parse(int argumentCount, char** arguments, Options& options) {
+    for (int index = 1; index < argumentCount; ++index) {
+        const std::string_view argument = arguments[index];
+        const bool isMeasure = std::any_of(std::begin(measures), std::end(measures),
+                                           [&](const Measure& measure) { return argument == measure.name; });
+        if (argument == "--quick")
+            options.effort = quickEffort;
+        else if (argument == "--strict")
+            options.isStrict = true;
+        else if (isMeasure)
+            options.names.push_back(argument);
+        else
+            return false;
+    }
+    return true;
+}
+
+void PrintUsage() {
+    std::fputs("Usage: bench/run [--quick] [--strict] [MEASURE...]\n"
+               "\n"
+               "  --quick   few lines and rounds: shows that everything works\n"
+               "  --strict  exit with 1 if a target is missed\n"
+               "\n"
+               "Measures (all without one):",
+               stderr);
+    for (const Measure& measure : measures)
+        std::fprintf(stderr, " %s", measure.name);
+    std::fputc('\n', stderr);
+}
+
+}
+
+int main(int argumentCount, char** arguments) {
+    Options options;
+    if (!Parse(argumentCount, arguments, options)) {
+        PrintUsage();
+        return 2;
+    }
+    Table table;
+    for (const Measure& measure : measures) {
+        const auto& names = options.names;
+        if (!names.empty() && std::find(names.begin(), names.end(), measure.name) == names.end())
+            continue;
+        try {
+            measure.run(options.effort, table);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "%s: %s\n", measure.name, error.what());
+            return 2;
+        }
+    }
+    table.Print();
+    return options.isStrict && table.HasMissedTarget() ? 1 : 0;
+}

@@ -1,0 +1,44 @@
+#pragma once
+// A temporary installation of the program for one machine whose port is the given device, and the service that runs on
+// it. The folder is gone when the installation ends.
+
+#include "ChildProcess.h"
+#include "ControllerLine.h"
+
+#include <filesystem>
+#include <string>
+
+namespace tarvin::bench {
+
+class Installation {
+public:
+    explicit Installation(const std::string& devicePath);
+    ~Installation();
+    Installation(const Installation&) = delete;
+    Installation& operator=(const Installation&) = delete;
+
+    const std::filesystem::path& Folder() const { return folder; }
+    // Where the program looks for the NC file with this number.
+    std::filesystem::path NcFile(const std::string& number) const { return folder / "NC" / (number + "."); }
+
+private:
+    std::filesystem::path folder;
+};
+
+// The service program, running on a line and an installation of its own.
+struct RunningService {
+    RunningService();
+
+    ControllerLine line;
+    Installation installation;
+    ChildProcess process;
+};
+
+// Repeats the link test every millisecond until it is answered: what arrives before the program has opened its port is
+// lost. Returns when the first answer is there; more may follow.
+void AwaitLink(ControllerLine& line);
+
+// AwaitLink, and then a line without an answer on its way.
+void EstablishLink(ControllerLine& line);
+
+}

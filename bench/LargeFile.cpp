@@ -1,0 +1,69 @@
+#include "Installation.h"
+#include "Measures.h"
+#include "NcText.h"
+#include "protocol/Frame.h"
+
+#include <stdexcept>
+
+namespace tarvin::bench {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const std::string number = "200";
+
+Nanoseconds TimeToFirstLine(ControllerLine& line, const std::string& firstFrame) {
+    const Deadline deadline(60s);
+    const std::string request = FrameOf(std::string(code::downloadRequest) + number);
+    const auto requested = SteadyTime::now();
+    line.Write(request);
+    if (line.ReadFrame() != FrameOf(code::acknowledge))
+        throw std::runtime_error("the large file was refused");
+    const bool isRight = line.ReadFrame() == firstFrame;
+    const Nanoseconds time = SteadyTime::now() - requested;
+    if (!isRight)
+        throw std::runtime_error("the first line of the large file arrived wrong");
+    // A link test ends the download, so that the next request begins anew.
+    EstablishLink(line);
+    return time;
+}
+
+Nanoseconds TimeToCountLines(const std::filesystem::path& file) {
+    const Deadline deadline(60s);
+    const auto started = SteadyTime::now();
+    ChildProcess counter({"wc", "-l", file.string()});
+    counter.Wait();
+    return SteadyTime::now() - started;
+}
+
+}
+
+void MeasureLargeFile(const Effort& effort, Table& table) {
+    RunningService service;
+    const auto file = service.installation.NcFile(number);
+    WriteNcBytes(file, effort.largeFileMegabytes * 1000 * 1000);
+    const std::string firstFrame = ReadDataFrames(file, 1).front();
+
+    // The file is in the page cache by now; the first of each may still find other things cold.
+    TimeToCountLines(file);
+    TimeToFirstLine(service.line, firstFrame);
+    service.process.ResetPeak();
+    std::vector<Nanoseconds> counting;
+    std::vector<Nanoseconds> loading;
+    for (std::size_t repetition = 0; repetition < effort.largeFileRepetitions; ++repetition) {
+        counting.push_back(TimeToCountLines(file));
+        loading.push_back(TimeToFirstLine(service.line, firstFrame));
+    }
+
+    const std::string name = std::to_string(effort.largeFileMegabytes) + " MB file: ";
+    table.Compare(name + "first line / wc -l", Milliseconds(Median(loading)), Milliseconds(Median(counting)), 8);
+    table.Compare(name + "longest / wc -l", Milliseconds(Longest(loading)), Milliseconds(Longest(counting)));
+    table.Compare(name + "peak memory / size", Mebibytes(service.process.PeakResidentBytes()),
+                  Mebibytes(std::filesystem::file_size(file)), 1.3);
+
+    const Deadline deadline(10s);
+    service.process.Stop();
+}
+
+}

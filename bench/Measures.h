@@ -1,0 +1,31 @@
+#pragma once
+// What is measured. Each measure adds its rows to the table and throws if the program does not do what it is measured
+// at.
+
+#include "Table.h"
+
+#include <chrono>
+#include <cstddef>
+
+namespace tarvin::bench {
+
+// How long and how often. More of it makes the figures steadier.
+struct Effort {
+    std::size_t rounds = 5;
+    std::size_t linesPerRound = 20000;
+    std::chrono::seconds idleTime{10};
+    std::size_t largeFileMegabytes = 100;
+    std::size_t largeFileRepetitions = 7;
+    std::size_t starts = 20;
+};
+
+// The program's answers to acknowledged data lines, beside those of a responder that does nothing else.
+void MeasureTurnaround(const Effort& effort, Table& table);
+// What the service costs while nothing happens.
+void MeasureIdle(const Effort& effort, Table& table);
+// A large NC file from the request to its first line, and the memory for it, beside counting its lines.
+void MeasureLargeFile(const Effort& effort, Table& table);
+// From the start of the service to its first answer.
+void MeasureStart(const Effort& effort, Table& table);
+
+}

@@ -1,0 +1,141 @@
+#include "Installation.h"
+#include "Measures.h"
+#include "NcText.h"
+#include "Placement.h"
+#include "protocol/Frame.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace tarvin::bench {
+
+namespace {
+
+// The two programs take turns after so many lines, so that both meet the same disturbances.
+constexpr std::size_t linesPerTurn = 100;
+constexpr std::chrono::seconds longestTurn{30};
+const std::string number = "100";
+
+class Station {
+public:
+    Station(ControllerLine& controllerLine, const std::vector<std::string>& dataFrames, std::size_t sampleCount)
+        : line(controllerLine), frames(dataFrames) {
+        samples.reserve(sampleCount);
+    }
+
+    void Begin() {
+        const Deadline deadline(longestTurn);
+        line.Write(FrameOf(std::string(code::downloadRequest) + number));
+        Expect(FrameOf(code::acknowledge));
+        Expect(frames.front());
+    }
+
+    // Fetches the lines from `first` to before `last`.
+    void Fetch(std::size_t first, std::size_t last) {
+        const Deadline deadline(longestTurn);
+        const auto started = SteadyTime::now();
+        for (std::size_t next = first; next < last; ++next) {
+            // Before the write: the other end may be served, and even have answered, before a write returns.
+            const auto asked = SteadyTime::now();
+            line.Write(received);
+            const std::string_view frame = line.ReadFrame();
+            samples.push_back(SteadyTime::now() - asked);
+            if (frame != frames[next])
+                throw std::runtime_error("line " + std::to_string(next) + " arrived as " + std::string(frame));
+        }
+        elapsed += SteadyTime::now() - started;
+    }
+
+    void End() {
+        const Deadline deadline(longestTurn);
+        line.Write(received);
+        Expect(FrameOf(code::downloadEnd));
+    }
+
+    Figure LinesPerSecond() const {
+        return {static_cast<double>(samples.size()) / std::chrono::duration<double>(elapsed).count(), "", 0};
+    }
+
+    std::vector<Nanoseconds> samples;
+
+private:
+    void Expect(std::string_view frame) {
+        const std::string_view actual = line.ReadFrame();
+        if (actual != frame)
+            throw std::runtime_error(std::string(frame) + " was due and arrived as " + std::string(actual));
+    }
+
+    ControllerLine& line;
+    const std::vector<std::string>& frames;
+    const std::string received = FrameOf(code::dataGood);
+    Nanoseconds elapsed{};
+};
+
+void RunRound(Station& program, Station& limit, std::size_t lineCount) {
+    program.Begin();
+    limit.Begin();
+    for (std::size_t first = 1; first < lineCount; first += linesPerTurn) {
+        const std::size_t last = std::min(first + linesPerTurn, lineCount);
+        program.Fetch(first, last);
+        limit.Fetch(first, last);
+    }
+    program.End();
+    limit.End();
+}
+
+void AddRows(bool isOneCore, Station& program, Station& limit, Table& table) {
+    const std::string name = isOneCore ? "turnaround on one core: " : "turnaround on two cores: ";
+    auto& own = program.samples;
+    auto& least = limit.samples;
+    const auto compare = [&](double share, const char* what, auto... mostAllowed) {
+        table.Compare(name + what, Microseconds(Quantile(own, share)), Microseconds(Quantile(least, share)),
+                      mostAllowed...);
+    };
+    if (isOneCore) {
+        // The system's worker that carries the bytes may run on another core, for one side more often than for the
+        // other. The median is then a matter of luck; the fastest tenth is free of that.
+        compare(0.1, "10th percentile", 1.5);
+        compare(0.5, "median");
+    } else {
+        compare(0.5, "median", 1.5);
+    }
+    compare(0.99, "99th percentile", 2.0);
+    compare(1, "longest");
+    table.Compare(name + "lines per second", program.LinesPerSecond(), limit.LinesPerSecond());
+}
+
+void MeasureOnCores(const Effort& effort, int ownCore, int programCore, Table& table) {
+    // The first line comes with the answer to the request.
+    const std::size_t lineCount = effort.linesPerRound + 1;
+    Placement placement;
+    placement.Use(programCore);
+    RunningService service;
+    const auto file = service.installation.NcFile(number);
+    WriteNcLines(file, lineCount);
+    const auto frames = ReadDataFrames(file, lineCount);
+    ControllerLine limitLine;
+    const ChildProcess responder({OwnProgram("bench-responder"), limitLine.DevicePath(), file.string()});
+
+    placement.Use(ownCore);
+    const std::size_t sampleCount = effort.rounds * effort.linesPerRound;
+    Station program(service.line, frames, sampleCount);
+    Station limit(limitLine, frames, sampleCount);
+    for (std::size_t round = 0; round < effort.rounds; ++round)
+        RunRound(program, limit, lineCount);
+    const Deadline deadline(longestTurn);
+    service.process.Stop();
+    AddRows(ownCore == programCore, program, limit, table);
+}
+
+}
+
+void MeasureTurnaround(const Effort& effort, Table& table) {
+    const std::vector<int> cores = Placement().Cores();
+    // As at the machine: the controller is a computer of its own. The time is mostly the system's.
+    if (cores.size() > 1)
+        MeasureOnCores(effort, cores.front(), cores.back(), table);
+    // No other core to be woken, so that the work of the program itself shows.
+    MeasureOnCores(effort, cores.front(), cores.front(), table);
+}
+
+}
