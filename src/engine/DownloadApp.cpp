@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto displayPeriod = 100ms;
+constexpr auto quietDisplayPeriod = 500ms;
 constexpr auto pingPeriod = 1000ms;
 constexpr auto endOfServePeriod = 5000ms;
 constexpr auto testXonPeriod = 3000ms;
@@ -45,7 +46,7 @@ DownloadApp::DownloadApp(EngineSetup setup, KelText machine)
       line(std::move(setup.port), clock, trace, *this, [this](const MessageBoxText& box) { window.ShowMessage(box); }),
       display(window),
       displayStatus(timers, clock, "DownloadApp::DisplayStatus", displayPeriod, Timer::Kind::Repeating,
-                    [this] { ShowStatus(); }),
+                    [this] { DisplayTick(); }),
       pingNow(timers, clock, "DownloadApp::PingNow", pingPeriod, Timer::Kind::Repeating, [this] { Ping(); }),
       endOfServe(timers, clock, "DownloadApp::EndOfServe", endOfServePeriod, Timer::Kind::Repeating,
                  [this] { EndOfServeTick(); }),
@@ -135,14 +136,16 @@ void DownloadApp::EndUnsafeTransfer() {
 
 bool DownloadApp::RunPass() {
     commands.Run();
-    const bool moved = line.CheckLineStatus();
+    const bool isMoreDue = line.CheckLineStatus();
     // The state of a loop-back test is not shown before its message has left: until then it says nothing.
     if (resumesDisplayWhenSent && (line.IsDrained() || !line.IsOpen())) {
         resumesDisplayWhenSent = false;
-        displayStatus.Start();
+        SetDisplayQuiet(false);
     }
     timers.RunDue(clock.Now());
-    return moved;
+    if (isDisplayQuiet && displayStatus.IsRunning() && HasNews())
+        SetDisplayQuiet(false);
+    return isMoreDue;
 }
 
 void DownloadApp::WaitForWork() {
@@ -383,11 +386,31 @@ void DownloadApp::EndOfServe() {
 
 // --- Display
 
-void DownloadApp::ShowStatus() {
+bool DownloadApp::ShowStatus() {
     display.Edit().lamps = line.LineLamps();
-    display.Show(transferState,
-                 {transferPath, bytesDone, bytesTotal, settings.stationName, peerName, settings.serverMode != 0});
+    const bool isChanged = display.Show(
+        transferState, {transferPath, bytesDone, bytesTotal, settings.stationName, peerName, settings.serverMode != 0});
+    shownByteCount = bytesDone;
     line.LineLamps().received = line.LineLamps().transmitted = false;
+    return isChanged;
+}
+
+void DownloadApp::DisplayTick() {
+    if (!ShowStatus())
+        SetDisplayQuiet(true);
+}
+
+// Each tick wakes the processor, and a link may be idle for days. What nobody changes is looked at less often; with the
+// first change the ticks are back.
+void DownloadApp::SetDisplayQuiet(bool isQuiet) {
+    isDisplayQuiet = isQuiet;
+    displayStatus.SetPeriod(isQuiet ? quietDisplayPeriod : displayPeriod);
+    displayStatus.Start();
+}
+
+bool DownloadApp::HasNews() {
+    return transferState != display.Edit().transferState || bytesDone != shownByteCount ||
+           line.LineLamps() != display.Edit().lamps || display.IsEdited();
 }
 
 }

@@ -67,8 +67,8 @@ public:
     // Sends the text each `period` from now on.
     void SetPingText(std::string text, std::chrono::milliseconds period);
 
-    // --- The monitor's loop: one pass over commands, line and timers, true if data moved; and the wait until there is
-    // something to do again.
+    // --- The monitor's loop: one pass over commands, line and timers, true if the next is due at once; and the wait
+    // until there is something to do again.
     bool RunPass();
     void WaitForWork();
     // Makes WaitForWork return. Any thread.
@@ -98,8 +98,8 @@ protected:
     std::size_t ExtractMessage(std::uint8_t terminator, bool keepTerminator);
     void ClearMessage() { messageText.clear(); }
 
-    // Puts the present state in front of the user at once.
-    void ShowStatus();
+    // Puts the present state in front of the user at once. True if that changed anything.
+    bool ShowStatus();
     void SetProgress(std::int64_t position, std::int64_t range) { display.SetProgress(position, range); }
     void SetCaption(KelText caption) { display.Edit().caption = std::move(caption); }
     void ShowMessage(const MessageBoxText& box) { window.ShowMessage(box); }
@@ -123,6 +123,9 @@ private:
     void OpenPort();
     void ReopenPort();
     void ShowLink();
+    void DisplayTick();
+    void SetDisplayQuiet(bool isQuiet);
+    bool HasNews();
     void CheckLoopback();
     void StartDownload();
     void SendBytes(int count);
@@ -144,6 +147,8 @@ private:
     std::string pingText;
     bool isCreated = false;
     bool resumesDisplayWhenSent = false;
+    bool isDisplayQuiet = false;
+    std::int64_t shownByteCount = 0;
 
     TimerQueue timers;
     Timer displayStatus;

@@ -1,33 +1,53 @@
 #include "engine/LineList.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 namespace tarvin {
+
+namespace {
+
+// In blocks whose count fits a byte, which lets the compiler count sixteen at a time.
+std::size_t CountReturns(std::string_view text) {
+    constexpr std::size_t blockSize = 240;
+    std::size_t total = 0;
+    for (std::size_t start = 0; start < text.size(); start += blockSize) {
+        std::uint8_t count = 0;
+        for (const char byte : text.substr(start, blockSize))
+            count = static_cast<std::uint8_t>(count + (byte == '\r' ? 1 : 0));
+        total += count;
+    }
+    return total;
+}
+
+}
 
 LineList::LoadResult LineList::Load(KelFile& file) {
     Clear();
     if (!image.Load(file))
         return LoadResult::Unreadable;
     const std::string_view content = image.Content();
-    rest = content;
+    const char* const end = content.data() + content.size();
+    const char* start = content.data();
+    std::size_t lineEndReturns = 0;
     LoadResult result = LoadResult::Loaded;
-    std::size_t end = content.size();
-    std::ptrdiff_t lineEndReturns = 0;
-    while (!rest.empty()) {
-        const std::size_t start = content.size() - rest.size();
-        const std::size_t length = NextLine().size();
+    // Millions of lines pass here between a controller's request and its answer.
+    while (start < end) {
+        const void* const found = std::memchr(start, '\n', static_cast<std::size_t>(end - start));
+        const char* const lineEnd = found != nullptr ? static_cast<const char*>(found) : end;
+        const std::size_t returns = lineEnd > start && lineEnd[-1] == '\r' ? 1 : 0;
+        const std::size_t length = static_cast<std::size_t>(lineEnd - start) - returns;
         if (length > longestLineAllowed) {
             result = LoadResult::NotText;
-            end = start;
             break;
         }
         longestLine = std::max(longestLine, length);
-        const std::size_t lineEnd = start + length;
-        lineEndReturns += lineEnd < content.size() && content[lineEnd] == '\r' ? 1 : 0;
+        lineEndReturns += returns;
+        start = std::min(lineEnd + 1, end);
     }
-    rest = content.substr(0, end);
-    // Counting is far cheaper than searching each line.
-    hasStrayCarriageReturn = std::count(rest.begin(), rest.end(), '\r') != lineEndReturns;
+    rest = content.substr(0, static_cast<std::size_t>(start - content.data()));
+    hasStrayCarriageReturn = CountReturns(rest) != lineEndReturns;
     return result;
 }
 

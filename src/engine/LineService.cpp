@@ -58,15 +58,18 @@ bool LineService::CheckLineStatus() {
     NoteStatus();
     bool moved = status.inputCount > 0 && ReadData();
     if (status.outputCount == 0 && !status.xoffHold && link.IsOpen()) {
-        moved = FlushOutput() > 0 || moved;
+        const std::size_t written = FlushOutput();
+        moved = moved || written > 0;
         if (link.IsOpen())
             client.OnLineFree();
+        // Until the next look nobody knows how much of it is still in the driver.
+        status.outputCount += written;
     }
     const std::size_t held = receive.Count();
     if (held > 0)
         client.OnReceived();
     // A client that took some of it has come one message further, and the next may be there already.
-    return moved || receive.Count() != held;
+    return receive.Count() != held || (moved && transmit.IsWritePending());
 }
 
 void LineService::NoteStatus() {
@@ -127,8 +130,9 @@ std::size_t LineService::WriteData() {
     if (transmit.IsEmpty())
         return 0;
     const auto started = clock.Now();
-    // So that an XOFF that has just arrived is seen.
-    ReadData();
+    // So that an XOFF that has just arrived is seen, where no driver sees to it.
+    if (!link.DriverTellsXoffHold())
+        ReadData();
     if (lamps.xoffHold || !link.IsOpen())
         return 0;
     const std::size_t pending = transmit.Pending().size();

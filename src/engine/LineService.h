@@ -42,7 +42,8 @@ public:
     bool IsOpen() const { return link.IsOpen(); }
     const KelText& Title() const { return link.Title(); }
 
-    // One look at the line and all that follows from it. True if data moved.
+    // One look at the line and all that follows from it. True if the next look is due at once: there is more to handle
+    // or to write, and nothing that a wait would end with tells of it.
     bool CheckLineStatus();
     // Whether nothing is queued and, at the last look, the driver had sent all it was given.
     bool IsDrained() const { return transmit.IsEmpty() && status.outputCount == 0; }

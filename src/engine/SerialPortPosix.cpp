@@ -24,6 +24,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto modemLineLook = 10ms;
+constexpr auto stopLook = 50ms;
 constexpr tcflag_t handshakeInputFlags = IXON | IXOFF;
 
 PortError Failure(int error, KelText detail = {}) {
@@ -112,6 +113,7 @@ PortError SerialPortPosix::Prepare() {
     dsrHolds = false;
     activeFlow = {};
     lastKernelCount = 0;
+    lastLookAtStop = {};
     AskForLowLatency(device);
     return {};
 }
@@ -204,10 +206,8 @@ void SerialPortPosix::LookAtModemLines(LineStatus& status) {
 
 bool SerialPortPosix::IsStopped(std::size_t kernelCount) {
     if (kernelCount == 0) {
-        // A stopped pseudo-terminal takes nothing, though it never counts anything.
         lastKernelCount = 0;
-        pollfd line = {device, POLLOUT, 0};
-        return ::poll(&line, 1, 0) == 0;
+        return IsStoppedWhileEmpty();
     }
     const TimePoint now = std::chrono::steady_clock::now();
     if (kernelCount < lastKernelCount || lastKernelCount == 0)
@@ -215,6 +215,18 @@ bool SerialPortPosix::IsStopped(std::size_t kernelCount) {
     lastKernelCount = kernelCount;
     // Longer than the transmitter takes for what it holds itself.
     return now - lastProgress > 100ms + std::chrono::nanoseconds(1s) * 640 / bitsPerSecond;
+}
+
+// A stopped pseudo-terminal takes nothing, though it never counts anything. While nothing is to be written only a lamp
+// depends on it, and a call for each look would cost more than all the rest of the look.
+bool SerialPortPosix::IsStoppedWhileEmpty() {
+    const TimePoint now = std::chrono::steady_clock::now();
+    if (queue.empty() && !wasStopped && now - lastLookAtStop < stopLook)
+        return false;
+    lastLookAtStop = now;
+    pollfd line = {device, POLLOUT, 0};
+    wasStopped = ::poll(&line, 1, 0) == 0;
+    return wasStopped;
 }
 
 PortError SerialPortPosix::Read(std::span<std::uint8_t> room, std::size_t& byteCount) {

@@ -40,6 +40,7 @@ private:
     PortError PumpQueue();
     void LookAtModemLines(LineStatus& status);
     bool IsStopped(std::size_t kernelCount);
+    bool IsStoppedWhileEmpty();
 
     const PortNames& names;
     int wakeEvent = -1;
@@ -52,6 +53,8 @@ private:
     std::vector<std::uint8_t> queue;
     std::size_t lastKernelCount = 0;
     TimePoint lastProgress;
+    TimePoint lastLookAtStop;
+    bool wasStopped = false;
 };
 
 }

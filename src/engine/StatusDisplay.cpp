@@ -12,7 +12,7 @@ void StatusDisplay::EnableTransferButtons(bool isEnabled) {
     next.receiveFile.isEnabled = isEnabled;
 }
 
-void StatusDisplay::Show(TransferState state, const StatusArguments& arguments) {
+bool StatusDisplay::Show(TransferState state, const StatusArguments& arguments) {
     StatusDescription description = DescribeState(state, arguments);
     next.transferState = state;
     if (description.line)
@@ -21,18 +21,19 @@ void StatusDisplay::Show(TransferState state, const StatusArguments& arguments) 
         next.endDialog = EndDialog::None;
         EnableTransferButtons(true);
     }
-    Publish();
+    return Publish();
 }
 
-void StatusDisplay::Publish() {
+bool StatusDisplay::Publish() {
     // Only this thread writes `latest`, so that it may compare without the lock.
     if (next == latest)
-        return;
+        return false;
     {
         const std::lock_guard lock(mutex);
         latest = next;
     }
     window.SnapshotChanged(next);
+    return true;
 }
 
 EngineSnapshot StatusDisplay::Latest() const {

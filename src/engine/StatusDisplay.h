@@ -19,9 +19,11 @@ public:
     void EnableTransferButtons(bool isEnabled);
 
     // Takes the state's text into the status line and publishes.
-    void Show(TransferState state, const StatusArguments& arguments);
-    // Hands the value out if it differs from the one published before.
-    void Publish();
+    bool Show(TransferState state, const StatusArguments& arguments);
+    // Hands the value out if it differs from the one published before, and tells whether it did.
+    bool Publish();
+    // Whether something has been edited since the last time.
+    bool IsEdited() const { return next != latest; }
 
     // Any thread.
     EngineSnapshot Latest() const;

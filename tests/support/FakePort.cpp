@@ -26,8 +26,11 @@ void FakeLine::Drain() {
         room = 0;
     sent += output.substr(0, room);
     output.erase(0, room);
-    if (room > 0 || output.empty() || isHeld)
+    // The time of a byte that is half on the line is kept for the next look.
+    if (output.empty() || isHeld)
         drainedUntil = clock.Now();
+    else if (bytesPerSecond > 0)
+        drainedUntil += std::chrono::nanoseconds(1s) * room / bytesPerSecond;
 }
 
 std::string FakeLine::TakeSent() {
