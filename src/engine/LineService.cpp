@@ -56,10 +56,10 @@ bool LineService::CheckLineStatus() {
     }
     link.EndOutage(statusStep);
     NoteStatus();
-    bool moved = status.inputCount > 0 && ReadData();
+    if (status.inputCount > 0)
+        ReadData();
     if (status.outputCount == 0 && !status.xoffHold && link.IsOpen()) {
         const std::size_t written = FlushOutput();
-        moved = moved || written > 0;
         if (link.IsOpen())
             client.OnLineFree();
         // Until the next look nobody knows how much of it is still in the driver.
@@ -69,7 +69,12 @@ bool LineService::CheckLineStatus() {
     if (held > 0)
         client.OnReceived();
     // A client that took some of it has come one message further, and the next may be there already.
-    return receive.Count() != held || (moved && transmit.IsWritePending());
+    return receive.Count() != held || IsWriteDue();
+}
+
+bool LineService::IsWriteDue() const {
+    const bool isFree = status.outputCount == 0 && !status.xoffHold && !lamps.xoffHold && !link.IsInOutage();
+    return isFree && transmit.IsWritePending() && (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
 }
 
 void LineService::NoteStatus() {
@@ -81,28 +86,27 @@ void LineService::NoteStatus() {
         lamps.xoffHold = status.xoffHold;
 }
 
-bool LineService::ReadData() {
+void LineService::ReadData() {
     const auto room = receive.Room();
     if (room.empty()) {
         isOverrun = true;
         receive.Clear();
         client.OnOverrun();
-        return false;
+        return;
     }
     if (std::exchange(isOverrun, false))
         client.OnOverrunEnded();
     std::size_t byteCount = 0;
     if (const PortError error = link.Port().Read(room, byteCount)) {
         NoteOutage(readStep, error);
-        return false;
+        return;
     }
     link.EndOutage(readStep);
     if (byteCount == 0)
-        return false;
+        return;
     receive.Commit(byteCount);
     NoteReceived(room.first(byteCount));
     client.OnReceived();
-    return true;
 }
 
 void LineService::NoteReceived(std::span<const std::uint8_t> bytes) {

@@ -60,7 +60,8 @@ public:
 
 private:
     void NoteStatus();
-    bool ReadData();
+    void ReadData();
+    bool IsWriteDue() const;
     void NoteReceived(std::span<const std::uint8_t> bytes);
     std::size_t FlushOutput();
     std::size_t WriteData();

@@ -41,6 +41,7 @@ public:
     // To be told at each look at the line whether the driver holds nothing any more. From the first such look after a
     // block was queued its delay runs.
     void DriverDrained(Clock::TimePoint now);
+    bool AwaitsDrain() const { return delayAfterDrain.has_value(); }
     bool IsDue(Clock::TimePoint now) const;
     // When the pending bytes may be written; none if that does not depend on time alone.
     std::optional<Clock::TimePoint> DueTime() const { return notBefore; }
