@@ -6,8 +6,10 @@
 #include "app/Start.h"
 #include "app/StopRequest.h"
 #include "app/Version.h"
+#include "framework/StandardStreams.h"
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -38,12 +40,16 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& machineName)
     tarvin::WaitForStopRequest();
     engine->Terminate();
     output.Add(u"Application Terminated");
+    // Whoever does not read what is printed must not keep the process either, by what it has yet to flush.
+    if (!output.Finish())
+        std::_Exit(0);
     return 0;
 }
 
 }
 
 int main(int argumentCount, char** arguments) {
+    tarvin::SecureStandardStreams();
     const tarvin::KelText text = tarvin::CommandLineText(argumentCount, arguments);
     if (text == u"--help") {
         std::fputs(usage, stdout);

@@ -1,5 +1,6 @@
 #include "app/ServiceOutput.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <utility>
@@ -29,7 +30,9 @@ std::string LocalTime(std::chrono::system_clock::time_point time) {
 
 ServiceOutput::ServiceOutput() : shared(std::make_shared<Shared>()), printer([kept = shared] { Print(*kept); }) {}
 
-ServiceOutput::~ServiceOutput() {
+bool ServiceOutput::Finish() {
+    if (!printer.joinable())
+        return true;
     std::unique_lock lock(shared->mutex);
     shared->isClosing = true;
     shared->changed.notify_all();
@@ -39,10 +42,14 @@ ServiceOutput::~ServiceOutput() {
         printer.join();
     else
         printer.detach();
+    return isDone;
 }
 
 void ServiceOutput::Add(KelTextView text) {
-    Line line = {std::chrono::system_clock::now(), ToUtf8(text)};
+    KelText printable(text);
+    std::replace_if(
+        printable.begin(), printable.end(), [](char16_t unit) { return unit < 0x20 || unit == 0x7F; }, u' ');
+    Line line = {std::chrono::system_clock::now(), ToUtf8(printable)};
     const std::lock_guard lock(shared->mutex);
     if (shared->lines.size() >= capacity) {
         shared->lines.pop_front();

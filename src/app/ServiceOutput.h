@@ -18,13 +18,15 @@ namespace tarvin {
 class ServiceOutput {
 public:
     ServiceOutput();
-    // Waits a short while for a reader that has stopped reading, then gives its lines up.
-    ~ServiceOutput();
+    ~ServiceOutput() { Finish(); }
     ServiceOutput(const ServiceOutput&) = delete;
     ServiceOutput& operator=(const ServiceOutput&) = delete;
 
     // One line, headed by the local time of this call in milliseconds. Any thread.
     void Add(KelTextView text);
+
+    // Prints what is left, but gives it up if the reader does not take it for a short while. True if all is printed.
+    bool Finish();
 
 private:
     static constexpr std::size_t capacity = 10000;

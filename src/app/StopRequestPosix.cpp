@@ -13,8 +13,13 @@ namespace {
 sigset_t StopSignals() {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaddset(&signals, signal);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        // One that was ignored from the start is meant to be: nohup, or a script's background.
+        struct sigaction present = {};
+        ::sigaction(signal, nullptr, &present);
+        if (signal == SIGTERM || present.sa_handler != SIG_IGN)
+            sigaddset(&signals, signal);
+    }
     return signals;
 }
 

@@ -12,8 +12,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto displayPeriod = 100ms;
-constexpr auto quietDisplayPeriod = 500ms;
 constexpr auto pingPeriod = 1000ms;
 constexpr auto endOfServePeriod = 5000ms;
 constexpr auto testXonPeriod = 3000ms;
@@ -45,8 +43,7 @@ DownloadApp::DownloadApp(EngineSetup setup, KelText machine)
       trace(traffic, [this] { window.TrafficArrived(); }),
       line(std::move(setup.port), clock, trace, *this, [this](const MessageBoxText& box) { window.ShowMessage(box); }),
       display(window),
-      displayStatus(timers, clock, "DownloadApp::DisplayStatus", displayPeriod, Timer::Kind::Repeating,
-                    [this] { DisplayTick(); }),
+      displayTicker(timers, clock, [this] { return ShowStatus(); }),
       pingNow(timers, clock, "DownloadApp::PingNow", pingPeriod, Timer::Kind::Repeating, [this] { Ping(); }),
       endOfServe(timers, clock, "DownloadApp::EndOfServe", endOfServePeriod, Timer::Kind::Repeating,
                  [this] { EndOfServeTick(); }),
@@ -67,7 +64,7 @@ void DownloadApp::Create() {
         window.ShowMessage(*loaded.warning);
     OpenPort();
     transferState = TransferState::Waiting;
-    displayStatus.Start();
+    displayTicker.Start();
     ShowStatus();
 }
 
@@ -78,13 +75,18 @@ void DownloadApp::StartMonitor() {
 void DownloadApp::Terminate() {
     if (!std::exchange(isCreated, false))
         return;
+    isClosing = true;
     if (monitor) {
         monitor->Stop();
-        line.CancelWrite();
+        // Again and again: a write that is about to begin is not there to be cancelled yet.
+        do
+            line.CancelWrite();
+        while (!monitor->WaitFor(10ms));
         monitor.reset();
     }
-    for (Timer* timer : {&endOfServe, &testXon, &pingNow, &reopenPort, &displayStatus})
+    for (Timer* timer : {&endOfServe, &testXon, &pingNow, &reopenPort})
         timer->Stop();
+    displayTicker.Stop();
     downloadNow.reset();
     line.ClosePort();
     store.SaveSettings(settings);
@@ -102,8 +104,6 @@ void DownloadApp::ApplySettings(const DownloadSettings& newSettings) {
     settings = newSettings;
     OpenPort();
 }
-
-// --- Line
 
 void DownloadApp::OpenPort() {
     line.OpenPort(settings, machineName);
@@ -140,11 +140,11 @@ bool DownloadApp::RunPass() {
     // The state of a loop-back test is not shown before its message has left: until then it says nothing.
     if (resumesDisplayWhenSent && (line.IsDrained() || !line.IsOpen())) {
         resumesDisplayWhenSent = false;
-        SetDisplayQuiet(false);
+        displayTicker.Start();
     }
     timers.RunDue(clock.Now());
-    if (isDisplayQuiet && displayStatus.IsRunning() && HasNews())
-        SetDisplayQuiet(false);
+    if (displayTicker.IsQuiet() && HasNews())
+        displayTicker.Start();
     return isMoreDue;
 }
 
@@ -193,8 +193,6 @@ void DownloadApp::CheckLoopback() {
 std::size_t DownloadApp::ExtractMessage(std::uint8_t terminator, bool keepTerminator) {
     return line.Receive().ExtractMessage(terminator, keepTerminator, messageText);
 }
-
-// --- Raw transfer
 
 void DownloadApp::ProcessReceivedData() {
     if (transferState == TransferState::Uploading) {
@@ -267,7 +265,7 @@ void DownloadApp::BeginDownload() {
 void DownloadApp::SendFile(const std::filesystem::path& path) {
     transferPath = FromPath(path);
     transferFile.Close();
-    const bool isLoaded = transferFile.Open(path, KelFile::Mode::ReadBytes) && fileImage.Load(transferFile);
+    const bool isLoaded = transferFile.Open(path, KelFile::Mode::ReadBytes) && fileImage.Load(transferFile, isClosing);
     transferFile.Close();
     if (!isLoaded) {
         transferState = TransferState::DownloadCouldNotOpen;
@@ -326,8 +324,6 @@ void DownloadApp::CancelDownload() {
     EndTransfer(TransferState::DownloadCancelled);
 }
 
-// --- Tests of the line, and the other station
-
 void DownloadApp::SendXoffTest() {
     SendText(xoffText);
     testXon.Start();
@@ -336,7 +332,7 @@ void DownloadApp::SendXoffTest() {
 void DownloadApp::StartLoopbackTest() {
     transferState = TransferState::Waiting;
     ShowStatus();
-    displayStatus.Stop();
+    displayTicker.Stop();
     transferState = TransferState::LoopbackFailure;
     trace.EndLine();
     SendText(std::string(testMessage) + static_cast<char>(testTerminator));
@@ -384,8 +380,6 @@ void DownloadApp::EndOfServe() {
     RequestFileList();
 }
 
-// --- Display
-
 bool DownloadApp::ShowStatus() {
     display.Edit().lamps = line.LineLamps();
     const bool isChanged = display.Show(
@@ -393,19 +387,6 @@ bool DownloadApp::ShowStatus() {
     shownByteCount = bytesDone;
     line.LineLamps().received = line.LineLamps().transmitted = false;
     return isChanged;
-}
-
-void DownloadApp::DisplayTick() {
-    if (!ShowStatus())
-        SetDisplayQuiet(true);
-}
-
-// Each tick wakes the processor, and a link may be idle for days. What nobody changes is looked at less often; with the
-// first change the ticks are back.
-void DownloadApp::SetDisplayQuiet(bool isQuiet) {
-    isDisplayQuiet = isQuiet;
-    displayStatus.SetPeriod(isQuiet ? quietDisplayPeriod : displayPeriod);
-    displayStatus.Start();
 }
 
 bool DownloadApp::HasNews() {

@@ -6,6 +6,8 @@
 // The monitor thread owns the engine while it runs. Everything is for that thread (post it) unless it says otherwise.
 
 #include "engine/CommandQueue.h"
+#include "engine/DisplayTicker.h"
+#include "engine/EngineSetup.h"
 #include "engine/FileImage.h"
 #include "engine/LineService.h"
 #include "engine/LineTrace.h"
@@ -16,6 +18,7 @@
 #include "settings/DownloadSettings.h"
 #include "settings/SettingsStore.h"
 
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -25,15 +28,6 @@ namespace tarvin {
 
 class CommsMonitor;
 
-// Where an engine lives. Clock and window must outlive it.
-struct EngineSetup {
-    std::unique_ptr<SerialPort> port;
-    const Clock& clock;
-    DownloadWindow& window;
-    std::filesystem::path installation;
-    KelText ncFilesFolder; // what the upload and download folder are unless the settings name others
-};
-
 class DownloadApp : private LineClient {
 public:
     // `machineName` names the settings file and stands in captions.
@@ -42,18 +36,19 @@ public:
     DownloadApp(const DownloadApp&) = delete;
     DownloadApp& operator=(const DownloadApp&) = delete;
 
-    // --- Life. The thread that made the engine; StartMonitor hands the engine to the monitor thread, Terminate takes
-    // it back for good. Create loads the settings and opens the port; Terminate closes it and saves them.
+    // The thread that made the engine: StartMonitor hands the engine to the monitor thread, Terminate takes it back for
+    // good. Create loads the settings and opens the port; Terminate closes it and saves them. A subclass terminates in
+    // its destructor, while the monitor thread may still call its operations.
     void Create();
     void StartMonitor();
     void Terminate();
 
-    // --- Any thread.
+    // Any thread.
     void Post(CommandQueue::Command command);
     EngineSnapshot Snapshot() const { return display.Latest(); }
     TrafficQueue& Traffic() { return traffic; }
 
-    // --- Operations of the window.
+    // Operations of the window.
     const DownloadSettings& Settings() const { return settings; }
     void ApplySettings(const DownloadSettings& newSettings);
     void SendFile(const std::filesystem::path& path);
@@ -67,7 +62,7 @@ public:
     // Sends the text each `period` from now on.
     void SetPingText(std::string text, std::chrono::milliseconds period);
 
-    // --- The monitor's loop: one pass over commands, line and timers, true if the next is due at once; and the wait
+    // The monitor's loop: one pass over commands, line and timers, true if the next is due at once; and the wait
     // until there is something to do again.
     bool RunPass();
     void WaitForWork();
@@ -91,6 +86,10 @@ protected:
 
     // Sends the start character if there is one and begins the download, at once or after the transmit delay.
     void DownloadNow();
+    // Gives up a download whose delay still runs.
+    void DropDelayedDownload() { downloadNow.reset(); }
+    // Set once the program is to end: what takes long looks at it.
+    const std::atomic<bool>& IsClosing() const { return isClosing; }
     // Queues the bytes for the line; no formatting, a percent sign is a byte like any other.
     void SendText(std::string_view text) { line.Transmit().AppendText(text); }
     void SendChar(std::uint8_t byte, bool continuation) { line.Transmit().Append(byte, continuation); }
@@ -123,8 +122,6 @@ private:
     void OpenPort();
     void ReopenPort();
     void ShowLink();
-    void DisplayTick();
-    void SetDisplayQuiet(bool isQuiet);
     bool HasNews();
     void CheckLoopback();
     void StartDownload();
@@ -146,12 +143,12 @@ private:
     KelText peerName = u"Unknown";
     std::string pingText;
     bool isCreated = false;
+    std::atomic<bool> isClosing = false;
     bool resumesDisplayWhenSent = false;
-    bool isDisplayQuiet = false;
     std::int64_t shownByteCount = 0;
 
     TimerQueue timers;
-    Timer displayStatus;
+    DisplayTicker displayTicker;
     Timer pingNow;
     Timer endOfServe;
     Timer testXon;

@@ -6,9 +6,16 @@
 
 namespace tarvin {
 
-bool FileImage::Load(KelFile& file) {
+namespace {
+
+// Some milliseconds of reading.
+constexpr std::size_t largestRead = 16 << 20;
+
+}
+
+bool FileImage::Load(KelFile& file, const std::atomic<bool>& stop) {
     Clear();
-    if (ReadAll(file))
+    if (ReadAll(file, stop))
         return true;
     Clear();
     return false;
@@ -19,7 +26,7 @@ void FileImage::Clear() {
     capacity = length = position = 0;
 }
 
-bool FileImage::ReadAll(KelFile& file) {
+bool FileImage::ReadAll(KelFile& file, const std::atomic<bool>& stop) {
     const auto size = file.Size();
     // One byte more than the file holds, so that the read that finds its end needs no more room.
     if (!size || *size > maximumLength || !Grow(static_cast<std::size_t>(*size) + 1))
@@ -28,8 +35,8 @@ bool FileImage::ReadAll(KelFile& file) {
         // A file that grows while it is read.
         if (length == capacity && !Grow(capacity * 2))
             return false;
-        const auto count = file.Read(content.get() + length, capacity - length);
-        if (!count)
+        const auto count = file.Read(content.get() + length, std::min(capacity - length, largestRead));
+        if (!count || stop)
             return false;
         length += *count;
         if (*count == 0)

@@ -4,6 +4,7 @@
 
 #include "framework/KelFile.h"
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <span>
@@ -17,8 +18,8 @@ public:
     static constexpr std::size_t maximumLength = 0x7FFFFFFF;
 
     // Reads the open file to its end. False, with an empty image, if it cannot be read, is too long or does not fit in
-    // memory.
-    bool Load(KelFile& file);
+    // memory, or if `stop` is set meanwhile: a program that is to end must not wait for gigabytes.
+    bool Load(KelFile& file, const std::atomic<bool>& stop);
     void Clear();
 
     std::size_t Length() const { return length; }
@@ -30,7 +31,7 @@ public:
 
 private:
     bool Grow(std::size_t newCapacity);
-    bool ReadAll(KelFile& file);
+    bool ReadAll(KelFile& file, const std::atomic<bool>& stop);
 
     std::unique_ptr<char[]> content;
     std::size_t capacity = 0;

@@ -23,9 +23,9 @@ std::size_t CountReturns(std::string_view text) {
 
 }
 
-LineList::LoadResult LineList::Load(KelFile& file) {
+LineList::LoadResult LineList::Load(KelFile& file, const std::atomic<bool>& stop) {
     Clear();
-    if (!image.Load(file))
+    if (!image.Load(file, stop))
         return LoadResult::Unreadable;
     const std::string_view content = image.Content();
     const char* const end = content.data() + content.size();
@@ -33,7 +33,7 @@ LineList::LoadResult LineList::Load(KelFile& file) {
     std::size_t lineEndReturns = 0;
     LoadResult result = LoadResult::Loaded;
     // Millions of lines pass here between a controller's request and its answer.
-    while (start < end) {
+    while (start < end && !stop.load(std::memory_order_relaxed)) {
         const void* const found = std::memchr(start, '\n', static_cast<std::size_t>(end - start));
         const char* const lineEnd = found != nullptr ? static_cast<const char*>(found) : end;
         const std::size_t returns = lineEnd > start && lineEnd[-1] == '\r' ? 1 : 0;

@@ -17,11 +17,11 @@ public:
     enum class LoadResult {
         Loaded,
         NotText,   // a line was longer than allowed; the lines before it are there
-        Unreadable // no lines
+        Unreadable // no lines; also if `stop` was set meanwhile
     };
 
     // Lines end with LF or CR LF; what follows the last line end is a line too, less a CR at the very end.
-    LoadResult Load(KelFile& file);
+    LoadResult Load(KelFile& file, const std::atomic<bool>& stop);
     void Clear();
 
     std::size_t FileSize() const { return image.Length(); }

@@ -14,9 +14,6 @@ constexpr auto slowWrite = 5s;
 constexpr std::chrono::nanoseconds shortestLook = 1ms;
 constexpr std::chrono::nanoseconds longestLook = 10ms;
 constexpr int bitsPerCharacter = 10;
-constexpr const char16_t* statusStep = u"Comms Status Check";
-constexpr const char16_t* readStep = u"Read Data";
-constexpr const char16_t* writeStep = u"Write Data";
 constexpr std::uint8_t xon = 0x11;
 constexpr std::uint8_t xoff = 0x13;
 
@@ -36,8 +33,8 @@ void LineService::OpenPort(const DownloadSettings& settings, const KelText& titl
     link.OpenPort(settings, title, false);
 }
 
-void LineService::NoteOutage(const char16_t* stepName, const PortError& error) {
-    link.ReportOutage(stepName, error);
+void LineService::NoteOutage(LineStep step, const PortError& error) {
+    link.ReportOutage(step, error);
     if (link.IsOpen())
         return;
     receive.Clear();
@@ -51,10 +48,10 @@ bool LineService::CheckLineStatus() {
     if (!link.IsOpen())
         return false;
     if (const PortError error = link.Port().GetStatus(status)) {
-        NoteOutage(statusStep, error);
+        NoteOutage(LineStep::Status, error);
         return false;
     }
-    link.EndOutage(statusStep);
+    link.EndOutage(LineStep::Status);
     NoteStatus();
     if (status.inputCount > 0)
         ReadData();
@@ -73,7 +70,7 @@ bool LineService::CheckLineStatus() {
 }
 
 bool LineService::IsWriteDue() const {
-    const bool isFree = status.outputCount == 0 && !status.xoffHold && !lamps.xoffHold && !link.IsInOutage();
+    const bool isFree = status.outputCount == 0 && !status.xoffHold && !lamps.xoffHold && !link.IsFailing();
     return isFree && transmit.IsWritePending() && (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
 }
 
@@ -98,10 +95,10 @@ void LineService::ReadData() {
         client.OnOverrunEnded();
     std::size_t byteCount = 0;
     if (const PortError error = link.Port().Read(room, byteCount)) {
-        NoteOutage(readStep, error);
+        NoteOutage(LineStep::Read, error);
         return;
     }
-    link.EndOutage(readStep);
+    link.EndOutage(LineStep::Read);
     if (byteCount == 0)
         return;
     receive.Commit(byteCount);
@@ -147,14 +144,14 @@ std::size_t LineService::WriteData() {
     if (written == pending && clock.Now() - started < slowWrite)
         lamps.transmitted = true;
     if (error)
-        NoteOutage(writeStep, error);
+        NoteOutage(LineStep::Write, error);
     else if (written > 0)
-        link.EndOutage(writeStep);
+        link.EndOutage(LineStep::Write);
     return written;
 }
 
 void LineService::Wait(std::chrono::nanoseconds longest, bool isWatched) {
-    const bool isFailing = link.IsOpen() && link.IsInOutage();
+    const bool isFailing = link.IsFailing();
     if (isFailing)
         longest = std::min(longest, longestLook);
     else if (link.IsOpen() && (isWatched || transmit.IsWritePending()))

@@ -42,7 +42,8 @@ PortLink::PortLink(std::unique_ptr<SerialPort> serialPort, ShowMessage showMessa
     : port(std::move(serialPort)), show(std::move(showMessage)) {}
 
 void PortLink::ReportPortError(const char16_t* stepName, const PortError& error) {
-    show({portName + u"\n" + error.text, stepName, okOnly | iconInformation});
+    if (!isQuiet)
+        show({portName + u"\n" + error.text, stepName, okOnly | iconInformation});
 }
 
 bool PortLink::Failed(const char16_t* stepName, const PortError& error) {
@@ -51,14 +52,23 @@ bool PortLink::Failed(const char16_t* stepName, const PortError& error) {
     return error.failed;
 }
 
-void PortLink::ReportOutage(const char16_t* stepName, const PortError& error) {
-    if (!IsInOutage())
-        ReportPortError(stepName, error);
-    failingStep = stepName;
+void PortLink::ReportOutage(LineStep step, const PortError& error) {
+    constexpr const char16_t* names[] = {u"Comms Status Check", u"Read Data", u"Write Data"};
+    if (!failingStep)
+        ReportPortError(names[static_cast<std::size_t>(step)], error);
+    failingStep = step;
+    isFailing = true;
     if (!error.gone)
         return;
     ClosePort();
     title = titleName + u" - No Link";
+}
+
+void PortLink::EndOutage(LineStep step) {
+    if (!failingStep || *failingStep > step)
+        return;
+    failingStep.reset();
+    isFailing = false;
 }
 
 void PortLink::OpenPort(const DownloadSettings& settings, const KelText& applicationTitle, bool noSoftwareFlow) {
@@ -67,29 +77,32 @@ void PortLink::OpenPort(const DownloadSettings& settings, const KelText& applica
         Failed(u"Close Previous Connection", port->Close());
     }
     titleName = applicationTitle;
-    OpenAndConfigure(settings, noSoftwareFlow, false);
+    failingStep.reset();
+    OpenAndConfigure(settings, noSoftwareFlow);
 }
 
 bool PortLink::Reopen(const DownloadSettings& settings, const KelText& applicationTitle) {
     titleName = applicationTitle;
-    OpenAndConfigure(settings, false, true);
+    isQuiet = true;
+    if (!OpenAndConfigure(settings, false))
+        ClosePort();
+    isQuiet = false;
     return port->IsOpen();
 }
 
-void PortLink::OpenAndConfigure(const DownloadSettings& settings, bool noSoftwareFlow, bool isQuiet) {
+bool PortLink::OpenAndConfigure(const DownloadSettings& settings, bool noSoftwareFlow) {
     portName = settings.port;
     title = titleName + u" - No Link";
-    const PortError error = port->Open(portName);
-    if (error && !isQuiet)
-        ReportPortError(u"Open Comm", error);
-    if (error)
-        return;
-    failingStep = nullptr;
-    if (Configure(settings, noSoftwareFlow)) {
+    isFailing = false;
+    if (Failed(u"Open Comm", port->Open(portName)))
+        return false;
+    const bool isConfigured = Configure(settings, noSoftwareFlow);
+    if (isConfigured) {
         title = titleName + u" " + portName + u":" + settings.baudRate + u"," + ParityLetter(settings) + u"," +
                 settings.dataBits + u"," + settings.stopBits + u"," + settings.flowControl;
     }
     port->Purge();
+    return isConfigured;
 }
 
 bool PortLink::Configure(const DownloadSettings& settings, bool noSoftwareFlow) {

@@ -8,8 +8,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tarvin {
+
+// What is done with an open port. An outage ends when the step that failed goes well, or one behind it; not when a
+// device can be opened that fails at once.
+enum class LineStep { Status, Read, Write };
 
 class PortLink {
 public:
@@ -21,7 +26,7 @@ public:
     // leaves the port open, half-configured, under the "No Link" title. `noSoftwareFlow` keeps XON and XOFF out of the
     // driver's hands.
     void OpenPort(const DownloadSettings& settings, const KelText& applicationTitle, bool noSoftwareFlow);
-    // The same without a word if there is still no port to open. True if there is one now.
+    // The same without a word; a port that cannot be configured is closed again. True if there is one now.
     bool Reopen(const DownloadSettings& settings, const KelText& applicationTitle);
     void ClosePort();
 
@@ -32,17 +37,17 @@ public:
     // False where the received XON and XOFF bytes alone tell whether the line is held.
     bool DriverTellsXoffHold() const { return driverTellsXoffHold; }
 
-    // A failed look, read or write; each names itself by one pointer. The first of an outage is reported; if the device
-    // is gone the port is closed.
-    void ReportOutage(const char16_t* stepName, const PortError& error);
-    // The step that failed has gone well.
-    void EndOutage(const char16_t* stepName) { failingStep = failingStep == stepName ? nullptr : failingStep; }
-    bool IsInOutage() const { return failingStep != nullptr; }
+    // A failed step. The first of an outage is reported; if the device is gone the port is closed.
+    void ReportOutage(LineStep step, const PortError& error);
+    // A step that went well.
+    void EndOutage(LineStep step);
+    // An open port fails: to be asked again at leisure.
+    bool IsFailing() const { return IsOpen() && isFailing; }
 
 private:
     void ReportPortError(const char16_t* stepName, const PortError& error);
     bool Configure(const DownloadSettings& settings, bool noSoftwareFlow);
-    void OpenAndConfigure(const DownloadSettings& settings, bool noSoftwareFlow, bool isQuiet);
+    bool OpenAndConfigure(const DownloadSettings& settings, bool noSoftwareFlow);
     bool Failed(const char16_t* stepName, const PortError& error);
 
     std::unique_ptr<SerialPort> port;
@@ -51,7 +56,9 @@ private:
     KelText titleName;
     KelText title;
     bool driverTellsXoffHold = false;
-    const char16_t* failingStep = nullptr;
+    std::optional<LineStep> failingStep;
+    bool isFailing = false;
+    bool isQuiet = false;
 };
 
 }

@@ -25,6 +25,7 @@ namespace {
 
 constexpr auto modemLineLook = 10ms;
 constexpr auto stopLook = 50ms;
+constexpr std::size_t dsrFlowAhead = 16;
 constexpr tcflag_t handshakeInputFlags = IXON | IXOFF;
 
 PortError Failure(int error, KelText detail = {}) {
@@ -115,7 +116,22 @@ PortError SerialPortPosix::Prepare() {
     lastKernelCount = 0;
     lastLookAtStop = {};
     AskForLowLatency(device);
-    return {};
+    // At once, and not with the mode: a port whose mode is refused stays open, and must not echo or edit meanwhile.
+    MakeRaw();
+    return ::ioctl(device, TCSETS2, &state) == 0 ? PortError() : Failure(errno);
+}
+
+// Bytes as they are, in both directions: no echo, no line editing, no mapping, no signals. A break is no byte.
+void SerialPortPosix::MakeRaw() {
+    state.c_iflag = (state.c_iflag & handshakeInputFlags) | IGNBRK;
+    state.c_oflag = 0;
+    state.c_lflag = 0;
+    state.c_cflag = (state.c_cflag & ~tcflag_t{HUPCL}) | CREAD | CLOCAL;
+    state.c_cc[VSTART] = 0x11;
+    state.c_cc[VSTOP] = 0x13;
+    // With nothing there a read fails instead of returning 0, which then can only mean a line that was hung up.
+    state.c_cc[VMIN] = 1;
+    state.c_cc[VTIME] = 0;
 }
 
 PortError SerialPortPosix::Close() {
@@ -144,16 +160,7 @@ PortError SerialPortPosix::ApplyMode(const std::string& text) {
 }
 
 PortError SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
-    // Bytes as they are, in both directions: no echo, no line editing, no mapping, no signals. A break is no byte.
-    state.c_iflag = (state.c_iflag & handshakeInputFlags) | IGNBRK;
-    state.c_oflag = 0;
-    state.c_lflag = 0;
-    state.c_cflag = (state.c_cflag & ~tcflag_t{HUPCL}) | CREAD | CLOCAL;
-    state.c_cc[VSTART] = 0x11;
-    state.c_cc[VSTOP] = 0x13;
-    // With nothing there a read fails instead of returning 0, which then can only mean a line that was hung up.
-    state.c_cc[VMIN] = 1;
-    state.c_cc[VTIME] = 0;
+    MakeRaw();
     if (flow) {
         state.c_iflag = (state.c_iflag & ~handshakeInputFlags) | (flow->software ? handshakeInputFlags : 0);
         state.c_cflag = (state.c_cflag & ~CRTSCTS) | (flow->ctsOutput || flow->rtsHandshake ? CRTSCTS : 0);
@@ -178,20 +185,29 @@ void SerialPortPosix::Purge() {
 
 PortError SerialPortPosix::GetStatus(LineStatus& status) {
     status = {};
+    if (activeFlow.ctsOutput || activeFlow.dsrOutput)
+        LookAtModemLines(status);
     if (PortError error = PumpQueue())
         return error;
     int waiting = 0;
-    int unsent = 0;
-    if (::ioctl(device, FIONREAD, &waiting) != 0 || ::ioctl(device, TIOCOUTQ, &unsent) != 0)
+    std::size_t unsent = 0;
+    if (::ioctl(device, FIONREAD, &waiting) != 0 || !CountUnsent(unsent))
         return Failure(errno);
-    status.inputCount = static_cast<std::size_t>(std::max(waiting, 0));
-    const auto kernelCount = static_cast<std::size_t>(std::max(unsent, 0));
-    status.outputCount = queue.size() + kernelCount;
-    if (activeFlow.ctsOutput || activeFlow.dsrOutput)
-        LookAtModemLines(status);
+    // A line that can be read without holding bytes has news of another kind, which only a read brings to light.
+    status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
+    isReadable = false;
+    status.outputCount = queue.size() + unsent;
     if (activeFlow.software && !status.ctsHold && !status.dsrHold)
-        status.xoffHold = IsStopped(kernelCount);
+        status.xoffHold = IsStopped(unsent);
     return {};
+}
+
+bool SerialPortPosix::CountUnsent(std::size_t& count) const {
+    int unsent = 0;
+    if (::ioctl(device, TIOCOUTQ, &unsent) != 0)
+        return false;
+    count = static_cast<std::size_t>(std::max(unsent, 0));
+    return true;
 }
 
 void SerialPortPosix::LookAtModemLines(LineStatus& status) {
@@ -199,7 +215,9 @@ void SerialPortPosix::LookAtModemLines(LineStatus& status) {
     if (!hasModemLines || ::ioctl(device, TIOCMGET, &lines) != 0)
         return;
     status.ctsHold = activeFlow.ctsOutput && (lines & TIOCM_CTS) == 0;
-    // The kernel has no DSR flow: it is this queue that holds the bytes back.
+    // The kernel has no DSR flow: it is this queue that holds the bytes back. Bytes that come while DSR is down are
+    // read all the same, so that a cable without that wire is not deaf; and DTR stays up, because they are read at
+    // once.
     status.dsrHold = activeFlow.dsrOutput && (lines & TIOCM_DSR) == 0;
     dsrHolds = status.dsrHold;
 }
@@ -244,12 +262,26 @@ PortError SerialPortPosix::Read(std::span<std::uint8_t> room, std::size_t& byteC
 PortError SerialPortPosix::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
     byteCount = bytes.size();
     queue.insert(queue.end(), bytes.begin(), bytes.end());
+    if (activeFlow.dsrOutput) {
+        LineStatus present;
+        LookAtModemLines(present);
+    }
     return PumpQueue();
 }
 
+// What the kernel may be given. What it has it sends, whatever DSR says; so with DSR flow it gets little at a time.
+std::size_t SerialPortPosix::KernelRoom() const {
+    if (dsrHolds)
+        return 0;
+    std::size_t unsent = 0;
+    if (!activeFlow.dsrOutput || !CountUnsent(unsent))
+        return queue.size();
+    return std::min(queue.size(), dsrFlowAhead - std::min(dsrFlowAhead, unsent));
+}
+
 PortError SerialPortPosix::PumpQueue() {
-    while (!queue.empty() && !dsrHolds) {
-        const ssize_t count = ::write(device, queue.data(), queue.size());
+    while (const std::size_t room = queue.empty() ? 0 : KernelRoom()) {
+        const ssize_t count = ::write(device, queue.data(), room);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
@@ -263,13 +295,16 @@ PortError SerialPortPosix::PumpQueue() {
 
 void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
     const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;
-    if (isPortAwaited && hasModemLines)
+    const bool hasLineFlow = activeFlow.ctsOutput || activeFlow.dsrOutput;
+    if (isPortAwaited && hasModemLines && hasLineFlow)
         longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
-    const bool wantsOutput = !queue.empty() && !dsrHolds;
+    // With DSR flow the kernel always has room, and the queue goes on at the next look.
+    const bool wantsOutput = !queue.empty() && !activeFlow.dsrOutput;
     pollfd events[2] = {{wakeEvent, POLLIN, 0},
                         {device, static_cast<short>(wantsOutput ? POLLIN | POLLOUT : POLLIN), 0}};
     const timespec timeout = {static_cast<time_t>(longest / 1s), static_cast<long>((longest % 1s).count())};
     const int ready = ::ppoll(events, isPortAwaited ? 2 : 1, &timeout, nullptr);
+    isReadable = ready > 0 && isPortAwaited && (events[1].revents & ~POLLOUT) != 0;
     if (ready > 0 && events[0].revents != 0) {
         eventfd_t count = 0;
         (void)::eventfd_read(wakeEvent, &count);

@@ -37,7 +37,10 @@ private:
     using TimePoint = std::chrono::steady_clock::time_point;
 
     PortError Prepare();
+    void MakeRaw();
     PortError PumpQueue();
+    std::size_t KernelRoom() const;
+    bool CountUnsent(std::size_t& count) const;
     void LookAtModemLines(LineStatus& status);
     bool IsStopped(std::size_t kernelCount);
     bool IsStoppedWhileEmpty();
@@ -50,6 +53,7 @@ private:
     int bitsPerSecond = 1;
     bool hasModemLines = false;
     bool dsrHolds = false;
+    bool isReadable = false;
     std::vector<std::uint8_t> queue;
     std::size_t lastKernelCount = 0;
     TimePoint lastProgress;

@@ -114,7 +114,11 @@ void NativeFile::Close() {
     handle = closedHandle;
 }
 
-bool ReplaceWholeFile(const std::filesystem::path& path, std::string_view content) {
+bool ReplaceWholeFile(const std::filesystem::path& named, std::string_view content) {
+    // A link stays a link: what it leads to is replaced.
+    std::error_code isMissing;
+    const std::filesystem::path target = std::filesystem::canonical(named, isMissing);
+    const std::filesystem::path& path = isMissing ? named : target;
     // A name of its own for each process: two programs that save at once must not write into one another's copy.
     const std::filesystem::path fresh = path.native() + "." + std::to_string(::getpid()) + ".new";
     NativeFile file;

@@ -19,7 +19,17 @@ std::uint32_t NextIdentifier() {
 wThread::wThread() : identifier(NextIdentifier()) {}
 
 void wThread::Start() {
-    thread = std::thread([this] { Body(); });
+    thread = std::thread([this] {
+        Body();
+        const std::lock_guard lock(mutex);
+        hasEnded = true;
+        ended.notify_all();
+    });
+}
+
+bool wThread::WaitFor(std::chrono::milliseconds longest) {
+    std::unique_lock lock(mutex);
+    return ended.wait_for(lock, longest, [this] { return hasEnded; });
 }
 
 void wThread::Wait() {

@@ -2,7 +2,10 @@
 // A thread with a stop flag that its body polls. Knows nothing of what the body does.
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
+#include <mutex>
 #include <thread>
 
 namespace tarvin {
@@ -18,6 +21,8 @@ public:
     virtual void Stop() { stopRequested = true; }
     // Blocks until the body has returned. The owner only.
     void Wait();
+    // The same for so long at the most; true if the body has returned.
+    bool WaitFor(std::chrono::milliseconds longest);
     // Unique in the process while fewer than 0xEFFFFFFF threads have been made. Starts at 1.
     std::uint32_t Identifier() const { return identifier; }
 
@@ -31,6 +36,9 @@ protected:
 private:
     const std::uint32_t identifier;
     std::atomic<bool> stopRequested = false;
+    std::mutex mutex;
+    std::condition_variable ended;
+    bool hasEnded = false;
     std::thread thread;
 };
 

@@ -30,8 +30,6 @@ void TarvinApp::Fail(TransferState state, std::string_view answer) {
     SendMessage(answer);
 }
 
-// --- Messages received
-
 void TarvinApp::ProcessReceivedData() {
     while (ExtractMessage(frameEnd, false) > 0) {
         incomingLine = messageText;
@@ -122,8 +120,6 @@ bool TarvinApp::MakeTransferPath(const KelText& folder) {
     return IsUsableFileNumber(number);
 }
 
-// --- Upload
-
 void TarvinApp::OnUploadRequest() {
     const bool isUsable = MakeTransferPath(settings.uploadPath);
     if (!isUsable || !transferFile.Open(ToPath(transferPath), KelFile::Mode::WriteText)) {
@@ -131,6 +127,8 @@ void TarvinApp::OnUploadRequest() {
         return;
     }
     lines.Clear();
+    // A download that still waits for its delay would break into this upload with an answer that nobody asked for.
+    DropDelayedDownload();
     bytesDone = 0;
     transferState = TransferState::Uploading;
     SetProgress(0, uploadRangeAtStart);
@@ -174,8 +172,6 @@ void TarvinApp::OnEndOfUpload() {
     SendMessage(code::acknowledge);
 }
 
-// --- Download
-
 void TarvinApp::OnDownloadRequest() {
     if (transferFile.IsWriting()) {
         // Reading would have to give up a file that is still arriving.
@@ -189,7 +185,7 @@ void TarvinApp::OnDownloadRequest() {
 LineList::LoadResult TarvinApp::LoadLines() {
     if (!transferFile.Open(ToPath(transferPath), KelFile::Mode::ReadText))
         return LineList::LoadResult::Unreadable;
-    const LineList::LoadResult result = lines.Load(transferFile);
+    const LineList::LoadResult result = lines.Load(transferFile, IsClosing());
     transferFile.Close();
     return result;
 }

@@ -17,6 +17,7 @@ class TarvinApp : public DownloadApp {
 public:
     // An empty name stands for "TARVIN".
     TarvinApp(EngineSetup setup, KelText machineName);
+    ~TarvinApp() override { Terminate(); }
 
 protected:
     void ProcessReceivedData() override;

@@ -107,13 +107,19 @@ SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructo
         if (state == RecordState::None || !HasUsablePort(result.settings))
             return {ReadProfile(constructorValues), warning};
     }
-    if (state == RecordState::Damaged)
-        result.warning = warning;
+    if (state == RecordState::Damaged) {
+        // What it has lost gets the values of a first run: without line settings there would be no link.
+        result = {FromProfile(Profile(""), constructorValues), warning};
+        ReadRecord(result.settings);
+    }
     return result;
 }
 
 DownloadSettings SettingsStore::ReadProfile(const DownloadSettings& constructorValues) {
-    const Profile profile(ReadFile().value_or(""));
+    return FromProfile(Profile(ReadFile().value_or("")), constructorValues);
+}
+
+DownloadSettings SettingsStore::FromProfile(const Profile& profile, const DownloadSettings& constructorValues) const {
     DownloadSettings settings = constructorValues;
     settings.port = profile.Text(portSection, u"port", u"COM1");
     settings.baudRate = profile.Text(portSection, u"baudrate", u"2400");

@@ -12,6 +12,8 @@
 
 namespace tarvin {
 
+class Profile;
+
 class SettingsStore {
 public:
     struct LoadResult {
@@ -42,6 +44,7 @@ private:
     std::optional<std::string> ReadFile();
     RecordState ReadRecord(DownloadSettings& settings);
     DownloadSettings ReadProfile(const DownloadSettings& constructorValues);
+    DownloadSettings FromProfile(const Profile& profile, const DownloadSettings& constructorValues) const;
 
     std::filesystem::path programFolder;
     KelText settingsBaseName;

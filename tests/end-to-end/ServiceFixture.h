@@ -20,8 +20,8 @@ public:
         Connect();
     }
 
-    // A new line, to which the port's device leads. By a name of its own: the system gives a terminal's name to the next
-    // one at once, which may be another test's.
+    // A new line, to which the port's device leads. By a name of its own: the system gives a terminal's name to the
+    // next one at once, which may be another test's.
     void Connect() {
         terminal = std::make_unique<PseudoTerminal>();
         std::filesystem::create_symlink(terminal->Device(), folder / "line");
@@ -41,9 +41,8 @@ public:
     // Starts it and waits until it serves the line.
     void Start(std::function<void()> beforeStart = {}) {
         service = std::make_unique<ChildProcess>(
-            "tarvindl-service", ChildProcess::Options{{machineName},
-                                                      {{"TARVINDL_HOME", folder.Path().string()}},
-                                                      std::move(beforeStart)});
+            "tarvindl-service",
+            ChildProcess::Options{{machineName}, {{"TARVINDL_HOME", folder.Path().string()}}, std::move(beforeStart)});
     }
 
     std::string NcFolder() const { return (folder / "NC").string(); }

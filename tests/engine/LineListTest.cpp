@@ -15,7 +15,8 @@ LineList::LoadResult Load(const TemporaryFolder& folder, std::string_view conten
     folder.WriteFile("nc", content);
     KelFile file;
     REQUIRE(file.Open(folder / "nc", KelFile::Mode::ReadText));
-    return lines.Load(file);
+    const std::atomic<bool> stop = false;
+    return lines.Load(file, stop);
 }
 
 std::vector<std::string> All(LineList& lines) {

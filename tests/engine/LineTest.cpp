@@ -148,6 +148,24 @@ TEST_CASE("one outage is one report, and the port comes back by itself") {
     }
 }
 
+TEST_CASE("a device that opens and fails at once is one outage, and so is one that cannot be configured any more") {
+    for (const char* operation : {"GetStatus", "CommitState"}) {
+        CAPTURE(operation);
+        EngineHarness<LineApp> harness;
+        harness.Create();
+        harness.line.isPresent = false;
+        harness.Run(1s);
+        harness.line.isPresent = true;
+        harness.line.failures[operation] = {true, true, u"odd"};
+        harness.Run(20s);
+        CHECK(harness.window.boxes.size() == 1);
+        CHECK(harness.Snapshot().caption == u"LASER - No Link");
+        harness.line.failures.clear();
+        harness.Run(2s);
+        CHECK(harness.Snapshot().caption == u"LASER COM1:2400,N,8,1,Xon/Xoff");
+    }
+}
+
 TEST_CASE("a fault that does not take the device away is one report until the line works again") {
     EngineHarness<LineApp> harness;
     harness.Create();

@@ -6,10 +6,10 @@
 #include "support/PseudoTerminalPosix.h"
 #include "support/TemporaryFolder.h"
 
-#include <doctest/doctest.h>
-
 #include <functional>
 #include <thread>
+
+#include <doctest/doctest.h>
 
 using namespace tarvin;
 using namespace tarvin::test;
@@ -144,7 +144,8 @@ TEST_CASE("with software flow an XOFF holds what is written, an XON lets it go, 
     ForEachBackEnd([](Fixture& fixture) {
         SerialPort& port = fixture.Port();
         Open(port, {.software = true});
-        fixture.Arrive("a\x13" "b");
+        fixture.Arrive("a\x13"
+                       "b");
         CHECK(ReadAll(port, 2) == "ab");
         CHECK(StatusUntil(port, [](const LineStatus& status) { return status.xoffHold; }).outputCount == 0);
         std::size_t count = 0;

@@ -1,10 +1,9 @@
 #include "support/ChildProcessPosix.h"
 
-#include <doctest/doctest.h>
-
 #include <csignal>
 #include <cstdlib>
 
+#include <doctest/doctest.h>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -29,8 +29,8 @@ public:
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    // True once the output holds the text; false if the time is up or the output has ended without it. Looks at what came
-    // behind the text of the last call that was true.
+    // True once the output holds the text; false if the time is up or the output has ended without it. Looks at what
+    // came behind the text of the last call that was true.
     bool WaitForOutput(const std::string& text, std::chrono::milliseconds longest = std::chrono::seconds(20));
     std::string Output();
     void Signal(int signal);

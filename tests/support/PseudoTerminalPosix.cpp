@@ -1,9 +1,8 @@
 #include "support/PseudoTerminalPosix.h"
 
-#include <doctest/doctest.h>
-
 #include <cstdlib>
 
+#include <doctest/doctest.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>

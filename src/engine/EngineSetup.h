@@ -1,0 +1,22 @@
+#pragma once
+// Where an engine lives: what it is given by the program that makes it.
+
+#include "engine/DownloadWindow.h"
+#include "engine/SerialPort.h"
+#include "framework/Clock.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace tarvin {
+
+// Clock and window must outlive the engine.
+struct EngineSetup {
+    std::unique_ptr<SerialPort> port;
+    const Clock& clock;
+    DownloadWindow& window;
+    std::filesystem::path installation;
+    KelText ncFilesFolder; // what the upload and download folder are unless the settings name others
+};
+
+}
