@@ -22,8 +22,8 @@ public:
 
     // A new line, to which the port's device leads. By a name of its own: the system gives a terminal's name to the
     // next one at once, which may be another test's.
-    void Connect() {
-        terminal = std::make_unique<PseudoTerminal>();
+    void Connect(PseudoTerminal::Mode mode = PseudoTerminal::Mode::Raw) {
+        terminal = std::make_unique<PseudoTerminal>(mode);
         std::filesystem::create_symlink(terminal->Device(), folder / "line");
     }
     void Disconnect() {

@@ -70,6 +70,11 @@ bool ChildProcess::WaitForOutput(const std::string& text, std::chrono::milliseco
     return true;
 }
 
+bool ChildProcess::WaitForLastLine(const std::string& text, std::chrono::milliseconds longest) {
+    std::unique_lock lock(mutex);
+    return changed.wait_for(lock, longest, [&] { return output.ends_with(text + "\n"); });
+}
+
 std::string ChildProcess::Output() {
     const std::lock_guard lock(mutex);
     return output;

@@ -32,6 +32,8 @@ public:
     // True once the output holds the text; false if the time is up or the output has ended without it. Looks at what
     // came behind the text of the last call that was true.
     bool WaitForOutput(const std::string& text, std::chrono::milliseconds longest = std::chrono::seconds(20));
+    // True once the last line of the output ends with the text.
+    bool WaitForLastLine(const std::string& text, std::chrono::milliseconds longest = std::chrono::seconds(20));
     std::string Output();
     void Signal(int signal);
     // The exit code; a negative signal number if a signal ended it; fails the test if it does not end.

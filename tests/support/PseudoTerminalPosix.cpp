@@ -25,14 +25,15 @@ void MakeRaw(const char* device) {
 
 }
 
-PseudoTerminal::PseudoTerminal() : end(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+PseudoTerminal::PseudoTerminal(Mode mode) : end(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
     REQUIRE(end >= 0);
     REQUIRE(::grantpt(end) == 0);
     REQUIRE(::unlockpt(end) == 0);
     char name[64] = "";
     REQUIRE(::ptsname_r(end, name, sizeof name) == 0);
     device = name;
-    MakeRaw(name);
+    if (mode == Mode::Raw)
+        MakeRaw(name);
 }
 
 void PseudoTerminal::Write(std::string_view bytes) {
@@ -54,9 +55,11 @@ std::string PseudoTerminal::Read(std::size_t byteCount, std::chrono::millisecond
             break;
         char chunk[4096];
         const ssize_t count = ::read(end, chunk, sizeof chunk);
-        if (count <= 0)
-            break;
-        bytes.append(chunk, static_cast<std::size_t>(count));
+        if (count > 0)
+            bytes.append(chunk, static_cast<std::size_t>(count));
+        else
+            // Nobody has opened the other end, of which nothing but another look tells.
+            ::poll(nullptr, 0, 1);
     }
     return bytes;
 }

@@ -10,7 +10,10 @@ namespace tarvin::test {
 
 class PseudoTerminal {
 public:
-    PseudoTerminal();
+    // What the other end is like before a program sets it up: as lines are found, or without echo and editing.
+    enum class Mode { Cooked, Raw };
+
+    explicit PseudoTerminal(Mode mode = Mode::Raw);
     ~PseudoTerminal() { Close(); }
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
