@@ -41,7 +41,8 @@ DownloadApp::DownloadApp(EngineSetup setup, KelText machine)
       window(setup.window),
       store(std::move(setup.installation), machineName, std::move(setup.ncFilesFolder)),
       trace(traffic, [this] { window.TrafficArrived(); }),
-      line(std::move(setup.port), clock, trace, *this, [this](const MessageBoxText& box) { window.ShowMessage(box); }),
+      logs(clock, trace, window),
+      line(std::move(setup.port), clock, logs.Recorder(), *this, [this](const MessageBoxText& box) { window.ShowMessage(box); }),
       display(window),
       displayTicker(timers, clock, [this] { return ShowStatus(); }),
       pingNow(timers, clock, "DownloadApp::PingNow", pingPeriod, Timer::Kind::Repeating, [this] { Ping(); }),
@@ -93,6 +94,8 @@ void DownloadApp::Terminate() {
     if (transferFile.IsWriting())
         transferFile.Sync();
     transferFile.Close();
+    logs.EndCommsLog("Application Terminated");
+    logs.Flush();
 }
 
 void DownloadApp::Post(CommandQueue::Command command) {
@@ -119,6 +122,7 @@ void DownloadApp::ReopenPort() {
         return;
     reopenPort.Stop();
     ShowLink();
+    logs.LogLine(ToUtf8(line.Title()), true);
 }
 
 void DownloadApp::ShowLink() {
@@ -145,6 +149,8 @@ bool DownloadApp::RunPass() {
     timers.RunDue(clock.Now());
     if (displayTicker.IsQuiet() && HasNews())
         displayTicker.Start();
+    // The line has been served; the disk may take its time now.
+    logs.Flush();
     return isMoreDue;
 }
 
@@ -264,6 +270,7 @@ void DownloadApp::BeginDownload() {
 
 void DownloadApp::SendFile(const std::filesystem::path& path) {
     transferPath = FromPath(path);
+    fileName = FromPath(path.filename());
     transferFile.Close();
     const bool isLoaded = transferFile.Open(path, KelFile::Mode::ReadBytes) && fileImage.Load(transferFile, isClosing);
     transferFile.Close();
@@ -284,6 +291,7 @@ void DownloadApp::SendFile(const std::filesystem::path& path) {
 
 void DownloadApp::ReceiveFile(const std::filesystem::path& path) {
     transferPath = FromPath(path);
+    fileName = FromPath(path.filename());
     transferFile.Close();
     if (!transferFile.Open(path, KelFile::Mode::WriteBytes)) {
         transferState = TransferState::UploadCouldNotOpen;
@@ -292,7 +300,7 @@ void DownloadApp::ReceiveFile(const std::filesystem::path& path) {
     }
     bytesDone = 0;
     SetProgress(0, uploadRange);
-    SetCaption(machineName + u" " + FromPath(path.filename()));
+    SetCaption(machineName + u" " + fileName);
     display.Edit().endDialog = EndDialog::Upload;
     display.EnableTransferButtons(false);
     transferState = TransferState::Uploading;
@@ -381,12 +389,32 @@ void DownloadApp::EndOfServe() {
 }
 
 bool DownloadApp::ShowStatus() {
+    const StatusArguments arguments = {transferPath, bytesDone, bytesTotal, settings.stationName, peerName,
+                                       settings.serverMode != 0};
+    const StatusDescription description = DescribeState(transferState, arguments);
     display.Edit().lamps = line.LineLamps();
-    const bool isChanged = display.Show(
-        transferState, {transferPath, bytesDone, bytesTotal, settings.stationName, peerName, settings.serverMode != 0});
+    const bool isChanged = display.Show(transferState, description);
+    if (description.reportedBefore)
+        logs.LogStatusChange(settings, *description.reportedBefore, fileName);
+    if (description.isReported)
+        logs.LogStatusChange(settings, display.Edit().statusLine, fileName);
     shownByteCount = bytesDone;
     line.LineLamps().received = line.LineLamps().transmitted = false;
     return isChanged;
+}
+
+void DownloadApp::StartCommsLog(const std::filesystem::path& path) {
+    settings.commsLogFileName = FromPath(path);
+    display.Edit().isCommsLogOn = logs.StartCommsLog(path, settings, 0);
+}
+
+void DownloadApp::StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit) {
+    display.Edit().isCommsLogOn = logs.StartCommsLog(path, settings, sizeLimit);
+}
+
+void DownloadApp::StopCommsLog() {
+    logs.EndCommsLog("End of Logging");
+    display.Edit().isCommsLogOn = false;
 }
 
 bool DownloadApp::HasNews() {

@@ -7,6 +7,7 @@
 
 #include "engine/CommandQueue.h"
 #include "engine/DisplayTicker.h"
+#include "engine/EngineLogs.h"
 #include "engine/EngineSetup.h"
 #include "engine/FileImage.h"
 #include "engine/LineService.h"
@@ -59,6 +60,11 @@ public:
     void EndOfServe();
     void SendXoffTest();
     void StartLoopbackTest();
+    // Traces the line in a fresh file, whose name is kept for the next time.
+    void StartCommsLog(const std::filesystem::path& path);
+    // The same for a log that is nobody's choice of the day: rolled over at a size, and its name not kept.
+    void StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit);
+    void StopCommsLog();
     // Sends the text each `period` from now on.
     void SetPingText(std::string text, std::chrono::milliseconds period);
 
@@ -109,6 +115,7 @@ protected:
     std::string messageText;
     KelFile transferFile;
     KelText transferPath; // of the file on its way, as status texts show it
+    KelText fileName; // its number, or its bare name
     std::int64_t bytesDone = 0;
     std::int64_t bytesTotal = 0;
 
@@ -136,6 +143,7 @@ private:
     CommandQueue commands;
     TrafficQueue traffic;
     LineTrace trace;
+    EngineLogs logs;
     LineService line;
     StatusDisplay display;
     FileImage fileImage;

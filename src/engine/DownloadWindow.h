@@ -44,6 +44,7 @@ struct EngineSnapshot {
     ActionButton receiveFile;
     ActionButton test = {true, true};
     EndDialog endDialog = EndDialog::None;
+    bool isCommsLogOn = false;
     bool operator==(const EngineSnapshot&) const = default;
 };
 

@@ -19,13 +19,13 @@ constexpr std::uint8_t xoff = 0x13;
 
 }
 
-LineService::LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineTrace& lineTrace,
+LineService::LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineRecorder& lineRecorder,
                          LineClient& lineClient, PortLink::ShowMessage showMessage)
     : clock(timeSource),
-      trace(lineTrace),
+      recorder(lineRecorder),
       client(lineClient),
       link(std::move(port), std::move(showMessage)),
-      transmit(lineTrace) {}
+      transmit(lineRecorder) {}
 
 void LineService::OpenPort(const DownloadSettings& settings, const KelText& title) {
     receive.Clear();
@@ -47,12 +47,13 @@ void LineService::NoteOutage(LineStep step, const PortError& error) {
 bool LineService::CheckLineStatus() {
     if (!link.IsOpen())
         return false;
+    const LineStatus previous = status;
     if (const PortError error = link.Port().GetStatus(status)) {
         NoteOutage(LineStep::Status, error);
         return false;
     }
     link.EndOutage(LineStep::Status);
-    NoteStatus();
+    NoteStatus(previous);
     if (status.inputCount > 0)
         ReadData();
     if (status.outputCount == 0 && !status.xoffHold && link.IsOpen()) {
@@ -74,7 +75,8 @@ bool LineService::IsWriteDue() const {
     return isFree && transmit.IsWritePending() && (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
 }
 
-void LineService::NoteStatus() {
+void LineService::NoteStatus(const LineStatus& previous) {
+    recorder.HoldsChanged(previous, status);
     lamps.ctsHold = status.ctsHold;
     lamps.dsrHold = status.dsrHold;
     lamps.rlsdHold = status.rlsdHold;
@@ -112,7 +114,7 @@ void LineService::NoteReceived(std::span<const std::uint8_t> bytes) {
         if (byte == xon || byte == xoff)
             lamps.xoffHold = byte == xoff;
     }
-    trace.Received(bytes);
+    recorder.Received(bytes);
 }
 
 std::size_t LineService::FlushOutput() {

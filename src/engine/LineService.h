@@ -3,7 +3,7 @@
 // to do again. Knows nothing of transfers, messages or windows. Monitor thread only, apart from Wake and CancelWrite.
 
 #include "engine/DownloadWindow.h"
-#include "engine/LineTrace.h"
+#include "engine/LineRecorder.h"
 #include "engine/PortLink.h"
 #include "engine/ReceiveBuffer.h"
 #include "engine/TransmitQueue.h"
@@ -31,7 +31,7 @@ public:
 
 class LineService {
 public:
-    LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineTrace& lineTrace, LineClient& lineClient,
+    LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineRecorder& lineRecorder, LineClient& lineClient,
                 PortLink::ShowMessage showMessage);
 
     // See PortLink. What has arrived of a message is dropped with what the port is purged of: its rest must not be
@@ -59,7 +59,7 @@ public:
     Lamps& LineLamps() { return lamps; }
 
 private:
-    void NoteStatus();
+    void NoteStatus(const LineStatus& previous);
     void ReadData();
     bool IsWriteDue() const;
     void NoteReceived(std::span<const std::uint8_t> bytes);
@@ -69,7 +69,7 @@ private:
     std::chrono::nanoseconds NextLook(Clock::TimePoint now) const;
 
     const Clock& clock;
-    LineTrace& trace;
+    LineRecorder& recorder;
     LineClient& client;
     PortLink link;
     ReceiveBuffer receive;

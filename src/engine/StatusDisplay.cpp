@@ -12,11 +12,10 @@ void StatusDisplay::EnableTransferButtons(bool isEnabled) {
     next.receiveFile.isEnabled = isEnabled;
 }
 
-bool StatusDisplay::Show(TransferState state, const StatusArguments& arguments) {
-    StatusDescription description = DescribeState(state, arguments);
+bool StatusDisplay::Show(TransferState state, const StatusDescription& description) {
     next.transferState = state;
     if (description.line)
-        next.statusLine = *std::move(description.line);
+        next.statusLine = *description.line;
     if (state == TransferState::DownloadCompleted) {
         next.endDialog = EndDialog::None;
         EnableTransferButtons(true);

@@ -19,7 +19,7 @@ public:
     void EnableTransferButtons(bool isEnabled);
 
     // Takes the state's text into the status line and publishes.
-    bool Show(TransferState state, const StatusArguments& arguments);
+    bool Show(TransferState state, const StatusDescription& description);
     // Hands the value out if it differs from the one published before, and tells whether it did.
     bool Publish();
     // Whether something has been edited since the last time.

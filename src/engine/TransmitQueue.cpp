@@ -4,20 +4,19 @@ namespace tarvin {
 
 void TransmitQueue::Append(std::uint8_t byte, bool continuation) {
     bytes.push_back(byte);
-    trace.Sent(byte, continuation);
+    recorder.SentByte(byte, continuation);
     writePending = true;
 }
 
 void TransmitQueue::AppendText(std::string_view text) {
-    for (const char character : text)
-        Append(static_cast<std::uint8_t>(character), true);
-    if (!text.empty())
-        trace.TextSent(static_cast<std::uint8_t>(text.back()));
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    recorder.SentText(text);
+    writePending = writePending || !text.empty();
 }
 
 void TransmitQueue::AppendBlock(int askedCount, std::span<const std::uint8_t> block, Clock::Duration delay) {
     bytes.insert(bytes.end(), block.begin(), block.end());
-    trace.Block(askedCount, block);
+    recorder.SentBlock(askedCount, block);
     writePending = true;
     if (delay > Clock::Duration::zero())
         delayAfterDrain = delay;

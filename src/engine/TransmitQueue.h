@@ -1,8 +1,8 @@
 #pragma once
-// The bytes that wait for the line, with their mirror in the trace. Knows nothing of ports or protocols.
+// The bytes that wait for the line, with their mirror for trace and log. Knows nothing of ports or protocols.
 // Monitor thread only.
 
-#include "engine/LineTrace.h"
+#include "engine/LineRecorder.h"
 #include "framework/Clock.h"
 
 #include <cstddef>
@@ -16,7 +16,7 @@ namespace tarvin {
 
 class TransmitQueue {
 public:
-    explicit TransmitQueue(LineTrace& lineTrace) : trace(lineTrace) {}
+    explicit TransmitQueue(LineRecorder& lineRecorder) : recorder(lineRecorder) {}
 
     // Queues one byte. `continuation` keeps it on the trace line that the byte before it opened.
     void Append(std::uint8_t byte, bool continuation);
@@ -47,7 +47,7 @@ public:
     std::optional<Clock::TimePoint> DueTime() const { return notBefore; }
 
 private:
-    LineTrace& trace;
+    LineRecorder& recorder;
     std::vector<std::uint8_t> bytes;
     std::size_t first = 0;
     bool writePending = false;

@@ -115,8 +115,9 @@ bool TarvinApp::MakeTransferPath(const KelText& folder) {
     std::replace(path.begin(), path.end(), u'\\', u'/');
     if (!path.empty() && !path.ends_with(u'/'))
         path += u'/';
-    transferPath = path + FromBytes(number) + u"." + settings.fileExtension;
-    SetCaption(machineName + u"  " + FromBytes(number));
+    fileName = FromBytes(number);
+    transferPath = path + fileName + u"." + settings.fileExtension;
+    SetCaption(machineName + u"  " + fileName);
     return IsUsableFileNumber(number);
 }
 

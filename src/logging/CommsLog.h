@@ -1,0 +1,53 @@
+#pragma once
+// A trace of one logging run: every line with the time since the start and since the line before. Lines are kept until
+// Flush, so that the line to the controller never waits for the disk. Knows nothing of what the lines say.
+// Monitor thread only.
+
+#include "framework/Clock.h"
+#include "framework/KelFile.h"
+#include "logging/LastLogged.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace tarvin {
+
+class CommsLog {
+public:
+    CommsLog(const Clock& timeSource, LastLogged& sharedMemory) : clock(timeSource), lastLogged(sharedMemory) {}
+
+    // Starts a run in a fresh file; a run that is under way is ended without a word. False if the file cannot be opened.
+    bool Open(const std::filesystem::path& path);
+    // A run that goes on for weeks: once the file has grown to `largestSize` bytes it becomes "<path>.1", in place of the
+    // one before, and a fresh one is begun. A file that is there already is kept the same way.
+    bool OpenRolling(const std::filesystem::path& path, std::uint64_t largestSize);
+    bool IsOpen() const { return file.IsOpen(); }
+
+    // A line, without its line end; UTF-8. An empty text is none, and one that repeats the last only counts if forced.
+    void LogLine(std::string_view text, bool force);
+
+    // Writes the lines since the last time. False, with the log closed, if the file does not take them any more.
+    bool Flush();
+    // Writes what is left and ends the run. False if not all could be written.
+    bool Close();
+
+private:
+    bool Begin(const std::filesystem::path& path);
+    bool RollOver();
+    bool KeepBeside() const;
+    bool IsFileLost();
+
+    const Clock& clock;
+    LastLogged& lastLogged;
+    KelFile file;
+    std::filesystem::path filePath;
+    std::uint64_t sizeLimit = 0; // 0: none
+    std::string pending;
+    Clock::TimePoint started;
+    Clock::TimePoint lastLookAtFile;
+    double previousSeconds = 0;
+};
+
+}

@@ -1,0 +1,18 @@
+#include "framework/WindowsApi.h"
+#include "logging/LocalTimeText.h"
+
+namespace tarvin {
+
+LocalTimeText LocalTimeNow() {
+    SYSTEMTIME now = {};
+    ::GetLocalTime(&now);
+    wchar_t time[80] = L"";
+    wchar_t date[80] = L"";
+    ::GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &now, nullptr, time, 80);
+    ::GetDateFormatW(LOCALE_USER_DEFAULT, 0, &now, nullptr, date, 80);
+    const std::wstring timeText = time;
+    const std::wstring dateText = date;
+    return {KelText(timeText.begin(), timeText.end()), KelText(dateText.begin(), dateText.end())};
+}
+
+}
