@@ -5,7 +5,7 @@
 #include "app/ServiceWindow.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
-#include "app/Version.h"
+#include "framework/Version.h"
 
 #include <cstdio>
 
