@@ -21,9 +21,9 @@ struct TextEntry {
     std::int32_t id = 0;
     KelText phrase; // English
     // By language, in the order of the dictionary's languages. Empty or not there: the phrase stands for it.
-    std::vector<KelText> translations;
+    std::vector<KelText> translations = {};
     KelText textPosition = u"TXTPOS_VOID"; // where on a window the text belongs, as a symbol; this one: nowhere
-    KelText comment;
+    KelText comment = {};
 
     bool operator==(const TextEntry&) const = default;
 };

@@ -91,10 +91,10 @@ bool TextHolder::Load(const DictionaryRequest& request) {
 }
 
 void TextHolder::Clear() {
-    // Moved from, not cleared: the memory of one language is not kept for another.
-    pool = {};
-    index = {};
-    entries = {};
+    // Whole new ones: the memory of one language is not kept for another.
+    pool = std::vector<char16_t>();
+    index = std::vector<std::uint64_t>();
+    entries = std::vector<TextEntry>();
     languageNote.clear();
     skippedEntryCount = 0;
 }
