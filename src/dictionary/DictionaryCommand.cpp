@@ -12,14 +12,15 @@ namespace tarvin::dictionary {
 
 namespace {
 
-constexpr char help[] = "Usage: tarvin-dictionary compile IN.xml OUT.ary\n"
+constexpr char help[] = "Usage: tarvin-dictionary compile [--compress] IN.xml OUT.ary\n"
                         "       tarvin-dictionary export IN.ary OUT.xml\n"
                         "\n"
                         "Makes a dictionary (diction.ary) of its XML form, and XML of a dictionary. The output\n"
                         "is replaced in one step, and only if all of the input is right.\n"
                         "\n"
-                        "  --help     this text\n"
-                        "  --version  the version\n"
+                        "  --compress  a smaller file, which takes longer to load\n"
+                        "  --help      this text\n"
+                        "  --version   the version\n"
                         "\n"
                         "Exit code: 0 done, 1 bad input (with file and line) or output, 2 wrong usage.\n";
 
@@ -51,7 +52,7 @@ struct Job {
     }
 };
 
-bool Compile(const Job& job) {
+bool Compile(const Job& job, bool compresses) {
     const auto xml = job.ReadInput(maximumXmlSize);
     if (!xml)
         return false;
@@ -62,7 +63,7 @@ bool Compile(const Job& job) {
     const std::string plain = EncodeDictionary(*content);
     if (plain.size() > maximumDictionarySize)
         return job.Fail(job.input, "has more text than a dictionary can hold");
-    return job.WriteOutput(Pack(plain));
+    return job.WriteOutput(compresses ? Pack(plain) : plain);
 }
 
 bool Export(const Job& job) {
@@ -94,12 +95,14 @@ int RunDictionaryCommand(std::span<const KelText> arguments, std::ostream& outpu
         return 0;
     }
     const bool compiles = !arguments.empty() && arguments[0] == u"compile";
-    if (arguments.size() != 3 || (!compiles && arguments[0] != u"export")) {
+    const bool compresses = compiles && arguments.size() > 1 && arguments[1] == u"--compress";
+    const auto files = arguments.subspan(arguments.empty() ? 0 : compresses ? 2 : 1);
+    if (files.size() != 2 || (!compiles && arguments[0] != u"export")) {
         errors << help;
         return 2;
     }
-    const Job job{ToPath(arguments[1]), ToPath(arguments[2]), errors};
-    return (compiles ? Compile(job) : Export(job)) ? 0 : 1;
+    const Job job{ToPath(files[0]), ToPath(files[1]), errors};
+    return (compiles ? Compile(job, compresses) : Export(job)) ? 0 : 1;
 }
 
 }

@@ -21,8 +21,10 @@ struct Result {
 
 class Tool {
 public:
-    Result Run(const KelText& command, const std::string& input, const std::string& output) {
-        const KelText arguments[] = {command, FromPath(folder / input), FromPath(folder / output)};
+    Result Run(const KelText& command, const std::string& input, const std::string& output, bool compresses = false) {
+        std::vector<KelText> arguments = {command, FromPath(folder / input), FromPath(folder / output)};
+        if (compresses)
+            arguments.insert(arguments.begin() + 1, u"--compress");
         std::ostringstream said;
         std::ostringstream errors;
         const int exitCode = RunDictionaryCommand(arguments, said, errors);
@@ -58,11 +60,14 @@ TEST_CASE("any text that XML knows comes back as it was, and a second round give
     Tool tool;
     tool.folder.WriteFile("plain.ary", EncodeDictionary(content));
     REQUIRE(tool.Run(u"export", "plain.ary", "1.xml").exitCode == 0);
-    REQUIRE(tool.Run(u"compile", "1.xml", "1.ary").exitCode == 0);
-    REQUIRE(tool.Run(u"export", "1.ary", "2.xml").exitCode == 0);
-    REQUIRE(tool.Run(u"compile", "2.xml", "2.ary").exitCode == 0);
-    CHECK(tool.folder.ReadFile("1.xml") == tool.folder.ReadFile("2.xml"));
-    CHECK(tool.folder.ReadFile("1.ary") == tool.folder.ReadFile("2.ary"));
+    for (const bool compresses : {false, true}) {
+        REQUIRE(tool.Run(u"compile", "1.xml", "1.ary", compresses).exitCode == 0);
+        REQUIRE(tool.Run(u"export", "1.ary", "2.xml").exitCode == 0);
+        REQUIRE(tool.Run(u"compile", "2.xml", "2.ary", compresses).exitCode == 0);
+        CHECK(tool.folder.ReadFile("1.xml") == tool.folder.ReadFile("2.xml"));
+        CHECK(tool.folder.ReadFile("1.ary") == tool.folder.ReadFile("2.ary"));
+        CHECK((tool.folder.ReadFile("1.ary") == tool.folder.ReadFile("plain.ary")) == !compresses);
+    }
     DictionaryReader reader(tool.folder.ReadFile("2.ary"));
     DictionaryContent read;
     CHECK(ReadContent(reader, read));
@@ -156,6 +161,8 @@ TEST_CASE("wrong usage is told from an input or output that fails") {
                                                      {u"compile", u"a"},
                                                      {u"compile", u"a", u"b", u"c"},
                                                      {u"convert", u"a", u"b"},
+                                                     {u"compile", u"--compress", u"a"},
+                                                     {u"export", u"--compress", u"a", u"b"},
                                                      {u"--help", u"a"}};
     for (const auto& arguments : wrong) {
         std::ostringstream output;
