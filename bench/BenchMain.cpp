@@ -20,10 +20,8 @@ struct Measure {
 };
 
 constexpr Measure measures[] = {
-    {"turnaround", MeasureTurnaround},
-    {"idle", MeasureIdle},
-    {"large-file", MeasureLargeFile},
-    {"start", MeasureStart},
+    {"turnaround", MeasureTurnaround}, {"idle", MeasureIdle}, {"large-file", MeasureLargeFile}, {"start", MeasureStart},
+    {"dictionary", MeasureDictionary},
 };
 
 // Enough to see that everything works, too little to judge a figure.

@@ -27,5 +27,7 @@ void MeasureIdle(const Effort& effort, Table& table);
 void MeasureLargeFile(const Effort& effort, Table& table);
 // From the start of the service to its first answer.
 void MeasureStart(const Effort& effort, Table& table);
+// Loading a large dictionary, and looking its texts up.
+void MeasureDictionary(const Effort& effort, Table& table);
 
 }

@@ -5,8 +5,8 @@
 #include "app/ServiceWindow.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
-#include "app/Version.h"
 #include "framework/StandardStreams.h"
+#include "framework/Version.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,7 @@
 #include "framework/KelText.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace tarvin {
 
@@ -122,6 +123,17 @@ KelText FromBytes(std::string_view bytes) {
 
 KelText ToText(std::int64_t number) {
     return FromBytes(std::to_string(number));
+}
+
+std::optional<std::int32_t> LeadingNumber(KelTextView text) {
+    constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
+    std::optional<std::int64_t> number;
+    for (const char16_t unit : text) {
+        if (unit < u'0' || unit > u'9')
+            break;
+        number = std::min(number.value_or(0) * 10 + (unit - u'0'), largest);
+    }
+    return number;
 }
 
 char16_t ToUpperAscii(char16_t unit) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,9 @@ KelText FromBytes(std::string_view bytes);
 
 // Decimal digits, with a minus sign where needed.
 KelText ToText(std::int64_t number);
+
+// The number that the text begins with, the largest there is if the digits say more; none if the first is no digit.
+std::optional<std::int32_t> LeadingNumber(KelTextView text);
 
 std::filesystem::path ToPath(KelTextView text);
 KelText FromPath(const std::filesystem::path& path);

@@ -1,14 +1,16 @@
 #include "settings/SettingsRecord.h"
 
+#include "framework/ObjectStream.h"
+
 #include <algorithm>
+#include <limits>
 
 namespace tarvin {
 
 namespace {
 
 constexpr std::uint32_t recordType = 100091201;
-constexpr std::size_t numberSize = 4;
-constexpr std::size_t headerSize = 3 * numberSize;
+constexpr std::uint32_t numberSize = 4;
 
 // The one place that knows the order of the fields. A new field goes to the end.
 template <class Settings, class Visitor>
@@ -40,69 +42,52 @@ void VisitFields(Settings& settings, Visitor&& visit) {
     visit(settings.stationName);
 }
 
-void AppendLittleEndian(std::string& bytes, std::uint32_t number, std::size_t byteCount) {
-    for (; byteCount > 0; --byteCount, number >>= 8)
-        bytes.push_back(static_cast<char>(number & 0xFF));
-}
-
-std::uint32_t LittleEndian(std::string_view bytes) {
-    std::uint32_t number = 0;
-    for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte)
-        number = number << 8 | static_cast<unsigned char>(*byte);
-    return number;
-}
-
 class FieldWriter {
 public:
-    void operator()(std::uint8_t field) { AppendLittleEndian(bytes, field, 1); }
-    void operator()(std::int32_t field) { AppendLittleEndian(bytes, static_cast<std::uint32_t>(field), numberSize); }
+    void operator()(std::uint8_t field) { writer.Byte(field); }
+    void operator()(std::int32_t field) { writer.Integer(field); }
     void operator()(KelTextView field) {
         field = field.substr(0, field.find(u'\0'));
-        AppendLittleEndian(bytes, static_cast<std::uint32_t>(field.size() + 1), numberSize);
+        writer.Number(static_cast<std::uint32_t>(field.size() + 1));
         for (const char16_t unit : field)
-            AppendLittleEndian(bytes, unit, sizeof unit);
-        AppendLittleEndian(bytes, 0, sizeof(char16_t));
+            writer.Unit(unit);
+        writer.Unit(0);
     }
 
-    const std::string& Bytes() const { return bytes; }
+    const std::string& Bytes() const { return writer.Written(); }
 
 private:
-    std::string bytes;
+    ObjectWriter writer;
 };
 
 // Reads fields until one is not there whole. What it allocates is never more than the bytes it was given.
 class FieldReader {
 public:
-    explicit FieldReader(std::string_view fieldBytes) : rest(fieldBytes) {}
+    explicit FieldReader(std::string_view fieldBytes) : reader(fieldBytes) {}
 
     void operator()(std::uint8_t& field) {
         if (HasNext(sizeof field))
-            field = static_cast<std::uint8_t>(LittleEndian(Take(sizeof field)));
+            field = reader.Byte();
     }
     void operator()(std::int32_t& field) {
         if (HasNext(numberSize))
-            field = static_cast<std::int32_t>(LittleEndian(Take(numberSize)));
+            field = reader.Integer();
     }
     void operator()(KelText& field);
 
     bool IsDamaged() const { return isDamaged; }
     // The bytes behind the fields read.
-    std::string_view Rest() const { return rest; }
+    std::string_view Rest() const { return reader.Rest(); }
 
 private:
     // A record may end before any field, but not within one.
     bool HasNext(std::size_t byteCount) {
-        ended = ended || rest.size() < byteCount;
-        isDamaged = isDamaged || (ended && !rest.empty());
+        ended = ended || reader.Rest().size() < byteCount;
+        isDamaged = isDamaged || (ended && !reader.Rest().empty());
         return !ended;
     }
-    std::string_view Take(std::size_t byteCount) {
-        const std::string_view taken = rest.substr(0, byteCount);
-        rest.remove_prefix(byteCount);
-        return taken;
-    }
 
-    std::string_view rest;
+    ObjectReader reader;
     bool ended = false;
     bool isDamaged = false;
 };
@@ -110,20 +95,19 @@ private:
 void FieldReader::operator()(KelText& field) {
     if (!HasNext(numberSize))
         return;
-    const std::size_t unitCount = LittleEndian(rest.substr(0, numberSize));
-    if (unitCount == 0 || unitCount > (rest.size() - numberSize) / sizeof(char16_t)) {
+    const std::uint32_t unitCount = reader.Count(sizeof(char16_t), std::numeric_limits<std::uint32_t>::max());
+    if (unitCount == 0) {
         ended = true;
         isDamaged = true;
         return;
     }
-    Take(numberSize);
     KelText units;
     units.reserve(unitCount);
-    for (std::size_t unit = 0; unit < unitCount; ++unit)
-        units.push_back(static_cast<char16_t>(LittleEndian(Take(sizeof(char16_t)))));
+    for (std::uint32_t unit = 0; unit < unitCount; ++unit)
+        units.push_back(reader.Unit());
     // The zero stands at the end and nowhere else. Where it does not, the count still tells where the next field
     // begins.
-    const std::size_t length = std::min(units.find(u'\0'), unitCount - 1);
+    const std::size_t length = std::min<std::size_t>(units.find(u'\0'), unitCount - 1);
     isDamaged = isDamaged || length != unitCount - 1 || units.back() != u'\0';
     field = units.substr(0, length);
 }
@@ -131,29 +115,31 @@ void FieldReader::operator()(KelText& field) {
 }
 
 std::string EncodeRecord(const DownloadSettings& settings) {
-    FieldWriter writer;
-    VisitFields(settings, writer);
-    const std::size_t fieldsSize = writer.Bytes().size() + settings.extensionFields.size();
-    std::string record;
-    record.reserve(headerSize + fieldsSize);
+    FieldWriter fields;
+    VisitFields(settings, fields);
+    const auto fieldsSize = static_cast<std::uint32_t>(fields.Bytes().size() + settings.extensionFields.size());
+    ObjectWriter record;
     // Each length counts what follows it, up to the record's end.
-    AppendLittleEndian(record, recordType, numberSize);
-    AppendLittleEndian(record, static_cast<std::uint32_t>(fieldsSize + numberSize), numberSize);
-    AppendLittleEndian(record, static_cast<std::uint32_t>(fieldsSize), numberSize);
-    return record + writer.Bytes() + settings.extensionFields;
+    record.Number(recordType);
+    record.Number(fieldsSize + numberSize);
+    record.Number(fieldsSize);
+    record.Bytes(fields.Bytes());
+    record.Bytes(settings.extensionFields);
+    return record.Written();
 }
 
 RecordState DecodeRecord(std::string_view fileBytes, DownloadSettings& settings) {
-    if (fileBytes.size() < numberSize || LittleEndian(fileBytes.substr(0, numberSize)) != recordType)
+    ObjectReader header(fileBytes);
+    if (header.Number() != recordType)
         return RecordState::None;
-    if (fileBytes.size() < headerSize)
+    const std::uint32_t outerLength = header.Number();
+    const std::uint32_t fieldsSize = header.Number();
+    if (header.HasFailed())
         return RecordState::Damaged;
-    const std::size_t outerLength = LittleEndian(fileBytes.substr(numberSize, numberSize));
-    const std::size_t fieldsSize = LittleEndian(fileBytes.substr(2 * numberSize, numberSize));
-    const std::string_view body = fileBytes.substr(headerSize);
+    const std::string_view body = header.Rest();
     // Lengths that contradict one another (both are zero when a writer died before it knew them) are not believed: the
     // fields are then read for as long as the file has any.
-    const bool lengthsAgree = outerLength == fieldsSize + numberSize;
+    const bool lengthsAgree = std::uint64_t{outerLength} == std::uint64_t{fieldsSize} + numberSize;
     const bool isCut = !lengthsAgree || fieldsSize > body.size();
     FieldReader reader(isCut ? body : body.substr(0, fieldsSize));
     VisitFields(settings, reader);

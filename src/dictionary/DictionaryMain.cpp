@@ -1,0 +1,11 @@
+// The dictionary compiler as a program.
+
+#include "dictionary/DictionaryCommand.h"
+#include "framework/ProgramArguments.h"
+
+#include <iostream>
+
+int main(int argumentCount, char** arguments) {
+    const auto words = tarvin::ProgramArguments(argumentCount, arguments);
+    return tarvin::dictionary::RunDictionaryCommand(words, std::cout, std::cerr);
+}

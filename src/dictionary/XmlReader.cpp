@@ -1,0 +1,224 @@
+#include "dictionary/DictionaryXml.h"
+#include "framework/DictionaryFile.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <memory>
+#include <vector>
+
+#include <expat.h>
+
+namespace tarvin::dictionary {
+
+namespace {
+
+enum class Element { None, Dictionary, Language, Entry, Id, Phrase, TextPosition, Comment, Translation };
+
+struct Rule {
+    std::string_view name;
+    Element element;
+    Element parent;
+    bool holdsText;
+};
+
+constexpr Rule rules[] = {
+    {"Dictionary", Element::Dictionary, Element::None, false},
+    {"Language", Element::Language, Element::Dictionary, true},
+    {"Entry", Element::Entry, Element::Dictionary, false},
+    {"id", Element::Id, Element::Entry, true},
+    {"phrase", Element::Phrase, Element::Entry, true},
+    {"textpos", Element::TextPosition, Element::Entry, true},
+    {"comment", Element::Comment, Element::Entry, true},
+    {"translation", Element::Translation, Element::Entry, true},
+};
+
+constexpr std::string_view whiteSpace = " \t\r\n";
+
+std::optional<std::int32_t> Number(std::string_view text) {
+    const std::size_t begin = std::min(text.find_first_not_of(whiteSpace), text.size());
+    text = text.substr(begin, text.find_last_not_of(whiteSpace) + 1 - begin);
+    std::int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+// Takes the document element by element. The first fault stops it.
+class Reader {
+public:
+    explicit Reader(XmlFault& firstFault) : fault(firstFault), parser(::XML_ParserCreate(nullptr), ::XML_ParserFree) {
+        ::XML_SetUserData(parser.get(), this);
+        ::XML_SetElementHandler(parser.get(), &Reader::OnBegin, &Reader::OnEnd);
+        ::XML_SetCharacterDataHandler(parser.get(), &Reader::OnText);
+        ::XML_SetStartDoctypeDeclHandler(parser.get(), &Reader::OnDocumentType);
+    }
+
+    bool Read(std::string_view xml);
+    DictionaryContent& Content() { return content; }
+
+private:
+    static Reader& Self(void* reader) { return *static_cast<Reader*>(reader); }
+    static void XMLCALL OnBegin(void* reader, const XML_Char* name, const XML_Char** attributes) {
+        Self(reader).Begin(name, attributes);
+    }
+    static void XMLCALL OnEnd(void* reader, const XML_Char*) { Self(reader).End(); }
+    static void XMLCALL OnText(void* reader, const XML_Char* text, int byteCount) {
+        Self(reader).Text({text, static_cast<std::size_t>(byteCount)});
+    }
+    // Entities can make much of little, and a dictionary needs none.
+    static void XMLCALL OnDocumentType(void* reader, const XML_Char*, const XML_Char*, const XML_Char*, int) {
+        Self(reader).Fail("a document type is not accepted");
+    }
+
+    void Begin(std::string_view name, const XML_Char** attributes);
+    void BeginLanguage(const XML_Char** attributes);
+    void Text(std::string_view more);
+    void End();
+    void EndEntry();
+    void TakeField(Element element);
+    void TakeId();
+    void Fail(std::string message);
+
+    XmlFault& fault;
+    std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&::XML_ParserFree)> parser;
+    bool hasFailed = false;
+    DictionaryContent content;
+    std::vector<const Rule*> open;
+    std::string text;                                                  // of the innermost element
+    TextEntry entry;                                                   // the one that is open
+    std::vector<Element> fields;                                       // of that entry, so far
+    std::vector<bool> hasEntry = std::vector<bool>(maximumEntryCount); // by id
+};
+
+bool Reader::Read(std::string_view xml) {
+    if (::XML_Parse(parser.get(), xml.data(), static_cast<int>(xml.size()), XML_TRUE) == XML_STATUS_OK)
+        return !hasFailed;
+    if (!hasFailed)
+        Fail(::XML_ErrorString(::XML_GetErrorCode(parser.get())));
+    return false;
+}
+
+void Reader::Fail(std::string message) {
+    // The parser may hand out what it has at hand even after it was stopped.
+    if (hasFailed)
+        return;
+    hasFailed = true;
+    fault = {static_cast<std::size_t>(::XML_GetCurrentLineNumber(parser.get())), std::move(message)};
+    ::XML_StopParser(parser.get(), XML_FALSE);
+}
+
+void Reader::Begin(std::string_view name, const XML_Char** attributes) {
+    const auto rule =
+        std::find_if(std::begin(rules), std::end(rules), [&](const Rule& each) { return each.name == name; });
+    if (rule == std::end(rules))
+        return Fail("unknown element <" + std::string(name) + ">");
+    const Element parent = open.empty() ? Element::None : open.back()->element;
+    if (rule->parent != parent)
+        return Fail("<" + std::string(name) + "> stands in the wrong place");
+    open.push_back(&*rule);
+    text.clear();
+    if (rule->element == Element::Language)
+        return BeginLanguage(attributes);
+    if (*attributes != nullptr)
+        return Fail("<" + std::string(name) + "> has no attribute " + *attributes);
+    if (rule->element == Element::Entry) {
+        entry = {};
+        fields.clear();
+    }
+}
+
+void Reader::BeginLanguage(const XML_Char** attributes) {
+    if (!content.entries.empty())
+        return Fail("<Language> stands behind an <Entry>");
+    if (content.languages.size() == maximumLanguageCount)
+        return Fail("too many languages");
+    DictionaryLanguage& language = content.languages.emplace_back();
+    int attributeCount = 0;
+    for (; *attributes != nullptr; attributes += 2, ++attributeCount) {
+        const std::string_view name = attributes[0];
+        const std::string_view value = attributes[1];
+        if (name == "folder") {
+            language.folder = FromUtf8(value);
+            continue;
+        }
+        if (name != "lcid" && name != "codepage")
+            return Fail("<Language> has no attribute " + std::string(name));
+        const auto number = Number(value);
+        if (!number)
+            return Fail("\"" + std::string(value) + "\" is no number");
+        (name == "lcid" ? language.lcid : language.codePage) = *number;
+    }
+    // XML itself lets none stand twice.
+    if (attributeCount != 3)
+        Fail("<Language> needs folder, lcid and codepage");
+}
+
+void Reader::Text(std::string_view more) {
+    if (!open.empty() && open.back()->holdsText)
+        text += more;
+    else if (more.find_first_not_of(whiteSpace) != std::string_view::npos)
+        Fail("text stands in the wrong place");
+}
+
+void Reader::End() {
+    if (hasFailed)
+        return;
+    const Element element = open.back()->element;
+    open.pop_back();
+    if (element == Element::Language)
+        content.languages.back().name = FromUtf8(text);
+    else if (element == Element::Entry)
+        EndEntry();
+    else if (element == Element::Dictionary && content.languages.empty())
+        Fail("there is no <Language>");
+    else if (element != Element::Dictionary)
+        TakeField(element);
+}
+
+void Reader::EndEntry() {
+    for (const Element needed : {Element::Id, Element::Phrase}) {
+        if (std::find(fields.begin(), fields.end(), needed) == fields.end())
+            return Fail(needed == Element::Id ? "the entry has no <id>" : "the entry has no <phrase>");
+    }
+    content.entries.push_back(std::move(entry));
+}
+
+void Reader::TakeField(Element element) {
+    if (element == Element::Translation) {
+        if (entry.translations.size() == content.languages.size())
+            return Fail("the entry has more translations than there are languages");
+        entry.translations.push_back(FromUtf8(text));
+        return;
+    }
+    if (std::find(fields.begin(), fields.end(), element) != fields.end())
+        return Fail("the entry has an element twice");
+    fields.push_back(element);
+    if (element == Element::Id)
+        return TakeId();
+    if (element == Element::TextPosition && !text.starts_with("TXTPOS_"))
+        return Fail("a text position begins with TXTPOS_");
+    KelText& field = element == Element::Phrase    ? entry.phrase
+                     : element == Element::Comment ? entry.comment
+                                                   : entry.textPosition;
+    field = FromUtf8(text);
+}
+
+void Reader::TakeId() {
+    const auto id = Number(text);
+    if (!id || *id < 0 || *id > highestTextId)
+        return Fail("\"" + text + "\" is no text id (0 to " + std::to_string(highestTextId) + ")");
+    const auto slot = static_cast<std::size_t>(*id);
+    if (hasEntry[slot])
+        return Fail("the text id " + std::to_string(*id) + " is given twice");
+    hasEntry[slot] = true;
+    entry.id = *id;
+}
+
+}
+
+std::optional<DictionaryContent> ReadXml(std::string_view xml, XmlFault& fault) {
+    Reader reader(fault);
+    return reader.Read(xml) ? std::optional(std::move(reader.Content())) : std::nullopt;
+}
+
+}

@@ -1,0 +1,72 @@
+#include "dictionary/DictionaryXml.h"
+
+namespace tarvin::dictionary {
+
+namespace {
+
+// Line ends and tabs are written as references, because a reader of XML may take them for others.
+std::string Escaped(KelTextView text) {
+    std::string escaped;
+    for (const char unit : ToUtf8(text)) {
+        switch (unit) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        case '\t':
+        case '\n':
+        case '\r':
+            escaped += "&#" + std::to_string(unit) + ";";
+            break;
+        default:
+            escaped += unit;
+        }
+    }
+    return escaped;
+}
+
+std::string Attribute(const char* name, const std::string& value) {
+    return std::string(" ") + name + "=\"" + value + "\"";
+}
+
+std::string Field(const char* name, const std::string& value) {
+    return std::string("    <") + name + ">" + value + "</" + name + ">\n";
+}
+
+}
+
+std::optional<std::string> WriteXml(const DictionaryContent& content, XmlFault& fault) {
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Dictionary>\n";
+    for (const DictionaryLanguage& language : content.languages) {
+        xml += "  <Language" + Attribute("folder", Escaped(language.folder)) +
+               Attribute("lcid", std::to_string(language.lcid)) +
+               Attribute("codepage", std::to_string(language.codePage)) + ">" + Escaped(language.name) +
+               "</Language>\n";
+    }
+    for (const TextEntry& entry : content.entries) {
+        xml += "  <Entry>\n" + Field("id", std::to_string(entry.id)) + Field("phrase", Escaped(entry.phrase)) +
+               Field("textpos", Escaped(entry.textPosition)) + Field("comment", Escaped(entry.comment));
+        for (const KelText& translation : entry.translations)
+            xml += Field("translation", Escaped(translation));
+        xml += "  </Entry>\n";
+    }
+    xml += "</Dictionary>\n";
+    const auto readBack = ReadXml(xml, fault);
+    if (!readBack)
+        return std::nullopt;
+    if (*readBack != content) {
+        fault = {1, "a text is not valid Unicode"};
+        return std::nullopt;
+    }
+    return xml;
+}
+
+}
