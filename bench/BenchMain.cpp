@@ -20,7 +20,11 @@ struct Measure {
 };
 
 constexpr Measure measures[] = {
-    {"turnaround", MeasureTurnaround}, {"idle", MeasureIdle}, {"large-file", MeasureLargeFile}, {"start", MeasureStart},
+    {"turnaround", MeasureTurnaround},
+    {"logged", MeasureLoggedTurnaround},
+    {"idle", MeasureIdle},
+    {"large-file", MeasureLargeFile},
+    {"start", MeasureStart},
     {"dictionary", MeasureDictionary},
 };
 

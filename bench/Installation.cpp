@@ -28,9 +28,10 @@ void WriteFile(const std::filesystem::path& path, const std::string& content) {
 
 }
 
-Installation::Installation(const std::string& devicePath) : folder(MakeFolder()) {
+Installation::Installation(const std::string& devicePath, const std::string& serviceSettings) : folder(MakeFolder()) {
     std::filesystem::create_directory(folder / "NC");
-    WriteFile(folder / "KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n[PORTS]\nCOM1=" + devicePath + "\n");
+    WriteFile(folder / "KEL.INI",
+              "[PROGRAM PATHS]\nNC Files=NC\n[PORTS]\nCOM1=" + devicePath + "\n[Service]\n" + serviceSettings);
     WriteFile(folder / "TARVIN.INI", "[Port Settings]\nport=COM1\ntransmit delay=0\n");
 }
 
@@ -39,8 +40,9 @@ Installation::~Installation() {
     std::filesystem::remove_all(folder, ignored);
 }
 
-RunningService::RunningService()
-    : installation(line.DevicePath()), process({OwnProgram("tarvindl-service")}, installation.Folder()) {
+RunningService::RunningService(const std::string& serviceSettings)
+    : installation(line.DevicePath(), serviceSettings),
+      process({OwnProgram("tarvindl-service")}, installation.Folder()) {
     const Deadline deadline(std::chrono::seconds(10));
     EstablishLink(line);
 }

@@ -12,7 +12,8 @@ namespace tarvin::bench {
 
 class Installation {
 public:
-    explicit Installation(const std::string& devicePath);
+    // `serviceSettings` are the lines of the section for the service program.
+    explicit Installation(const std::string& devicePath, const std::string& serviceSettings = {});
     ~Installation();
     Installation(const Installation&) = delete;
     Installation& operator=(const Installation&) = delete;
@@ -27,7 +28,7 @@ private:
 
 // The service program, running on a line and an installation of its own.
 struct RunningService {
-    RunningService();
+    explicit RunningService(const std::string& serviceSettings = {});
 
     ControllerLine line;
     Installation installation;

@@ -21,6 +21,8 @@ struct Effort {
 
 // The program's answers to acknowledged data lines, beside those of a responder that does nothing else.
 void MeasureTurnaround(const Effort& effort, Table& table);
+// The same with the comms log on, beside the same without.
+void MeasureLoggedTurnaround(const Effort& effort, Table& table);
 // What the service costs while nothing happens.
 void MeasureIdle(const Effort& effort, Table& table);
 // A large NC file from the request to its first line, and the memory for it, beside counting its lines.

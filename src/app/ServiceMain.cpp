@@ -2,6 +2,7 @@
 
 #include "app/CommandLine.h"
 #include "app/ServiceOutput.h"
+#include "app/ServiceSettings.h"
 #include "app/ServiceWindow.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
@@ -36,6 +37,9 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& machineName)
     const tarvin::Start start(paths, window);
     const auto engine = start.MakeEngine(machineName);
     engine->Create();
+    const auto settings = tarvin::ReadServiceSettings(paths.Installation(), engine->MachineName());
+    if (settings.commsLog)
+        engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
     engine->StartMonitor();
     tarvin::WaitForStopRequest();
     engine->Terminate();

@@ -18,9 +18,8 @@ std::vector<std::string> DiagnosticsReport(const DownloadSettings& settings) {
             " flow=" + ToUtf8(settings.flowControl),
         "Upload path=" + ToUtf8(settings.uploadPath) + " Download path=" + ToUtf8(settings.downloadPath) +
             " Extension=" + ToUtf8(settings.fileExtension),
-        "Transmit delay=" + number(settings.transmitDelaySeconds) +
-            " Character Delay=" + number(settings.characterDelayMilliseconds) +
-            " Line Delay=" + number(settings.lineDelayMilliseconds),
+        "Transmit delay=" + number(settings.transmitDelaySeconds) + " Character Delay=" +
+            number(settings.characterDelayMilliseconds) + " Line Delay=" + number(settings.lineDelayMilliseconds),
         "Send SOT=" + number(settings.sendStartCode) + " SOT Character=" + number(settings.startCharacter) +
             " Send EOT=" + number(settings.sendEndCode) + " EOT Character=" + number(settings.endCharacter),
         settingsBanner,

@@ -42,7 +42,8 @@ DownloadApp::DownloadApp(EngineSetup setup, KelText machine)
       store(std::move(setup.installation), machineName, std::move(setup.ncFilesFolder)),
       trace(traffic, [this] { window.TrafficArrived(); }),
       logs(clock, trace, window),
-      line(std::move(setup.port), clock, logs.Recorder(), *this, [this](const MessageBoxText& box) { window.ShowMessage(box); }),
+      line(std::move(setup.port), clock, logs.Recorder(), *this,
+           [this](const MessageBoxText& box) { window.ShowMessage(box); }),
       display(window),
       displayTicker(timers, clock, [this] { return ShowStatus(); }),
       pingNow(timers, clock, "DownloadApp::PingNow", pingPeriod, Timer::Kind::Repeating, [this] { Ping(); }),
@@ -147,10 +148,11 @@ bool DownloadApp::RunPass() {
         displayTicker.Start();
     }
     timers.RunDue(clock.Now());
-    if (displayTicker.IsQuiet() && HasNews())
-        displayTicker.Start();
     // The line has been served; the disk may take its time now.
     logs.Flush();
+    display.Edit().isCommsLogOn = logs.IsCommsLogOpen();
+    if (displayTicker.IsQuiet() && HasNews())
+        displayTicker.Start();
     return isMoreDue;
 }
 
@@ -389,8 +391,8 @@ void DownloadApp::EndOfServe() {
 }
 
 bool DownloadApp::ShowStatus() {
-    const StatusArguments arguments = {transferPath, bytesDone, bytesTotal, settings.stationName, peerName,
-                                       settings.serverMode != 0};
+    const StatusArguments arguments = {transferPath,         bytesDone, bytesTotal,
+                                       settings.stationName, peerName,  settings.serverMode != 0};
     const StatusDescription description = DescribeState(transferState, arguments);
     display.Edit().lamps = line.LineLamps();
     const bool isChanged = display.Show(transferState, description);
@@ -405,16 +407,15 @@ bool DownloadApp::ShowStatus() {
 
 void DownloadApp::StartCommsLog(const std::filesystem::path& path) {
     settings.commsLogFileName = FromPath(path);
-    display.Edit().isCommsLogOn = logs.StartCommsLog(path, settings, 0);
+    logs.StartCommsLog(path, settings, 0);
 }
 
 void DownloadApp::StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit) {
-    display.Edit().isCommsLogOn = logs.StartCommsLog(path, settings, sizeLimit);
+    logs.StartCommsLog(path, settings, sizeLimit);
 }
 
 void DownloadApp::StopCommsLog() {
     logs.EndCommsLog("End of Logging");
-    display.Edit().isCommsLogOn = false;
 }
 
 bool DownloadApp::HasNews() {

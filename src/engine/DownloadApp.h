@@ -51,6 +51,7 @@ public:
 
     // Operations of the window.
     const DownloadSettings& Settings() const { return settings; }
+    const KelText& MachineName() const { return machineName; }
     void ApplySettings(const DownloadSettings& newSettings);
     void SendFile(const std::filesystem::path& path);
     void ReceiveFile(const std::filesystem::path& path);
@@ -115,7 +116,7 @@ protected:
     std::string messageText;
     KelFile transferFile;
     KelText transferPath; // of the file on its way, as status texts show it
-    KelText fileName; // its number, or its bare name
+    KelText fileName;     // its number, or its bare name
     std::int64_t bytesDone = 0;
     std::int64_t bytesTotal = 0;
 

@@ -11,19 +11,18 @@ void EngineLogs::Complain() {
     window.ShowMessage({u"Unable to write to log file", u"Problem", okOnly | iconExclamation});
 }
 
-bool EngineLogs::StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings,
+void EngineLogs::StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings,
                                std::uint64_t sizeLimit) {
     // What waits belongs to the run that ends here.
     recorder.FlushPending();
     commsLog.Flush();
     if (!(sizeLimit == 0 ? commsLog.Open(path) : commsLog.OpenRolling(path, sizeLimit))) {
         Complain();
-        return false;
+        return;
     }
     commsLog.LogLine("Start of logging", false);
     for (const std::string& line : DiagnosticsReport(settings))
         commsLog.LogLine(line, false);
-    return true;
 }
 
 void EngineLogs::EndCommsLog(std::string_view lastLine) {
@@ -35,7 +34,8 @@ void EngineLogs::EndCommsLog(std::string_view lastLine) {
         Complain();
 }
 
-void EngineLogs::LogStatusChange(const DownloadSettings& settings, const KelText& statusText, const KelText& programName) {
+void EngineLogs::LogStatusChange(const DownloadSettings& settings, const KelText& statusText,
+                                 const KelText& programName) {
     if (settings.writeLog != 0)
         activityLog.LogStatusChange(ToPath(settings.logFile), statusText, programName);
 }

@@ -1,6 +1,6 @@
 #pragma once
-// The engine's two logs and what is common to them: one memory of the last line, and one way to say that a log cannot be
-// written. Knows nothing of what is logged. Monitor thread only.
+// The engine's two logs and what is common to them: one memory of the last line, and one way to say that a log cannot
+// be written. Knows nothing of what is logged. Monitor thread only.
 
 #include "engine/DownloadWindow.h"
 #include "engine/LineRecorder.h"
@@ -17,9 +17,9 @@ class EngineLogs {
 public:
     EngineLogs(const Clock& clock, LineTrace& lineTrace, DownloadWindow& shownIn);
 
-    // Begins a comms log with the report of the settings. With a limit it rolls over at that many bytes. False, and the
-    // user told, if its file cannot be opened.
-    bool StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings, std::uint64_t sizeLimit);
+    // Begins a comms log with the report of the settings. With a limit it rolls over at that many bytes. The user
+    // is told if its file cannot be opened.
+    void StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings, std::uint64_t sizeLimit);
     // Ends it with that line; nothing if none is open.
     void EndCommsLog(std::string_view lastLine);
     bool IsCommsLogOpen() const { return commsLog.IsOpen(); }

@@ -1,6 +1,6 @@
 #pragma once
-// What crosses the line, mirrored for both who read it: the trace of the window and the comms log. Costs next to nothing
-// while neither is wanted. Knows nothing of ports. Monitor thread only.
+// What crosses the line, mirrored for both who read it: the trace of the window and the comms log. Costs next to
+// nothing while neither is wanted. Knows nothing of ports. Monitor thread only.
 
 #include "engine/LineTrace.h"
 #include "engine/SerialPort.h"

@@ -31,8 +31,8 @@ public:
 
 class LineService {
 public:
-    LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineRecorder& lineRecorder, LineClient& lineClient,
-                PortLink::ShowMessage showMessage);
+    LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineRecorder& lineRecorder,
+                LineClient& lineClient, PortLink::ShowMessage showMessage);
 
     // See PortLink. What has arrived of a message is dropped with what the port is purged of: its rest must not be
     // taken for the head of the next one.

@@ -11,7 +11,8 @@ OSVERSIONINFOW Version() {
     OSVERSIONINFOW version = {};
     version.dwOSVersionInfoSize = sizeof version;
     const HMODULE module = ::GetModuleHandleW(L"ntdll.dll");
-    const auto call = reinterpret_cast<GetVersionCall>(reinterpret_cast<void*>(::GetProcAddress(module, "RtlGetVersion")));
+    const auto call =
+        reinterpret_cast<GetVersionCall>(reinterpret_cast<void*>(::GetProcAddress(module, "RtlGetVersion")));
     if (call != nullptr)
         call(&version);
     return version;

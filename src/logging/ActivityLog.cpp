@@ -14,12 +14,14 @@ constexpr std::size_t nameColumns = 8;
 std::string LineOf(const KelText& statusText, const KelText& programName) {
     const std::size_t missing = nameColumns - std::min(nameColumns, programName.size());
     const LocalTimeText now = LocalTimeNow();
-    return ToUtf8(KelText(missing, u' ') + programName + u" " + now.time + u" " + now.date + u" " + statusText + u"\r\n");
+    return ToUtf8(KelText(missing, u' ') + programName + u" " + now.time + u" " + now.date + u" " + statusText +
+                  u"\r\n");
 }
 
 }
 
-void ActivityLog::LogStatusChange(const std::filesystem::path& path, const KelText& statusText, const KelText& programName) {
+void ActivityLog::LogStatusChange(const std::filesystem::path& path, const KelText& statusText,
+                                  const KelText& programName) {
     std::string text = ToUtf8(statusText);
     if (lastLogged.Is(text))
         return;

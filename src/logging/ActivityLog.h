@@ -20,8 +20,8 @@ public:
     // Takes a status text, unless it repeats the line logged last. `programName` is the number of the file in hand.
     void LogStatusChange(const std::filesystem::path& path, const KelText& statusText, const KelText& programName);
 
-    // Appends the texts since the last time to their files. False if a file could not be opened or written, but only once
-    // for each status text: nobody wants to be told of the same line ten times a second.
+    // Appends the texts since the last time to their files. False if a file could not be opened or written, but only
+    // once for each status text: nobody wants to be told of the same line ten times a second.
     bool Flush();
 
 private:

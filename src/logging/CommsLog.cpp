@@ -21,7 +21,8 @@ std::string TimeStamp(double seconds, double sincePrevious) {
     const double rest = std::max(seconds - 60.0 * wholeMinutes, 0.0);
     const int hours = wholeMinutes / 60;
     char text[80] = "";
-    std::snprintf(text, sizeof text, "%02i:%02i:%09.6f (%+09.6f) ", hours, wholeMinutes - 60 * hours, rest, sincePrevious);
+    std::snprintf(text, sizeof text, "%02i:%02i:%09.6f (%+09.6f) ", hours, wholeMinutes - 60 * hours, rest,
+                  sincePrevious);
     return text;
 }
 

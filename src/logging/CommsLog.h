@@ -18,10 +18,11 @@ class CommsLog {
 public:
     CommsLog(const Clock& timeSource, LastLogged& sharedMemory) : clock(timeSource), lastLogged(sharedMemory) {}
 
-    // Starts a run in a fresh file; a run that is under way is ended without a word. False if the file cannot be opened.
+    // Starts a run in a fresh file; a run that is under way is ended without a word. False if the file cannot be
+    // opened.
     bool Open(const std::filesystem::path& path);
-    // A run that goes on for weeks: once the file has grown to `largestSize` bytes it becomes "<path>.1", in place of the
-    // one before, and a fresh one is begun. A file that is there already is kept the same way.
+    // A run that goes on for weeks: once the file has grown to `largestSize` bytes it becomes "<path>.1", in place of
+    // the one before, and a fresh one is begun. A file that is there already is kept the same way.
     bool OpenRolling(const std::filesystem::path& path, std::uint64_t largestSize);
     bool IsOpen() const { return file.IsOpen(); }
 

@@ -1,0 +1,137 @@
+#include "engine/DownloadApp.h"
+#include "support/EngineHarness.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include <doctest/doctest.h>
+
+using namespace tarvin;
+using namespace tarvin::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class LogApp : public DownloadApp {
+public:
+    using DownloadApp::DownloadApp;
+    using DownloadApp::SendChar;
+    using DownloadApp::SendText;
+};
+
+// The lines without their times, those of the report left out.
+Strings LinesOf(const std::string& log) {
+    Strings lines;
+    std::istringstream stream(log);
+    for (std::string line; std::getline(stream, line);) {
+        REQUIRE(line.ends_with('\r'));
+        lines.push_back(line.substr(line.find(") ") + 2));
+        lines.back().pop_back();
+    }
+    REQUIRE(lines.size() > 9);
+    CHECK(lines[0] == "Start of logging");
+    lines.erase(lines.begin() + 1, lines.begin() + 9);
+    return lines;
+}
+
+}
+
+TEST_CASE("the comms log holds all that crosses the line, and how the link was set up") {
+    EngineHarness<LogApp> harness("[Port Settings]\nflow control=None\n[Files]\nupload path=C:\\up%i\n");
+    harness.Create();
+    harness.engine->StartCommsLog(harness.folder / "log");
+    CHECK(harness.Snapshot().isCommsLogOn == false);
+    harness.engine->SendText("AAAKq\r");
+    harness.engine->SendText("AAAKq\r");
+    harness.Exchange("A\r\n\x7F\x80");
+    harness.Exchange("A\r\n\x7F\x80");
+    harness.engine->SendChar(0x12, false);
+    harness.engine->SendChar('x', true);
+    harness.engine->SendText("y");
+    harness.line.holds.ctsHold = harness.line.holds.xoffHold = true;
+    harness.Run(200ms);
+    CHECK(harness.Snapshot().isCommsLogOn);
+    harness.line.holds.ctsHold = false;
+    harness.Run(10ms);
+    harness.engine->SendChar('z', true);
+    harness.engine->StopCommsLog();
+    harness.Run(600ms);
+    CHECK_FALSE(harness.Snapshot().isCommsLogOn);
+    harness.Exchange("unlogged");
+    const std::string log = harness.folder.ReadFile("log");
+    CHECK(LinesOf(log) == Strings{"Start of logging", "TX AAAKq[0d]", "RX A[0d][0a]\x7F[80]", "RX A[0d][0a]\x7F[80]",
+                                  "TX [12]x", "TX y", "CTS Hold=1  XOff Hold=1  ", "CTS Hold=0  ", "TX z",
+                                  "End of Logging"});
+    for (const char* part :
+         {"==================== Version & OS ======================\r\n", "26.0.0.2715 2026 - ",
+          "Port=COM1 baud=2400 parity=None data=8 stop=1 flow=None\r\n",
+          "Upload path=C:\\up%i Download path=", "Transmit delay=2 Character Delay=0 Line Delay=0\r\n",
+          "Send SOT=0 SOT Character=18 Send EOT=0 EOT Character=4\r\n"})
+        CHECK_MESSAGE(log.find(part) != std::string::npos, part);
+    CHECK(harness.engine->Settings().commsLogFileName == FromPath(harness.folder / "log"));
+}
+
+TEST_CASE("what was sent in blocks is logged in pieces when the other side speaks, or when the log ends") {
+    for (const bool isAnswered : {true, false}) {
+        EngineHarness<LogApp> harness;
+        harness.Create();
+        harness.engine->StartRollingCommsLog(harness.folder / "log", 1 << 20);
+        CHECK(harness.engine->Settings().commsLogFileName.empty());
+        harness.folder.WriteFile("NC/part", std::string(2500, 'x'));
+        harness.engine->SendFile(harness.folder / "NC/part");
+        harness.Run(1s);
+        if (isAnswered)
+            harness.Exchange("ok");
+        harness.engine->Terminate();
+        Strings expected = {"Start of logging", "TX " + std::string(997, 'x'), std::string(1000, 'x'),
+                            std::string(503, 'x'), "Application Terminated"};
+        if (isAnswered)
+            expected.insert(expected.end() - 1, "RX ok");
+        CHECK(LinesOf(harness.folder.ReadFile("log")) == expected);
+    }
+}
+
+TEST_CASE("a log that cannot be written is told of once, and the transfer goes on") {
+    EngineHarness<LogApp> harness;
+    harness.Create();
+    auto settings = harness.engine->Settings();
+    settings.writeLog = 1;
+    settings.logFile = FromPath(harness.folder / "missing/activity");
+    harness.engine->ApplySettings(settings);
+    std::filesystem::create_directory(harness.folder / "logs");
+    harness.engine->StartCommsLog(harness.folder / "logs/log");
+    harness.Run(200ms);
+    std::filesystem::remove_all(harness.folder / "logs");
+    harness.folder.WriteFile("NC/part", std::string(5000, 'x'));
+    harness.engine->SendFile(harness.folder / "NC/part");
+    harness.line.bytesPerSecond = 1000;
+    std::string sent;
+    for (int second = 0; second < 10; ++second)
+        sent += harness.Run(1s) + harness.Exchange("?");
+    CHECK(sent == std::string(5000, 'x'));
+    // One for the trace, one for the one status that belongs into the history.
+    CHECK(harness.window.boxes == Strings(2, "Problem: Unable to write to log file"));
+    CHECK_FALSE(harness.Snapshot().isCommsLogOn);
+}
+
+TEST_CASE("the activity log gets the status that ends or fails a transfer, with the file in hand") {
+    EngineHarness<LogApp> harness;
+    harness.Create();
+    auto settings = harness.engine->Settings();
+    settings.writeLog = 1;
+    settings.logFile = FromPath(harness.folder / "activity");
+    harness.engine->ApplySettings(settings);
+    harness.folder.WriteFile("NC/7", "xyz");
+    harness.engine->SendFile(harness.folder / "NC/7");
+    harness.Run(1s);
+    harness.engine->SendFile(harness.folder / "NC/8");
+    harness.Run(1s);
+    const std::string log = harness.folder.ReadFile("activity");
+    const std::string folder = (harness.folder / "NC").string();
+    CHECK(std::count(log.begin(), log.end(), '\n') == 2);
+    CHECK(log.starts_with("       7 "));
+    CHECK(log.find(" Download Completed " + folder + "/7 - 3 bytes\r\n       8 ") != std::string::npos);
+    CHECK(log.ends_with(" Download could not open/read from " + folder + "/8\r\n"));
+}

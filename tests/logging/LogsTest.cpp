@@ -1,0 +1,115 @@
+#include "logging/ActivityLog.h"
+#include "logging/CommsLog.h"
+#include "support/ManualClock.h"
+#include "support/TemporaryFolder.h"
+
+#include <regex>
+
+#include <doctest/doctest.h>
+
+using namespace tarvin;
+using namespace tarvin::test;
+using namespace std::chrono_literals;
+
+TEST_CASE("each line of the comms log has both times, however long the run") {
+    const TemporaryFolder folder;
+    ManualClock clock;
+    LastLogged last;
+    CommsLog log(clock, last);
+    REQUIRE(log.Open(folder / "log"));
+    log.LogLine("start", false);
+    clock.Advance(65250ms);
+    log.LogLine("one", false);
+    clock.Advance(250ms);
+    log.LogLine("two", false);
+    clock.Advance(100h - 65500ms - 1us);
+    log.LogLine("three", false);
+    clock.Advance(1us);
+    log.LogLine("%s four", false);
+    CHECK(log.Close());
+    CHECK(folder.ReadFile("log") == "00:00:00.000000 (+0.000000) start\r\n"
+                                    "00:01:05.250000 (+65.250000) one\r\n"
+                                    "00:01:05.500000 (+0.250000) two\r\n"
+                                    "99:59:59.999999 (+359934.499999) three\r\n"
+                                    "100:00:00.000000 (+0.000001) %s four\r\n");
+}
+
+TEST_CASE("a line that repeats the last counts only if forced, and both logs share that memory") {
+    const TemporaryFolder folder;
+    ManualClock clock;
+    LastLogged last;
+    CommsLog comms(clock, last);
+    ActivityLog activity(last);
+    REQUIRE(comms.Open(folder / "comms"));
+    comms.LogLine("same", false);
+    comms.LogLine("same", false);
+    comms.LogLine("same", true);
+    comms.LogLine("", true);
+    activity.LogStatusChange(folder / "activity", u"same", u"");
+    activity.LogStatusChange(folder / "activity", u"status", u"123");
+    activity.LogStatusChange(folder / "activity", u"status", u"123");
+    comms.LogLine("status", false);
+    comms.LogLine("other", false);
+    activity.LogStatusChange(folder / "activity", u"status \u00E4", u"1234567890");
+    CHECK(activity.Flush());
+    CHECK(comms.Close());
+    CHECK(folder.ReadFile("comms") == "00:00:00.000000 (+0.000000) same\r\n00:00:00.000000 (+0.000000) same\r\n"
+                                      "00:00:00.000000 (+0.000000) other\r\n");
+    const std::regex lines("     123 \\S.* status\r\n1234567890 \\S.* status \xC3\xA4\r\n");
+    CHECK(std::regex_match(folder.ReadFile("activity"), lines));
+}
+
+TEST_CASE("an activity log that cannot be opened is told of once for each status, and tried again") {
+    const TemporaryFolder folder;
+    LastLogged last;
+    ActivityLog log(last);
+    const auto attempt = [&](const KelText& status) {
+        log.LogStatusChange(folder / "missing/log", status, u"1");
+        return log.Flush();
+    };
+    CHECK_FALSE(attempt(u"first"));
+    CHECK(attempt(u"first"));
+    CHECK_FALSE(attempt(u"second"));
+    CHECK(last.text.empty());
+    std::filesystem::create_directory(folder / "missing");
+    CHECK(attempt(u"second"));
+    CHECK(folder.ReadFile("missing/log").ends_with(" second\r\n"));
+    CHECK(last.text == "second");
+}
+
+TEST_CASE("a rolling log never takes more than two files, and keeps what was there before") {
+    const TemporaryFolder folder;
+    folder.WriteFile("log", "of the run before\r\n");
+    ManualClock clock;
+    LastLogged last;
+    CommsLog log(clock, last);
+    REQUIRE(log.OpenRolling(folder / "log", 1000));
+    CHECK(folder.ReadFile("log.1") == "of the run before\r\n");
+    for (int line = 0; line < 200; ++line) {
+        log.LogLine("line " + std::to_string(line), true);
+        REQUIRE(log.Flush());
+        const std::string present = std::filesystem::exists(folder / "log") ? folder.ReadFile("log") : "";
+        CHECK(present.size() < 1000);
+        CHECK(folder.ReadFile("log.1").size() < 1100);
+        // Nothing is lost between the two.
+        CHECK((folder.ReadFile("log.1") + present).ends_with(" line " + std::to_string(line) + "\r\n"));
+    }
+}
+
+TEST_CASE("a comms log that loses its file or its disk ends, and says so once") {
+    const TemporaryFolder folder;
+    ManualClock clock;
+    LastLogged last;
+    CommsLog log(clock, last);
+    CHECK_FALSE(log.Open(folder / "missing/log"));
+    CHECK_FALSE(log.Open(folder.Path()));
+    std::filesystem::create_directory(folder / "taken away");
+    REQUIRE(log.Open(folder / "taken away/log"));
+    std::filesystem::remove_all(folder / "taken away");
+    clock.Advance(2s);
+    log.LogLine("lost", true);
+    CHECK_FALSE(log.Flush());
+    CHECK_FALSE(log.IsOpen());
+    log.LogLine("later", true);
+    CHECK(log.Flush());
+}
