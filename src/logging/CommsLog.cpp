@@ -1,7 +1,8 @@
 #include "logging/CommsLog.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -13,17 +14,37 @@ namespace {
 
 constexpr auto fileLook = 1s;
 
-// "hh:mm:ss.ssssss (+d.dddddd) ", hours beyond 24 as they come.
-std::string TimeStamp(double seconds, double sincePrevious) {
-    // A whole minute that is a hair short of one in binary is a whole minute.
-    const double minutes = seconds / 60;
-    const int wholeMinutes = static_cast<int>(minutes < 0 ? minutes - 1e-9 : minutes + 1e-9);
-    const double rest = std::max(seconds - 60.0 * wholeMinutes, 0.0);
-    const int hours = wholeMinutes / 60;
-    char text[80] = "";
-    std::snprintf(text, sizeof text, "%02i:%02i:%09.6f (%+09.6f) ", hours, wholeMinutes - 60 * hours, rest,
-                  sincePrevious);
-    return text;
+constexpr std::int64_t nanosecondsPerMinute = 60'000'000'000;
+
+void AppendDigits(std::string& text, std::int64_t number, int leastDigits) {
+    char digits[24] = "";
+    const auto end = std::to_chars(digits, std::end(digits), number).ptr;
+    for (auto missing = leastDigits - (end - digits); missing > 0; --missing)
+        text.push_back('0');
+    text.append(digits, end);
+}
+
+// Seconds with six decimals.
+void AppendSeconds(std::string& text, std::int64_t nanoseconds, int leastDigits) {
+    const std::int64_t microseconds = (nanoseconds + 500) / 1000;
+    AppendDigits(text, microseconds / 1'000'000, leastDigits);
+    text.push_back('.');
+    AppendDigits(text, microseconds % 1'000'000, 6);
+}
+
+// "hh:mm:ss.ssssss (+d.dddddd) ", hours beyond 24 as they come. By hand: it is done twice for every line of a transfer,
+// and a formatted print takes longer than all else that logging costs.
+void AppendTimeStamp(std::string& text, std::int64_t nanoseconds, std::int64_t sincePrevious) {
+    // What is a hair short of a whole minute is a whole minute.
+    const std::int64_t minutes = (nanoseconds + 60) / nanosecondsPerMinute;
+    AppendDigits(text, minutes / 60, 2);
+    text.push_back(':');
+    AppendDigits(text, minutes % 60, 2);
+    text.push_back(':');
+    AppendSeconds(text, std::max<std::int64_t>(nanoseconds - minutes * nanosecondsPerMinute, 0), 2);
+    text += " (+";
+    AppendSeconds(text, sincePrevious, 1);
+    text += ") ";
 }
 
 }
@@ -44,10 +65,10 @@ bool CommsLog::Begin(const std::filesystem::path& path) {
     file.Close();
     pending.clear();
     filePath = path;
-    if (!file.Open(path, KelFile::Mode::WriteText))
+    if (!file.Open(path, KelFile::Mode::WriteBytes))
         return false;
     started = lastLookAtFile = clock.Now();
-    previousSeconds = 0;
+    previousTime = 0;
     return true;
 }
 
@@ -55,17 +76,18 @@ void CommsLog::LogLine(std::string_view text, bool force) {
     if (!IsOpen() || text.empty() || (!force && lastLogged.Is(text)))
         return;
     lastLogged.text = text;
-    const double seconds = std::chrono::duration<double>(clock.Now() - started).count();
-    pending += TimeStamp(seconds, seconds - previousSeconds);
+    const std::int64_t time = std::chrono::nanoseconds(clock.Now() - started).count();
+    AppendTimeStamp(pending, time, time - previousTime);
     pending += text;
     pending += "\r\n";
-    previousSeconds = seconds;
+    previousTime = time;
 }
 
 bool CommsLog::Flush() {
     if (!IsOpen() || pending.empty())
         return true;
-    const bool isWritten = !IsFileLost() && file.Write(std::exchange(pending, {}));
+    const bool isWritten = !IsFileLost() && file.Write(pending);
+    pending.clear();
     if (isWritten && (sizeLimit == 0 || file.BytesWritten() < sizeLimit || RollOver()))
         return true;
     file.Close();
@@ -80,7 +102,7 @@ bool CommsLog::Close() {
 
 bool CommsLog::RollOver() {
     file.Close();
-    return KeepBeside() && file.Open(filePath, KelFile::Mode::WriteText);
+    return KeepBeside() && file.Open(filePath, KelFile::Mode::WriteBytes);
 }
 
 bool CommsLog::KeepBeside() const {

@@ -48,7 +48,7 @@ private:
     std::string pending;
     Clock::TimePoint started;
     Clock::TimePoint lastLookAtFile;
-    double previousSeconds = 0;
+    std::int64_t previousTime = 0; // nanoseconds since the start
 };
 
 }
