@@ -5,6 +5,7 @@
 #include <charconv>
 #include <iterator>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 #include <expat.h>

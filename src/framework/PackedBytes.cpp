@@ -2,8 +2,6 @@
 
 #include "framework/ObjectStream.h"
 
-#include <algorithm>
-
 #include <zlib.h>
 
 namespace tarvin {
@@ -14,41 +12,35 @@ constexpr std::string_view headerText = "TarvinDL packed\n";
 constexpr std::uint32_t formatVersion = 1;
 // A stream without zlib's own header and checksum: there is one checksum for all of it in front.
 constexpr int bareStream = -MAX_WBITS;
-constexpr std::size_t firstPiece = 256 * 1024;
+// Each bit of a stream gives 129 bytes at most.
+constexpr std::size_t mostExpansion = 8 * 129;
 
 Bytef* In(std::string_view bytes) {
     return reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
 }
 
-Bytef* Out(std::string& bytes, std::size_t position) {
-    return reinterpret_cast<Bytef*>(bytes.data() + position);
+Bytef* Out(std::string& bytes) {
+    return reinterpret_cast<Bytef*>(bytes.data());
 }
 
-// The expanded stream if it gives exactly `size` bytes and ends with its last byte. The room for it grows with what
-// comes: the size is only what the file says.
+// The expanded stream if it gives exactly `size` bytes and ends with its last byte.
 std::optional<std::string> Inflate(std::string_view stream, std::size_t size) {
+    // What no stream of this length can give is not given room.
+    if (size / mostExpansion > stream.size())
+        return std::nullopt;
     z_stream state = {};
     if (::inflateInit2(&state, bareStream) != Z_OK)
         return std::nullopt;
+    // With one byte more, so that a stream that goes on is told from one that ends.
+    std::string content(size + 1, '\0');
     state.next_in = In(stream);
     state.avail_in = static_cast<uInt>(stream.size());
-    std::string content;
-    int result = Z_OK;
-    while (result == Z_OK) {
-        const std::size_t filled = content.size();
-        if (filled < size)
-            content.resize(std::min(size, std::max(firstPiece, 2 * filled)));
-        // Once it is full, one byte of room still tells a stream that ends from one that goes on.
-        Bytef excess;
-        const std::size_t room = content.size() - filled;
-        state.next_out = room > 0 ? Out(content, filled) : &excess;
-        state.avail_out = room > 0 ? static_cast<uInt>(room) : 1;
-        result = ::inflate(&state, Z_NO_FLUSH);
-        if (room == 0 && state.avail_out == 0)
-            result = Z_DATA_ERROR;
-    }
+    state.next_out = Out(content);
+    state.avail_out = static_cast<uInt>(content.size());
+    const int result = ::inflate(&state, Z_FINISH);
     const bool isExact = result == Z_STREAM_END && state.total_out == size && state.avail_in == 0;
     ::inflateEnd(&state);
+    content.resize(size);
     return isExact ? std::optional(std::move(content)) : std::nullopt;
 }
 
@@ -68,7 +60,7 @@ std::string Pack(std::string_view content) {
     std::string stream(::deflateBound(&state, static_cast<uLong>(content.size())), '\0');
     state.next_in = In(content);
     state.avail_in = static_cast<uInt>(content.size());
-    state.next_out = Out(stream, 0);
+    state.next_out = Out(stream);
     state.avail_out = static_cast<uInt>(stream.size());
     // The room is enough by zlib's own reckoning, so that one call does it all.
     ::deflate(&state, Z_FINISH);
