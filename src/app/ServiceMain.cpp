@@ -69,5 +69,5 @@ int main(int argumentCount, char** arguments) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(reason).c_str());
         return 0;
     }
-    return Serve(*paths, tarvin::ParseCommandLine(text).machineName);
+    return Serve(*paths, tarvin::MachineNameIn(text));
 }
