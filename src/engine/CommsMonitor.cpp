@@ -1,10 +1,10 @@
 #include "engine/CommsMonitor.h"
 
-#include "engine/DownloadApp.h"
+#include "engine/LinkEngine.h"
 
 namespace tarvin {
 
-CommsMonitor::CommsMonitor(DownloadApp& engine) : app(engine) {
+CommsMonitor::CommsMonitor(LinkEngine& engine) : app(engine) {
     Start();
 }
 

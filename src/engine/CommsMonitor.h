@@ -5,11 +5,11 @@
 
 namespace tarvin {
 
-class DownloadApp;
+class LinkEngine;
 
 class CommsMonitor : public wThread {
 public:
-    explicit CommsMonitor(DownloadApp& engine);
+    explicit CommsMonitor(LinkEngine& engine);
     ~CommsMonitor() override;
 
     void Stop() override;
@@ -17,7 +17,7 @@ public:
 private:
     int Body() override;
 
-    DownloadApp& app;
+    LinkEngine& app;
 };
 
 }

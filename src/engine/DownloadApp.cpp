@@ -1,7 +1,5 @@
 #include "engine/DownloadApp.h"
 
-#include "engine/CommsMonitor.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -15,8 +13,6 @@ namespace {
 constexpr auto pingPeriod = 1000ms;
 constexpr auto endOfServePeriod = 5000ms;
 constexpr auto testXonPeriod = 3000ms;
-constexpr auto reopenPeriod = 1000ms;
-constexpr auto longestIdle = 1h;
 constexpr std::string_view xonText = "\x11";
 constexpr std::string_view xoffText = "\x13";
 constexpr std::uint8_t testTerminator = 0x40;
@@ -36,100 +32,21 @@ char16_t Unit(char byte) {
 }
 
 DownloadApp::DownloadApp(EngineSetup setup, KelText machine)
-    : machineName(std::move(machine)),
-      clock(setup.clock),
-      window(setup.window),
-      store(std::move(setup.installation), machineName, std::move(setup.ncFilesFolder)),
-      trace(traffic, [this] { window.TrafficArrived(); }),
-      logs(clock, trace, window),
-      line(std::move(setup.port), clock, logs.Recorder(), *this,
-           [this](const MessageBoxText& box) { window.ShowMessage(box); }),
-      display(window),
-      displayTicker(timers, clock, [this] { return ShowStatus(); }),
+    : LinkEngine(std::move(setup), std::move(machine)),
       pingNow(timers, clock, "DownloadApp::PingNow", pingPeriod, Timer::Kind::Repeating, [this] { Ping(); }),
       endOfServe(timers, clock, "DownloadApp::EndOfServe", endOfServePeriod, Timer::Kind::Repeating,
                  [this] { EndOfServeTick(); }),
       testXon(timers, clock, "DownloadApp::TestXon", testXonPeriod, Timer::Kind::OneShot,
-              [this] { SendText(xonText); }),
-      reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
-                 [this] { ReopenPort(); }) {}
+              [this] { SendText(xonText); }) {}
 
 DownloadApp::~DownloadApp() {
     Terminate();
 }
 
-void DownloadApp::Create() {
-    isCreated = true;
-    auto loaded = store.Load(settings);
-    settings = std::move(loaded.settings);
-    if (loaded.warning)
-        window.ShowMessage(*loaded.warning);
-    OpenPort();
-    transferState = TransferState::Waiting;
-    displayTicker.Start();
-    ShowStatus();
-}
-
-void DownloadApp::StartMonitor() {
-    monitor = std::make_unique<CommsMonitor>(*this);
-}
-
-void DownloadApp::Terminate() {
-    if (!std::exchange(isCreated, false))
-        return;
-    isClosing = true;
-    if (monitor) {
-        monitor->Stop();
-        // Again and again: a write that is about to begin is not there to be cancelled yet.
-        do
-            line.CancelWrite();
-        while (!monitor->WaitFor(10ms));
-        monitor.reset();
-    }
-    for (Timer* timer : {&endOfServe, &testXon, &pingNow, &reopenPort})
+void DownloadApp::StopTimers() {
+    for (Timer* timer : {&endOfServe, &testXon, &pingNow})
         timer->Stop();
-    displayTicker.Stop();
     downloadNow.reset();
-    line.ClosePort();
-    store.SaveSettings(settings);
-    if (transferFile.IsWriting())
-        transferFile.Sync();
-    transferFile.Close();
-    logs.EndCommsLog("Application Terminated");
-    logs.Flush();
-}
-
-void DownloadApp::Post(CommandQueue::Command command) {
-    commands.Post(std::move(command));
-    WakeMonitor();
-}
-
-void DownloadApp::ApplySettings(const DownloadSettings& newSettings) {
-    settings = newSettings;
-    OpenPort();
-}
-
-void DownloadApp::OpenPort() {
-    line.OpenPort(settings, machineName);
-    ShowLink();
-    if (line.IsOpen())
-        reopenPort.Stop();
-    else
-        reopenPort.Start();
-}
-
-void DownloadApp::ReopenPort() {
-    if (!line.Reopen(settings, machineName))
-        return;
-    reopenPort.Stop();
-    ShowLink();
-    logs.LogLine(ToUtf8(line.Title()), true);
-}
-
-void DownloadApp::ShowLink() {
-    display.Edit().linkTitle = line.Title();
-    SetCaption(line.Title());
-    display.Publish();
 }
 
 void DownloadApp::EndUnsafeTransfer() {
@@ -137,28 +54,6 @@ void DownloadApp::EndUnsafeTransfer() {
         EndTransfer(TransferState::DownloadErrors);
     else if (transferState == TransferState::Uploading)
         EndTransfer(TransferState::UploadErrors);
-}
-
-bool DownloadApp::RunPass() {
-    commands.Run();
-    const bool isMoreDue = line.CheckLineStatus();
-    // The state of a loop-back test is not shown before its message has left: until then it says nothing.
-    if (resumesDisplayWhenSent && (line.IsDrained() || !line.IsOpen())) {
-        resumesDisplayWhenSent = false;
-        displayTicker.Start();
-    }
-    timers.RunDue(clock.Now());
-    // The line has been served; the disk may take its time now.
-    logs.Flush();
-    display.Edit().isCommsLogOn = logs.IsCommsLogOpen();
-    if (displayTicker.IsQuiet() && HasNews())
-        displayTicker.Start();
-    return isMoreDue;
-}
-
-void DownloadApp::WaitForWork() {
-    const auto due = timers.NextDue();
-    line.Wait(due ? *due - clock.Now() : longestIdle, resumesDisplayWhenSent);
 }
 
 void DownloadApp::OnReceived() {
@@ -171,23 +66,6 @@ void DownloadApp::OnLineFree() {
     SendNextBlock();
 }
 
-void DownloadApp::OnOverrun() {
-    transferState = TransferState::Overrun;
-    // At once: the next read ends the state before any tick could show it.
-    ShowStatus();
-}
-
-void DownloadApp::OnOverrunEnded() {
-    if (transferState == TransferState::Overrun)
-        transferState = TransferState::Waiting;
-}
-
-void DownloadApp::OnLinkLost() {
-    EndUnsafeTransfer();
-    ShowLink();
-    reopenPort.Start();
-}
-
 void DownloadApp::CheckLoopback() {
     if (ExtractMessage(testTerminator, false) == 0)
         return;
@@ -196,10 +74,6 @@ void DownloadApp::CheckLoopback() {
                                    [](char a, char b) { return ToUpperAscii(Unit(a)) == ToUpperAscii(Unit(b)); });
     if (found != messageText.end())
         transferState = TransferState::LoopbackSuccess;
-}
-
-std::size_t DownloadApp::ExtractMessage(std::uint8_t terminator, bool keepTerminator) {
-    return line.Receive().ExtractMessage(terminator, keepTerminator, messageText);
 }
 
 void DownloadApp::ProcessReceivedData() {
@@ -274,7 +148,8 @@ void DownloadApp::SendFile(const std::filesystem::path& path) {
     transferPath = FromPath(path);
     fileName = FromPath(path.filename());
     transferFile.Close();
-    const bool isLoaded = transferFile.Open(path, KelFile::Mode::ReadBytes) && fileImage.Load(transferFile, isClosing);
+    const bool isLoaded =
+        transferFile.Open(path, KelFile::Mode::ReadBytes) && fileImage.Load(transferFile, IsClosing());
     transferFile.Close();
     if (!isLoaded) {
         transferState = TransferState::DownloadCouldNotOpen;
@@ -342,11 +217,11 @@ void DownloadApp::SendXoffTest() {
 void DownloadApp::StartLoopbackTest() {
     transferState = TransferState::Waiting;
     ShowStatus();
-    displayTicker.Stop();
     transferState = TransferState::LoopbackFailure;
     trace.EndLine();
     SendText(std::string(testMessage) + static_cast<char>(testTerminator));
-    resumesDisplayWhenSent = true;
+    // Before it has left, the state says nothing.
+    FreezeDisplayUntilSent();
 }
 
 void DownloadApp::SetPingText(std::string text, std::chrono::milliseconds period) {
@@ -388,39 +263,6 @@ void DownloadApp::EndOfServe() {
     }
     transferState = TransferState::ClientCannotFindServer;
     RequestFileList();
-}
-
-bool DownloadApp::ShowStatus() {
-    const StatusArguments arguments = {transferPath,         bytesDone, bytesTotal,
-                                       settings.stationName, peerName,  settings.serverMode != 0};
-    const StatusDescription description = DescribeState(transferState, arguments);
-    display.Edit().lamps = line.LineLamps();
-    const bool isChanged = display.Show(transferState, description);
-    if (description.reportedBefore)
-        logs.LogStatusChange(settings, *description.reportedBefore, fileName);
-    if (description.isReported)
-        logs.LogStatusChange(settings, display.Edit().statusLine, fileName);
-    shownByteCount = bytesDone;
-    line.LineLamps().received = line.LineLamps().transmitted = false;
-    return isChanged;
-}
-
-void DownloadApp::StartCommsLog(const std::filesystem::path& path) {
-    settings.commsLogFileName = FromPath(path);
-    logs.StartCommsLog(path, settings, 0);
-}
-
-void DownloadApp::StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit) {
-    logs.StartCommsLog(path, settings, sizeLimit);
-}
-
-void DownloadApp::StopCommsLog() {
-    logs.EndCommsLog("End of Logging");
-}
-
-bool DownloadApp::HasNews() {
-    return transferState != display.Edit().transferState || bytesDone != shownByteCount ||
-           line.LineLamps() != display.Edit().lamps || display.IsEdited();
 }
 
 }
