@@ -1,6 +1,7 @@
 // tarvindl-service: the engine without a display, unattended. One process for one machine.
 
 #include "app/CommandLine.h"
+#include "app/ServiceApp.h"
 #include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
 #include "app/ServiceWindow.h"
@@ -33,7 +34,9 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
 int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& machineName) {
     tarvin::PrepareStopRequests();
     tarvin::ServiceOutput output;
-    tarvin::ServiceWindow window(output);
+    tarvin::ServiceApp app({tarvin::Start::MachineFolder(paths, machineName)}, output);
+    app.ReadSuppressedMessages();
+    tarvin::ServiceWindow window(output, app);
     const tarvin::Start start(paths, window);
     const auto engine = start.MakeEngine(machineName);
     engine->Create();

@@ -4,21 +4,23 @@
 
 #include "app/ServiceOutput.h"
 #include "engine/DownloadWindow.h"
+#include "framework/AppInterface.h"
 
 namespace tarvin {
 
 class ServiceWindow : public DownloadWindow {
 public:
-    explicit ServiceWindow(ServiceOutput& serviceOutput) : output(serviceOutput) {}
+    ServiceWindow(ServiceOutput& serviceOutput, AppInterface& serviceApp) : output(serviceOutput), app(serviceApp) {}
 
     void SnapshotChanged(const EngineSnapshot& snapshot) override;
     // Nobody reads the trace; so the engine makes none.
     void TrafficArrived() override {}
-    void ShowMessage(const MessageBoxText& box) override { output.Add(UnattendedNote(box)); }
+    void ShowMessage(const MessageBoxText& box) override { app.MessageBox(box); }
     void DrawAttention() override {}
 
 private:
     ServiceOutput& output;
+    AppInterface& app;
     KelText shownStatus;
     KelText shownLink;
 };

@@ -1,5 +1,7 @@
 #include "app/Start.h"
 
+#include "framework/FileNames.h"
+
 #include <utility>
 
 namespace tarvin {
@@ -15,6 +17,10 @@ std::optional<ProgramPaths> Start::FindPaths(KelText& reason) {
         reason = u"Unable to locate Program Paths in " + FromPath(*installation) +
                  u": KEL.INI there has no section PROGRAM PATHS.";
     return paths;
+}
+
+std::filesystem::path Start::MachineFolder(const ProgramPaths& programPaths, KelTextView machineName) {
+    return programPaths.Installation() / ToPath(FileNameFor(machineName));
 }
 
 Start::Start(const ProgramPaths& programPaths, DownloadWindow& downloadWindow)

@@ -18,6 +18,9 @@ public:
     // None if there is no installation, with the reason in `reason`.
     static std::optional<ProgramPaths> FindPaths(KelText& reason);
 
+    // The machine's own folder, which need not exist: for files that programs of several machines must not share.
+    static std::filesystem::path MachineFolder(const ProgramPaths& programPaths, KelTextView machineName);
+
     Start(const ProgramPaths& programPaths, DownloadWindow& downloadWindow);
 
     std::unique_ptr<TarvinApp> MakeEngine(KelText machineName) const;

@@ -1,7 +1,11 @@
 #pragma once
-// Message boxes as values, and what a program without a display answers to them. Knows nothing of windows.
+// The two things that a user can be told, as values: a message box and a message report. Knows nothing of windows,
+// files or who is told.
 
 #include "framework/KelText.h"
+
+#include <optional>
+#include <vector>
 
 namespace tarvin {
 
@@ -21,18 +25,37 @@ struct MessageBoxText {
     KelText text;
     KelText caption;
     unsigned style = okOnly;
+    // The number under which the user can have such boxes not shown any more.
+    std::optional<std::int32_t> dontShowAgainId = {};
 };
 
-// An answer as the Windows message box numbers it (1 OK, 2 cancel, 6 yes, 7 no), with the name of the button.
+// An answer as the Windows message box numbers it (1 OK, 2 cancel, 6 yes, 7 no), and the dictionary's number of the
+// name of that button.
 struct AutomaticAnswer {
     int answer;
-    const char16_t* note;
+    std::int32_t noteTextId;
 };
 
-// The answer when nobody is there to give one.
-AutomaticAnswer AnswerUnattended(unsigned style);
+// The answer to a box that is not shown.
+AutomaticAnswer AutomaticAnswerTo(unsigned style);
 
-// The one-line trace of a box that was not shown: "caption: text (note)", line ends within the text as " - ".
-KelText UnattendedNote(const MessageBoxText& box);
+// The English text of the notes: the name of the button, or the empty text for a number that is none of theirs.
+KelText BuiltInNoteText(std::int32_t textId);
+
+enum class ReportLevel : std::int32_t { Warning, Normal, Fatal, Query, Information };
+
+struct MessageReport {
+    // Other numbers than those of ReportLevel are allowed: they are reported as numbers.
+    std::int32_t level = 0;
+    KelText info;
+    KelText message;
+    // May be empty, and may have several lines.
+    KelText details;
+    // The message's code, and what reporting it returns.
+    std::int32_t answer = 0;
+};
+
+// What the debug log gets, each a text of its own. Only details are followed by a second rule: they have no other end.
+std::vector<KelText> ReportTexts(const MessageReport& report);
 
 }

@@ -92,6 +92,20 @@ TEST_CASE("a settings file that is no such thing gives a warning or the defaults
     }
 }
 
+TEST_CASE("a machine's folder is made for its own debug log alone") {
+    ServiceFixture fixture("CUT/2");
+    fixture.Start();
+    REQUIRE(fixture.service->WaitForOutput("Waiting..."));
+    CHECK_FALSE(std::filesystem::exists(fixture.folder / "CUT_2"));
+    fixture.service->Signal(SIGTERM);
+    CHECK(fixture.service->WaitForExit() == 0);
+    std::filesystem::create_directory(fixture.folder / "CUT_2");
+    fixture.folder.WriteFile("CUT_2/Suppressed.txt", "12\nno number\n");
+    fixture.Start();
+    REQUIRE(fixture.service->WaitForOutput("Waiting..."));
+    CHECK(fixture.folder.ReadFile("CUT_2/Debug.Log").starts_with("\r\n----------------\r\nMSG:WARN: \""));
+}
+
 TEST_CASE("a port that is not there, or vanishes, comes back by itself") {
     ServiceFixture fixture;
     fixture.Disconnect();
