@@ -9,7 +9,8 @@ namespace tarvin {
 // Trimmed; empty if none was given.
 KelText MachineNameIn(KelTextView commandLine);
 
-// The text behind the program's name, as the user typed it or, where the system hands over words, those joined by blanks.
+// The text behind the program's name, as the user typed it or, where the system hands over words, those joined by
+// blanks.
 KelText CommandLineText(int argumentCount, const char* const* arguments);
 
 }

@@ -8,10 +8,13 @@
 #include "app/Start.h"
 #include "app/StopRequest.h"
 #include "framework/StandardStreams.h"
+#include "framework/TextHolder.h"
 #include "framework/Version.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 namespace {
 
@@ -31,10 +34,29 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
 
-int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& machineName) {
+// Texts in the user's language, where there is a dictionary; a dictionary that is there and no good is put on record.
+void LoadDictionary(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine, tarvin::AppInterface& app) {
+    tarvin::DictionaryRequest request;
+    request.programFolder = paths.Installation();
+    request.commandLine = commandLine;
+    std::error_code ignored;
+    if (std::filesystem::exists(request.programFolder / request.fileName, ignored)) {
+        request.reportFailure = [&app](const tarvin::MessageBoxText& box) {
+            app.Report({static_cast<std::int32_t>(tarvin::ReportLevel::Warning), {}, box.text, {}, 0});
+        };
+    }
+    tarvin::Dictionary().Load(request);
+    app.SetTextSupplier([](std::int32_t id) { return tarvin::KelText(tarvin::Dictionary().Text(id)); });
+}
+
+int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine) {
+    tarvin::KelText machineName = tarvin::MachineNameIn(commandLine);
+    if (machineName.empty())
+        machineName = tarvin::TarvinApp::defaultMachineName;
     tarvin::PrepareStopRequests();
     tarvin::ServiceOutput output;
     tarvin::ServiceApp app({tarvin::Start::MachineFolder(paths, machineName)}, output);
+    LoadDictionary(paths, commandLine, app);
     app.ReadSuppressedMessages();
     tarvin::ServiceWindow window(output, app);
     const tarvin::Start start(paths, window);
@@ -72,5 +94,5 @@ int main(int argumentCount, char** arguments) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(reason).c_str());
         return 0;
     }
-    return Serve(*paths, tarvin::MachineNameIn(text));
+    return Serve(*paths, text);
 }

@@ -15,7 +15,7 @@ constexpr std::int64_t uploadRangeAtStart = 10000;
 }
 
 TarvinApp::TarvinApp(EngineSetup setup, KelText machine)
-    : DownloadApp(std::move(setup), machine.empty() ? u"TARVIN" : std::move(machine)) {
+    : DownloadApp(std::move(setup), machine.empty() ? defaultMachineName : std::move(machine)) {
     settings.fileExtension.clear();
 }
 

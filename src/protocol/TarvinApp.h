@@ -15,7 +15,9 @@ namespace tarvin {
 
 class TarvinApp : public DownloadApp {
 public:
-    // An empty name stands for "TARVIN".
+    static constexpr const char16_t* defaultMachineName = u"TARVIN";
+
+    // An empty name stands for the default one.
     TarvinApp(EngineSetup setup, KelText machineName);
     ~TarvinApp() override { Terminate(); }
 

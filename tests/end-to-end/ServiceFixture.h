@@ -39,10 +39,11 @@ public:
     }
 
     // Starts it and waits until it serves the line.
-    void Start(std::function<void()> beforeStart = {}) {
+    void Start(std::function<void()> beforeStart = {}, std::vector<std::string> furtherWords = {}) {
+        furtherWords.insert(furtherWords.begin(), machineName);
         service = std::make_unique<ChildProcess>(
             "tarvindl-service",
-            ChildProcess::Options{{machineName}, {{"TARVINDL_HOME", folder.Path().string()}}, std::move(beforeStart)});
+            ChildProcess::Options{furtherWords, {{"TARVINDL_HOME", folder.Path().string()}}, std::move(beforeStart)});
     }
 
     std::string NcFolder() const { return (folder / "NC").string(); }

@@ -77,6 +77,33 @@ TEST_CASE("each line of output is headed by the local time, and the end of the p
     }
 }
 
+TEST_CASE("the texts of the dictionary and the logs of the installation are the machine's own") {
+    ServiceFixture fixture;
+    std::filesystem::copy_file(std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/diction.ary",
+                               fixture.folder / "diction.ary");
+    fixture.folder.WriteFile("KEL.INI", fixture.folder.ReadFile("KEL.INI") + "[Service]\ncomms log=%s line.log\n");
+    fixture.Disconnect();
+    fixture.Start({}, {"/l=German"});
+    // A box that nobody sees names the button that was pressed for them.
+    REQUIRE(fixture.service->WaitForOutput("Open Comm: COM1 - No such file or directory (OK)"));
+    fixture.Connect();
+    REQUIRE(fixture.service->WaitForOutput("LASER COM1:2400"));
+    CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
+    fixture.service->Signal(SIGTERM);
+    CHECK(fixture.service->WaitForExit() == 0);
+    const std::string log = fixture.folder.ReadFile("LASER line.log");
+    for (const char* line : {") Start of logging\r\n", ") LASER COM1:2400,N,8,1,None\r\n", ") TX AATSV[0d]\r\n",
+                             ") Application Terminated\r\n"})
+        CHECK_MESSAGE(log.find(line) != std::string::npos, log);
+
+    fixture.folder.WriteFile("diction.ary", "no dictionary");
+    fixture.Start();
+    REQUIRE(fixture.service->WaitForOutput("Waiting..."));
+    CHECK(fixture.folder.ReadFile("LASER/Debug.Log").find("MSG:WARN: \"Error Opening Specified Dictionary") !=
+          std::string::npos);
+    CHECK(fixture.folder.ReadFile("LASER line.log.1") == log);
+}
+
 TEST_CASE("a settings file that is no such thing gives a warning or the defaults, and is kept") {
     for (const std::string& content :
          {std::string("\x41\x45\xF7\x05\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 16),
