@@ -46,7 +46,6 @@ void LoadDictionary(const tarvin::ProgramPaths& paths, const tarvin::KelText& co
         };
     }
     tarvin::Dictionary().Load(request);
-    app.SetTextSupplier([](std::int32_t id) { return tarvin::KelText(tarvin::Dictionary().Text(id)); });
 }
 
 int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine) {

@@ -2,9 +2,10 @@
 
 namespace tarvin {
 
-AppInterface::AppInterface(const AppFolders& folders, Attendance programAttendance)
+AppInterface::AppInterface(const AppFolders& folders, Attendance programAttendance, const TextHolder& dictionary)
     : attendance(programAttendance),
       suppressedFile(folders.Chosen() / "Suppressed.txt"),
+      texts(dictionary),
       debugLog([folder = folders.own] { return folder; }, [folder = folders.second] { return folder; }),
       suppressed(suppressedFile) {}
 
@@ -33,18 +34,13 @@ int AppInterface::MessageBox(const MessageBoxText& box) {
     if (!IsUnattended())
         return Show(box);
     // In one piece, so that the boxes of two threads stay apart.
-    AppendToMessageLog(u"\n" + box.caption + u": " + box.text + u" (" + NoteText(automatic.noteTextId) + u")");
+    AppendToMessageLog(u"\n" + box.caption + u": " + box.text + u" (" + texts.Text(automatic.noteTextId) + u")");
     return automatic.answer;
 }
 
 void AppInterface::SuppressMessage(std::int32_t id) {
     if (!suppressed.Add(id))
         ReportSuppressionProblem(u"The list of suppressed messages cannot be written");
-}
-
-KelText AppInterface::NoteText(std::int32_t id) const {
-    KelText text = texts ? texts(id) : KelText();
-    return text.empty() ? BuiltInNoteText(id) : text;
 }
 
 void AppInterface::ReportSuppressionProblem(KelTextView message) {

@@ -5,6 +5,7 @@
 #include "framework/DebugLog.h"
 #include "framework/MessageReport.h"
 #include "framework/SuppressedMessages.h"
+#include "framework/TextHolder.h"
 
 namespace tarvin {
 
@@ -21,16 +22,12 @@ struct AppFolders {
 
 class AppInterface {
 public:
-    // The text of the dictionary with this number; an empty one is replaced by the built-in English text.
-    using TextSupplier = std::function<KelText(std::int32_t id)>;
-
-    AppInterface(const AppFolders& folders, Attendance programAttendance);
+    // Notes are written with the texts of the dictionary, which must outlive the object.
+    AppInterface(const AppFolders& folders, Attendance programAttendance, const TextHolder& dictionary = Dictionary());
     virtual ~AppInterface() = default;
     AppInterface(const AppInterface&) = delete;
     AppInterface& operator=(const AppInterface&) = delete;
 
-    // Before other threads know the object.
-    void SetTextSupplier(TextSupplier supplier) { texts = std::move(supplier); }
     // Reads which messages are suppressed, and reports a list that is damaged. The thread of SuppressMessage.
     void ReadSuppressedMessages();
 
@@ -52,12 +49,11 @@ protected:
     virtual void AppendToMessageLog(KelTextView text) = 0;
 
 private:
-    KelText NoteText(std::int32_t id) const;
     void ReportSuppressionProblem(KelTextView message);
 
     const Attendance attendance;
     const std::filesystem::path suppressedFile;
-    TextSupplier texts;
+    const TextHolder& texts;
     DebugLog debugLog;
     SuppressedMessages suppressed;
 };

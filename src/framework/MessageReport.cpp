@@ -34,21 +34,6 @@ AutomaticAnswer AutomaticAnswerTo(unsigned style) {
     return secondIsDefault ? no : yes;
 }
 
-KelText BuiltInNoteText(std::int32_t textId) {
-    switch (textId) {
-    case okTextId:
-        return u"Ok";
-    case cancelTextId:
-        return u"Cancel";
-    case noTextId:
-        return u"No";
-    case yesTextId:
-        return u"Yes";
-    default:
-        return {};
-    }
-}
-
 std::vector<KelText> ReportTexts(const MessageReport& report) {
     const KelText rule = u"\n----------------";
     std::vector<KelText> texts = {

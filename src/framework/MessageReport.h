@@ -39,9 +39,6 @@ struct AutomaticAnswer {
 // The answer to a box that is not shown.
 AutomaticAnswer AutomaticAnswerTo(unsigned style);
 
-// The English text of the notes: the name of the button, or the empty text for a number that is none of theirs.
-KelText BuiltInNoteText(std::int32_t textId);
-
 enum class ReportLevel : std::int32_t { Warning, Normal, Fatal, Query, Information };
 
 struct MessageReport {

@@ -61,8 +61,9 @@ TEST_CASE("a box that nobody sees answers itself by its buttons and its default,
     const TemporaryFolder folder;
     for (const Case& each : cases) {
         CAPTURE(each.style);
-        RecordingApp app({folder / "M"}, Attendance::Unattended);
-        app.SetTextSupplier([](std::int32_t id) { return id == 65 ? KelText(u"Nein") : KelText(); });
+        TextHolder dictionary;
+        dictionary.Add(u"Nein", 65);
+        RecordingApp app({folder / "M"}, Attendance::Unattended, dictionary);
         CHECK(app.MessageBox({u"text\n2", u"caption", each.style}) == each.answer);
         CHECK(app.log == "\ncaption: text\n2 (" + each.note + ")");
     }
