@@ -4,13 +4,17 @@
 
 #include "framework/KelText.h"
 
+#include <vector>
+
 namespace tarvin {
 
 // Trimmed; empty if none was given.
 KelText MachineNameIn(KelTextView commandLine);
 
-// The text behind the program's name, as the user typed it or, where the system hands over words, those joined by
-// blanks.
+// The words joined by blanks. A language's name gets back the quotes that it lost on its way.
+KelText JoinWords(const std::vector<KelText>& words);
+
+// The text behind the program's name. On Windows the system is asked for it, because `arguments` cannot hold all of it.
 KelText CommandLineText(int argumentCount, const char* const* arguments);
 
 }

@@ -16,6 +16,11 @@ constexpr std::int32_t mostMegabytes = 1000;
 KelText WithMachineName(KelText text, const KelText& machineName) {
     constexpr KelTextView mark = u"%s";
     const KelText name = FileNameFor(machineName);
+    if (text.find(mark) == KelText::npos) {
+        const std::filesystem::path path = ToPath(text);
+        const std::filesystem::path file = ToPath(FromPath(path.stem()) + u" " + name + FromPath(path.extension()));
+        return FromPath(path.parent_path() / file);
+    }
     for (auto found = text.find(mark); found != KelText::npos; found = text.find(mark, found + name.size()))
         text.replace(found, mark.size(), name);
     return text;

@@ -20,8 +20,13 @@ void EngineLogs::StartCommsLog(const std::filesystem::path& path, const Download
         Complain();
         return;
     }
+    report = DiagnosticsReport(settings);
     commsLog.LogLine("Start of logging", false);
-    for (const std::string& line : DiagnosticsReport(settings))
+    LogReport();
+}
+
+void EngineLogs::LogReport() {
+    for (const std::string& line : report)
         commsLog.LogLine(line, false);
 }
 
@@ -43,8 +48,12 @@ void EngineLogs::LogStatusChange(const DownloadSettings& settings, const KelText
 void EngineLogs::Flush() {
     if (!commsLog.Flush())
         Complain();
+    // Whoever is sent the newer file alone wants to know how the link was set up, too.
+    if (commsLog.TakeRolledOver())
+        LogReport();
     if (!activityLog.Flush())
         Complain();
+    isStatusUnwritten = activityLog.HasFailed();
 }
 
 }

@@ -10,6 +10,8 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace tarvin {
 
@@ -25,6 +27,8 @@ public:
     bool IsCommsLogOpen() const { return commsLog.IsOpen(); }
     void LogLine(std::string_view text, bool force) { commsLog.LogLine(text, force); }
 
+    // Whether the status that was logged last is still to be written, and worth another attempt.
+    bool IsStatusUnwritten() const { return isStatusUnwritten; }
     // Adds a status text to the activity log, if the settings ask for one.
     void LogStatusChange(const DownloadSettings& settings, const KelText& statusText, const KelText& programName);
 
@@ -35,12 +39,15 @@ public:
 
 private:
     void Complain();
+    void LogReport();
 
     DownloadWindow& window;
     LastLogged lastLogged;
     CommsLog commsLog;
     ActivityLog activityLog;
     LineRecorder recorder;
+    std::vector<std::string> report;
+    bool isStatusUnwritten = false;
 };
 
 }

@@ -60,8 +60,10 @@ void LineRecorder::FlushPending() {
         return;
     // Only the first piece names the direction, and its name counts.
     const std::string text = "TX " + std::exchange(pendingTransmitText, {});
+    // Pieces of one text may well be equal: only a text that is a line by itself can be the repetition of another.
+    const bool hasPieces = text.size() > longestPiece;
     for (std::size_t start = 0; start < text.size(); start += longestPiece)
-        log.LogLine(std::string_view(text).substr(start, longestPiece), false);
+        log.LogLine(std::string_view(text).substr(start, longestPiece), hasPieces);
 }
 
 void LineRecorder::HoldsChanged(const LineStatus& previous, const LineStatus& present) {

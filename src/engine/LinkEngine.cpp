@@ -152,13 +152,21 @@ bool LinkEngine::ShowStatus() {
     const StatusDescription description = DescribeState(transferState, arguments);
     display.Edit().lamps = line.LineLamps();
     const bool isChanged = display.Show(transferState, description);
-    if (description.reportedBefore)
-        logs.LogStatusChange(settings, *description.reportedBefore, fileName);
-    if (description.isReported)
-        logs.LogStatusChange(settings, display.Edit().statusLine, fileName);
+    LogStatus(description);
     shownByteCount = bytesDone;
     line.LineLamps().received = line.LineLamps().transmitted = false;
     return isChanged;
+}
+
+// A status is logged when it comes, not at each tick that it stays; and again, if it could not be written.
+void LinkEngine::LogStatus(const StatusDescription& description) {
+    const KelText& statusLine = display.Edit().statusLine;
+    if (description.isReported && (reportedLine != statusLine || logs.IsStatusUnwritten())) {
+        if (description.reportedBefore)
+            logs.LogStatusChange(settings, *description.reportedBefore, fileName);
+        logs.LogStatusChange(settings, statusLine, fileName);
+    }
+    reportedLine = description.isReported ? statusLine : KelText();
 }
 
 void LinkEngine::FreezeDisplayUntilSent() {

@@ -112,6 +112,7 @@ private:
     void ReopenPort();
     void ShowLink();
     bool HasNews();
+    void LogStatus(const StatusDescription& description);
 
     SettingsStore store;
     CommandQueue commands;
@@ -120,6 +121,7 @@ private:
     std::atomic<bool> isClosing = false;
     bool resumesDisplayWhenSent = false;
     std::int64_t shownByteCount = 0;
+    KelText reportedLine; // the status that is in the activity log, while it is shown
     DisplayTicker displayTicker;
     Timer reopenPort;
     std::unique_ptr<CommsMonitor> monitor;

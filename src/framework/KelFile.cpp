@@ -6,9 +6,9 @@ bool KelFile::Open(const std::filesystem::path& path, Mode newMode) {
     if (IsOpen())
         return true;
     const bool reading = newMode == Mode::ReadBytes || newMode == Mode::ReadText;
-    const auto access = reading                       ? NativeFile::Access::Read
-                        : newMode == Mode::AppendText ? NativeFile::Access::Append
-                                                      : NativeFile::Access::Replace;
+    const auto access = reading                                                       ? NativeFile::Access::Read
+                        : newMode == Mode::AppendText || newMode == Mode::AppendBytes ? NativeFile::Access::Append
+                                                                                      : NativeFile::Access::Replace;
     mode = newMode;
     lastWasCarriageReturn = false;
     bytesWritten = 0;
@@ -17,7 +17,7 @@ bool KelFile::Open(const std::filesystem::path& path, Mode newMode) {
 
 bool KelFile::Write(std::string_view bytes) {
     std::string text;
-    if (mode != Mode::WriteBytes) {
+    if (mode != Mode::WriteBytes && mode != Mode::AppendBytes) {
         text.reserve(bytes.size() + 2);
         for (const char byte : bytes) {
             if (byte == '\n' && !lastWasCarriageReturn)

@@ -8,7 +8,7 @@ namespace tarvin {
 
 class KelFile {
 public:
-    enum class Mode { ReadBytes, ReadText, WriteBytes, WriteText, AppendText };
+    enum class Mode { ReadBytes, ReadText, WriteBytes, WriteText, AppendBytes, AppendText };
 
     // True when the file is open afterwards. One that is open already stays as it is, position and mode included, and
     // that counts as success: an upload request repeated by the controller goes on in the file it has begun.
@@ -24,6 +24,10 @@ public:
     bool Sync() { return file.Sync(); }
     // Bytes written since the file was opened, line ends as they stand in the file.
     std::uint64_t BytesWritten() const { return bytesWritten; }
+
+    // See NativeFile.
+    bool Lock() { return file.Lock(); }
+    bool IsAt(const std::filesystem::path& path) { return file.IsAt(path); }
 
     std::optional<std::size_t> Read(void* bytes, std::size_t byteCount) { return file.Read(bytes, byteCount); }
     std::optional<std::uint64_t> Size() { return file.Size(); }

@@ -33,6 +33,10 @@ public:
     std::optional<std::uint64_t> Size();
     // Blocks until the content is on the disk.
     bool Sync();
+    // Keeps others who ask for the same from getting it, until the file is closed. At once; false if somebody has it.
+    bool Lock();
+    // Whether the path still leads to this file: it may have been deleted, moved or replaced.
+    bool IsAt(const std::filesystem::path& path);
     void Close();
 
     // The system's words for the last failure.
@@ -50,7 +54,8 @@ private:
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maximum);
 
 // Replaces the file in one step: whoever looks, before or after a crash, finds the old content or the new one, whole.
-// The permissions of an existing file are kept. False leaves the old file as it was.
+// The permissions of an existing file are kept, and what is no regular file is not replaced. False leaves the old file
+// as it was.
 bool ReplaceWholeFile(const std::filesystem::path& path, std::string_view content);
 
 }

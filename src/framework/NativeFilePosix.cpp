@@ -5,6 +5,7 @@
 #include <string>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -108,6 +109,17 @@ bool NativeFile::Sync() {
     return ::fsync(Descriptor(handle)) == 0 || Fail(errno);
 }
 
+bool NativeFile::Lock() {
+    return ::flock(Descriptor(handle), LOCK_EX | LOCK_NB) == 0 || Fail(errno);
+}
+
+bool NativeFile::IsAt(const std::filesystem::path& path) {
+    struct stat own = {};
+    struct stat named = {};
+    return ::fstat(Descriptor(handle), &own) == 0 && ::stat(path.c_str(), &named) == 0 && own.st_dev == named.st_dev &&
+           own.st_ino == named.st_ino;
+}
+
 void NativeFile::Close() {
     if (IsOpen())
         ::close(Descriptor(handle));
@@ -119,14 +131,17 @@ bool ReplaceWholeFile(const std::filesystem::path& named, std::string_view conte
     std::error_code isMissing;
     const std::filesystem::path target = std::filesystem::canonical(named, isMissing);
     const std::filesystem::path& path = isMissing ? named : target;
+    struct stat state = {};
+    const bool isThere = ::stat(path.c_str(), &state) == 0;
+    if (isThere && !S_ISREG(state.st_mode))
+        return false;
     // A name of its own for each process: two programs that save at once must not write into one another's copy.
     const std::filesystem::path fresh = path.native() + "." + std::to_string(::getpid()) + ".new";
     NativeFile file;
     std::size_t written = 0;
     const bool complete = file.Open(fresh, NativeFile::Access::Replace) && file.Write(content, written) && file.Sync();
     file.Close();
-    struct stat state = {};
-    if (complete && ::stat(path.c_str(), &state) == 0)
+    if (complete && isThere)
         ::chmod(fresh.c_str(), state.st_mode & 07777);
     if (complete && ::rename(fresh.c_str(), path.c_str()) == 0)
         return SyncFolderOf(path);

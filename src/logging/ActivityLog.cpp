@@ -30,19 +30,23 @@ void ActivityLog::LogStatusChange(const std::filesystem::path& path, const KelTe
 }
 
 bool ActivityLog::Flush() {
-    bool isComplaintDue = false;
+    if (entries.empty())
+        return true;
+    const std::string complainedBefore = std::exchange(complainedOf, {});
+    std::vector<Entry> failed;
     for (Entry& entry : std::exchange(entries, {})) {
-        if (Append(entry)) {
-            complainedOf.clear();
-            continue;
-        }
-        // It was not logged after all: it is tried again, and the comms log may say it.
-        if (lastLogged.Is(entry.statusText))
-            lastLogged.text = std::move(entry.lastLoggedBefore);
-        isComplaintDue = isComplaintDue || complainedOf != entry.statusText;
-        complainedOf = std::move(entry.statusText);
+        if (!Append(entry))
+            failed.push_back(std::move(entry));
     }
-    return !isComplaintDue;
+    // They were not logged after all, the last one first: they are tried again, and the comms log may say them.
+    for (auto entry = failed.rbegin(); entry != failed.rend(); ++entry) {
+        if (lastLogged.Is(entry->statusText))
+            lastLogged.text = std::move(entry->lastLoggedBefore);
+    }
+    if (failed.empty())
+        return true;
+    complainedOf = std::move(failed.back().statusText);
+    return complainedOf == complainedBefore;
 }
 
 bool ActivityLog::Append(const Entry& entry) {

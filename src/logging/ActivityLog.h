@@ -23,6 +23,8 @@ public:
     // Appends the texts since the last time to their files. False if a file could not be opened or written, but only
     // once for each status text: nobody wants to be told of the same line ten times a second.
     bool Flush();
+    // Whether the text of the last flush could not be written.
+    bool HasFailed() const { return !complainedOf.empty(); }
 
 private:
     struct Entry {

@@ -14,6 +14,25 @@ namespace {
 
 constexpr auto fileLook = 1s;
 
+// Whether the file is one of these logs, or is yet to be one. By its first line, which has its time in front.
+bool IsCommsLog(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found)
+        return true;
+    NativeFile log;
+    if (!log.Open(path, NativeFile::Access::Read))
+        return false;
+    constexpr std::string_view shape = "00:00:00.000000 (+";
+    char head[shape.size()] = "";
+    const auto count = log.Read(head, shape.size());
+    if (!count || (*count > 0 && *count < shape.size()))
+        return false;
+    return *count == 0 || std::equal(shape.begin(), shape.end(), head, [](char expected, char actual) {
+        return expected == '0' ? actual >= '0' && actual <= '9' : actual == expected;
+    });
+}
+
 constexpr std::int64_t nanosecondsPerMinute = 60'000'000'000;
 
 void AppendDigits(std::string& text, std::int64_t number, int leastDigits) {
@@ -50,26 +69,33 @@ void AppendTimeStamp(std::string& text, std::int64_t nanoseconds, std::int64_t s
 }
 
 bool CommsLog::Open(const std::filesystem::path& path) {
-    sizeLimit = 0;
-    return Begin(path);
+    sizeLimit = sizeBefore = 0;
+    return Begin(path, KelFile::Mode::WriteBytes);
 }
 
 bool CommsLog::OpenRolling(const std::filesystem::path& path, std::uint64_t largestSize) {
     sizeLimit = largestSize;
-    file.Close();
-    filePath = path;
-    return KeepBeside() && Begin(path);
+    return IsCommsLog(path) && Begin(path, KelFile::Mode::AppendBytes) && OpenOwn();
 }
 
-bool CommsLog::Begin(const std::filesystem::path& path) {
+bool CommsLog::Begin(const std::filesystem::path& path, KelFile::Mode mode) {
     file.Close();
     pending.clear();
     filePath = path;
-    if (!file.Open(path, KelFile::Mode::WriteBytes))
-        return false;
+    hasRolledOver = false;
     started = lastLookAtFile = clock.Now();
     previousTime = 0;
-    return true;
+    return file.Open(path, mode);
+}
+
+// The rolling file, opened or not: nobody else may move it away.
+bool CommsLog::OpenOwn() {
+    if (file.Open(filePath, KelFile::Mode::AppendBytes) && file.Lock()) {
+        sizeBefore = file.Size().value_or(0);
+        return true;
+    }
+    file.Close();
+    return false;
 }
 
 void CommsLog::LogLine(std::string_view text, bool force) {
@@ -88,7 +114,7 @@ bool CommsLog::Flush() {
         return true;
     const bool isWritten = !IsFileLost() && file.Write(pending);
     pending.clear();
-    if (isWritten && (sizeLimit == 0 || file.BytesWritten() < sizeLimit || RollOver()))
+    if (isWritten && (sizeLimit == 0 || sizeBefore + file.BytesWritten() < sizeLimit || RollOver()))
         return true;
     file.Close();
     return false;
@@ -101,26 +127,23 @@ bool CommsLog::Close() {
 }
 
 bool CommsLog::RollOver() {
-    file.Close();
-    return KeepBeside() && file.Open(filePath, KelFile::Mode::WriteBytes);
-}
-
-bool CommsLog::KeepBeside() const {
     std::filesystem::path kept = filePath;
     kept += ".1";
     std::error_code error;
+    // Before the file is given up: as long as it is locked it is nobody else's.
     std::filesystem::rename(filePath, kept, error);
-    return !error || error == std::errc::no_such_file_or_directory;
+    file.Close();
+    hasRolledOver = true;
+    return !error && OpenOwn();
 }
 
-// A file that was deleted, with its folder or alone, goes on taking bytes on some systems, and nobody can read them.
+// A file that was deleted or moved, with its folder or alone, goes on taking bytes, and nobody finds them.
 bool CommsLog::IsFileLost() {
     const auto now = clock.Now();
     if (now - lastLookAtFile < fileLook)
         return false;
     lastLookAtFile = now;
-    std::error_code ignored;
-    return !std::filesystem::exists(filePath, ignored);
+    return !file.IsAt(filePath);
 }
 
 }

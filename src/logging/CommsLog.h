@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tarvin {
 
@@ -21,8 +22,9 @@ public:
     // Starts a run in a fresh file; a run that is under way is ended without a word. False if the file cannot be
     // opened.
     bool Open(const std::filesystem::path& path);
-    // A run that goes on for weeks: once the file has grown to `largestSize` bytes it becomes "<path>.1", in place of
-    // the one before, and a fresh one is begun. A file that is there already is kept the same way.
+    // A run that goes on for weeks: it is added to the file, and once that has grown to `largestSize` bytes it becomes
+    // "<path>.1", in place of the one before, and a fresh one is begun. False also if the file belongs to another
+    // program that runs, or is none of these logs: it would be moved away and lost.
     bool OpenRolling(const std::filesystem::path& path, std::uint64_t largestSize);
     bool IsOpen() const { return file.IsOpen(); }
 
@@ -31,13 +33,15 @@ public:
 
     // Writes the lines since the last time. False, with the log closed, if the file does not take them any more.
     bool Flush();
+    // Whether a fresh file has been begun since the last call.
+    bool TakeRolledOver() { return std::exchange(hasRolledOver, false); }
     // Writes what is left and ends the run. False if not all could be written.
     bool Close();
 
 private:
-    bool Begin(const std::filesystem::path& path);
+    bool Begin(const std::filesystem::path& path, KelFile::Mode mode);
+    bool OpenOwn();
     bool RollOver();
-    bool KeepBeside() const;
     bool IsFileLost();
 
     const Clock& clock;
@@ -45,6 +49,8 @@ private:
     KelFile file;
     std::filesystem::path filePath;
     std::uint64_t sizeLimit = 0; // 0: none
+    std::uint64_t sizeBefore = 0;
+    bool hasRolledOver = false;
     std::string pending;
     Clock::TimePoint started;
     Clock::TimePoint lastLookAtFile;

@@ -99,9 +99,32 @@ TEST_CASE("the texts of the dictionary and the logs of the installation are the 
     fixture.folder.WriteFile("diction.ary", "no dictionary");
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
+    fixture.service->Signal(SIGTERM);
+    CHECK(fixture.service->WaitForExit() == 0);
     CHECK(fixture.folder.ReadFile("LASER/Debug.Log").find("MSG:WARN: \"Error Opening Specified Dictionary") !=
           std::string::npos);
-    CHECK(fixture.folder.ReadFile("LASER line.log.1") == log);
+    // Each run is added to what is there.
+    const std::string longer = fixture.folder.ReadFile("LASER line.log");
+    CHECK(longer.starts_with(log));
+    CHECK(LineCount(longer, ") Start of logging\r\n") == 2);
+}
+
+TEST_CASE("a comms log on a full disk says so once, and the transfer goes on") {
+    ServiceFixture fixture;
+    fixture.folder.WriteFile("KEL.INI", fixture.folder.ReadFile("KEL.INI") + "[Service]\ncomms log=all.log\n");
+    fixture.Start([] {
+        const rlimit limit = {3000, 3000};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    });
+    REQUIRE(fixture.service->WaitForOutput("Waiting..."));
+    CHECK(Ask(fixture, "ABST1", 6) == Message("AAAK"));
+    for (int line = 0; line < 100; ++line)
+        REQUIRE(Ask(fixture, "ABADN" + std::to_string(line), 6) == Message("AAAK"));
+    CHECK(Ask(fixture, "ABEF", 6) == Message("AAAK"));
+    fixture.service->Signal(SIGTERM);
+    CHECK(fixture.service->WaitForExit() == 0);
+    CHECK(LineCount(fixture.service->Output(), "Unable to write to log file") == 1);
+    CHECK(fixture.folder.ReadFile("all LASER.log").size() == 3000);
 }
 
 TEST_CASE("a settings file that is no such thing gives a warning or the defaults, and is kept") {

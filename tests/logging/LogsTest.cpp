@@ -71,6 +71,11 @@ TEST_CASE("an activity log that cannot be opened is told of once for each status
     CHECK(attempt(u"first"));
     CHECK_FALSE(attempt(u"second"));
     CHECK(last.text.empty());
+    log.LogStatusChange(folder / "missing/log", u"a", u"");
+    log.LogStatusChange(folder / "missing/log", u"b", u"");
+    CHECK_FALSE(log.Flush());
+    CHECK(log.HasFailed());
+    CHECK(last.text.empty());
     std::filesystem::create_directory(folder / "missing");
     CHECK(attempt(u"second"));
     CHECK(folder.ReadFile("missing/log").ends_with(" second\r\n"));
@@ -79,15 +84,20 @@ TEST_CASE("an activity log that cannot be opened is told of once for each status
 
 TEST_CASE("a rolling log never takes more than two files, and keeps what was there before") {
     const TemporaryFolder folder;
-    folder.WriteFile("log", "of the run before\r\n");
+    const std::string before = "00:00:00.000000 (+0.000000) of the run before\r\n";
+    folder.WriteFile("log", before);
+    folder.WriteFile("log.1", "");
     ManualClock clock;
     LastLogged last;
     CommsLog log(clock, last);
     REQUIRE(log.OpenRolling(folder / "log", 1000));
-    CHECK(folder.ReadFile("log.1") == "of the run before\r\n");
+    CommsLog others(clock, last);
     for (int line = 0; line < 200; ++line) {
         log.LogLine("line " + std::to_string(line), true);
         REQUIRE(log.Flush());
+        CHECK_FALSE(others.OpenRolling(folder / "log", 1000));
+        if (line == 0)
+            CHECK(folder.ReadFile("log") == before + "00:00:00.000000 (+0.000000) line 0\r\n");
         const std::string present = std::filesystem::exists(folder / "log") ? folder.ReadFile("log") : "";
         CHECK(present.size() < 1000);
         CHECK(folder.ReadFile("log.1").size() < 1100);
@@ -96,7 +106,23 @@ TEST_CASE("a rolling log never takes more than two files, and keeps what was the
     }
 }
 
-TEST_CASE("a comms log that loses its file or its disk ends, and says so once") {
+TEST_CASE("what is no comms log is not taken for one and moved away") {
+    const TemporaryFolder folder;
+    ManualClock clock;
+    LastLogged last;
+    CommsLog log(clock, last);
+    for (const char* content : {"[Port Settings]\nport=COM1\n", "x", "00:00:00.00000x (+0.000000)"}) {
+        folder.WriteFile("file", content);
+        CHECK_FALSE(log.OpenRolling(folder / "file", 10));
+        CHECK(folder.ReadFile("file") == content);
+    }
+    CHECK_FALSE(log.OpenRolling(folder.Path(), 10));
+    CHECK(std::filesystem::is_directory(folder.Path()));
+    folder.WriteFile("empty", "");
+    CHECK(log.OpenRolling(folder / "empty", 10));
+}
+
+TEST_CASE("a comms log that loses its file ends, and says so once") {
     const TemporaryFolder folder;
     ManualClock clock;
     LastLogged last;
@@ -105,7 +131,8 @@ TEST_CASE("a comms log that loses its file or its disk ends, and says so once") 
     CHECK_FALSE(log.Open(folder.Path()));
     std::filesystem::create_directory(folder / "taken away");
     REQUIRE(log.Open(folder / "taken away/log"));
-    std::filesystem::remove_all(folder / "taken away");
+    std::filesystem::rename(folder / "taken away/log", folder / "taken away/moved");
+    folder.WriteFile("taken away/log", "another's");
     clock.Advance(2s);
     log.LogLine("lost", true);
     CHECK_FALSE(log.Flush());
