@@ -140,3 +140,17 @@ TEST_CASE("the activity log gets the status that ends or fails a transfer, with 
     CHECK(log.find(" Download Completed " + folder + "/7 - 3 bytes\r\n       8 ") != std::string::npos);
     CHECK(log.ends_with(" Download could not open/read from " + folder + "/8\r\n"));
 }
+
+TEST_CASE("every file of a rolling log tells how the link was set up") {
+    EngineHarness<LogApp> harness;
+    harness.Create();
+    harness.engine->StartRollingCommsLog(harness.folder / "log", 3000);
+    for (int line = 0; line < 200; ++line)
+        harness.Exchange("line " + std::to_string(line));
+    harness.engine->StopCommsLog();
+    for (const char* name : {"log", "log.1"}) {
+        const std::string log = harness.folder.ReadFile(name);
+        CHECK(log.find("Version & OS") < 500);
+        CHECK(log.find("Port=COM1 baud=2400") != std::string::npos);
+    }
+}
