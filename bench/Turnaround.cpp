@@ -138,7 +138,7 @@ void MeasureLoggedOnCores(const Effort& effort, int ownCore, int programCore, Ta
     const std::size_t lineCount = effort.linesPerRound + 1;
     Placement placement;
     placement.Use(programCore);
-    RunningService logged("comms log=comms.log\ncomms log size=1000\n");
+    RunningService logged("comms log=%s.log\ncomms log size=1000\n");
     RunningService plain;
     for (const RunningService* service : {&logged, &plain})
         WriteNcLines(service->installation.NcFile(number), lineCount);
@@ -154,7 +154,7 @@ void MeasureLoggedOnCores(const Effort& effort, int ownCore, int programCore, Ta
     logged.process.Stop();
     plain.process.Stop();
     // Each line crosses the log twice: as it was sent, and with its acknowledgement.
-    const auto logSize = std::filesystem::file_size(logged.installation.Folder() / "comms.log");
+    const auto logSize = std::filesystem::file_size(logged.installation.Folder() / "TARVIN.log");
     if (logSize < sampleCount * 100)
         throw std::runtime_error("the comms log holds less than was sent");
     AddRows({"logged turnaround", 1.2, 2.0}, ownCore == programCore, program, limit, table);
