@@ -14,7 +14,4 @@ KelText MachineNameIn(KelTextView commandLine);
 // The words joined by blanks. A language's name gets back the quotes that it lost on its way.
 KelText JoinWords(const std::vector<KelText>& words);
 
-// The text behind the program's name. On Windows the system is asked for it, because `arguments` cannot hold all of it.
-KelText CommandLineText(int argumentCount, const char* const* arguments);
-
 }

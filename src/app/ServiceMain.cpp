@@ -7,6 +7,7 @@
 #include "app/ServiceWindow.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
+#include "framework/ProgramArguments.h"
 #include "framework/StandardStreams.h"
 #include "framework/TextHolder.h"
 #include "framework/Version.h"
@@ -61,7 +62,7 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine)
     const tarvin::Start start(paths, window);
     const auto engine = start.MakeEngine(machineName);
     engine->Create();
-    const auto settings = tarvin::ReadServiceSettings(paths.Installation(), engine->MachineName());
+    const auto settings = tarvin::ReadServiceSettings(paths, engine->MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
     engine->StartMonitor();
@@ -78,7 +79,7 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine)
 
 int main(int argumentCount, char** arguments) {
     tarvin::SecureStandardStreams();
-    const tarvin::KelText text = tarvin::CommandLineText(argumentCount, arguments);
+    const tarvin::KelText text = tarvin::JoinWords(tarvin::ProgramArguments(argumentCount, arguments));
     if (text == u"--help") {
         std::fputs(usage, stdout);
         return 0;

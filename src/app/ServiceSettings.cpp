@@ -1,14 +1,12 @@
 #include "app/ServiceSettings.h"
 
 #include "framework/FileNames.h"
-#include "framework/NativeFile.h"
 #include "framework/Profile.h"
 
 namespace tarvin {
 
 namespace {
 
-constexpr std::size_t maximumFileSize = 1 << 20;
 constexpr std::size_t maximumPathUnits = 4096;
 constexpr std::int32_t usualMegabytes = 10;
 constexpr std::int32_t mostMegabytes = 1000;
@@ -28,12 +26,12 @@ KelText WithMachineName(KelText text, const KelText& machineName) {
 
 }
 
-ServiceSettings ReadServiceSettings(const std::filesystem::path& installation, const KelText& machineName) {
-    const Profile profile(ReadWholeFile(installation / "KEL.INI", maximumFileSize).value_or(""));
+ServiceSettings ReadServiceSettings(const ProgramPaths& paths, const KelText& machineName) {
+    const Profile profile = Profile::Read(paths.PathsFile()).value_or(Profile(""));
     ServiceSettings settings;
     const KelText file = profile.Text(u"Service", u"comms log", u"", maximumPathUnits);
     if (!file.empty())
-        settings.commsLog = installation / ToPath(WithMachineName(file, machineName));
+        settings.commsLog = paths.Installation() / ToPath(WithMachineName(file, machineName));
     const std::int32_t megabytes = profile.Integer(u"Service", u"comms log size", usualMegabytes);
     const bool isSensible = megabytes >= 1 && megabytes <= mostMegabytes;
     settings.commsLogSizeLimit = static_cast<std::uint64_t>(isSensible ? megabytes : usualMegabytes) << 20;

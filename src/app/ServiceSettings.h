@@ -2,6 +2,7 @@
 // What an installation's KEL.INI says to the service program, in its section "Service". Knows nothing of the engine.
 
 #include "framework/KelText.h"
+#include "framework/ProgramPaths.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -19,6 +20,6 @@ struct ServiceSettings {
 };
 
 // What cannot be read counts as not given.
-ServiceSettings ReadServiceSettings(const std::filesystem::path& installation, const KelText& machineName);
+ServiceSettings ReadServiceSettings(const ProgramPaths& paths, const KelText& machineName);
 
 }

@@ -24,7 +24,7 @@ std::filesystem::path Start::MachineFolder(const ProgramPaths& programPaths, Kel
 }
 
 Start::Start(const ProgramPaths& programPaths, DownloadWindow& downloadWindow)
-    : paths(programPaths), portNames(paths.Installation() / "KEL.INI"), window(downloadWindow) {}
+    : paths(programPaths), portNames(paths.PathsFile()), window(downloadWindow) {}
 
 std::unique_ptr<TarvinApp> Start::MakeEngine(KelText machineName) const {
     EngineSetup setup = {MakeSerialPort(portNames), clock, window, paths.Installation(),

@@ -2,11 +2,12 @@
 
 #include "controller/Session.h"
 #include "framework/StandardStreams.h"
+#include "framework/Version.h"
 
 #include <iostream>
 
 int main(int argumentCount, char** arguments) {
     tarvin::SecureStandardStreams();
     const std::vector<std::string> words(arguments + 1, arguments + argumentCount);
-    return tarvin::controller::RunController(words, TARVIN_VERSION, std::cout, std::cerr);
+    return tarvin::controller::RunController(words, tarvin::versionNumber, std::cout, std::cerr);
 }

@@ -1,7 +1,6 @@
 #include "engine/DownloadApp.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace tarvin {
@@ -13,16 +12,18 @@ namespace {
 constexpr auto pingPeriod = 1000ms;
 constexpr auto endOfServePeriod = 5000ms;
 constexpr auto testXonPeriod = 3000ms;
-constexpr std::string_view xonText = "\x11";
-constexpr std::string_view xoffText = "\x13";
 constexpr std::uint8_t testTerminator = 0x40;
 constexpr std::string_view testMessage = "LocalTestMessage";
 constexpr int largestBlock = 100;
 constexpr std::int64_t uploadRange = 1000000; // the size of what is coming is not known
 
 // Half a second of line time.
-int BlockSize(const DownloadSettings& settings) {
-    return std::clamp(std::atoi(ToUtf8(settings.baudRate).c_str()) / 8 / 2, 1, largestBlock);
+int BlockSize(int bitsPerSecond) {
+    return std::clamp(bitsPerSecond / 8 / 2, 1, largestBlock);
+}
+
+std::string TextOf(std::uint8_t byte) {
+    return std::string(1, static_cast<char>(byte));
 }
 
 char16_t Unit(char byte) {
@@ -37,7 +38,7 @@ DownloadApp::DownloadApp(EngineSetup setup, KelText machine)
       endOfServe(timers, clock, "DownloadApp::EndOfServe", endOfServePeriod, Timer::Kind::Repeating,
                  [this] { EndOfServeTick(); }),
       testXon(timers, clock, "DownloadApp::TestXon", testXonPeriod, Timer::Kind::OneShot,
-              [this] { SendText(xonText); }) {}
+              [this] { SendText(TextOf(xon)); }) {}
 
 DownloadApp::~DownloadApp() {
     Terminate();
@@ -101,7 +102,7 @@ void DownloadApp::SendNextBlock() {
         return;
     }
     if (fileImage.Position() < fileImage.Length()) {
-        SendBytes(BlockSize(settings));
+        SendBytes(BlockSize(line.BitsPerSecond()));
         bytesDone = static_cast<std::int64_t>(fileImage.Position());
         SetProgress(bytesDone, bytesTotal);
         return;
@@ -145,9 +146,7 @@ void DownloadApp::BeginDownload() {
 }
 
 void DownloadApp::SendFile(const std::filesystem::path& path) {
-    transferPath = FromPath(path);
-    fileName = FromPath(path.filename());
-    transferFile.Close();
+    NameTransfer(path);
     const bool isLoaded =
         transferFile.Open(path, KelFile::Mode::ReadBytes) && fileImage.Load(transferFile, IsClosing());
     transferFile.Close();
@@ -156,41 +155,48 @@ void DownloadApp::SendFile(const std::filesystem::path& path) {
         ShowStatus();
         return;
     }
-    bytesDone = 0;
     bytesTotal = static_cast<std::int64_t>(fileImage.Length());
-    SetProgress(0, bytesTotal);
     SetCaption(machineName + u" " + transferPath);
-    display.Edit().endDialog = EndDialog::Download;
-    display.EnableTransferButtons(false);
-    transferState = TransferState::Downloading;
-    ShowStatus();
+    BeginTransfer(TransferState::Downloading, bytesTotal, EndDialog::Download);
 }
 
 void DownloadApp::ReceiveFile(const std::filesystem::path& path) {
-    transferPath = FromPath(path);
-    fileName = FromPath(path.filename());
-    transferFile.Close();
+    NameTransfer(path);
     if (!transferFile.Open(path, KelFile::Mode::WriteBytes)) {
         transferState = TransferState::UploadCouldNotOpen;
         ShowStatus();
         return;
     }
-    bytesDone = 0;
-    SetProgress(0, uploadRange);
     SetCaption(machineName + u" " + fileName);
-    display.Edit().endDialog = EndDialog::Upload;
+    BeginTransfer(TransferState::Uploading, uploadRange, EndDialog::Upload);
+}
+
+void DownloadApp::NameTransfer(const std::filesystem::path& path) {
+    transferPath = FromPath(path);
+    fileName = FromPath(path.filename());
+    transferFile.Close();
+}
+
+void DownloadApp::BeginTransfer(TransferState state, std::int64_t range, EndDialog endDialog) {
+    bytesDone = 0;
+    SetProgress(0, range);
+    display.Edit().endDialog = endDialog;
     display.EnableTransferButtons(false);
-    transferState = TransferState::Uploading;
+    transferState = state;
     ShowStatus();
+}
+
+void DownloadApp::ReleaseTransfer(std::int64_t range) {
+    transferFile.Close();
+    fileImage.Clear();
+    SetProgress(0, range);
+    display.Edit().endDialog = EndDialog::None;
+    display.EnableTransferButtons(true);
 }
 
 void DownloadApp::EndTransfer(TransferState state) {
     transferState = state;
-    transferFile.Close();
-    fileImage.Clear();
-    SetProgress(0, bytesTotal);
-    display.Edit().endDialog = EndDialog::None;
-    display.EnableTransferButtons(true);
+    ReleaseTransfer(bytesTotal);
     ShowStatus();
 }
 
@@ -210,7 +216,7 @@ void DownloadApp::CancelDownload() {
 }
 
 void DownloadApp::SendXoffTest() {
-    SendText(xoffText);
+    SendText(TextOf(xoff));
     testXon.Start();
 }
 
@@ -219,7 +225,7 @@ void DownloadApp::StartLoopbackTest() {
     ShowStatus();
     transferState = TransferState::LoopbackFailure;
     trace.EndLine();
-    SendText(std::string(testMessage) + static_cast<char>(testTerminator));
+    SendText(std::string(testMessage) + TextOf(testTerminator));
     // Before it has left, the state says nothing.
     FreezeDisplayUntilSent();
 }
@@ -237,12 +243,8 @@ void DownloadApp::Ping() {
 
 void DownloadApp::ResetLink() {
     // The state goes on to Waiting at once: nobody cancelled, so nothing is to be read of it.
-    if (transferState == TransferState::Uploading) {
-        transferFile.Close();
-        SetProgress(0, uploadRange);
-        display.EnableTransferButtons(true);
-        display.Edit().endDialog = EndDialog::None;
-    }
+    if (transferState == TransferState::Uploading)
+        ReleaseTransfer(uploadRange);
     transferState = TransferState::Waiting;
 }
 

@@ -65,6 +65,9 @@ private:
     void SendBytes(int count);
     void EndOfServeTick();
     void ResetLink();
+    void NameTransfer(const std::filesystem::path& path);
+    void BeginTransfer(TransferState state, std::int64_t range, EndDialog endDialog);
+    void ReleaseTransfer(std::int64_t range);
     void EndTransfer(TransferState state);
 
     FileImage fileImage;

@@ -53,7 +53,6 @@ void EngineLogs::Flush() {
         LogReport();
     if (!activityLog.Flush())
         Complain();
-    isStatusUnwritten = activityLog.HasFailed();
 }
 
 }

@@ -28,7 +28,7 @@ public:
     void LogLine(std::string_view text, bool force) { commsLog.LogLine(text, force); }
 
     // Whether the status that was logged last is still to be written, and worth another attempt.
-    bool IsStatusUnwritten() const { return isStatusUnwritten; }
+    bool IsStatusUnwritten() const { return activityLog.HasFailed(); }
     // Adds a status text to the activity log, if the settings ask for one.
     void LogStatusChange(const DownloadSettings& settings, const KelText& statusText, const KelText& programName);
 
@@ -47,7 +47,6 @@ private:
     ActivityLog activityLog;
     LineRecorder recorder;
     std::vector<std::string> report;
-    bool isStatusUnwritten = false;
 };
 
 }

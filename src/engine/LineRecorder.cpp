@@ -13,14 +13,13 @@ constexpr std::size_t longestPiece = 1000;
 }
 
 void LineRecorder::Received(std::span<const std::uint8_t> bytes) {
-    if (log.IsOpen()) {
-        FlushPending();
-        std::string line = "RX ";
-        for (const std::uint8_t byte : bytes)
-            AppendTraffic(line, byte);
-        log.LogLine(line, true);
-    }
-    trace.Received(bytes);
+    if (!log.IsOpen() && !trace.IsWanted())
+        return;
+    FlushPending();
+    std::string line = "RX ";
+    AppendTraffic(line, bytes);
+    log.LogLine(line, true);
+    trace.Received(std::move(line));
 }
 
 void LineRecorder::SentText(std::string_view text) {

@@ -14,8 +14,6 @@ constexpr auto slowWrite = 5s;
 constexpr std::chrono::nanoseconds shortestLook = 1ms;
 constexpr std::chrono::nanoseconds longestLook = 10ms;
 constexpr int bitsPerCharacter = 10;
-constexpr std::uint8_t xon = 0x11;
-constexpr std::uint8_t xoff = 0x13;
 
 }
 

@@ -41,6 +41,8 @@ public:
     void ClosePort() { link.ClosePort(); }
     bool IsOpen() const { return link.IsOpen(); }
     const KelText& Title() const { return link.Title(); }
+    // As the settings say that the port was opened with; 1 if they say nothing sensible.
+    int BitsPerSecond() const { return bitsPerSecond; }
 
     // One look at the line and all that follows from it. True if the next look is due at once: there is more to handle
     // or to write, and nothing that a wait would end with tells of it.

@@ -30,13 +30,10 @@ void LineTrace::Note(std::string_view text) {
     Push(TrafficLine::Kind::Note, std::string(text));
 }
 
-void LineTrace::Received(std::span<const std::uint8_t> bytes) {
+void LineTrace::Received(std::string line) {
     if (!queue.IsWanted())
         return;
     EndLine();
-    std::string line = "RX ";
-    for (const std::uint8_t byte : bytes)
-        AppendTraffic(line, byte);
     Push(TrafficLine::Kind::Received, std::move(line));
 }
 
@@ -60,8 +57,7 @@ void LineTrace::Block(int byteCount, std::span<const std::uint8_t> bytes) {
         return;
     EndLine();
     std::string line = "TX" + std::to_string(byteCount) + " ";
-    for (const std::uint8_t byte : bytes)
-        AppendTraffic(line, byte);
+    AppendTraffic(line, bytes);
     Push(TrafficLine::Kind::Transmitted, std::move(line));
 }
 

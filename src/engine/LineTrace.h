@@ -17,8 +17,11 @@ public:
     // `arrived` is called when the reader of the queue has to be woken.
     LineTrace(TrafficQueue& traffic, std::function<void()> arrived) : queue(traffic), wakeReader(std::move(arrived)) {}
 
+    // Whether anybody reads the lines.
+    bool IsWanted() const { return queue.IsWanted(); }
     void Note(std::string_view text);
-    void Received(std::span<const std::uint8_t> bytes);
+    // A line of received bytes as they are to be read.
+    void Received(std::string line);
 
     // One transmitted byte. Without `continuation`, or if no line is open, it opens a line; a line feed and a length of
     // 256 characters end it.

@@ -1,21 +1,19 @@
 #include "engine/PortNames.h"
-#include "framework/NativeFile.h"
 #include "framework/Profile.h"
 
 namespace tarvin {
 
 namespace {
 
-constexpr std::size_t maximumFileSize = 1 << 20;
 constexpr std::size_t maximumPathUnits = 4096;
 
 }
 
 std::optional<std::filesystem::path> PortNames::DeviceOf(const KelText& portName) const {
-    const auto content = ReadWholeFile(file, maximumFileSize);
-    if (!content)
+    const auto profile = Profile::Read(file);
+    if (!profile)
         return std::nullopt;
-    const KelText device = Profile(*content).Text(u"PORTS", portName, u"", maximumPathUnits);
+    const KelText device = profile->Text(u"PORTS", portName, u"", maximumPathUnits);
     if (device.empty())
         return std::nullopt;
     return ToPath(device);

@@ -18,6 +18,10 @@ namespace tarvin {
 
 class PortNames;
 
+// What stops and starts the other side where software holds the line.
+inline constexpr std::uint8_t xon = 0x11;
+inline constexpr std::uint8_t xoff = 0x13;
+
 // What the line looks like at one instant. A hold means that output waits for the named thing.
 struct LineStatus {
     std::uint32_t errors = 0;

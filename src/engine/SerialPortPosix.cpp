@@ -127,8 +127,8 @@ void SerialPortPosix::MakeRaw() {
     state.c_oflag = 0;
     state.c_lflag = 0;
     state.c_cflag = (state.c_cflag & ~tcflag_t{HUPCL}) | CREAD | CLOCAL;
-    state.c_cc[VSTART] = 0x11;
-    state.c_cc[VSTOP] = 0x13;
+    state.c_cc[VSTART] = xon;
+    state.c_cc[VSTOP] = xoff;
     // With nothing there a read fails instead of returning 0, which then can only mean a line that was hung up.
     state.c_cc[VMIN] = 1;
     state.c_cc[VTIME] = 0;

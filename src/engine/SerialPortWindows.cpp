@@ -65,8 +65,8 @@ PortError SerialPortWindows::ApplyMode(const std::string& mode) {
 
 PortError SerialPortWindows::CommitState(const std::optional<FlowControl>& flow) {
     controlBlock.fDsrSensitivity = FALSE;
-    controlBlock.XonChar = 0x11;
-    controlBlock.XoffChar = 0x13;
+    controlBlock.XonChar = xon;
+    controlBlock.XoffChar = xoff;
     if (flow) {
         controlBlock.fOutX = controlBlock.fInX = flow->software;
         controlBlock.fOutxCtsFlow = flow->ctsOutput;

@@ -1,5 +1,7 @@
 #include "framework/Profile.h"
 
+#include "framework/NativeFile.h"
+
 #include <algorithm>
 
 namespace tarvin {
@@ -102,6 +104,12 @@ const KelText* Profile::FindValue(KelTextView section, KelTextView key) const {
     const auto found = std::find_if(holder->entries.begin(), holder->entries.end(),
                                     [&](const Entry& entry) { return EqualIgnoringCase(entry.key, key); });
     return found == holder->entries.end() ? nullptr : &found->value;
+}
+
+std::optional<Profile> Profile::Read(const std::filesystem::path& file) {
+    constexpr std::size_t longestFile = 1024 * 1024;
+    const auto content = ReadWholeFile(file, longestFile);
+    return content ? std::optional<Profile>(*content) : std::nullopt;
 }
 
 bool Profile::HasSection(KelTextView section) const {

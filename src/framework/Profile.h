@@ -1,12 +1,14 @@
 #pragma once
 // A text profile (sections of key=value lines), read by the rules of the Windows private-profile calls, so that a file
-// means the same on every system. Knows nothing of files: it is given their bytes.
+// means the same on every system. Knows nothing of what is in it.
 // Immutable once made: any thread.
 
 #include "framework/KelText.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -20,6 +22,8 @@ public:
     // Takes any bytes; what is no profile has no sections. UTF-16 is known by its mark, UTF-8 by its mark or by being
     // valid; anything else counts as one character for each byte.
     explicit Profile(std::string_view fileBytes);
+    // None if the file cannot be read or is longer than a megabyte, which no profile is.
+    static std::optional<Profile> Read(const std::filesystem::path& file);
 
     // Names of sections and keys are compared without case. Of several with one name the first counts.
     bool HasSection(KelTextView section) const;

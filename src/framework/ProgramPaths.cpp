@@ -12,7 +12,6 @@ namespace {
 
 constexpr const char* pathsFileName = "KEL.INI";
 constexpr KelTextView pathsSection = u"PROGRAM PATHS";
-constexpr std::size_t maximumPathsFileSize = 1024 * 1024;
 // The longest path that any of the systems takes.
 constexpr std::size_t maximumPathUnits = 32767;
 
@@ -47,14 +46,15 @@ std::optional<std::filesystem::path> FindInstallation() {
     return FindInstallation(SystemInstallationCandidates());
 }
 
+std::filesystem::path ProgramPaths::PathsFile() const {
+    return installation / pathsFileName;
+}
+
 std::optional<ProgramPaths> ProgramPaths::Read(const std::filesystem::path& installation) {
-    const auto content = ReadWholeFile(installation / pathsFileName, maximumPathsFileSize);
-    if (!content)
+    const auto profile = Profile::Read(installation / pathsFileName);
+    if (!profile || !profile->HasSection(pathsSection))
         return std::nullopt;
-    const Profile profile(*content);
-    if (!profile.HasSection(pathsSection))
-        return std::nullopt;
-    KelText ncFiles = profile.Text(pathsSection, u"NC Files", u"", maximumPathUnits);
+    KelText ncFiles = profile->Text(pathsSection, u"NC Files", u"", maximumPathUnits);
     if (ncFiles.empty())
         ncFiles = u"NC Files";
     ProgramPaths paths;

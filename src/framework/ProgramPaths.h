@@ -29,6 +29,8 @@ public:
     static std::optional<ProgramPaths> Read(const std::filesystem::path& installation);
 
     const std::filesystem::path& Installation() const { return installation; }
+    // KEL.INI itself, which has sections of others too.
+    std::filesystem::path PathsFile() const;
     // Need not exist.
     const std::filesystem::path& NcFilesFolder() const { return ncFilesFolder; }
 

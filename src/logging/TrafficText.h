@@ -2,6 +2,7 @@
 // How bytes of the line are written wherever a person reads them. Knows nothing of where that is.
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 namespace tarvin {
@@ -17,6 +18,11 @@ inline void AppendTraffic(std::string& text, std::uint8_t byte) {
     text.push_back(digits[byte >> 4]);
     text.push_back(digits[byte & 0x0F]);
     text.push_back(']');
+}
+
+inline void AppendTraffic(std::string& text, std::span<const std::uint8_t> bytes) {
+    for (const std::uint8_t byte : bytes)
+        AppendTraffic(text, byte);
 }
 
 }

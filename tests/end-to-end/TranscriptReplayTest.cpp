@@ -12,12 +12,7 @@ TEST_CASE("the real service holds every transcript over a real line") {
         CAPTURE(transcript.name);
         ServiceFixture fixture;
         fixture.WriteSettings(WithFolder(SettingsProfile(transcript), fixture.NcFolder()));
-        for (const auto& [name, content] : transcript.before) {
-            if (name.ends_with('/'))
-                std::filesystem::create_directory(fixture.folder / ("NC/" + name));
-            else
-                fixture.folder.WriteFile("NC/" + name, content);
-        }
+        MakeFilesBefore(transcript, fixture.folder);
         fixture.Start();
         REQUIRE(fixture.service->WaitForOutput("Waiting..."));
         for (const TranscriptStep& step : transcript.steps) {
@@ -34,7 +29,6 @@ TEST_CASE("the real service holds every transcript over a real line") {
         CHECK(fixture.service->WaitForExit() == 0);
         for (const TranscriptStep& step : transcript.steps)
             CHECK(fixture.service->Output().find(step.message) != std::string::npos);
-        for (const auto& [name, content] : transcript.after)
-            CHECK(fixture.folder.ReadFile("NC/" + name) == content);
+        CheckFilesAfter(transcript, fixture.folder);
     }
 }

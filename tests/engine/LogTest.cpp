@@ -36,6 +36,13 @@ Strings LinesOf(const std::string& log) {
     return lines;
 }
 
+void SwitchActivityLogOn(EngineHarness<LogApp>& harness, std::string_view file) {
+    auto settings = harness.engine->Settings();
+    settings.writeLog = 1;
+    settings.logFile = FromPath(harness.folder / file);
+    harness.engine->ApplySettings(settings);
+}
+
 }
 
 TEST_CASE("the comms log holds all that crosses the line, and how the link was set up") {
@@ -96,10 +103,7 @@ TEST_CASE("what was sent in blocks is logged in pieces when the other side speak
 TEST_CASE("a log that cannot be written is told of once, and the transfer goes on") {
     EngineHarness<LogApp> harness;
     harness.Create();
-    auto settings = harness.engine->Settings();
-    settings.writeLog = 1;
-    settings.logFile = FromPath(harness.folder / "missing/activity");
-    harness.engine->ApplySettings(settings);
+    SwitchActivityLogOn(harness, "missing/activity");
     std::filesystem::create_directory(harness.folder / "logs");
     harness.engine->StartCommsLog(harness.folder / "logs/log");
     harness.Run(200ms);
@@ -119,10 +123,7 @@ TEST_CASE("a log that cannot be written is told of once, and the transfer goes o
 TEST_CASE("the activity log gets the status that ends or fails a transfer, with the file in hand") {
     EngineHarness<LogApp> harness;
     harness.Create();
-    auto settings = harness.engine->Settings();
-    settings.writeLog = 1;
-    settings.logFile = FromPath(harness.folder / "activity");
-    harness.engine->ApplySettings(settings);
+    SwitchActivityLogOn(harness, "activity");
     harness.engine->StartCommsLog(harness.folder / "comms");
     harness.folder.WriteFile("NC/7", "xyz");
     harness.engine->SendFile(harness.folder / "NC/7");

@@ -17,12 +17,7 @@ void Replay(const Transcript& transcript) {
     EngineHarness<TarvinApp> harness;
     const std::string ncFolder = (harness.folder / "NC").string();
     harness.folder.WriteFile("LASER.INI", WithFolder(SettingsProfile(transcript), ncFolder));
-    for (const auto& [name, content] : transcript.before) {
-        if (name.ends_with('/'))
-            std::filesystem::create_directory(harness.folder / ("NC/" + name));
-        else
-            harness.folder.WriteFile("NC/" + name, content);
-    }
+    MakeFilesBefore(transcript, harness.folder);
     harness.Create();
     for (const TranscriptStep& step : transcript.steps) {
         CAPTURE(step.send);
@@ -38,8 +33,7 @@ void Replay(const Transcript& transcript) {
         CHECK(harness.window.boxes == (step.message.empty() ? std::vector<std::string>() : std::vector{step.message}));
     }
     harness.engine->Terminate();
-    for (const auto& [name, content] : transcript.after)
-        CHECK(harness.folder.ReadFile("NC/" + name) == content);
+    CheckFilesAfter(transcript, harness.folder);
 }
 
 }

@@ -1,5 +1,7 @@
 #include "support/Transcript.h"
 
+#include <doctest/doctest.h>
+
 namespace tarvin::test {
 
 std::string Message(std::string_view text) {
@@ -14,6 +16,20 @@ std::string SettingsProfile(const Transcript& transcript) {
     // Later keys of the same name do not count, so that a transcript may set any of these.
     return "[Port Settings]\n" + transcript.portSettings + "transmit delay=0\nflow control=None\n[Files]\n" +
            transcript.fileSettings + "file extension=nc\n";
+}
+
+void MakeFilesBefore(const Transcript& transcript, const TemporaryFolder& folder) {
+    for (const auto& [name, content] : transcript.before) {
+        if (name.ends_with('/'))
+            std::filesystem::create_directory(folder / ("NC/" + name));
+        else
+            folder.WriteFile("NC/" + name, content);
+    }
+}
+
+void CheckFilesAfter(const Transcript& transcript, const TemporaryFolder& folder) {
+    for (const auto& [name, content] : transcript.after)
+        CHECK(folder.ReadFile("NC/" + name) == content);
 }
 
 std::string WithFolder(std::string text, const std::string& ncFolder) {

@@ -2,6 +2,8 @@
 // Conversations with a controller as data: what it sends, what it must get, what the program shows, what is on the
 // disk. Replayed on the engine with a fake port and on the real service over a pseudo-terminal.
 
+#include "support/TemporaryFolder.h"
+
 #include <string>
 #include <string_view>
 #include <utility>
@@ -33,6 +35,10 @@ struct Transcript {
 std::string Message(std::string_view text);
 
 const std::vector<Transcript>& Transcripts();
+
+// Puts the files of before into the folder of NC files, and requires those of after to be there.
+void MakeFilesBefore(const Transcript& transcript, const TemporaryFolder& folder);
+void CheckFilesAfter(const Transcript& transcript, const TemporaryFolder& folder);
 
 // What a transcript's settings file holds, for files in the folder `ncFolder`.
 std::string SettingsProfile(const Transcript& transcript);
