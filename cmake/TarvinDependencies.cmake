@@ -7,3 +7,13 @@ find_package(EXPAT REQUIRED)
 if(WIN32)
     set_property(TARGET EXPAT::EXPAT APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS XML_STATIC)
 endif()
+
+# wxWidgets for the desktop program: core, base and html.
+if(NOT WIN32)
+    find_package(wxWidgets 3.2 REQUIRED COMPONENTS html core base)
+    add_library(tarvin-wx INTERFACE)
+    target_include_directories(tarvin-wx SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
+    target_compile_definitions(tarvin-wx INTERFACE ${wxWidgets_DEFINITIONS})
+    target_compile_options(tarvin-wx INTERFACE ${wxWidgets_CXX_FLAGS})
+    target_link_libraries(tarvin-wx INTERFACE ${wxWidgets_LIBRARIES})
+endif()
