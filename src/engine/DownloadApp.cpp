@@ -26,6 +26,11 @@ std::string TextOf(std::uint8_t byte) {
     return std::string(1, static_cast<char>(byte));
 }
 
+// With the separator at its end, as settings keep folders.
+KelText FolderOf(const std::filesystem::path& path) {
+    return FromPath(path.parent_path() / "");
+}
+
 char16_t Unit(char byte) {
     return static_cast<unsigned char>(byte);
 }
@@ -156,17 +161,22 @@ void DownloadApp::SendFile(const std::filesystem::path& path) {
         return;
     }
     bytesTotal = static_cast<std::int64_t>(fileImage.Length());
+    settings.downloadPath = FolderOf(path);
+    RememberExtension(path);
     SetCaption(machineName + u" " + transferPath);
     BeginTransfer(TransferState::Downloading, bytesTotal, EndDialog::Download);
 }
 
 void DownloadApp::ReceiveFile(const std::filesystem::path& path) {
     NameTransfer(path);
+    settings.uploadPath = FolderOf(path);
+    window.SettingsChanged(settings);
     if (!transferFile.Open(path, KelFile::Mode::WriteBytes)) {
         transferState = TransferState::UploadCouldNotOpen;
         ShowStatus();
         return;
     }
+    RememberExtension(path);
     SetCaption(machineName + u" " + fileName);
     BeginTransfer(TransferState::Uploading, uploadRange, EndDialog::Upload);
 }
@@ -175,6 +185,12 @@ void DownloadApp::NameTransfer(const std::filesystem::path& path) {
     transferPath = FromPath(path);
     fileName = FromPath(path.filename());
     transferFile.Close();
+}
+
+void DownloadApp::RememberExtension(const std::filesystem::path& path) {
+    const KelText extension = FromPath(path.extension());
+    settings.fileExtension = extension.substr(extension.empty() ? 0 : 1);
+    window.SettingsChanged(settings);
 }
 
 void DownloadApp::BeginTransfer(TransferState state, std::int64_t range, EndDialog endDialog) {

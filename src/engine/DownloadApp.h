@@ -21,7 +21,7 @@ public:
     DownloadApp(EngineSetup setup, KelText machine);
     ~DownloadApp() override;
 
-    // Operations of the window.
+    // Operations of the window. The folder and the extension of the file become those of the settings.
     void SendFile(const std::filesystem::path& path);
     void ReceiveFile(const std::filesystem::path& path);
     void CompleteUpload();
@@ -66,6 +66,8 @@ private:
     void EndOfServeTick();
     void ResetLink();
     void NameTransfer(const std::filesystem::path& path);
+    // The next files are looked for under it.
+    void RememberExtension(const std::filesystem::path& path);
     void BeginTransfer(TransferState state, std::int64_t range, EndDialog endDialog);
     void ReleaseTransfer(std::int64_t range);
     void EndTransfer(TransferState state);

@@ -5,6 +5,7 @@
 
 #include "engine/TransferState.h"
 #include "framework/MessageReport.h"
+#include "settings/DownloadSettings.h"
 
 #include <cstdint>
 
@@ -40,6 +41,10 @@ struct EngineSnapshot {
     KelText caption;
     // The port and its line settings, or the same without a link.
     KelText linkTitle;
+    // Whether a port is open and set up.
+    bool hasLink = false;
+    // The file that is, or was last, on its way.
+    KelText transferPath;
     ActionButton sendFile;
     ActionButton receiveFile;
     ActionButton test = {true, true};
@@ -60,6 +65,9 @@ public:
     virtual void ShowMessage(const MessageBoxText& box) = 0;
     // A file is to be sent and the user is wanted.
     virtual void DrawAttention() = 0;
+    // What the engine works with from now on: it has read its settings, or remembers the folder of a file that the user
+    // has picked.
+    virtual void SettingsChanged(const DownloadSettings&) {}
 };
 
 }

@@ -40,6 +40,7 @@ public:
     bool Reopen(const DownloadSettings& settings, const KelText& title) { return link.Reopen(settings, title); }
     void ClosePort() { link.ClosePort(); }
     bool IsOpen() const { return link.IsOpen(); }
+    bool IsLinked() const { return link.IsLinked(); }
     const KelText& Title() const { return link.Title(); }
     // As the settings say that the port was opened with; 1 if they say nothing sensible.
     int BitsPerSecond() const { return bitsPerSecond; }

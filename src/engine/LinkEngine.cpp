@@ -35,6 +35,7 @@ void LinkEngine::Create() {
     isCreated = true;
     auto loaded = store.Load(settings);
     settings = std::move(loaded.settings);
+    window.SettingsChanged(settings);
     if (loaded.warning)
         window.ShowMessage(*loaded.warning);
     OpenPort();
@@ -100,6 +101,7 @@ void LinkEngine::ReopenPort() {
 
 void LinkEngine::ShowLink() {
     display.Edit().linkTitle = line.Title();
+    display.Edit().hasLink = line.IsLinked();
     SetCaption(line.Title());
     display.Publish();
 }
@@ -151,6 +153,7 @@ bool LinkEngine::ShowStatus() {
                                        settings.stationName, peerName,  settings.serverMode != 0};
     const StatusDescription description = DescribeState(transferState, arguments);
     display.Edit().lamps = line.LineLamps();
+    display.Edit().transferPath = transferPath;
     const bool isChanged = display.Show(transferState, description);
     LogStatus(description);
     shownByteCount = bytesDone;
@@ -179,9 +182,15 @@ bool LinkEngine::HasNews() {
            line.LineLamps() != display.Edit().lamps || display.IsEdited();
 }
 
-void LinkEngine::StartCommsLog(const std::filesystem::path& path) {
+void LinkEngine::KeepSettings(const DownloadSettings& newSettings) {
+    settings = newSettings;
+}
+
+bool LinkEngine::StartCommsLog(const std::filesystem::path& path) {
     settings.commsLogFileName = FromPath(path);
+    window.SettingsChanged(settings);
     logs.StartCommsLog(path, settings, 0);
+    return logs.IsCommsLogOpen();
 }
 
 void LinkEngine::StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit) {

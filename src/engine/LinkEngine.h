@@ -47,9 +47,12 @@ public:
     // Operations of the window.
     const DownloadSettings& Settings() const { return settings; }
     const KelText& MachineName() const { return machineName; }
+    // Sets the port up anew.
     void ApplySettings(const DownloadSettings& newSettings);
-    // Traces the line in a fresh file, whose name is kept for the next time.
-    void StartCommsLog(const std::filesystem::path& path);
+    // Leaves the port alone: for settings that say nothing about it.
+    void KeepSettings(const DownloadSettings& newSettings);
+    // Traces the line in a fresh file, whose name is kept for the next time. False if it cannot be written.
+    bool StartCommsLog(const std::filesystem::path& path);
     // The same for a log that is nobody's choice of the day: rolled over at a size, and its name not kept.
     void StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit);
     void StopCommsLog();

@@ -94,15 +94,16 @@ bool PortLink::OpenAndConfigure(const DownloadSettings& settings, bool noSoftwar
     portName = settings.port;
     title = titleName + u" - No Link";
     isFailing = false;
+    isLinked = false;
     if (Failed(u"Open Comm", port->Open(portName)))
         return false;
-    const bool isConfigured = Configure(settings, noSoftwareFlow);
-    if (isConfigured) {
+    isLinked = Configure(settings, noSoftwareFlow);
+    if (isLinked) {
         title = titleName + u" " + portName + u":" + settings.baudRate + u"," + ParityLetter(settings) + u"," +
                 settings.dataBits + u"," + settings.stopBits + u"," + settings.flowControl;
     }
     port->Purge();
-    return isConfigured;
+    return isLinked;
 }
 
 bool PortLink::Configure(const DownloadSettings& settings, bool noSoftwareFlow) {

@@ -32,6 +32,8 @@ public:
 
     SerialPort& Port() { return *port; }
     bool IsOpen() const { return port->IsOpen(); }
+    // Open and set up as the settings ask for.
+    bool IsLinked() const { return isLinked && port->IsOpen(); }
     // The application's title with the port and its settings, or with "No Link".
     const KelText& Title() const { return title; }
     // False where the received XON and XOFF bytes alone tell whether the line is held.
@@ -55,6 +57,7 @@ private:
     KelText portName;
     KelText titleName;
     KelText title;
+    bool isLinked = false;
     bool driverTellsXoffHold = false;
     std::optional<LineStep> failingStep;
     bool isFailing = false;

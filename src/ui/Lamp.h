@@ -1,0 +1,32 @@
+#pragma once
+// One indicator lamp: unlit a hollow ring, lit a filled shape with a sign in it, so that nobody needs to see colours.
+// Knows nothing of what it shows. User-interface thread.
+
+#include "ui/Wx.h"
+
+#include <string_view>
+
+#include <wx/statbmp.h>
+
+namespace tarvin {
+
+class Lamp : public wxStaticBitmap {
+public:
+    // `litPicture` is what stands for the lit lamp; `name` is its caption, for who cannot see it.
+    Lamp(wxWindow* parent, std::string_view litPicture, const wxString& name, const wxSize& size);
+
+    // Repaints only if that changes anything.
+    void SetLit(bool shallBeLit);
+    bool IsLit() const { return isLit; }
+
+private:
+    void MakePictures();
+
+    const std::string_view litName;
+    const wxSize pictureSize;
+    wxBitmapBundle lit;
+    wxBitmapBundle unlit;
+    bool isLit = false;
+};
+
+}

@@ -1,0 +1,314 @@
+#include "ui/MainWindow.h"
+
+#include "engine/PortScan.h"
+#include "ui/CustomMessage.h"
+#include "ui/DownloadEndDialog.h"
+#include "ui/NcFileDialogs.h"
+#include "ui/Pictures.h"
+#include "ui/SettingsDialog.h"
+#include "ui/UiText.h"
+#include "ui/UploadEndDialog.h"
+#include "ui/WindowPlacement.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarvin {
+
+namespace {
+
+constexpr int trafficMilliseconds = 50;
+const wxSize firstSize(251, 204); // dialog units
+
+TextLines::Kind KindOf(TrafficLine::Kind kind) {
+    switch (kind) {
+    case TrafficLine::Kind::Received:
+        return TextLines::Kind::Received;
+    case TrafficLine::Kind::Transmitted:
+        return TextLines::Kind::Transmitted;
+    case TrafficLine::Kind::Note:
+        break;
+    }
+    return TextLines::Kind::Note;
+}
+
+}
+
+MainWindow::MainWindow(const Parts& parts)
+    : wxFrame(nullptr, wxID_ANY, ToWx(parts.engine.MachineName()), wxDefaultPosition, wxDefaultSize,
+              wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL),
+      engine(parts.engine),
+      events(parts.events),
+      help(parts.help),
+      pathsFile(parts.pathsFile),
+      panel(new MainPanel(this)),
+      modal([this](bool isEnabled) { EnableInput(isEnabled); }) {
+    SetIcons(ProgramIcons());
+    auto* fill = new wxBoxSizer(wxVERTICAL);
+    fill->Add(panel, wxSizerFlags(1).Expand());
+    SetSizer(fill);
+    const wxSize least = fill->GetMinSize();
+    SetMinClientSize(least);
+    wxSize size = panel->ConvertDialogToPixels(firstSize);
+    size.IncTo(least);
+    SetClientSize(size);
+    RestorePlacement(*this, engine.MachineName());
+    MakeEndDialogs();
+    BindControls();
+    BindKeys();
+    AttachToEngine();
+    panel->monitor->SetPicture("connection.svg");
+}
+
+MainWindow::~MainWindow() {
+    events.Detach();
+}
+
+void MainWindow::MakeEndDialogs() {
+    uploadEnd = new UploadEndDialog(
+        this, [this] { engine.Post([&app = engine] { app.CompleteUpload(); }); },
+        [this] { engine.Post([&app = engine] { app.CancelUpload(); }); });
+    downloadEnd = new DownloadEndDialog(this, [this] { engine.Post([&app = engine] { app.CancelDownload(); }); });
+}
+
+void MainWindow::BindControls() {
+    const auto onButton = [](wxButton* button, std::function<void()> action) {
+        button->Bind(wxEVT_BUTTON, [kept = std::move(action)](wxCommandEvent&) { kept(); });
+    };
+    onButton(panel->changeSettings, [this] { OnChangeSettings(); });
+    onButton(panel->sendFile, [this] { OnSendFile(); });
+    onButton(panel->receiveFile, [this] { OnReceiveFile(); });
+    onButton(panel->test, [this] { engine.Post([&app = engine] { app.StartLoopbackTest(); }); });
+    onButton(panel->help, [this] { OnHelp({}); });
+    onButton(panel->close, [this] { Close(); });
+    panel->viewSwitch->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnView(); });
+    panel->logSwitch->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnLog(); });
+    for (wxCheckBox* handshake : {panel->ctsSwitch, panel->dsrSwitch})
+        handshake->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnHandshake(); });
+    Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
+    trafficTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowTraffic(); });
+    for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
+                             static_cast<wxWindow*>(&panel->monitor->Traffic())})
+        window->Bind(wxEVT_CONTEXT_MENU, &MainWindow::OnContextMenu, this);
+}
+
+// The two switches without a caption of their own, and help for the window that is in front.
+void MainWindow::BindKeys() {
+    Bind(wxEVT_CHAR_HOOK, &MainWindow::OnCharHook, this);
+}
+
+void MainWindow::OnCharHook(wxKeyEvent& event) {
+    const int key = event.GetKeyCode();
+    if (key == WXK_F1) {
+        OnHelp("main-window.htm");
+        return;
+    }
+    wxCheckBox* handshake = key == 'O' ? panel->ctsSwitch : key == 'D' ? panel->dsrSwitch : nullptr;
+    if (event.GetModifiers() == wxMOD_ALT && handshake != nullptr && handshake->IsEnabled()) {
+        handshake->SetValue(!handshake->GetValue());
+        OnHandshake();
+        return;
+    }
+    event.Skip();
+}
+
+void MainWindow::AttachToEngine() {
+    events.Attach({[this] { ShowSnapshot(); },
+                   [this] {
+                       if (!trafficTimer.IsRunning())
+                           trafficTimer.StartOnce(trafficMilliseconds);
+                   },
+                   [this](const MessageBoxText& box) {
+                       waitingMessages.push_back(box);
+                       ShowNextMessage();
+                   },
+                   [this] {
+                       RequestUserAttention();
+                       wxBell();
+                   },
+                   [this](const DownloadSettings& newSettings) {
+                       settings = newSettings;
+                       panel->ctsSwitch->SetValue(settings.ctsFlow != 0);
+                       panel->dsrSwitch->SetValue(settings.dsrFlow != 0);
+                   }});
+}
+
+void MainWindow::ShowSnapshot() {
+    const EngineSnapshot snapshot = engine.Snapshot();
+    if (snapshot.caption != shown.caption)
+        SetTitle(ToWx(snapshot.caption));
+    panel->statusLine->Show(ToWx(snapshot.statusLine), OutlookOf(snapshot));
+    panel->statusLine->SetName("status line");
+    panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
+    panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
+    ShowLamps(snapshot.lamps);
+    if (snapshot.isCommsLogOn != shown.isCommsLogOn)
+        panel->logSwitch->SetValue(snapshot.isCommsLogOn);
+    shown = snapshot;
+    ShowButtons(shown);
+    uploadEnd->Appear(shown.endDialog == EndDialog::Upload);
+    downloadEnd->Appear(shown.endDialog == EndDialog::Download);
+}
+
+void MainWindow::ShowLamps(const Lamps& lamps) {
+    panel->received->SetLit(lamps.received);
+    panel->transmitted->SetLit(lamps.transmitted);
+    panel->ctsHold->SetLit(lamps.ctsHold);
+    panel->dsrHold->SetLit(lamps.dsrHold);
+    panel->rlsHold->SetLit(lamps.rlsdHold);
+    panel->xoffHold->SetLit(lamps.xoffHold);
+    panel->xoffSent->SetLit(lamps.xoffSent);
+}
+
+void MainWindow::ShowButtons(const EngineSnapshot& snapshot) {
+    const std::pair<wxButton*, const ActionButton*> buttons[] = {{panel->sendFile, &snapshot.sendFile},
+                                                                 {panel->test, &snapshot.test},
+                                                                 {panel->receiveFile, &snapshot.receiveFile}};
+    for (const auto& [button, wanted] : buttons) {
+        button->Enable(wanted->isEnabled && isInputEnabled);
+        button->Show(wanted->isVisible);
+    }
+}
+
+void MainWindow::EnableInput(bool isEnabled) {
+    isInputEnabled = isEnabled;
+    for (wxWindow* control : {static_cast<wxWindow*>(panel->changeSettings), static_cast<wxWindow*>(panel->close),
+                              static_cast<wxWindow*>(panel->logSwitch), static_cast<wxWindow*>(panel->ctsSwitch),
+                              static_cast<wxWindow*>(panel->dsrSwitch)})
+        control->Enable(isEnabled);
+    ShowButtons(shown);
+}
+
+void MainWindow::ShowTraffic() {
+    std::vector<TextPane::NewLine> newLines;
+    for (TrafficLine& line : engine.Traffic().Take())
+        newLines.push_back({KindOf(line.kind), std::move(line.text)});
+    if (!newLines.empty())
+        panel->monitor->Traffic().Append(newLines);
+}
+
+void MainWindow::OnView() {
+    const bool isTraffic = panel->viewSwitch->GetValue();
+    engine.Traffic().SetWanted(isTraffic);
+    panel->monitor->Traffic().Clear();
+    panel->monitor->ShowTraffic(isTraffic);
+}
+
+void MainWindow::OnLog() {
+    if (!panel->logSwitch->GetValue()) {
+        engine.Post([&app = engine] { app.StopCommsLog(); });
+        return;
+    }
+    const auto path = AskForCommsLog(this, modal, settings);
+    if (!path) {
+        panel->logSwitch->SetValue(false);
+        return;
+    }
+    engine.Post([this, &app = engine, file = *path] {
+        const bool isOn = app.StartCommsLog(file);
+        events.Post([this, isOn] { panel->logSwitch->SetValue(isOn); });
+    });
+}
+
+void MainWindow::OnHandshake() {
+    settings.ctsFlow = panel->ctsSwitch->GetValue() ? 1 : 0;
+    settings.dsrFlow = panel->dsrSwitch->GetValue() ? 1 : 0;
+    engine.Post([&app = engine, applied = settings] { app.ApplySettings(applied); });
+}
+
+void MainWindow::OnChangeSettings() {
+    const auto writeThrough = [this](const DownloadSettings& changed) {
+        settings = changed;
+        engine.Post([&app = engine, kept = settings] { app.KeepSettings(kept); });
+    };
+    SettingsDialog dialog(this, settings, FindPorts(pathsFile, settings.port), writeThrough,
+                          [this] { OnHelp("settings.htm"); });
+    if (modal.Run(dialog) != wxID_OK)
+        return;
+    settings = dialog.Settings();
+    engine.Post([&app = engine, applied = settings] { app.ApplySettings(applied); });
+}
+
+void MainWindow::OnSendFile() {
+    if (const auto path = AskForNcFileToSend(this, modal, settings, shown.transferPath))
+        engine.Post([&app = engine, file = *path] { app.SendFile(file); });
+}
+
+void MainWindow::OnReceiveFile() {
+    if (const auto path = AskForNcFileToReceive(this, modal, settings, shown.transferPath))
+        engine.Post([&app = engine, file = *path] { app.ReceiveFile(file); });
+}
+
+void MainWindow::OnContextMenu(wxContextMenuEvent&) {
+    TextPane& traffic = panel->monitor->Traffic();
+    wxMenu menu;
+    const auto add = [&menu](const wxString& label, bool isEnabled, std::function<void()> action) {
+        wxMenuItem* item = menu.Append(wxID_ANY, label);
+        item->Enable(isEnabled);
+        menu.Bind(wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
+    };
+    if (panel->monitor->IsTrafficShown()) {
+        add("&Copy\tCtrl+C", traffic.HasSelection(), [&traffic] { traffic.Copy(); });
+        add("Select &All\tCtrl+A", traffic.Lines().Count() > 0, [&traffic] { traffic.SelectAll(); });
+        add("C&lear", traffic.Lines().Count() > 0, [&traffic] { traffic.Clear(); });
+        add("&Follow the End\tEnd", !traffic.IsFollowing(), [&traffic] { traffic.Follow(); });
+        menu.AppendSeparator();
+    }
+    add("&Reset Link", isInputEnabled, [this] { engine.Post([&app = engine] { app.EndOfServe(); }); });
+    add("&XOFF/XON Test", isInputEnabled, [this] { engine.Post([&app = engine] { app.SendXoffTest(); }); });
+    PopupMenu(&menu);
+}
+
+void MainWindow::OnHelp(const wxString& page) {
+    if (!help.Show(this, page))
+        waitingMessages.push_back({u"The help book comshelp.htb was not found.", u"Problem", okOnly | iconInformation});
+    ShowNextMessage();
+}
+
+void MainWindow::ShowNextMessage() {
+    while (!isMessageOpen && !isClosing && messages != nullptr && !waitingMessages.empty()) {
+        const MessageBoxText box = std::move(waitingMessages.front());
+        waitingMessages.pop_front();
+        isMessageOpen = true;
+        messages->MessageBox(box);
+        isMessageOpen = false;
+    }
+}
+
+int MainWindow::ShowBox(const MessageBoxText& box, AppInterface& app) {
+    wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
+    CustomMessage message(owner, box);
+    modal.Run(message);
+    if (box.dontShowAgainId && message.IsNotToBeShownAgain())
+        app.SuppressMessage(*box.dontShowAgainId);
+    return message.Answer();
+}
+
+TransferEndDialog* MainWindow::ShownEndDialog() const {
+    for (TransferEndDialog* dialog : {static_cast<TransferEndDialog*>(uploadEnd),
+                                      static_cast<TransferEndDialog*>(downloadEnd)}) {
+        if (dialog != nullptr && dialog->IsShown())
+            return dialog;
+    }
+    return nullptr;
+}
+
+void MainWindow::OnClose(wxCloseEvent& event) {
+    isClosing = true;
+    if (modal.IsRunning()) {
+        // The dialogs' loops have to end before the window may go.
+        if (event.CanVeto())
+            event.Veto();
+        modal.CloseAll([this] { Close(true); });
+        return;
+    }
+    trafficTimer.Stop();
+    SavePlacement(*this, engine.MachineName());
+    engine.Terminate();
+    events.Detach();
+    help.Close();
+    // The end dialogs go with their owner.
+    Destroy();
+}
+
+}

@@ -1,0 +1,89 @@
+#pragma once
+// The main window: shows what the engine publishes and posts what the user asks for. Keeps nothing of the engine's but
+// a copy of its settings. User-interface thread.
+
+#include "engine/DownloadApp.h"
+#include "framework/AppInterface.h"
+#include "ui/EngineEvents.h"
+#include "ui/HelpBook.h"
+#include "ui/MainPanel.h"
+#include "ui/ModalLoop.h"
+
+#include <deque>
+#include <filesystem>
+
+#include <wx/timer.h>
+
+namespace tarvin {
+
+class DownloadEndDialog;
+class UploadEndDialog;
+
+class MainWindow : public wxFrame {
+public:
+    // What the window stands on. All of it outlives the window.
+    struct Parts {
+        DownloadApp& engine;
+        EngineEvents& events;
+        HelpBook& help;
+        // KEL.INI, in which ports have their names.
+        std::filesystem::path pathsFile;
+    };
+
+    explicit MainWindow(const Parts& parts);
+    ~MainWindow() override;
+
+    // How a message box is shown; the answer as the Windows message box numbers it.
+    int ShowBox(const MessageBoxText& box, AppInterface& app);
+    // Boxes of the engine go through here; one after the other, for each waits for its answer.
+    void UseForMessages(AppInterface& app) { messages = &app; }
+
+    // Looks for the machine's traffic, lamps and texts; for tests.
+    MainPanel& Panel() { return *panel; }
+    ModalLoop& Dialogs() { return modal; }
+    TransferEndDialog* ShownEndDialog() const;
+
+private:
+    void BindControls();
+    void BindKeys();
+    void AttachToEngine();
+    void MakeEndDialogs();
+
+    void ShowSnapshot();
+    void ShowButtons(const EngineSnapshot& snapshot);
+    void ShowLamps(const Lamps& lamps);
+    void ShowTraffic();
+    void ShowNextMessage();
+    void EnableInput(bool isEnabled);
+
+    void OnView();
+    void OnLog();
+    void OnHandshake();
+    void OnChangeSettings();
+    void OnSendFile();
+    void OnReceiveFile();
+    void OnContextMenu(wxContextMenuEvent& event);
+    void OnHelp(const wxString& page);
+    void OnCharHook(wxKeyEvent& event);
+    void OnClose(wxCloseEvent& event);
+
+    DownloadApp& engine;
+    EngineEvents& events;
+    HelpBook& help;
+    const std::filesystem::path pathsFile;
+    MainPanel* panel;
+    DownloadEndDialog* downloadEnd = nullptr;
+    UploadEndDialog* uploadEnd = nullptr;
+    ModalLoop modal;
+    AppInterface* messages = nullptr;
+    std::deque<MessageBoxText> waitingMessages;
+    bool isMessageOpen = false;
+    bool isClosing = false;
+    bool isInputEnabled = true;
+    EngineSnapshot shown;
+    DownloadSettings settings;
+    // Draws the traffic together that arrives within its period.
+    wxTimer trafficTimer;
+};
+
+}

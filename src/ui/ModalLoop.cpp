@@ -1,0 +1,79 @@
+#include "ui/ModalLoop.h"
+
+#include <utility>
+
+#include <wx/evtloop.h>
+
+namespace tarvin {
+
+void ModalLoop::Push(const Open& entry) {
+    if (open.empty())
+        enableInput(false);
+    else
+        open.back().dialog->Disable();
+    open.push_back(entry);
+}
+
+void ModalLoop::Pop() {
+    open.pop_back();
+    if (open.empty())
+        enableInput(true);
+    else
+        open.back().dialog->Enable();
+    if (isClosing)
+        handler.CallAfter([this] { CloseTop(); });
+}
+
+int ModalLoop::Run(wxDialog& dialog) {
+    if (isClosing)
+        return wxID_CANCEL;
+    wxWindow* focused = wxWindow::FindFocus();
+    Push({&dialog, false});
+    wxGUIEventLoop loop;
+    bool isLoopRunning = false;
+    const auto endLoop = [&loop, &isLoopRunning](wxShowEvent& event) {
+        event.Skip();
+        if (!event.IsShown() && isLoopRunning)
+            loop.ScheduleExit();
+    };
+    dialog.Bind(wxEVT_SHOW, endLoop);
+    dialog.SetReturnCode(wxID_CANCEL);
+    dialog.Show();
+    dialog.Raise();
+    isLoopRunning = true;
+    if (dialog.IsShown())
+        loop.Run();
+    dialog.Unbind(wxEVT_SHOW, endLoop);
+    Pop();
+    if (focused != nullptr && !isClosing)
+        focused->SetFocus();
+    return isClosing ? static_cast<int>(wxID_CANCEL) : dialog.GetReturnCode();
+}
+
+int ModalLoop::RunNative(wxDialog& dialog) {
+    if (isClosing)
+        return wxID_CANCEL;
+    Push({&dialog, true});
+    const int answer = dialog.ShowModal();
+    Pop();
+    return isClosing ? static_cast<int>(wxID_CANCEL) : answer;
+}
+
+void ModalLoop::CloseAll(std::function<void()> done) {
+    isClosing = true;
+    closed = std::move(done);
+    CloseTop();
+}
+
+void ModalLoop::CloseTop() {
+    if (open.empty()) {
+        if (closed)
+            std::exchange(closed, {})();
+    } else if (open.back().isNative) {
+        open.back().dialog->EndModal(wxID_CANCEL);
+    } else {
+        open.back().dialog->Hide();
+    }
+}
+
+}

@@ -1,0 +1,65 @@
+#include "ui/Monitor.h"
+
+#include "ui/Pictures.h"
+
+#include <algorithm>
+
+#include <wx/dcbuffer.h>
+#include <wx/settings.h>
+
+namespace tarvin {
+
+namespace {
+
+const wxSize pictureSize(598, 393);
+
+}
+
+Monitor::Monitor(wxWindow* parent, const wxSize& size)
+    : wxPanel(parent, wxID_ANY, wxDefaultPosition, size, wxBORDER_SUNKEN | wxTAB_TRAVERSAL, "monitor") {
+    SetMinSize(size);
+    traffic = new TextPane(this);
+    traffic->Hide();
+    picturePane = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
+    picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
+    picturePane->Bind(wxEVT_PAINT, &Monitor::PaintPicture, this);
+    auto* fill = new wxBoxSizer(wxVERTICAL);
+    fill->Add(traffic, wxSizerFlags(1).Expand());
+    fill->Add(picturePane, wxSizerFlags(1).Expand());
+    SetSizer(fill);
+}
+
+void Monitor::ShowTraffic(bool isTraffic) {
+    traffic->Show(isTraffic);
+    picturePane->Show(!isTraffic);
+    Layout();
+}
+
+void Monitor::SetPicture(std::string_view name) {
+    if (name == pictureName)
+        return;
+    pictureName = name;
+    picturePane->Refresh(false);
+}
+
+void Monitor::PaintPicture(wxPaintEvent&) {
+    wxAutoBufferedPaintDC dc(picturePane);
+    dc.SetBackground(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
+    dc.Clear();
+    if (pictureName.empty())
+        return;
+    // As large as the pane allows, without distortion, in its middle; in pixels of the screen, so that it is sharp.
+    const wxSize room = picturePane->GetClientSize();
+    const double scale = std::min(static_cast<double>(room.GetWidth()) / pictureSize.GetWidth(),
+                                  static_cast<double>(room.GetHeight()) / pictureSize.GetHeight());
+    const wxSize size(static_cast<int>(pictureSize.GetWidth() * scale),
+                      static_cast<int>(pictureSize.GetHeight() * scale));
+    const double density = picturePane->GetContentScaleFactor();
+    if (size.GetWidth() < 1 || size.GetHeight() < 1)
+        return;
+    wxBitmap bitmap = Picture(pictureName, size).GetBitmap(size * density);
+    bitmap.SetScaleFactor(density);
+    dc.DrawBitmap(bitmap, (room.GetWidth() - size.GetWidth()) / 2, (room.GetHeight() - size.GetHeight()) / 2, true);
+}
+
+}

@@ -1,0 +1,100 @@
+#include "ui/TextLines.h"
+
+#include "framework/KelText.h"
+
+#include <algorithm>
+
+namespace tarvin {
+
+namespace {
+
+std::u32string Expanded(std::string_view utf8) {
+    std::u32string text;
+    text.reserve(utf8.size());
+    const KelText units = FromUtf8(utf8);
+    for (std::size_t at = 0; at < units.size(); ++at) {
+        const char16_t unit = units[at];
+        const bool isHigh = unit >= 0xD800 && unit < 0xDC00;
+        if (unit == u'\t')
+            text.append(TextLines::tabColumns - text.size() % TextLines::tabColumns, U' ');
+        else if (isHigh && at + 1 < units.size())
+            text += 0x10000 + ((static_cast<char32_t>(unit) & 0x3FF) << 10) + (units[++at] & 0x3FF);
+        else
+            text += unit >= 0xD800 && unit < 0xE000 ? U'\uFFFD' : unit;
+    }
+    return text;
+}
+
+}
+
+void TextLines::Append(Kind kind, std::string_view utf8) {
+    lines.push_back({kind, Expanded(utf8)});
+    longest = std::max(longest, lines.back().text.size());
+    if (lines.size() > capacity) {
+        lines.pop_front();
+        ++first;
+        const Position oldest = {first, 0};
+        selectionAnchor = std::max(selectionAnchor, oldest);
+        selectionCaret = std::max(selectionCaret, oldest);
+    }
+}
+
+void TextLines::Clear() {
+    first = End();
+    lines.clear();
+    longest = 0;
+    selectionAnchor = selectionCaret = {first, 0};
+}
+
+TextLines::Position TextLines::Clamped(Position position) const {
+    if (lines.empty() || position.line < first)
+        return {first, 0};
+    if (position.line >= End())
+        return Last();
+    position.column = std::min(position.column, At(position.line).text.size());
+    return position;
+}
+
+TextLines::Position TextLines::Last() const {
+    if (lines.empty())
+        return {first, 0};
+    return {End() - 1, lines.back().text.size()};
+}
+
+void TextLines::Select(Position anchor, Position caret) {
+    selectionAnchor = Clamped(anchor);
+    selectionCaret = Clamped(caret);
+}
+
+TextLines::Columns TextLines::SelectedIn(std::uint64_t number) const {
+    const Position begin = std::min(selectionAnchor, selectionCaret);
+    const Position end = std::max(selectionAnchor, selectionCaret);
+    if (number < begin.line || number > end.line)
+        return {};
+    return {number == begin.line ? begin.column : 0, number == end.line ? end.column : At(number).text.size()};
+}
+
+std::string TextLines::SelectedText() const {
+    std::string result;
+    const std::uint64_t begin = std::min(selectionAnchor, selectionCaret).line;
+    const std::uint64_t end = std::max(selectionAnchor, selectionCaret).line;
+    for (std::uint64_t number = begin; HasSelection() && number <= end; ++number) {
+        const Columns columns = SelectedIn(number);
+        KelText units;
+        for (const char32_t character :
+             std::u32string_view(At(number).text).substr(columns.begin, columns.end - columns.begin)) {
+            if (character >= 0x10000) {
+                units += static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
+                units += static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
+            } else {
+                units += static_cast<char16_t>(character);
+            }
+        }
+        result += ToUtf8(units);
+        if (number != end)
+            result += '\n';
+    }
+    return result;
+}
+
+}

@@ -1,0 +1,19 @@
+#pragma once
+// Stands beside the main window while a file is received by hand. Its end is not known from what arrives; so the user
+// says when it is complete. User-interface thread.
+
+#include "ui/TransferEndDialog.h"
+
+namespace tarvin {
+
+class UploadEndDialog : public TransferEndDialog {
+public:
+    UploadEndDialog(wxWindow* owner, std::function<void()> complete, std::function<void()> cancel)
+        : TransferEndDialog(owner, "Receiving NC File", "Upload End") {
+        AddButton(wxID_CANCEL, "C&ancel", false, std::move(cancel));
+        AddButton(wxID_OK, "&Complete", true, std::move(complete));
+        Arrange();
+    }
+};
+
+}

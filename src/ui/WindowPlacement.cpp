@@ -1,0 +1,79 @@
+#include "ui/WindowPlacement.h"
+
+#include "framework/FileNames.h"
+#include "framework/NativeFile.h"
+#include "framework/Profile.h"
+#include "ui/UiText.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include <wx/display.h>
+#include <wx/stdpaths.h>
+
+namespace tarvin {
+
+namespace {
+
+// Less than this of the title bar on a screen, and nobody could get hold of the window.
+constexpr int leastVisible = 40;
+
+std::filesystem::path PlacementFile(KelTextView machineName) {
+    wxStandardPaths& paths = wxStandardPaths::Get();
+    paths.SetFileLayout(wxStandardPaths::FileLayout_XDG);
+    return ToPath(FromWx(paths.GetUserConfigDir())) / "TarvinDL" / ToPath(FileNameFor(machineName) + u" window.ini");
+}
+
+bool IsReachable(const wxRect& place) {
+    for (unsigned number = 0; number < wxDisplay::GetCount(); ++number) {
+        const wxRect seen = wxDisplay(number).GetClientArea().Intersect(place);
+        const bool isTopSeen = seen.GetTop() <= place.GetTop() + leastVisible;
+        if (seen.GetWidth() >= leastVisible && seen.GetHeight() >= leastVisible && isTopSeen)
+            return true;
+    }
+    return false;
+}
+
+}
+
+void RestorePlacement(wxTopLevelWindow& window, KelTextView machineName) {
+    const auto profile = Profile::Read(PlacementFile(machineName));
+    if (!profile)
+        return;
+    const auto number = [&profile](KelTextView key) {
+        constexpr std::int32_t furthest = 100000;
+        return std::clamp(profile->Integer(u"Window", key, 0), -furthest, furthest);
+    };
+    const wxSize least = window.GetMinSize();
+    const wxRect place(number(u"x"), number(u"y"), std::max(number(u"width"), least.GetWidth()),
+                       std::max(number(u"height"), least.GetHeight()));
+    if (profile->HasSection(u"Window") && IsReachable(place))
+        window.SetSize(place);
+    if (number(u"maximised") != 0)
+        window.Maximize();
+}
+
+void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
+    const std::filesystem::path file = PlacementFile(machineName);
+    const wxRect place = window.GetRect();
+    // A maximised window's own place is not known; the last one known stays.
+    const auto known = window.IsMaximized() ? Profile::Read(file) : std::nullopt;
+    std::string text = "[Window]\n";
+    const auto add = [&](const char* key, int value) {
+        const KelText name = FromUtf8(key);
+        text += std::string(key) + "=" + std::to_string(known ? known->Integer(u"Window", name, value) : value) + "\n";
+    };
+    if (window.IsIconized())
+        return;
+    add("x", place.GetX());
+    add("y", place.GetY());
+    add("width", place.GetWidth());
+    add("height", place.GetHeight());
+    text += std::string("maximised=") + (window.IsMaximized() ? "1" : "0") + "\n";
+    std::error_code ignored;
+    std::filesystem::create_directories(file.parent_path(), ignored);
+    ReplaceWholeFile(file, text);
+}
+
+}
