@@ -1,6 +1,7 @@
 #include "framework/Profile.h"
 
 #include "framework/NativeFile.h"
+#include "framework/ProfileText.h"
 
 #include <algorithm>
 
@@ -10,41 +11,6 @@ namespace {
 
 bool IsHighSurrogate(char16_t unit) {
     return (unit & 0xFC00) == 0xD800;
-}
-
-bool IsLowSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
-KelText FromUtf16(std::string_view bytes, bool highByteFirst) {
-    KelText text;
-    text.reserve(bytes.size() / 2);
-    for (std::size_t position = 0; position + 1 < bytes.size(); position += 2) {
-        const auto first = static_cast<unsigned char>(bytes[position]);
-        const auto second = static_cast<unsigned char>(bytes[position + 1]);
-        text.push_back(static_cast<char16_t>(highByteFirst ? first << 8 | second : second << 8 | first));
-    }
-    return text;
-}
-
-// FromUtf8 leaves an invalid byte as a low surrogate on its own; valid UTF-8 never gives one.
-bool CameFromValidUtf8(KelTextView text) {
-    for (std::size_t position = 0; position < text.size(); ++position) {
-        if (IsLowSurrogate(text[position]) && (position == 0 || !IsHighSurrogate(text[position - 1])))
-            return false;
-    }
-    return true;
-}
-
-KelText Decode(std::string_view bytes) {
-    if (bytes.starts_with("\xFF\xFE"))
-        return FromUtf16(bytes.substr(2), false);
-    if (bytes.starts_with("\xFE\xFF"))
-        return FromUtf16(bytes.substr(2), true);
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        return FromUtf8(bytes.substr(3));
-    const KelText text = FromUtf8(bytes);
-    return CameFromValidUtf8(text) ? text : FromBytes(bytes);
 }
 
 KelTextView WithoutQuotes(KelTextView value) {
@@ -65,25 +31,19 @@ KelTextView Cut(KelTextView text, std::size_t maxUnits) {
 }
 
 Profile::Profile(std::string_view fileBytes) {
-    const KelText content = Decode(fileBytes);
-    // A NUL ends a line too: no name or value can hold one.
-    constexpr KelTextView lineEnds(u"\r\n\0", 3);
-    for (KelTextView rest = content; !rest.empty();) {
-        const std::size_t end = std::min(rest.find_first_of(lineEnds), rest.size());
-        TakeLine(Trimmed(rest.substr(0, end)));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
+    const ProfileText text(fileBytes);
+    for (KelTextView rest = text.Content(); !rest.empty();)
+        TakeLine(Trimmed(TakeProfileLine(rest)));
 }
 
 void Profile::TakeLine(KelTextView line) {
-    if (line.empty() || line.front() == u';')
-        return;
-    if (line.front() == u'[') {
-        const std::size_t end = line.find(u']');
-        if (end != KelTextView::npos)
-            sections.push_back({KelText(Trimmed(line.substr(1, end - 1))), {}});
+    if (line.starts_with(u'[')) {
+        if (const auto section = ProfileSection(line))
+            sections.push_back({KelText(*section), {}});
         return;
     }
+    if (line.empty() || line.front() == u';')
+        return;
     const std::size_t equals = line.find(u'=');
     if (equals == KelTextView::npos || sections.empty())
         return;
@@ -107,13 +67,17 @@ const KelText* Profile::FindValue(KelTextView section, KelTextView key) const {
 }
 
 std::optional<Profile> Profile::Read(const std::filesystem::path& file) {
-    constexpr std::size_t longestFile = 1024 * 1024;
-    const auto content = ReadWholeFile(file, longestFile);
+    const auto content = ReadWholeFile(file, maxFileBytes);
     return content ? std::optional<Profile>(*content) : std::nullopt;
 }
 
 bool Profile::HasSection(KelTextView section) const {
     return FindSection(section) != nullptr;
+}
+
+std::span<const Profile::Entry> Profile::Entries(KelTextView section) const {
+    const Section* const holder = FindSection(section);
+    return holder != nullptr ? std::span(holder->entries) : std::span<const Entry>();
 }
 
 KelText Profile::Text(KelTextView section, KelTextView key, KelTextView defaultText, std::size_t maxUnits) const {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -19,14 +20,23 @@ public:
     // The longest text that a caller gets who does not ask for more, in code units.
     static constexpr std::size_t usualMaxUnits = 79;
 
-    // Takes any bytes; what is no profile has no sections. UTF-16 is known by its mark, UTF-8 by its mark or by being
-    // valid; anything else counts as one character for each byte.
+    // No profile is longer.
+    static constexpr std::size_t maxFileBytes = 1024 * 1024;
+
+    struct Entry {
+        KelText key;
+        KelText value;
+    };
+
+    // Takes any bytes, as ProfileText does; what is no profile has no sections.
     explicit Profile(std::string_view fileBytes);
-    // None if the file cannot be read or is longer than a megabyte, which no profile is.
+    // None if the file cannot be read or is too long.
     static std::optional<Profile> Read(const std::filesystem::path& file);
 
     // Names of sections and keys are compared without case. Of several with one name the first counts.
     bool HasSection(KelTextView section) const;
+    // As they stand in the file, those of a name that came before included. Valid as long as the profile.
+    std::span<const Entry> Entries(KelTextView section) const;
 
     // The value, cut to `maxUnits` but never within a surrogate pair; `defaultText` as it is if there is no such key.
     KelText Text(KelTextView section, KelTextView key, KelTextView defaultText,
@@ -37,10 +47,6 @@ public:
     std::int32_t Integer(KelTextView section, KelTextView key, std::int32_t defaultNumber) const;
 
 private:
-    struct Entry {
-        KelText key;
-        KelText value;
-    };
     struct Section {
         KelText name;
         std::vector<Entry> entries;
