@@ -43,12 +43,16 @@ function(tarvin_program name)
     target_link_libraries(${name} PRIVATE ${arg_DEPENDS} tarvin-options)
 endfunction()
 
-# tarvin_test(NAME DEPENDS LIBRARY...): the test program of the current folder; CTest lists each of its cases.
+# tarvin_test(NAME DEPENDS LIBRARY... [LAUNCHER SCRIPT]): the test program of the current folder; CTest lists each of its
+# cases, and runs it through the script.
 function(tarvin_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LAUNCHER" "DEPENDS")
     tarvin_sources(sources)
     add_executable(${name}-tests ${sources})
     target_link_libraries(${name}-tests PRIVATE ${arg_DEPENDS} test-support tarvin-options)
+    if(arg_LAUNCHER)
+        set_target_properties(${name}-tests PROPERTIES CROSSCOMPILING_EMULATOR ${arg_LAUNCHER})
+    endif()
     if(NOT CMAKE_CROSSCOMPILING)
         doctest_discover_tests(${name}-tests TEST_PREFIX "${name}: " PROPERTIES TIMEOUT 120)
     endif()

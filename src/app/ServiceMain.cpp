@@ -9,13 +9,10 @@
 #include "app/StopRequest.h"
 #include "framework/ProgramArguments.h"
 #include "framework/StandardStreams.h"
-#include "framework/TextHolder.h"
 #include "framework/Version.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
 
 namespace {
 
@@ -35,28 +32,14 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
 
-// Texts in the user's language, where there is a dictionary; a dictionary that is there and no good is put on record.
-void LoadDictionary(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine, tarvin::AppInterface& app) {
-    tarvin::DictionaryRequest request;
-    request.programFolder = paths.Installation();
-    request.commandLine = commandLine;
-    std::error_code ignored;
-    if (std::filesystem::exists(request.programFolder / request.fileName, ignored)) {
-        request.reportFailure = [&app](const tarvin::MessageBoxText& box) {
-            app.Report({static_cast<std::int32_t>(tarvin::ReportLevel::Warning), {}, box.text, {}, 0});
-        };
-    }
-    tarvin::Dictionary().Load(request);
-}
-
 int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine) {
-    tarvin::KelText machineName = tarvin::MachineNameIn(commandLine);
-    if (machineName.empty())
-        machineName = tarvin::TarvinApp::defaultMachineName;
+    const tarvin::KelText machineName = tarvin::Start::MachineName(commandLine);
     tarvin::PrepareStopRequests();
     tarvin::ServiceOutput output;
     tarvin::ServiceApp app({tarvin::Start::MachineFolder(paths, machineName)}, output);
-    LoadDictionary(paths, commandLine, app);
+    tarvin::Start::LoadDictionary(paths, commandLine, [&app](const tarvin::MessageBoxText& box) {
+        app.Report({static_cast<std::int32_t>(tarvin::ReportLevel::Warning), {}, box.text, {}, 0});
+    });
     app.ReadSuppressedMessages();
     tarvin::ServiceWindow window(output, app);
     const tarvin::Start start(paths, window);

@@ -1,7 +1,10 @@
 #include "app/Start.h"
 
+#include "app/CommandLine.h"
 #include "framework/FileNames.h"
+#include "framework/TextHolder.h"
 
+#include <system_error>
 #include <utility>
 
 namespace tarvin {
@@ -17,6 +20,22 @@ std::optional<ProgramPaths> Start::FindPaths(KelText& reason) {
         reason = u"Unable to locate Program Paths in " + FromPath(*installation) +
                  u": KEL.INI there has no section PROGRAM PATHS.";
     return paths;
+}
+
+KelText Start::MachineName(KelTextView commandLine) {
+    KelText name = MachineNameIn(commandLine);
+    return name.empty() ? KelText(TarvinApp::defaultMachineName) : name;
+}
+
+void Start::LoadDictionary(const ProgramPaths& programPaths, const KelText& commandLine,
+                           const std::function<void(const MessageBoxText&)>& reportFailure) {
+    DictionaryRequest request;
+    request.programFolder = programPaths.Installation();
+    request.commandLine = commandLine;
+    std::error_code ignored;
+    if (std::filesystem::exists(request.programFolder / request.fileName, ignored))
+        request.reportFailure = reportFailure;
+    Dictionary().Load(request);
 }
 
 std::filesystem::path Start::MachineFolder(const ProgramPaths& programPaths, KelTextView machineName) {

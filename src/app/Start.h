@@ -4,9 +4,11 @@
 
 #include "engine/PortNames.h"
 #include "framework/Clock.h"
+#include "framework/MessageReport.h"
 #include "framework/ProgramPaths.h"
 #include "protocol/TarvinApp.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -17,6 +19,13 @@ class Start {
 public:
     // None if there is no installation, with the reason in `reason`.
     static std::optional<ProgramPaths> FindPaths(KelText& reason);
+
+    // What the command line names, or the name that a machine has without one.
+    static KelText MachineName(KelTextView commandLine);
+
+    // Texts in the user's language, where there is a dictionary. One that is there and no good is told.
+    static void LoadDictionary(const ProgramPaths& programPaths, const KelText& commandLine,
+                               const std::function<void(const MessageBoxText&)>& reportFailure);
 
     // The machine's own folder, which need not exist: for files that programs of several machines must not share.
     static std::filesystem::path MachineFolder(const ProgramPaths& programPaths, KelTextView machineName);

@@ -1,12 +1,15 @@
 #pragma once
-// How a service is told to end: by signal, or by the console. Knows nothing of what ending takes.
+// How a program is told to end from outside: by signal, or by the console. Knows nothing of what ending takes.
 
 namespace tarvin {
 
 // Before the first thread is started: from then on a request to end is kept until WaitForStopRequest.
 void PrepareStopRequests();
 
-// Blocks until the process is asked to end. The thread that prepared.
+// Blocks until the process is asked to end. One thread.
 void WaitForStopRequest();
+
+// Ends the wait, for a program that ends by itself. Any thread.
+void EndStopRequests();
 
 }

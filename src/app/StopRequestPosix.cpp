@@ -5,6 +5,7 @@
 
 #include <pthread.h>
 #include <signal.h>
+#include <unistd.h>
 
 namespace tarvin {
 
@@ -38,6 +39,10 @@ void WaitForStopRequest() {
     int signal = 0;
     while (sigwait(&signals, &signal) != 0) {
     }
+}
+
+void EndStopRequests() {
+    ::kill(::getpid(), SIGTERM);
 }
 
 }

@@ -27,4 +27,8 @@ void WaitForStopRequest() {
     ::WaitForSingleObject(stopEvent, INFINITE);
 }
 
+void EndStopRequests() {
+    ::SetEvent(stopEvent);
+}
+
 }

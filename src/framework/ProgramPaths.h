@@ -8,6 +8,9 @@
 
 namespace tarvin {
 
+// The folder that the running program's file is in; none if the system does not tell.
+std::optional<std::filesystem::path> ProgramFolder();
+
 // Where an installation may be.
 struct InstallationCandidates {
     // Named by the user. Right or wrong, nothing else counts then.

@@ -26,13 +26,17 @@ std::optional<std::filesystem::path> UserDataFolder() {
 
 }
 
+std::optional<std::filesystem::path> ProgramFolder() {
+    std::error_code error;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::nullopt : std::optional(executable.parent_path());
+}
+
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
     candidates.chosen = FromEnvironment("TARVINDL_HOME");
-    std::error_code error;
-    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error)
-        candidates.folders.push_back(executable.parent_path());
+    if (const auto program = ProgramFolder())
+        candidates.folders.push_back(*program);
     if (const auto userData = UserDataFolder())
         candidates.folders.push_back(*userData / "TarvinDL/2026");
     candidates.folders.push_back("/var/lib/tarvindl/2026");

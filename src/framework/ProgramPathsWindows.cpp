@@ -20,22 +20,22 @@ std::optional<std::filesystem::path> FromEnvironment(const wchar_t* name) {
     return value;
 }
 
-std::optional<std::filesystem::path> Executable() {
+}
+
+std::optional<std::filesystem::path> ProgramFolder() {
     std::wstring path(bufferUnits, L'\0');
     const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), bufferUnits);
     if (length == 0 || length >= bufferUnits)
         return std::nullopt;
     path.resize(length);
-    return path;
-}
-
+    return std::filesystem::path(path).parent_path();
 }
 
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
     candidates.chosen = FromEnvironment(L"TARVINDL_HOME");
-    if (const auto executable = Executable())
-        candidates.folders.push_back(executable->parent_path());
+    if (const auto program = ProgramFolder())
+        candidates.folders.push_back(*program);
     for (const wchar_t* name : {L"LOCALAPPDATA", L"ProgramData"}) {
         if (const auto data = FromEnvironment(name))
             candidates.folders.push_back(*data / "TarvinDL" / "2026");

@@ -6,7 +6,7 @@ namespace tarvin {
 
 int DesktopInterface::Show(const MessageBoxText& box) {
     if (window != nullptr)
-        return window->ShowBox(box, *this);
+        return window->ShowBox(box);
     AppendToMessageLog(box.caption + u": " + box.text);
     return AutomaticAnswerTo(box.style).answer;
 }

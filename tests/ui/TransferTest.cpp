@@ -1,0 +1,146 @@
+#include "DesktopFixture.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace tarvin::test {
+
+namespace {
+
+std::string NcFile(int lineCount) {
+    std::string text;
+    for (int number = 1; number <= lineCount; ++number)
+        text += "N" + std::to_string(number) + " G01 X" + std::to_string(number * 7 % 1000) + " Y0\r\n";
+    return text;
+}
+
+std::string LineOf(MainPanel& panel, std::uint64_t number) {
+    const auto& text = panel.monitor->Traffic().Lines().At(number).text;
+    return std::string(text.begin(), text.end());
+}
+
+}
+
+TEST_CASE("a download and an upload that the controller starts are shown from their beginning to their end") {
+    DesktopFixture desktop;
+    const std::string program = NcFile(400);
+    desktop.folder.WriteFile("NC/200.nc", program);
+    desktop.folder.WriteFile("sent.nc", program);
+    auto& controller = desktop.RunController({"--delay", "2", "test", "get", "200", (desktop.folder / "got.nc").string(),
+                                              "put", "100", (desktop.folder / "sent.nc").string()});
+    REQUIRE(Becomes([&] { return std::filesystem::exists(desktop.folder / "line"); }));
+    desktop.Start();
+    Click(desktop.Panel().viewSwitch);
+
+    const std::string path = (desktop.folder / "NC").string();
+    bool wasBarPartlyFull = false;
+    bool wereBothLampsLit = false;
+    CHECK(Becomes([&] {
+        const double filled = desktop.Panel().progressBar->Filled();
+        wasBarPartlyFull = wasBarPartlyFull || (filled > 0.1 && filled < 0.9);
+        wereBothLampsLit = wereBothLampsLit || (desktop.Panel().received->IsLit() && desktop.Panel().transmitted->IsLit());
+        return desktop.Panel().statusLine->Text().starts_with("Download Completed");
+    }));
+    CHECK(wasBarPartlyFull);
+    CHECK(wereBothLampsLit);
+    CHECK(desktop.Status() ==
+          "Download Completed " + path + "/200.nc - " + std::to_string(program.size()) + " bytes");
+    CHECK(desktop.Caption() == "LASER  200");
+    CHECK(OnUi([&] { return desktop.Panel().statusLine->ShownOutlook(); }) == Outlook::Good);
+
+    CHECK(Becomes([&] { return desktop.Panel().statusLine->Text().starts_with("Uploading " + path + "/100.nc - "); }));
+    CHECK(desktop.StatusBecomes("Upload Completed " + path + "/100.nc - " + std::to_string(program.size()) +
+                                " bytes in file."));
+    CHECK(controller.WaitForExit() == 0);
+    CHECK(desktop.folder.ReadFile("got.nc") == program);
+    CHECK(desktop.folder.ReadFile("NC/100.nc") == program);
+
+    // What was asked and what was answered, each in its colour.
+    CHECK(Becomes([&] {
+        const TextLines& lines = desktop.Panel().monitor->Traffic().Lines();
+        bool isAsked = false;
+        bool isAnswered = false;
+        for (std::uint64_t number = lines.First(); number < lines.End(); ++number) {
+            const std::string text = LineOf(desktop.Panel(), number);
+            const auto kind = lines.At(number).kind;
+            isAsked = isAsked || (text.starts_with("RX ") && text.find("ABEF") != std::string::npos &&
+                                  kind == TextLines::Kind::Received);
+            isAnswered = isAnswered || (text.starts_with("TX ") && text.find("AAAK") != std::string::npos &&
+                                        kind == TextLines::Kind::Transmitted);
+        }
+        return isAsked && isAnswered;
+    }));
+}
+
+TEST_CASE("the view starts empty each time it is switched on while data flows, and costs nothing while it is off") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    const auto isWanted = [&] { return desktop.engine->Traffic().IsWanted(); };
+    const auto lineCount = [&] { return desktop.Panel().monitor->Traffic().Lines().Count(); };
+    CHECK_FALSE(isWanted());
+    desktop.terminal->Write("before\r");
+    Click(desktop.Panel().viewSwitch);
+    REQUIRE(Becomes(isWanted));
+    desktop.terminal->Write("during\r");
+    CHECK(Becomes([&] { return lineCount() > 0; }));
+    CHECK(OnUi([&] { return LineOf(desktop.Panel(), desktop.Panel().monitor->Traffic().Lines().First()); }) ==
+          "RX during[0d]");
+
+    Click(desktop.Panel().viewSwitch);
+    CHECK(Becomes([&] { return !isWanted() && desktop.Panel().monitor->PicturePane().IsShown(); }));
+    desktop.terminal->Write("hidden\r");
+    Click(desktop.Panel().viewSwitch);
+    REQUIRE(Becomes(isWanted));
+    desktop.terminal->Write("again\r");
+    CHECK(Becomes([&] { return lineCount() > 0; }));
+    CHECK(OnUi([&] { return LineOf(desktop.Panel(), desktop.Panel().monitor->Traffic().Lines().First()); }) ==
+          "RX again[0d]");
+}
+
+TEST_CASE("an XOFF lights its lamp until the XON") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    desktop.terminal->Write("\x13");
+    CHECK(Becomes([&] { return desktop.Panel().xoffHold->IsLit(); }));
+    desktop.terminal->Write("\x11");
+    CHECK(Becomes([&] { return !desktop.Panel().xoffHold->IsLit(); }));
+}
+
+TEST_CASE("the test succeeds on a line that is joined and fails on one that is not") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    Click(desktop.Panel().test);
+    CHECK(desktop.StatusBecomes("Local Loopback Test Failure"));
+    const std::string sent = desktop.terminal->Read(17);
+    CHECK(sent == "LocalTestMessage@");
+    Click(desktop.Panel().test);
+    desktop.terminal->Write(desktop.terminal->Read(17));
+    CHECK(desktop.StatusBecomes("Local Loopback Test Success"));
+}
+
+TEST_CASE("a port that vanishes is told once, and its return is seen with the box still open") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    const std::string linked = "LASER COM1:2400,N,8,1,None";
+    REQUIRE(desktop.CaptionBecomes(linked));
+    desktop.Disconnect();
+    wxTopLevelWindow* box = WindowTitled("Comms Status Check");
+    REQUIRE(box != nullptr);
+    CHECK(TextIn(box).find("COM1\n") != std::string::npos);
+    CHECK(desktop.CaptionBecomes("LASER - No Link"));
+    CHECK(OnUi([&] { return desktop.Panel().statusLine->ShownOutlook(); }) == Outlook::Bad);
+    CHECK(OnUi([&] { return desktop.Panel().monitor->PictureName(); }) == "connection-broken.svg");
+
+    desktop.Connect();
+    CHECK(desktop.CaptionBecomes(linked));
+    CHECK(OnUi([&] { return desktop.Panel().monitor->PictureName(); }) == "connection.svg");
+    Click(ButtonIn(box, "Ok"));
+    CHECK(Becomes([] { return true; }));
+    CHECK_FALSE(IsShown("Comms Status Check"));
+}
+
+}
