@@ -1,9 +1,11 @@
 #include "ui/HelpBook.h"
 
+#include "ui/HelpPages.h"
 #include "ui/UiText.h"
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include <wx/filename.h>
 #include <wx/fs_arc.h>
@@ -11,6 +13,19 @@
 #include <wx/html/helpfrm.h>
 
 namespace tarvin {
+
+namespace {
+
+// Once in the life of the process.
+void PrepareToolkit() {
+    static bool isPrepared = false;
+    if (std::exchange(isPrepared, true))
+        return;
+    wxFileSystem::AddHandler(new wxArchiveFSHandler);
+    ReadHelpPagesAsHtml();
+}
+
+}
 
 HelpBook::HelpBook(const std::vector<std::filesystem::path>& files) {
     const auto found = std::find_if(files.begin(), files.end(), [](const std::filesystem::path& file) {
@@ -27,11 +42,11 @@ bool HelpBook::Show(wxWindow* parent, const wxString& page) {
     if (book.empty())
         return false;
     if (!controller) {
-        static const bool isHandlerAdded = (wxFileSystem::AddHandler(new wxArchiveFSHandler), true);
+        PrepareToolkit();
         controller = std::make_unique<wxHtmlHelpController>(wxHF_DEFAULT_STYLE & ~wxHF_OPEN_FILES, parent);
         controller->SetTitleFormat("%s");
         controller->SetShouldPreventAppExit(false);
-        if (!isHandlerAdded || !controller->AddBook(wxFileName(ToWx(FromPath(book))))) {
+        if (!controller->AddBook(wxFileName(ToWx(FromPath(book))))) {
             controller.reset();
             return false;
         }

@@ -51,8 +51,10 @@ void Click(wxWindow* window) {
     // The pointer first: a press without its arrival may go to what was there before.
     wxPoint target;
     REQUIRE(Becomes([window, &target] {
-        const wxRect place = window->GetScreenRect();
-        target = wxPoint(place.GetX() + place.GetWidth() / 2, place.GetY() + place.GetHeight() / 2);
+        // By the parent's reckoning: a control that reads from right to left counts from its right edge.
+        wxWindow* parent = window->GetParent();
+        const wxPoint corner = window->IsTopLevel() ? window->GetPosition() : parent->ClientToScreen(window->GetPosition());
+        target = corner + window->GetSize() / 2;
         wxUIActionSimulator().MouseMove(target.x, target.y);
         return wxGetMousePosition() == target;
     }));
@@ -74,8 +76,8 @@ wxTopLevelWindow* WindowTitled(const std::string& title) {
     return found;
 }
 
-bool IsShown(const std::string& title) {
-    return OnUi([&] { return FindShown(title) != nullptr; });
+bool BecomesHidden(const std::string& title) {
+    return Becomes([&] { return FindShown(title) == nullptr; });
 }
 
 wxWindow* ButtonIn(wxWindow* window, const std::string& caption) {

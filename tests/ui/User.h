@@ -38,7 +38,7 @@ void Type(const std::string& text);
 
 // The top-level window with this title that is shown; null if there is none within a while.
 wxTopLevelWindow* WindowTitled(const std::string& title);
-bool IsShown(const std::string& title);
+bool BecomesHidden(const std::string& title);
 // A button of the window by its visible caption; null if it has none.
 wxWindow* ButtonIn(wxWindow* window, const std::string& caption);
 // All that is written in the window.
