@@ -1,0 +1,76 @@
+#include "settings/SettingsCheck.h"
+
+#include "framework/FileNames.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarvin {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Empty if there is nothing wrong, as below.
+KelText FolderProblem(const KelText& folder) {
+    if (Trimmed(folder).empty())
+        return u"A folder is needed here.";
+    std::error_code error;
+    const fs::file_status status = fs::status(ToPath(folder), error);
+    if (!fs::exists(status))
+        return u"This folder does not exist.";
+    return fs::is_directory(status) ? KelText() : u"This is not a folder.";
+}
+
+KelText ExtensionProblem(const KelText& extension) {
+    const KelText name = u"x." + extension;
+    if (extension.empty() || FileNameFor(name) == name)
+        return {};
+    return u"An extension cannot hold / \\ : * ? \" < > | or end with a dot or a blank.";
+}
+
+KelText LogFileProblem(const KelText& file) {
+    if (Trimmed(file).empty())
+        return u"A file is needed here as long as the log is written.";
+    const fs::path path = ToPath(file);
+    std::error_code error;
+    if (!path.has_filename() || fs::is_directory(path, error))
+        return u"This is a folder; a file is needed.";
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    return fs::is_directory(folder, error) ? KelText() : u"The folder of this file does not exist.";
+}
+
+}
+
+std::vector<SettingsProblem> CheckSettings(const DownloadSettings& wanted, const DownloadSettings& present) {
+    std::vector<SettingsProblem> problems;
+    const auto take = [&](KelText DownloadSettings::*field, KelText message, bool isDecided) {
+        if (!message.empty())
+            problems.push_back({field, std::move(message), !isDecided && wanted.*field == present.*field});
+    };
+    take(&DownloadSettings::uploadPath, FolderProblem(wanted.uploadPath), false);
+    take(&DownloadSettings::downloadPath, FolderProblem(wanted.downloadPath), false);
+    take(&DownloadSettings::fileExtension, ExtensionProblem(wanted.fileExtension), false);
+    // Turning the log on decides about its file, too.
+    if (wanted.writeLog != 0)
+        take(&DownloadSettings::logFile, LogFileProblem(wanted.logFile), present.writeLog == 0);
+    return problems;
+}
+
+KelText StopBitsNote(KelTextView stopBits) {
+    return stopBits == u"1.5" ? u"With 7 or 8 data bits most ports refuse 1.5 stop bits, and Linux has none." : u"";
+}
+
+KelText AsFolderSetting(KelText folder) {
+    constexpr auto separator = static_cast<char16_t>(fs::path::preferred_separator);
+    if (!folder.empty() && folder.back() != u'/' && folder.back() != separator)
+        folder.push_back(separator);
+    return folder;
+}
+
+KelText AsExtensionSetting(KelText extension) {
+    extension.erase(0, std::min(extension.find_first_not_of(u'.'), extension.size()));
+    return extension;
+}
+
+}
