@@ -16,7 +16,8 @@ bool StatusDisplay::Show(TransferState state, const StatusDescription& descripti
     next.transferState = state;
     if (description.line)
         next.statusLine = *description.line;
-    if (state == TransferState::DownloadCompleted) {
+    // Whatever has ended a transfer: its dialog has nothing left to end, and the next one may begin.
+    if (state != TransferState::Downloading && state != TransferState::Uploading) {
         next.endDialog = EndDialog::None;
         EnableTransferButtons(true);
     }

@@ -5,6 +5,7 @@
 #include "ui/DownloadEndDialog.h"
 #include "ui/NcFileDialogs.h"
 #include "ui/Pictures.h"
+#include "ui/SettingsDialog.h"
 #include "ui/UiText.h"
 #include "ui/UploadEndDialog.h"
 #include "ui/WindowPlacement.h"
@@ -218,19 +219,17 @@ void MainWindow::OnHandshake() {
 }
 
 void MainWindow::OnChangeSettings() {
-    const auto writeThrough = [this](const DownloadSettings& changed) {
-        settings = changed;
-        engine.Post([&app = engine, kept = settings] { app.KeepSettings(kept); });
-    };
-#if 0
-    SettingsDialog dialog(this, settings, FindPorts(pathsFile, settings.port), writeThrough,
-                          [this] { OnHelp("settings.htm"); });
+    const SettingsDialog::Owner owner = {
+        [this](const DownloadSettings& changed) {
+            settings = changed;
+            engine.Post([&app = engine, kept = settings] { app.KeepSettings(kept); });
+        },
+        [this] { OnHelp("settings.htm"); }, [this](wxDialog& dialog) { return modal.RunNative(dialog); }};
+    SettingsDialog dialog(this, settings, FindPorts(pathsFile, settings.port), owner);
     if (modal.Run(dialog) != wxID_OK)
         return;
     settings = dialog.Settings();
     engine.Post([&app = engine, applied = settings] { app.ApplySettings(applied); });
-#endif
-(void)writeThrough;
 }
 
 void MainWindow::OnSendFile() {
