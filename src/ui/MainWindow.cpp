@@ -10,7 +10,7 @@
 #include "ui/UploadEndDialog.h"
 #include "ui/WindowPlacement.h"
 
-#include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace tarvin {
@@ -18,6 +18,7 @@ namespace tarvin {
 namespace {
 
 constexpr int trafficMilliseconds = 50;
+constexpr int closeMilliseconds = 500;
 const wxSize firstSize(251, 204); // dialog units
 
 TextLines::Kind KindOf(TrafficLine::Kind kind) {
@@ -89,6 +90,8 @@ void MainWindow::BindControls() {
         handshake->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnHandshake(); });
     Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
     trafficTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowTraffic(); });
+    // Something within a dialog of the system waits for an answer. The engine has ended in order; nothing else is owed.
+    closeTimer.Bind(wxEVT_TIMER, [](wxTimerEvent&) { std::_Exit(0); });
     for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
                              static_cast<wxWindow*>(&panel->monitor->Traffic())})
         window->Bind(wxEVT_CONTEXT_MENU, &MainWindow::OnContextMenu, this);
@@ -297,17 +300,19 @@ TransferEndDialog* MainWindow::ShownEndDialog() const {
 }
 
 void MainWindow::OnClose(wxCloseEvent& event) {
-    isClosing = true;
+    if (!std::exchange(isClosing, true)) {
+        trafficTimer.Stop();
+        SavePlacement(*this, engine.MachineName());
+        engine.Terminate();
+    }
     if (modal.IsRunning()) {
         // The dialogs' loops have to end before the window may go.
         if (event.CanVeto())
             event.Veto();
+        closeTimer.StartOnce(closeMilliseconds);
         modal.CloseAll([this] { Close(true); });
         return;
     }
-    trafficTimer.Stop();
-    SavePlacement(*this, engine.MachineName());
-    engine.Terminate();
     events.Detach();
     help.Close();
     // The end dialogs go with their owner.

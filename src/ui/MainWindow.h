@@ -83,6 +83,8 @@ private:
     DownloadSettings settings;
     // Draws the traffic together that arrives within its period.
     wxTimer trafficTimer;
+    // Ends the process if a dialog keeps it from ending.
+    wxTimer closeTimer;
 };
 
 }

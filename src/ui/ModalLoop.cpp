@@ -6,7 +6,8 @@
 
 namespace tarvin {
 
-void ModalLoop::Push(const Open& entry) {
+void ModalLoop::Push(Open entry) {
+    entry.focused = wxWindow::FindFocus();
     if (open.empty())
         enableInput(false);
     else
@@ -15,6 +16,7 @@ void ModalLoop::Push(const Open& entry) {
 }
 
 void ModalLoop::Pop() {
+    const wxWindowRef focused = open.back().focused;
     open.pop_back();
     if (open.empty())
         enableInput(true);
@@ -22,13 +24,14 @@ void ModalLoop::Pop() {
         open.back().dialog->Enable();
     if (isClosing)
         handler.CallAfter([this] { CloseTop(); });
+    else if (focused)
+        focused->SetFocus();
 }
 
 int ModalLoop::Run(wxDialog& dialog) {
     if (isClosing)
         return wxID_CANCEL;
-    wxWindow* focused = wxWindow::FindFocus();
-    Push({&dialog, false});
+    Push({&dialog, false, {}});
     wxGUIEventLoop loop;
     bool isLoopRunning = false;
     const auto endLoop = [&loop, &isLoopRunning](wxShowEvent& event) {
@@ -45,15 +48,13 @@ int ModalLoop::Run(wxDialog& dialog) {
         loop.Run();
     dialog.Unbind(wxEVT_SHOW, endLoop);
     Pop();
-    if (focused != nullptr && !isClosing)
-        focused->SetFocus();
     return isClosing ? static_cast<int>(wxID_CANCEL) : dialog.GetReturnCode();
 }
 
 int ModalLoop::RunNative(wxDialog& dialog) {
     if (isClosing)
         return wxID_CANCEL;
-    Push({&dialog, true});
+    Push({&dialog, true, {}});
     const int answer = dialog.ShowModal();
     Pop();
     return isClosing ? static_cast<int>(wxID_CANCEL) : answer;

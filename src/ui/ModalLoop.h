@@ -7,6 +7,8 @@
 #include <functional>
 #include <vector>
 
+#include <wx/weakref.h>
+
 namespace tarvin {
 
 class ModalLoop {
@@ -30,9 +32,10 @@ private:
     struct Open {
         wxDialog* dialog;
         bool isNative;
+        wxWindowRef focused; // what gets the keyboard back
     };
 
-    void Push(const Open& entry);
+    void Push(Open entry);
     void Pop();
     void CloseTop();
 

@@ -47,6 +47,7 @@ void DesktopFixture::Start() {
         window = new MainWindow({*engine, *events, *help, paths->PathsFile()}, *app);
         app->UseWindow(window);
         engine->Create();
+        FindSystemDialogBy([this] { return window->Dialogs().Top(); });
         window->Show();
         window->Raise();
         engine->StartMonitor();
@@ -55,7 +56,10 @@ void DesktopFixture::Start() {
 }
 
 bool DesktopFixture::Close(std::chrono::milliseconds longest) {
-    OnUi([this] { window->Close(); });
+    OnUi([this] {
+        FindSystemDialogBy({});
+        window->Close();
+    });
     const bool isGone = Becomes(
         [this] {
             return std::none_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),

@@ -1,8 +1,10 @@
 #include "User.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <thread>
 
+#include <wx/filedlg.h>
 #include <wx/uiaction.h>
 
 namespace tarvin::test {
@@ -13,15 +15,43 @@ namespace {
 
 constexpr auto pollPeriod = 5ms;
 
+std::function<wxWindow*()> systemDialog;
+
+// The system's own dialogs keep what they were told to show for themselves.
+std::string TitleOf(const wxTopLevelWindow& window) {
+    if (const auto* file = dynamic_cast<const wxFileDialog*>(&window))
+        return file->GetMessage().utf8_string();
+    if (const auto* folder = dynamic_cast<const wxDirDialog*>(&window))
+        return folder->GetMessage().utf8_string();
+    return window.GetTitle().utf8_string();
+}
+
 wxTopLevelWindow* FindShown(const std::string& title) {
-    for (wxWindow* window : wxTopLevelWindows) {
+    std::vector<wxWindow*> windows(wxTopLevelWindows.begin(), wxTopLevelWindows.end());
+    // The toolkit lists the system's dialogs nowhere.
+    if (wxWindow* dialog = systemDialog ? systemDialog() : nullptr)
+        windows.push_back(dialog);
+    for (wxWindow* window : windows) {
         auto* top = dynamic_cast<wxTopLevelWindow*>(window);
-        if (top != nullptr && top->IsShown() && !top->IsBeingDeleted() && top->GetTitle().utf8_string() == title)
+        if (top != nullptr && top->IsShown() && !top->IsBeingDeleted() && TitleOf(*top) == title)
             return top;
     }
     return nullptr;
 }
 
+}
+
+void FindSystemDialogBy(std::function<wxWindow*()> find) {
+    systemDialog = std::move(find);
+}
+
+bool SystemDialogBecomesActive() {
+    return Becomes([] {
+        return systemDialog && systemDialog() != nullptr &&
+               std::none_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(), [](wxWindow* window) {
+                   return dynamic_cast<wxTopLevelWindow&>(*window).IsActive();
+               });
+    });
 }
 
 bool Becomes(const std::function<bool()>& condition, std::chrono::milliseconds longest) {
@@ -47,7 +77,12 @@ std::vector<wxWindow*> WindowsIn(wxWindow* window) {
 
 void Click(wxWindow* window) {
     REQUIRE(window != nullptr);
-    REQUIRE(Becomes([window] { return window->IsShownOnScreen() && window->IsEnabled(); }));
+    // A window that is active has been put where it stays.
+    auto* top = dynamic_cast<wxTopLevelWindow*>(OnUi([window] { return wxGetTopLevelParent(window); }));
+    REQUIRE(top != nullptr);
+    if (!Becomes([top] { return top->IsActive(); }, 1s))
+        OnUi([top] { top->Raise(); });
+    REQUIRE(Becomes([window, top] { return top->IsActive() && window->IsShownOnScreen() && window->IsEnabled(); }));
     // The pointer first: a press without its arrival may go to what was there before.
     wxPoint target;
     REQUIRE(Becomes([window, &target] {
@@ -66,8 +101,8 @@ void PressKey(int key, int modifiers) {
 }
 
 void Type(const std::string& text) {
-    for (const char character : text)
-        OnUi([character] { wxUIActionSimulator().Text(std::string(1, character).c_str()); });
+    // The toolkit's own way knows few characters.
+    REQUIRE(std::system(("xdotool type --delay 1 '" + text + "'").c_str()) == 0);
 }
 
 wxTopLevelWindow* WindowTitled(const std::string& title) {
@@ -76,8 +111,8 @@ wxTopLevelWindow* WindowTitled(const std::string& title) {
     return found;
 }
 
-bool BecomesHidden(const std::string& title) {
-    return Becomes([&] { return FindShown(title) == nullptr; });
+bool BecomesHidden(const std::string& title, std::chrono::milliseconds longest) {
+    return Becomes([&] { return FindShown(title) == nullptr; }, longest);
 }
 
 wxWindow* ButtonIn(wxWindow* window, const std::string& caption) {

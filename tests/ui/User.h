@@ -36,9 +36,13 @@ void Click(wxWindow* window);
 void PressKey(int key, int modifiers = wxMOD_NONE);
 void Type(const std::string& text);
 
+// Where a dialog of the system is found, if one is open.
+void FindSystemDialogBy(std::function<wxWindow*()> find);
+// True once the keyboard belongs to it.
+bool SystemDialogBecomesActive();
 // The top-level window with this title that is shown; null if there is none within a while.
 wxTopLevelWindow* WindowTitled(const std::string& title);
-bool BecomesHidden(const std::string& title);
+bool BecomesHidden(const std::string& title, std::chrono::milliseconds longest = patience);
 // A button of the window by its visible caption; null if it has none.
 wxWindow* ButtonIn(wxWindow* window, const std::string& caption);
 // All that is written in the window.

@@ -1,0 +1,104 @@
+#include "DesktopFixture.h"
+
+#include <csignal>
+
+namespace tarvin::test {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// What a close may take with a machine as slow as the tests' may be; a user sees a fraction of it.
+constexpr auto closeLimit = 5s;
+
+}
+
+TEST_CASE("the window closes in every state, with its log and its settings in order") {
+    struct Case {
+        std::string name;
+        std::function<void(DesktopFixture&)> bring;
+    };
+    const auto click = [](wxButton* button, const char* title) {
+        Click(button);
+        REQUIRE(WindowTitled(title) != nullptr);
+    };
+    const Case cases[] = {
+        {"idle", [](DesktopFixture&) {}},
+        {"during an upload",
+         [](DesktopFixture& desktop) {
+             // Without a checksum that matters: the program goes by the code.
+             desktop.terminal->Write("ABST0100 \rABADG01 X1 \r");
+             REQUIRE(Becomes([&] { return desktop.Panel().statusLine->Text().starts_with("Uploading"); }));
+         }},
+        {"with an outage told",
+         [](DesktopFixture& desktop) {
+             desktop.Disconnect();
+             REQUIRE(WindowTitled("Comms Status Check") != nullptr);
+         }},
+        {"with the settings open, and a folder looked for",
+         [&](DesktopFixture& desktop) {
+             click(desktop.Panel().changeSettings, "Download Settings");
+             Click(OnUi([] { return wxWindow::FindWindowByName("Browse for the upload folder"); }));
+             REQUIRE(WindowTitled("Upload Path") != nullptr);
+         }},
+        {"with a file asked for",
+         [&](DesktopFixture& desktop) {
+             desktop.engine->Post([&app = *desktop.engine] { app.EndOfServe(); });
+             click(desktop.Panel().sendFile, "Open NC file");
+         }},
+        {"with an outage told over the settings, and the help open",
+         [&](DesktopFixture& desktop) {
+             click(desktop.Panel().help, "Welcome to TarvinDL");
+             click(desktop.Panel().changeSettings, "Download Settings");
+             desktop.Disconnect();
+             REQUIRE(WindowTitled("Comms Status Check") != nullptr);
+         }},
+        {"held by an XOFF",
+         [](DesktopFixture& desktop) {
+             desktop.terminal->Write("\x13" "ABTS \r");
+             REQUIRE(Becomes([&] { return desktop.Panel().xoffHold->IsLit(); }));
+         }},
+    };
+    for (const Case& entry : cases) {
+        CAPTURE(entry.name);
+        DesktopFixture desktop;
+        desktop.Connect();
+        desktop.Start();
+        desktop.engine->Post(
+            [&app = *desktop.engine, log = desktop.folder / "line.log"] { app.StartCommsLog(log); });
+        REQUIRE(Becomes([&] { return desktop.Panel().logSwitch->IsChecked(); }));
+        entry.bring(desktop);
+        CHECK(desktop.Close(closeLimit));
+        CHECK(desktop.folder.ReadFile("line.log").find("Application Terminated\r\n") != std::string::npos);
+        CHECK(desktop.folder.ReadFile("LASER.INI").starts_with("\x41\x45\xF7\x05"));
+    }
+}
+
+TEST_CASE("the program ends with 0 and without a window where there is no installation, and in order when told to") {
+    TemporaryFolder folder;
+    const std::map<std::string, std::string> environment = {{"TARVINDL_HOME", folder.Path().string()}};
+    {
+        ChildProcess program("tarvindl", {{"LASER"}, environment});
+        CHECK(program.WaitForExit() == 0);
+        CHECK(program.Output().find("KEL.INI") != std::string::npos);
+    }
+    {
+        auto noDisplay = environment;
+        noDisplay["DISPLAY"] = "";
+        ChildProcess program("tarvindl", {{"LASER"}, noDisplay});
+        CHECK(program.WaitForExit() == 0);
+    }
+    std::filesystem::create_directory(folder / "NC");
+    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n");
+    ChildProcess program("tarvindl", {{"LASER", "2"}, environment});
+    // It says nothing; what it has opened tells that it is up.
+    const std::string search = "xdotool search --name '^LASER 2 - No Link$' >/dev/null 2>&1";
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (std::system(search.c_str()) != 0)
+        REQUIRE(std::chrono::steady_clock::now() < end);
+    program.Signal(SIGTERM);
+    CHECK(program.WaitForExit(closeLimit) == 0);
+    CHECK(std::filesystem::exists(folder / "LASER 2.INI"));
+}
+
+}

@@ -1,0 +1,238 @@
+#include "DesktopFixture.h"
+#include "ui/CustomMessage.h"
+#include "ui/TransferEndDialog.h"
+#include "ui/WindowPlacement.h"
+
+#include <map>
+#include <set>
+
+
+namespace tarvin::test {
+
+namespace {
+
+// In the system's dialog with this title; then confirms it.
+void PickFile(const std::string& title, const std::filesystem::path& path) {
+    REQUIRE(WindowTitled(title) != nullptr);
+    REQUIRE(SystemDialogBecomesActive());
+    PressKey('A', wxMOD_CONTROL);
+    Type(path.string());
+    // The first key may only end the list of completions.
+    bool isGone = false;
+    for (int presses = 0; presses < 10 && !isGone; ++presses) {
+        PressKey(WXK_RETURN);
+        isGone = BecomesHidden(title, std::chrono::seconds(1));
+    }
+    REQUIRE(isGone);
+}
+
+void ResetLink(DesktopFixture& desktop) {
+    OnUi([&] { desktop.engine->Post([&app = *desktop.engine] { app.EndOfServe(); }); });
+    REQUIRE(Becomes([&] { return desktop.Panel().sendFile->IsShown() && desktop.Panel().receiveFile->IsShown(); }));
+}
+
+}
+
+TEST_CASE("a file is sent and received by hand, each with its dialog beside the window") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.folder.WriteFile("NC/part.tap", "G01 X1\r\n");
+    desktop.Start();
+    CHECK_FALSE(OnUi([&] { return desktop.Panel().sendFile->IsShown(); }));
+    ResetLink(desktop);
+
+    Click(desktop.Panel().sendFile);
+    const std::string path = (desktop.folder / "NC/part.tap").string();
+    PickFile("Open NC file", path);
+    wxTopLevelWindow* sending = WindowTitled("Sending NC File");
+    REQUIRE(sending != nullptr);
+    CHECK(desktop.StatusBecomes("Downloading " + path + " - 0 of 8 bytes sent."));
+    CHECK(desktop.Caption() == "LASER " + path);
+    CHECK_FALSE(OnUi([&] { return desktop.Panel().sendFile->IsEnabled() || desktop.Panel().receiveFile->IsEnabled(); }));
+    CHECK_FALSE(OnUi([&] { return sending->GetRect().Intersects(desktop.window->GetRect()); }));
+    Click(ButtonIn(sending, "Cancel"));
+    CHECK(desktop.StatusBecomes("Download Cancelled " + path));
+    CHECK(BecomesHidden("Sending NC File"));
+    CHECK(Becomes([&] { return desktop.Panel().sendFile->IsEnabled() && desktop.Panel().receiveFile->IsEnabled(); }));
+
+    Click(desktop.Panel().receiveFile);
+    const std::string target = (desktop.folder / "NC/arrived.tap").string();
+    PickFile("Save NC file as", target);
+    wxTopLevelWindow* receiving = WindowTitled("Receiving NC File");
+    REQUIRE(receiving != nullptr);
+    CHECK(desktop.CaptionBecomes("LASER arrived.tap"));
+    Click(ButtonIn(receiving, "Complete"));
+    CHECK(desktop.StatusBecomes("Upload Completed " + target + " - 0 bytes in file."));
+    CHECK(desktop.folder.ReadFile("NC/arrived.tap").empty());
+    REQUIRE(desktop.Close());
+    // The extension of the files is the one of the next.
+    CHECK(desktop.folder.ReadFile("LASER.INI").find(std::string("t\0a\0p", 5)) != std::string::npos);
+}
+
+TEST_CASE("a transfer that ends by itself takes its dialog with it") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    ResetLink(desktop);
+    Click(desktop.Panel().receiveFile);
+    PickFile("Save NC file as", desktop.folder / "NC/kept.nc");
+    REQUIRE(WindowTitled("Receiving NC File") != nullptr);
+    desktop.Disconnect();
+    CHECK(WindowTitled("Comms Status Check") != nullptr);
+    ResetLink(desktop);
+    CHECK(BecomesHidden("Receiving NC File"));
+    CHECK(Becomes([&] { return desktop.Panel().receiveFile->IsEnabled(); }));
+}
+
+TEST_CASE("the log switch asks for a file, and is off again without one") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    Click(desktop.Panel().logSwitch);
+    REQUIRE(WindowTitled("Save Log File As") != nullptr);
+    REQUIRE(SystemDialogBecomesActive());
+    PressKey(WXK_ESCAPE);
+    REQUIRE(BecomesHidden("Save Log File As"));
+    CHECK(Becomes([&] { return !desktop.Panel().logSwitch->IsChecked(); }));
+
+    Click(desktop.Panel().logSwitch);
+    PickFile("Save Log File As", desktop.folder / "line.log");
+    CHECK(Becomes([&] { return desktop.Panel().logSwitch->IsChecked() && desktop.engine->Snapshot().isCommsLogOn; }));
+    Click(desktop.Panel().logSwitch);
+    CHECK(Becomes([&] { return !desktop.engine->Snapshot().isCommsLogOn; }));
+    const std::string log = desktop.folder.ReadFile("line.log");
+    CHECK(log.find("Start of logging") != std::string::npos);
+    CHECK(log.find("End of Logging") != std::string::npos);
+}
+
+TEST_CASE("a message box has the buttons of its style, answers as they are numbered and can be suppressed") {
+    struct Case {
+        unsigned style;
+        const char* buttons;
+        const char* pressed;
+        int answer;
+    };
+    const Case cases[] = {
+        {okOnly, "Ok", "Ok", 1},
+        {okCancel | iconInformation, "Ok Cancel", "Cancel", 2},
+        {yesNo | iconExclamation, "Yes No", "No", 7},
+        {yesNoCancel, "Yes No Cancel", "Yes", 6},
+        {okCancel | defaultButton2, "Ok Cancel", "", 2},
+        {yesNoCancel | defaultButton3, "Yes No Cancel", "", 2},
+        {yesNo, "Yes No", "", 6},
+    };
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    for (const Case& entry : cases) {
+        CAPTURE(entry.style);
+        auto answer = std::make_shared<std::promise<int>>();
+        auto answered = answer->get_future();
+        OnUi([&] {
+            desktop.window->CallAfter([&window = *desktop.window, entry, answer] {
+                answer->set_value(window.ShowBox({u"Text with & in it", u"Question", entry.style}));
+            });
+        });
+        wxTopLevelWindow* box = WindowTitled("Question");
+        REQUIRE(box != nullptr);
+        std::string buttons;
+        for (wxWindow* child : OnUi([&] { return WindowsIn(box); })) {
+            if (dynamic_cast<wxButton*>(child) != nullptr)
+                buttons += (buttons.empty() ? "" : " ") + wxControl::RemoveMnemonics(child->GetLabel()).utf8_string();
+        }
+        CHECK(buttons == entry.buttons);
+        CHECK(TextIn(box).find("Text with & in it") != std::string::npos);
+        if (*entry.pressed == '\0') {
+            REQUIRE(Becomes([&] { return box->IsActive(); }));
+            PressKey(WXK_RETURN);
+        } else {
+            Click(ButtonIn(box, entry.pressed));
+        }
+        REQUIRE(answered.wait_for(patience) == std::future_status::ready);
+        CHECK(answered.get() == entry.answer);
+    }
+}
+
+TEST_CASE("no two controls of a window share a key, and the keyboard reaches every control") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    const auto sharedKeys = [](wxWindow* window) {
+        std::map<char, int> uses;
+        for (wxWindow* child : WindowsIn(window)) {
+            const std::string label = child->GetLabel().utf8_string();
+            const auto mark = label.find('&');
+            if (mark != std::string::npos && mark + 1 < label.size() && label[mark + 1] != '&')
+                ++uses[static_cast<char>(std::toupper(label[mark + 1]))];
+        }
+        std::string shared;
+        for (const auto& [key, count] : uses)
+            shared += count > 1 ? std::string(1, key) : std::string();
+        return shared;
+    };
+    CHECK(OnUi([&] { return sharedKeys(desktop.window); }) == "");
+    std::set<wxWindow*> reached;
+    const std::size_t wanted = OnUi([&] {
+        std::size_t count = 0;
+        for (wxWindow* child : WindowsIn(desktop.window))
+            count += child->IsShown() && (dynamic_cast<wxButton*>(child) || dynamic_cast<wxCheckBox*>(child)) ? 1 : 0;
+        return count;
+    });
+    for (int presses = 0; presses < 40 && reached.size() < wanted; ++presses) {
+        wxWindow* before = OnUi([] { return wxWindow::FindFocus(); });
+        PressKey(WXK_TAB);
+        Becomes([&] { return wxWindow::FindFocus() != before; }, std::chrono::milliseconds(500));
+        wxWindow* focus = OnUi([] { return wxWindow::FindFocus(); });
+        if (dynamic_cast<wxButton*>(focus) != nullptr || dynamic_cast<wxCheckBox*>(focus) != nullptr)
+            reached.insert(focus);
+    }
+    CHECK(reached.size() == wanted);
+
+    Click(desktop.Panel().changeSettings);
+    wxTopLevelWindow* settings = WindowTitled("Download Settings");
+    REQUIRE(settings != nullptr);
+    CHECK(OnUi([&] { return sharedKeys(settings); }) == "");
+}
+
+TEST_CASE("help opens at the page that fits the window in front") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    Click(desktop.Panel().help);
+    CHECK(WindowTitled("Welcome to TarvinDL") != nullptr);
+    OnUi([&] { desktop.window->Raise(); });
+    REQUIRE(Becomes([&] { return desktop.window->IsActive(); }));
+    PressKey(WXK_F1);
+    CHECK(WindowTitled("The main window") != nullptr);
+    Click(desktop.Panel().changeSettings);
+    wxTopLevelWindow* settings = WindowTitled("Download Settings");
+    REQUIRE(settings != nullptr);
+    REQUIRE(Becomes([&] { return settings->IsActive(); }));
+    PressKey(WXK_F1);
+    CHECK(WindowTitled("Settings") != nullptr);
+}
+
+TEST_CASE("a window comes back where it was left, but never where nobody can reach it") {
+    TemporaryFolder folder;
+    ::setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    const wxRect left = OnUi([&] {
+        desktop.window->SetSize(wxRect(120, 90, 900, 700));
+        return desktop.window->GetRect();
+    });
+    REQUIRE(Becomes([&] { return desktop.window->GetRect().GetSize() == wxSize(900, 700); }));
+    REQUIRE(desktop.Close());
+    desktop.Start();
+    CHECK(Becomes([&] { return desktop.window->GetRect().GetSize() == left.GetSize(); }));
+    REQUIRE(desktop.Close());
+    folder.WriteFile("TarvinDL/LASER window.ini", "[Window]\nx=90000\ny=-5000\nwidth=-3\nheight=99999999\n");
+    desktop.Start();
+    CHECK(Becomes([&] {
+        const wxRect place = desktop.window->GetRect();
+        return place.GetX() >= 0 && place.GetX() < 1600 && place.GetY() >= 0 && place.GetHeight() < 1200;
+    }));
+}
+
+}
