@@ -26,10 +26,13 @@ constexpr Measure measures[] = {
     {"large-file", MeasureLargeFile},
     {"start", MeasureStart},
     {"dictionary", MeasureDictionary},
+    {"window", MeasureWindow},
+    {"traffic-view", MeasureTrafficView},
+    {"desktop", MeasureDesktop},
 };
 
 // Enough to see that everything works, too little to judge a figure.
-constexpr Effort quickEffort = {2, 2000, std::chrono::seconds(1), 20, 3, 5};
+constexpr Effort quickEffort = {2, 2000, std::chrono::seconds(1), 20, 3, 5, std::chrono::seconds(2)};
 
 struct Options {
     Effort effort;

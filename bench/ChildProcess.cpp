@@ -43,6 +43,13 @@ std::uint64_t NumberBehind(const std::filesystem::path& file, std::string_view k
     throw std::runtime_error(file.string() + " tells no " + std::string(key));
 }
 
+Nanoseconds TimeOfTask(const std::filesystem::path& task) {
+    Nanoseconds::rep time = 0;
+    if (!(std::ifstream(task / "schedstat") >> time))
+        throw std::runtime_error(task.string() + "/schedstat cannot be read");
+    return Nanoseconds(time);
+}
+
 std::size_t Kibibytes(std::uint64_t count) {
     return static_cast<std::size_t>(count) * 1024;
 }
@@ -92,13 +99,13 @@ std::filesystem::path ChildProcess::ProcFolder() const {
 
 Nanoseconds ChildProcess::ProcessorTime() const {
     Nanoseconds sum = Nanoseconds::zero();
-    for (const auto& task : std::filesystem::directory_iterator(ProcFolder() / "task")) {
-        Nanoseconds::rep time = 0;
-        if (!(std::ifstream(task.path() / "schedstat") >> time))
-            throw std::runtime_error(task.path().string() + "/schedstat cannot be read");
-        sum += Nanoseconds(time);
-    }
+    for (const auto& task : std::filesystem::directory_iterator(ProcFolder() / "task"))
+        sum += TimeOfTask(task.path());
     return sum;
+}
+
+Nanoseconds ChildProcess::MainThreadTime() const {
+    return TimeOfTask(ProcFolder() / "task" / std::to_string(pid));
 }
 
 std::uint64_t ChildProcess::VoluntarySwitches() const {

@@ -27,8 +27,10 @@ public:
     // Asks it to end, and waits.
     void Stop();
 
-    // Of all its threads, since it began.
+    pid_t Id() const { return pid; }
+    // Of all its threads, and of the one that it began with, since it began.
     Nanoseconds ProcessorTime() const;
+    Nanoseconds MainThreadTime() const;
     std::uint64_t VoluntarySwitches() const;
     // Memory in the main store, now and at most since the last ResetPeak.
     std::size_t ResidentBytes() const;

@@ -40,9 +40,8 @@ Installation::~Installation() {
     std::filesystem::remove_all(folder, ignored);
 }
 
-RunningService::RunningService(const std::string& serviceSettings)
-    : installation(line.DevicePath(), serviceSettings),
-      process({OwnProgram("tarvindl-service")}, installation.Folder()) {
+RunningProgram::RunningProgram(const std::string& programName, const std::string& serviceSettings)
+    : installation(line.DevicePath(), serviceSettings), process({OwnProgram(programName)}, installation.Folder()) {
     const Deadline deadline(std::chrono::seconds(10));
     EstablishLink(line);
 }

@@ -1,5 +1,5 @@
 #pragma once
-// A temporary installation of the program for one machine whose port is the given device, and the service that runs on
+// A temporary installation of the program for one machine whose port is the given device, and a program that runs on
 // it. The folder is gone when the installation ends.
 
 #include "ChildProcess.h"
@@ -26,9 +26,12 @@ private:
     std::filesystem::path folder;
 };
 
-// The service program, running on a line and an installation of its own.
-struct RunningService {
-    explicit RunningService(const std::string& serviceSettings = {});
+inline constexpr char serviceProgram[] = "tarvindl-service";
+inline constexpr char desktopProgram[] = "tarvindl";
+
+// One of the programs, running on a line and an installation of its own, its link established.
+struct RunningProgram {
+    explicit RunningProgram(const std::string& programName, const std::string& serviceSettings = {});
 
     ControllerLine line;
     Installation installation;

@@ -40,7 +40,7 @@ Nanoseconds TimeToCountLines(const std::filesystem::path& file) {
 }
 
 void MeasureLargeFile(const Effort& effort, Table& table) {
-    RunningService service;
+    RunningProgram service(serviceProgram);
     const auto file = service.installation.NcFile(number);
     WriteNcBytes(file, effort.largeFileMegabytes * 1000 * 1000);
     const std::string firstFrame = ReadDataFrames(file, 1).front();

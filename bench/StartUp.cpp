@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 void MeasureStart(const Effort& effort, Table& table) {
     ControllerLine line;
     const Installation installation(line.DevicePath());
-    const std::vector<std::string> command = {OwnProgram("tarvindl-service")};
+    const std::vector<std::string> command = {OwnProgram(serviceProgram)};
     std::vector<Nanoseconds> samples;
     for (std::size_t start = 0; start < effort.starts; ++start) {
         const Deadline deadline(10s);

@@ -2,7 +2,7 @@
 #include "Measures.h"
 #include "NcText.h"
 #include "Placement.h"
-#include "protocol/Frame.h"
+#include "Station.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -16,64 +16,9 @@ constexpr std::size_t linesPerTurn = 100;
 constexpr std::chrono::seconds longestTurn{30};
 const std::string number = "100";
 
-class Station {
-public:
-    Station(ControllerLine& controllerLine, const std::vector<std::string>& dataFrames, std::size_t sampleCount)
-        : line(controllerLine), frames(dataFrames) {
-        samples.reserve(sampleCount);
-    }
-
-    void Begin() {
-        const Deadline deadline(longestTurn);
-        line.Write(FrameOf(std::string(code::downloadRequest) + number));
-        Expect(FrameOf(code::acknowledge));
-        Expect(frames.front());
-    }
-
-    // Fetches the lines from `first` to before `last`.
-    void Fetch(std::size_t first, std::size_t last) {
-        const Deadline deadline(longestTurn);
-        const auto started = SteadyTime::now();
-        for (std::size_t next = first; next < last; ++next) {
-            // Before the write: the other end may be served, and even have answered, before a write returns.
-            const auto asked = SteadyTime::now();
-            line.Write(received);
-            const std::string_view frame = line.ReadFrame();
-            samples.push_back(SteadyTime::now() - asked);
-            if (frame != frames[next])
-                throw std::runtime_error("line " + std::to_string(next) + " arrived as " + std::string(frame));
-        }
-        elapsed += SteadyTime::now() - started;
-    }
-
-    void End() {
-        const Deadline deadline(longestTurn);
-        line.Write(received);
-        Expect(FrameOf(code::downloadEnd));
-    }
-
-    Figure LinesPerSecond() const {
-        return {static_cast<double>(samples.size()) / std::chrono::duration<double>(elapsed).count(), "", 0};
-    }
-
-    std::vector<Nanoseconds> samples;
-
-private:
-    void Expect(std::string_view frame) {
-        const std::string_view actual = line.ReadFrame();
-        if (actual != frame)
-            throw std::runtime_error(std::string(frame) + " was due and arrived as " + std::string(actual));
-    }
-
-    ControllerLine& line;
-    const std::vector<std::string>& frames;
-    const std::string received = FrameOf(code::dataGood);
-    Nanoseconds elapsed{};
-};
-
 void RunRound(Station& program, Station& limit, std::size_t lineCount) {
-    program.Begin();
-    limit.Begin();
+    program.Begin(number);
+    limit.Begin(number);
     for (std::size_t first = 1; first < lineCount; first += linesPerTurn) {
         const std::size_t last = std::min(first + linesPerTurn, lineCount);
         program.Fetch(first, last);
@@ -108,7 +53,7 @@ void AddRows(const Allowance& allowed, bool isOneCore, Station& program, Station
     }
     compare(0.99, "99th percentile", allowed.slowest);
     compare(1, "longest");
-    table.Compare(name + "lines per second", program.LinesPerSecond(), limit.LinesPerSecond());
+    table.Compare(name + "lines per second", {program.LinesPerSecond(), "", 0}, {limit.LinesPerSecond(), "", 0});
 }
 
 void MeasureOnCores(const Effort& effort, int ownCore, int programCore, Table& table) {
@@ -116,7 +61,7 @@ void MeasureOnCores(const Effort& effort, int ownCore, int programCore, Table& t
     const std::size_t lineCount = effort.linesPerRound + 1;
     Placement placement;
     placement.Use(programCore);
-    RunningService service;
+    RunningProgram service(serviceProgram);
     const auto file = service.installation.NcFile(number);
     WriteNcLines(file, lineCount);
     const auto frames = ReadDataFrames(file, lineCount);
@@ -138,9 +83,9 @@ void MeasureLoggedOnCores(const Effort& effort, int ownCore, int programCore, Ta
     const std::size_t lineCount = effort.linesPerRound + 1;
     Placement placement;
     placement.Use(programCore);
-    RunningService logged("comms log=%s.log\ncomms log size=1000\n");
-    RunningService plain;
-    for (const RunningService* service : {&logged, &plain})
+    RunningProgram logged(serviceProgram, "comms log=%s.log\ncomms log size=1000\n");
+    RunningProgram plain(serviceProgram);
+    for (const RunningProgram* service : {&logged, &plain})
         WriteNcLines(service->installation.NcFile(number), lineCount);
     const auto frames = ReadDataFrames(plain.installation.NcFile(number), lineCount);
 

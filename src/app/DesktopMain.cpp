@@ -47,7 +47,11 @@ public:
     }
 
     // The command line is the machine's name and none of the toolkit's.
-    bool OnInit() override { return true; }
+    bool OnInit() override {
+        // From here on there are windows to tell things in.
+        delete wxLog::SetActiveTarget(nullptr);
+        return true;
+    }
     int OnRun() override;
 
 private:
@@ -101,6 +105,8 @@ int main(int argumentCount, char** arguments) {
         return 0;
     }
     tarvin::PrepareStopRequests();
+    // That there is no display can be told in no window.
+    delete wxLog::SetActiveTarget(new wxLogStderr);
     wxApp::SetInstance(new DesktopApp(*paths, text));
     int toolkitArgumentCount = 1;
     // Below zero if the toolkit has found no display; it has said so.

@@ -26,6 +26,7 @@ constexpr CommandShape commandShapes[] = {
     {"refuse-get", Command::Kind::RefuseGet, true, CommandShape::File::None},
     {"send", Command::Kind::Send, true, CommandShape::File::None},
     {"expect", Command::Kind::Expect, true, CommandShape::File::None},
+    {"stay", Command::Kind::Stay, false, CommandShape::File::None},
 };
 
 const CommandShape* FindCommand(std::string_view name) {

@@ -10,7 +10,7 @@
 namespace tarvin::controller {
 
 struct Command {
-    enum class Kind { Test, Put, Get, Check, RefusePut, RefuseGet, Send, Expect };
+    enum class Kind { Test, Put, Get, Check, RefusePut, RefuseGet, Send, Expect, Stay };
     Kind kind = Kind::Test;
     // The name of the command.
     std::string name;

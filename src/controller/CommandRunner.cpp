@@ -57,6 +57,8 @@ Outcome CommandRunner::Perform(const Command& command, std::span<const std::stri
         return conversation.Send(command.number);
     case Command::Kind::Expect:
         return conversation.ReceiveExactly(command.number);
+    case Command::Kind::Stay:
+        return conversation.Stay();
     }
     return Outcome::Failed("unknown command");
 }

@@ -13,6 +13,7 @@ namespace {
 constexpr int linkTestAttempts = 3;
 // How long the end of the last exchange is listened to for something that nobody has asked for.
 constexpr std::chrono::milliseconds lastListening(20);
+constexpr std::chrono::seconds timeToReopen(2);
 
 std::string InSeconds(Clock::Duration duration) {
     std::ostringstream text;
@@ -211,6 +212,23 @@ Outcome Conversation::RequireAcknowledge(std::string_view request) {
     if (link.FateOfLastMessage() == Misbehaviour::Fate::Damaged)
         ++damagedButAcknowledged;
     return Outcome::Right();
+}
+
+Outcome Conversation::Stay() {
+    for (;;) {
+        char ignored[256];
+        std::size_t byteCount = 0;
+        auto status = line.Read(ignored, sizeof ignored, clock.Now() + timeToReopen, byteCount);
+        // A program that takes on other settings closes its port and opens it again.
+        if (status == ControllerLine::Status::HungUp)
+            status = line.WaitForPeer(clock.Now() + timeToReopen);
+        else if (status == ControllerLine::Status::TimedOut)
+            continue;
+        if (status == ControllerLine::Status::Failed)
+            return Outcome::Failed(line.LastError());
+        if (status != ControllerLine::Status::Done)
+            return Outcome::Right();
+    }
 }
 
 bool Conversation::StopsAfter(std::size_t lineCount) {

@@ -49,6 +49,10 @@ public:
     Outcome ReceiveExactly(std::string_view text);
     Outcome Unexpected(const ReceivedMessage& message, std::string_view wanted) const;
 
+    // Keeps the line and answers nothing, until nobody has had it open for a moment; where that cannot be seen, for
+    // good.
+    Outcome Stay();
+
     // True, and only once, for the transfer that is to be left lying after so many lines.
     bool StopsAfter(std::size_t lineCount);
     const Settings& Chosen() const { return settings; }

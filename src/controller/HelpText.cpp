@@ -20,6 +20,8 @@ Commands
   refuse-get NUMBER   right only if the program refuses to give the file (AAAK01)
   send TEXT           sends one message; nothing is required in return
   expect TEXT         requires TEXT to be the next message that comes
+  stay                keeps the line and answers nothing until the program has closed it
+                      (on a serial device, where that cannot be seen, until it is ended)
 File numbers are sent as given. Lines of FILE end with LF or CR LF; its empty lines
 are not sent and not compared, since the program keeps and sends none.
 

@@ -53,6 +53,8 @@ int RunCommands(const ControllerOptions& options, std::span<const Lines> files, 
     int status = ExitStatus::right;
     for (std::size_t index = 0; index < options.commands.size(); ++index) {
         const Command& command = options.commands[index];
+        if (command.kind == Command::Kind::Stay)
+            output << "stay: until the program closes the line" << std::endl;
         const Outcome outcome = runner.Run(command, files[index]);
         output << runner.Report(command, outcome) << std::endl;
         if (outcome.kind == Outcome::Kind::Failed)

@@ -301,9 +301,12 @@ wxColour TextPane::ColourOf(TextLines::Kind kind) const {
 
 void TextPane::OnPaint(wxPaintEvent&) {
     wxAutoBufferedPaintDC dc(this);
-    ++paintCount;
     dc.SetBackground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
     dc.Clear();
+    // A scroll bar that comes and goes by fading asks for its own strip as often as the screen is refreshed.
+    if (!GetUpdateRegion().GetBox().Intersects(GetClientRect()))
+        return;
+    ++paintCount;
     dc.SetFont(GetFont());
     const std::uint64_t end = std::min(lines.End(), topLine + static_cast<std::uint64_t>(VisibleLines()) + 1);
     int y = margin;

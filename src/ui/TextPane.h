@@ -32,7 +32,7 @@ public:
     void Follow();
     // The first line shown.
     std::uint64_t TopLine() const { return topLine; }
-    // How often the pane has been painted, for whoever measures it.
+    // How often the text has been painted, for whoever measures it.
     std::size_t PaintCount() const { return paintCount; }
 
 private:

@@ -89,3 +89,15 @@ TEST_CASE("a fault is noticed: wrong content, lost messages, a controller that f
     CHECK(programs.Run({"test", "put", "100", "FILE", "check", "100", "FILE"}) == 0);
     CHECK(programs.fixture.folder.ReadFile("NC/100.nc") == TwoPrograms::Part());
 }
+
+TEST_CASE("a controller that stays keeps the line, whatever comes, until the program has gone") {
+    TwoPrograms programs;
+    ChildProcess controller("tarvin-controller", {{"--pty", programs.File("line"), "test", "stay"}});
+    programs.fixture.Start();
+    REQUIRE(controller.WaitForOutput("stay: until the program closes the line"));
+    programs.fixture.service->Signal(SIGTERM);
+    CHECK(programs.fixture.service->WaitForExit() == 0);
+    CHECK(controller.WaitForExit() == 0);
+    CHECK(controller.Output().ends_with("stay: ok\n"));
+    CHECK(programs.fixture.service->Output().find("No Link") == std::string::npos);
+}

@@ -23,10 +23,10 @@ std::string LineOf(MainPanel& panel, std::uint64_t number) {
 
 TEST_CASE("a download and an upload that the controller starts are shown from their beginning to their end") {
     DesktopFixture desktop;
-    const std::string program = NcFile(400);
+    const std::string program = NcFile(20);
     desktop.folder.WriteFile("NC/200.nc", program);
     desktop.folder.WriteFile("sent.nc", program);
-    auto& controller = desktop.RunController({"--delay", "2", "test", "get", "200", (desktop.folder / "got.nc").string(),
+    auto& controller = desktop.RunController({"--delay", "100", "test", "get", "200", (desktop.folder / "got.nc").string(),
                                               "put", "100", (desktop.folder / "sent.nc").string()});
     REQUIRE(Becomes([&] { return std::filesystem::exists(desktop.folder / "line"); }));
     desktop.Start();

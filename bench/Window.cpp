@@ -1,0 +1,153 @@
+// The controller's turnaround with a window on the display, beside the program without one; and what the window costs
+// while nothing happens, and how soon it is there.
+
+#include "Desktop.h"
+#include "Installation.h"
+#include "Measures.h"
+#include "NcText.h"
+#include "Placement.h"
+#include "Station.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+namespace tarvin::bench {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Long enough for the window to show what happens more than once, so that its work falls into its own turn.
+constexpr std::size_t linesPerTurn = 4000;
+// Enough for the window to show the last of it before the other program's turn.
+constexpr auto timeToShow = 200ms;
+// The view and the picture in its place differ in most of their pixels, all the rest of the window in far fewer.
+constexpr std::size_t pixelsOfView = 50000;
+const std::string number = "100";
+
+// Both sides of the comparison, and the processor time that the window's thread has used in its turns.
+struct Sides {
+    RunningProgram& desktop;
+    Station window;
+    Station service;
+    Nanoseconds windowThread{};
+    Nanoseconds windowTurns{};
+};
+
+void FetchAndShow(Sides& sides, std::size_t first, std::size_t last) {
+    const auto started = SteadyTime::now();
+    const Nanoseconds before = sides.desktop.process.MainThreadTime();
+    sides.window.Fetch(first, last);
+    std::this_thread::sleep_for(timeToShow);
+    sides.windowThread += sides.desktop.process.MainThreadTime() - before;
+    sides.windowTurns += SteadyTime::now() - started;
+}
+
+void RunRounds(const Effort& effort, std::size_t lineCount, Sides& sides) {
+    for (std::size_t round = 0; round < effort.rounds; ++round) {
+        sides.window.Begin(number);
+        sides.service.Begin(number);
+        for (std::size_t first = 1; first < lineCount; first += linesPerTurn) {
+            const std::size_t last = std::min(first + linesPerTurn, lineCount);
+            FetchAndShow(sides, first, last);
+            sides.service.Fetch(first, last);
+        }
+        sides.window.End();
+        sides.service.End();
+    }
+}
+
+void OpenView(const RunningProgram& desktop) {
+    const Deadline deadline(10s);
+    const std::string window = AwaitWindow(desktop.process);
+    const std::string before = DisplayPixels();
+    PressKey(window, "alt+v");
+    for (int look = 0; look < 100; ++look) {
+        if (ChangedPixels(before, DisplayPixels()) >= pixelsOfView)
+            return;
+        std::this_thread::sleep_for(50ms);
+    }
+    throw std::runtime_error("the traffic view did not open");
+}
+
+double WindowShare(const Sides& sides) {
+    return static_cast<double>(sides.windowThread.count()) / static_cast<double>(sides.windowTurns.count());
+}
+
+void AddRows(const std::string& name, Sides& sides, Table& table, auto... mostAllowed) {
+    auto& own = sides.window.samples;
+    auto& least = sides.service.samples;
+    table.Compare(name + "median", Microseconds(Median(own)), Microseconds(Median(least)), mostAllowed...);
+    for (const auto& [share, what] : {std::pair{0.99, "99th percentile"}, std::pair{1.0, "longest"}})
+        table.Compare(name + what, Microseconds(Quantile(own, share)), Microseconds(Quantile(least, share)));
+    table.Compare(name + "lines per second", {sides.window.LinesPerSecond(), "", 0},
+                  {sides.service.LinesPerSecond(), "", 0});
+    table.Inform(name + "window's thread", {100 * WindowShare(sides), "%", 1});
+}
+
+}
+
+void MeasureWindow(const Effort& effort, Table& table) {
+    RequireDisplay();
+    const std::vector<int> cores = Placement().Cores();
+    const std::size_t lineCount = effort.linesPerRound + 1;
+    Placement placement;
+    placement.Use(cores.back());
+    RunningProgram desktop(desktopProgram);
+    RunningProgram service(serviceProgram);
+    for (const RunningProgram* program : {&desktop, &service})
+        WriteNcLines(program->installation.NcFile(number), lineCount);
+    const auto frames = ReadDataFrames(service.installation.NcFile(number), lineCount);
+
+    placement.Use(cores.front());
+    const std::size_t sampleCount = effort.rounds * effort.linesPerRound;
+    const auto sides = [&] {
+        return Sides{desktop, Station(desktop.line, frames, sampleCount), Station(service.line, frames, sampleCount)};
+    };
+    Sides hidden = sides();
+    RunRounds(effort, lineCount, hidden);
+    Sides open = sides();
+    OpenView(desktop);
+    RunRounds(effort, lineCount, open);
+    const Deadline deadline(10s);
+    desktop.process.Stop();
+    service.process.Stop();
+    AddRows("view open: ", open, table, 1.2);
+    AddRows("view hidden: ", hidden, table);
+}
+
+void MeasureDesktop(const Effort& effort, Table& table) {
+    RequireDisplay();
+    {
+        RunningProgram desktop(desktopProgram);
+        std::this_thread::sleep_for(2s);
+        const IdleFigures idle = MeasureIdleProgram(desktop, effort.idleTime);
+        table.Inform("desktop idle: share of a core", idle.share);
+        table.Inform("desktop idle: memory", idle.memory);
+        table.Inform("desktop idle: wake-ups per second", idle.wakeUpsPerSecond);
+        const Deadline deadline(10s);
+        desktop.process.Stop();
+    }
+    ControllerLine line;
+    const Installation installation(line.DevicePath());
+    std::vector<Nanoseconds> linked;
+    std::vector<Nanoseconds> shown;
+    for (std::size_t start = 0; start < effort.starts; ++start) {
+        const Deadline deadline(10s);
+        const auto started = SteadyTime::now();
+        ChildProcess process({OwnProgram(desktopProgram)}, installation.Folder());
+        AwaitLink(line);
+        linked.push_back(SteadyTime::now() - started);
+        AwaitWindow(process);
+        shown.push_back(SteadyTime::now() - started);
+        process.Stop();
+        line.DropInput();
+    }
+    table.Inform("desktop start to link test: median", Milliseconds(Median(linked)));
+    table.Inform("desktop start to link test and window: median", Milliseconds(Median(shown)));
+    table.Inform("desktop start to link test and window: longest", Milliseconds(Longest(shown)));
+}
+
+}
