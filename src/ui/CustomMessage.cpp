@@ -92,8 +92,8 @@ void CustomMessage::AddMessage(wxSizer& column, const MessageBoxText& box) {
     const wxArtID icon = IconOf(box.style);
     if (!icon.empty()) {
         const wxSize iconSize = wxArtProvider::GetNativeSizeHint(wxART_MESSAGE_BOX, this);
-        auto* image = new wxStaticBitmap(this, wxID_ANY,
-                                         wxArtProvider::GetBitmapBundle(icon, wxART_MESSAGE_BOX, iconSize));
+        auto* image =
+            new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmapBundle(icon, wxART_MESSAGE_BOX, iconSize));
         row->Add(image, wxSizerFlags().Top().Border(wxRIGHT, FromDIP(12)));
     }
     auto* text = new wxStaticText(this, wxID_ANY, ToLabel(box.text));

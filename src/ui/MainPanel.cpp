@@ -40,7 +40,8 @@ wxButton* MainPanel::AddButton(wxWindowID id, const wxString& label, const wxStr
     auto* button = new wxButton(this, id, label);
     const wxSize best = button->GetBestSize();
     const wxSize size = Units(width, 14);
-    button->SetMinSize(wxSize(std::max(best.GetWidth(), size.GetWidth()), std::max(best.GetHeight(), size.GetHeight())));
+    button->SetMinSize(
+        wxSize(std::max(best.GetWidth(), size.GetWidth()), std::max(best.GetHeight(), size.GetHeight())));
     button->SetToolTip(tip);
     return button;
 }

@@ -143,7 +143,7 @@ void MainWindow::ShowSnapshot() {
     if (snapshot.caption != shown.caption)
         SetTitle(ToWx(snapshot.caption));
     panel->statusLine->Show(ToWx(snapshot.statusLine), OutlookOf(snapshot));
-    
+
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
     panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
     ShowLamps(snapshot.lamps);
@@ -222,12 +222,12 @@ void MainWindow::OnHandshake() {
 }
 
 void MainWindow::OnChangeSettings() {
-    const SettingsDialog::Owner owner = {
-        [this](const DownloadSettings& changed) {
-            settings = changed;
-            engine.Post([&app = engine, kept = settings] { app.KeepSettings(kept); });
-        },
-        [this] { OnHelp("settings.htm"); }, [this](wxDialog& dialog) { return modal.RunNative(dialog); }};
+    const SettingsDialog::Owner owner = {[this](const DownloadSettings& changed) {
+                                             settings = changed;
+                                             engine.Post([&app = engine, kept = settings] { app.KeepSettings(kept); });
+                                         },
+                                         [this] { OnHelp("settings.htm"); },
+                                         [this](wxDialog& dialog) { return modal.RunNative(dialog); }};
     SettingsDialog dialog(this, settings, FindPorts(pathsFile, settings.port), owner);
     if (modal.Run(dialog) != wxID_OK)
         return;
@@ -251,7 +251,8 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
     const auto add = [&menu](const wxString& label, bool isEnabled, std::function<void()> action) {
         wxMenuItem* item = menu.Append(wxID_ANY, label);
         item->Enable(isEnabled);
-        menu.Bind(wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
+        menu.Bind(
+            wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
     };
     if (panel->monitor->IsTrafficShown()) {
         add("&Copy\tCtrl+C", traffic.HasSelection(), [&traffic] { traffic.Copy(); });
@@ -291,8 +292,8 @@ int MainWindow::ShowBox(const MessageBoxText& box) {
 }
 
 TransferEndDialog* MainWindow::ShownEndDialog() const {
-    for (TransferEndDialog* dialog : {static_cast<TransferEndDialog*>(uploadEnd),
-                                      static_cast<TransferEndDialog*>(downloadEnd)}) {
+    for (TransferEndDialog* dialog :
+         {static_cast<TransferEndDialog*>(uploadEnd), static_cast<TransferEndDialog*>(downloadEnd)}) {
         if (dialog != nullptr && dialog->IsShown())
             return dialog;
     }

@@ -43,9 +43,8 @@ std::optional<std::filesystem::path> AskForNcFileToSend(wxWindow* parent, ModalL
                NcFileFilters(settings.fileExtension), wxFD_OPEN | wxFD_FILE_MUST_EXIST);
 }
 
-std::optional<std::filesystem::path> AskForNcFileToReceive(wxWindow* parent, ModalLoop& loop,
-                                                           const DownloadSettings& settings,
-                                                           const KelText& currentFile) {
+std::optional<std::filesystem::path>
+AskForNcFileToReceive(wxWindow* parent, ModalLoop& loop, const DownloadSettings& settings, const KelText& currentFile) {
     return Ask(parent, loop, "Save NC file as", Initial(settings.uploadPath, currentFile),
                NcFileFilters(settings.fileExtension), wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
 }

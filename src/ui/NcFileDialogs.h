@@ -16,9 +16,8 @@ wxString NcFileFilters(const KelText& extension);
 // `currentFile` is the file that was last on its way; it is offered by its name. None if the user cancels.
 std::optional<std::filesystem::path> AskForNcFileToSend(wxWindow* parent, ModalLoop& loop,
                                                         const DownloadSettings& settings, const KelText& currentFile);
-std::optional<std::filesystem::path> AskForNcFileToReceive(wxWindow* parent, ModalLoop& loop,
-                                                           const DownloadSettings& settings,
-                                                           const KelText& currentFile);
+std::optional<std::filesystem::path>
+AskForNcFileToReceive(wxWindow* parent, ModalLoop& loop, const DownloadSettings& settings, const KelText& currentFile);
 std::optional<std::filesystem::path> AskForCommsLog(wxWindow* parent, ModalLoop& loop,
                                                     const DownloadSettings& settings);
 

@@ -55,7 +55,8 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
          }},
         {"held by an XOFF",
          [](DesktopFixture& desktop) {
-             desktop.terminal->Write("\x13" "ABTS \r");
+             desktop.terminal->Write("\x13"
+                                     "ABTS \r");
              REQUIRE(Becomes([&] { return desktop.Panel().xoffHold->IsLit(); }));
          }},
     };
@@ -64,8 +65,7 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
         DesktopFixture desktop;
         desktop.Connect();
         desktop.Start();
-        desktop.engine->Post(
-            [&app = *desktop.engine, log = desktop.folder / "line.log"] { app.StartCommsLog(log); });
+        desktop.engine->Post([&app = *desktop.engine, log = desktop.folder / "line.log"] { app.StartCommsLog(log); });
         REQUIRE(Becomes([&] { return desktop.Panel().logSwitch->IsChecked(); }));
         entry.bring(desktop);
         CHECK(desktop.Close(closeLimit));

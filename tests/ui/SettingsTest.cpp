@@ -113,7 +113,7 @@ TEST_CASE("a field that is wrong says so and keeps the dialog open; what depends
     CHECK(OnUi([&] { return dialog->IsShown(); }));
     OnUi([&] { folder->SetValue(desktop.folder.Path().string()); });
     Click(ButtonIn(dialog, "OK"));
-    CHECK(BecomesHidden(caption));
+    CHECK_MESSAGE(BecomesHidden(caption), TextIn(dialog));
     REQUIRE(desktop.Close());
     CHECK(desktop.folder.ReadFile("LASER.INI").find(std::string("n\0o\0w\0h", 7)) == std::string::npos);
 }

@@ -45,13 +45,18 @@ TEST_CASE("tabs reach to the next of every sixteen columns") {
 
 TEST_CASE("what is selected is copied as it stands, whichever way it was selected, and never beyond what there is") {
     TextLines lines;
-    for (const char* text : {"RX first", "TX s\xC3\xA9" "cond \xF0\x9F\x94\xA7", "third"})
+    for (const char* text : {"RX first",
+                             "TX s\xC3\xA9"
+                             "cond \xF0\x9F\x94\xA7",
+                             "third"})
         lines.Append(TextLines::Kind::Received, text);
     lines.Select({2, 2}, {0, 3});
-    CHECK(lines.SelectedText() == "first\nTX s\xC3\xA9" "cond \xF0\x9F\x94\xA7\nth");
+    CHECK(lines.SelectedText() == "first\nTX s\xC3\xA9"
+                                  "cond \xF0\x9F\x94\xA7\nth");
     CHECK(lines.SelectedIn(1).end == 11);
     lines.Select({0, 99}, {99, 99});
-    CHECK(lines.SelectedText() == "\nTX s\xC3\xA9" "cond \xF0\x9F\x94\xA7\nthird");
+    CHECK(lines.SelectedText() == "\nTX s\xC3\xA9"
+                                  "cond \xF0\x9F\x94\xA7\nthird");
 }
 
 }

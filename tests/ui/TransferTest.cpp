@@ -26,8 +26,9 @@ TEST_CASE("a download and an upload that the controller starts are shown from th
     const std::string program = NcFile(20);
     desktop.folder.WriteFile("NC/200.nc", program);
     desktop.folder.WriteFile("sent.nc", program);
-    auto& controller = desktop.RunController({"--delay", "100", "test", "get", "200", (desktop.folder / "got.nc").string(),
-                                              "put", "100", (desktop.folder / "sent.nc").string()});
+    auto& controller =
+        desktop.RunController({"--delay", "100", "test", "get", "200", (desktop.folder / "got.nc").string(), "put",
+                               "100", (desktop.folder / "sent.nc").string()});
     REQUIRE(Becomes([&] { return std::filesystem::exists(desktop.folder / "line"); }));
     desktop.Start();
     Click(desktop.Panel().viewSwitch);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
 #include <wx/filedlg.h>
 #include <wx/uiaction.h>
@@ -48,9 +49,8 @@ void FindSystemDialogBy(std::function<wxWindow*()> find) {
 bool SystemDialogBecomesActive() {
     return Becomes([] {
         return systemDialog && systemDialog() != nullptr &&
-               std::none_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(), [](wxWindow* window) {
-                   return dynamic_cast<wxTopLevelWindow&>(*window).IsActive();
-               });
+               std::none_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),
+                            [](wxWindow* window) { return dynamic_cast<wxTopLevelWindow&>(*window).IsActive(); });
     });
 }
 
@@ -84,14 +84,14 @@ void Click(wxWindow* window) {
         OnUi([top] { top->Raise(); });
     REQUIRE(Becomes([window, top] { return top->IsActive() && window->IsShownOnScreen() && window->IsEnabled(); }));
     // The pointer first: a press without its arrival may go to what was there before.
+    // And at rest: a window that has just changed may still be on its way to its new size.
     wxPoint target;
     REQUIRE(Becomes([window, &target] {
         // By the parent's reckoning: a control that reads from right to left counts from its right edge.
-        wxWindow* parent = window->GetParent();
-        const wxPoint corner = window->IsTopLevel() ? window->GetPosition() : parent->ClientToScreen(window->GetPosition());
-        target = corner + window->GetSize() / 2;
+        const wxPoint corner = window->GetParent()->ClientToScreen(window->GetPosition());
+        const wxPoint before = std::exchange(target, corner + window->GetSize() / 2);
         wxUIActionSimulator().MouseMove(target.x, target.y);
-        return wxGetMousePosition() == target;
+        return target == before && wxGetMousePosition() == target;
     }));
     OnUi([] { wxUIActionSimulator().MouseClick(); });
 }
