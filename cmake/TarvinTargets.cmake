@@ -9,7 +9,8 @@ target_include_directories(tarvin-options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_link_libraries(tarvin-options INTERFACE Threads::Threads)
 if(WIN32)
     target_compile_definitions(tarvin-options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-    target_link_options(tarvin-options INTERFACE -static)
+    target_compile_options(tarvin-options INTERFACE -ffunction-sections -fdata-sections)
+    target_link_options(tarvin-options INTERFACE -static -Wl,--gc-sections)
 endif()
 
 # tarvin_sources(VARIABLE [EXCLUDE FILE...]): the sources of the current folder that belong to the target system.
@@ -36,11 +37,33 @@ function(tarvin_library name)
     target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
 endfunction()
 
-# tarvin_program(NAME SOURCES FILE... DEPENDS LIBRARY...)
+# What Windows shows of a program and lets it do. Nothing elsewhere.
+function(tarvin_resources program description isWindow)
+    if(NOT WIN32)
+        return()
+    endif()
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/resources)
+    set(manifest ${folder}/${program}.manifest)
+    string(REPLACE "." "," versionNumbers ${PROJECT_VERSION})
+    set(further "")
+    if(isWindow)
+        set(further "\n// The cursors and pictures of wxWidgets.\n#define wxUSE_NO_MANIFEST 1\n#include <wx/msw/wx.rc>")
+    endif()
+    configure_file(${CMAKE_SOURCE_DIR}/packaging/windows/program.manifest.in ${manifest} @ONLY)
+    configure_file(${CMAKE_SOURCE_DIR}/packaging/windows/program.rc.in ${folder}/${program}.rc @ONLY)
+    target_sources(${program} PRIVATE ${folder}/${program}.rc)
+    set_source_files_properties(${folder}/${program}.rc PROPERTIES
+        OBJECT_DEPENDS "${manifest};${CMAKE_SOURCE_DIR}/packaging/icons/tarvindl.ico")
+endfunction()
+
+# tarvin_program(NAME [WINDOW] DESCRIPTION TEXT SOURCES FILE... DEPENDS LIBRARY...). The description is what Windows
+# shows of the program. WINDOW: it has one, and no console.
 function(tarvin_program name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;DEPENDS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOW" "DESCRIPTION" "SOURCES;DEPENDS")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_DEPENDS} tarvin-options)
+    set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ${arg_WINDOW})
+    tarvin_resources(${name} "${arg_DESCRIPTION}" ${arg_WINDOW})
 endfunction()
 
 # tarvin_test(NAME DEPENDS LIBRARY...): the test program of the current folder; CTest lists each of its cases.
@@ -49,7 +72,11 @@ function(tarvin_test name)
     tarvin_sources(sources)
     add_executable(${name}-tests ${sources})
     target_link_libraries(${name}-tests PRIVATE ${arg_DEPENDS} test-support tarvin-options)
-    if(NOT CMAKE_CROSSCOMPILING)
+    if(CMAKE_CROSSCOMPILING)
+        # One entry for all of its cases: asking each program for them would start it once for each.
+        add_test(NAME "${name}: all cases" COMMAND ${name}-tests)
+        set_tests_properties("${name}: all cases" PROPERTIES TIMEOUT 120)
+    else()
         doctest_discover_tests(${name}-tests TEST_PREFIX "${name}: " PROPERTIES TIMEOUT 120)
     endif()
 endfunction()
