@@ -19,9 +19,9 @@ constexpr DWORD noSuchDevice = 433;
 // What the drivers of plug-in adapters answer on a handle whose device was pulled out; they do not agree on one.
 bool MeansGone(DWORD error) {
     constexpr DWORD known[] = {
-        ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED,        ERROR_INVALID_HANDLE, ERROR_BAD_UNIT,
-        ERROR_BAD_COMMAND,    ERROR_GEN_FAILURE,          noSuchDevice,         ERROR_DEV_NOT_EXIST,
-        ERROR_IO_DEVICE,      ERROR_DEVICE_NOT_CONNECTED, ERROR_DEVICE_REMOVED};
+        ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_INVALID_HANDLE,       ERROR_BAD_UNIT,
+        ERROR_NOT_READY,      ERROR_BAD_COMMAND,   ERROR_GEN_FAILURE,          noSuchDevice,
+        ERROR_DEV_NOT_EXIST,  ERROR_IO_DEVICE,     ERROR_DEVICE_NOT_CONNECTED, ERROR_DEVICE_REMOVED};
     return std::ranges::find(known, error) != std::end(known);
 }
 
