@@ -10,7 +10,7 @@ target_link_libraries(tarvin-options INTERFACE Threads::Threads)
 if(WIN32)
     target_compile_definitions(tarvin-options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
     target_compile_options(tarvin-options INTERFACE -ffunction-sections -fdata-sections)
-    target_link_options(tarvin-options INTERFACE -static -Wl,--gc-sections)
+    target_link_options(tarvin-options INTERFACE -static -s -Wl,--gc-sections)
 endif()
 
 # tarvin_sources(VARIABLE [EXCLUDE FILE...]): the sources of the current folder that belong to the target system.
