@@ -16,11 +16,37 @@ BOOL WINAPI OnConsoleEvent(DWORD event) {
     return TRUE;
 }
 
+LRESULT CALLBACK OnWindowMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_ENDSESSION && first != 0) {
+        ::SetEvent(stopEvent);
+        // As above: the process has no longer than this call lasts.
+        ::Sleep(INFINITE);
+    }
+    return ::DefWindowProcW(window, message, first, second);
+}
+
+// A console does not tell of logging off and shutting down to a program that has loaded the window system's library, as
+// any does that reads its command line; its windows are told. Where none can be made, there is no session to end
+// either.
+DWORD WINAPI WatchSession(void*) {
+    WNDCLASSW kind = {};
+    kind.lpfnWndProc = OnWindowMessage;
+    kind.hInstance = ::GetModuleHandleW(nullptr);
+    kind.lpszClassName = L"TarvinDL session";
+    ::RegisterClassW(&kind);
+    ::CreateWindowExW(0, kind.lpszClassName, L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr, kind.hInstance, nullptr);
+    MSG message = {};
+    while (::GetMessageW(&message, nullptr, 0, 0) > 0)
+        ::DispatchMessageW(&message);
+    return 0;
+}
+
 }
 
 void PrepareStopRequests() {
     stopEvent = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
     ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
+    ::CloseHandle(::CreateThread(nullptr, 0, WatchSession, nullptr, 0, nullptr));
 }
 
 void WaitForStopRequest() {

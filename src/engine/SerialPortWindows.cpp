@@ -3,14 +3,30 @@
 #include "engine/PortNames.h"
 #include "framework/SystemErrorText.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace tarvin {
 
 namespace {
 
+// A wait of one millisecond takes up to sixteen otherwise, which would be the program's answering time.
+constexpr UINT timerMilliseconds = 1;
+
+// ERROR_NO_SUCH_DEVICE, which older headers lack.
+constexpr DWORD noSuchDevice = 433;
+
+// What the drivers of plug-in adapters answer on a handle whose device was pulled out; they do not agree on one.
+bool MeansGone(DWORD error) {
+    constexpr DWORD known[] = {
+        ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_INVALID_HANDLE,       ERROR_BAD_UNIT,
+        ERROR_NOT_READY,      ERROR_BAD_COMMAND,   ERROR_GEN_FAILURE,          noSuchDevice,
+        ERROR_DEV_NOT_EXIST,  ERROR_IO_DEVICE,     ERROR_DEVICE_NOT_CONNECTED, ERROR_DEVICE_REMOVED};
+    return std::ranges::find(known, error) != std::end(known);
+}
+
 PortError Failure(DWORD error) {
-    const bool gone = error == ERROR_DEVICE_NOT_CONNECTED || error == ERROR_GEN_FAILURE || error == ERROR_BAD_COMMAND ||
-                      error == ERROR_ACCESS_DENIED || error == ERROR_DEVICE_REMOVED || error == ERROR_FILE_NOT_FOUND;
-    return {true, gone, SystemErrorText(error)};
+    return {true, MeansGone(error), SystemErrorText(error)};
 }
 
 PortError Check(BOOL succeeded) {
@@ -23,8 +39,8 @@ std::unique_ptr<SerialPort> MakeSerialPort(const PortNames& names) {
     return std::make_unique<SerialPortWindows>(names);
 }
 
-SerialPortWindows::SerialPortWindows(const PortNames& portNames)
-    : names(portNames), wakeEvent(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
+SerialPortWindows::SerialPortWindows(const PortNames& portNames, const CommCalls& commCalls)
+    : names(portNames), calls(commCalls), wakeEvent(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
     controlBlock.DCBlength = sizeof controlBlock;
 }
 
@@ -37,30 +53,34 @@ PortError SerialPortWindows::Open(const KelText& portName) {
     const auto path = names.DeviceOf(portName);
     if (!path)
         return Failure(ERROR_FILE_NOT_FOUND);
-    handle = ::CreateFileW(path->c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                           FILE_ATTRIBUTE_NORMAL, nullptr);
-    return Check(IsOpen());
+    handle = calls.createFile(path->c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (!IsOpen())
+        return Failure(::GetLastError());
+    calls.timeBeginPeriod(timerMilliseconds);
+    return {};
 }
 
 PortError SerialPortWindows::Close() {
     if (!IsOpen())
         return {};
-    const PortError error = Check(::CloseHandle(handle));
+    const PortError error = Check(calls.closeHandle(handle));
     handle = INVALID_HANDLE_VALUE;
+    calls.timeEndPeriod(timerMilliseconds);
     return error;
 }
 
 PortError SerialPortWindows::SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) {
-    return Check(::SetupComm(handle, static_cast<DWORD>(inputBytes), static_cast<DWORD>(outputBytes)));
+    return Check(calls.setupComm(handle, static_cast<DWORD>(inputBytes), static_cast<DWORD>(outputBytes)));
 }
 
 PortError SerialPortWindows::FetchState() {
-    return Check(::GetCommState(handle, &controlBlock));
+    return Check(calls.getCommState(handle, &controlBlock));
 }
 
 PortError SerialPortWindows::ApplyMode(const std::string& mode) {
     const KelText text = FromUtf8(mode);
-    return Check(::BuildCommDCBW(reinterpret_cast<const wchar_t*>(text.c_str()), &controlBlock));
+    return Check(calls.buildCommDcb(reinterpret_cast<const wchar_t*>(text.c_str()), &controlBlock));
 }
 
 PortError SerialPortWindows::CommitState(const std::optional<FlowControl>& flow) {
@@ -75,25 +95,25 @@ PortError SerialPortWindows::CommitState(const std::optional<FlowControl>& flow)
         controlBlock.fRtsControl = flow->rtsHandshake ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_ENABLE;
         controlBlock.fDtrControl = flow->dtrHandshake ? DTR_CONTROL_HANDSHAKE : DTR_CONTROL_ENABLE;
     }
-    return Check(::SetCommState(handle, &controlBlock));
+    return Check(calls.setCommState(handle, &controlBlock));
 }
 
 PortError SerialPortWindows::SetTimeouts(std::chrono::milliseconds writeTotal) {
     COMMTIMEOUTS timeouts = {};
     timeouts.ReadIntervalTimeout = 0xFFFFFFFF;
     timeouts.WriteTotalTimeoutConstant = static_cast<DWORD>(writeTotal.count());
-    return Check(::SetCommTimeouts(handle, &timeouts));
+    return Check(calls.setCommTimeouts(handle, &timeouts));
 }
 
 void SerialPortWindows::Purge() {
-    ::PurgeComm(handle, PURGE_TXCLEAR);
-    ::PurgeComm(handle, PURGE_RXCLEAR);
+    calls.purgeComm(handle, PURGE_TXCLEAR);
+    calls.purgeComm(handle, PURGE_RXCLEAR);
 }
 
 PortError SerialPortWindows::GetStatus(LineStatus& status) {
     DWORD errors = 0;
     COMSTAT line = {};
-    if (!::ClearCommError(handle, &errors, &line))
+    if (!calls.clearCommError(handle, &errors, &line))
         return Failure(::GetLastError());
     status.errors = errors;
     status.ctsHold = line.fCtsHold != 0;
@@ -108,7 +128,7 @@ PortError SerialPortWindows::GetStatus(LineStatus& status) {
 
 PortError SerialPortWindows::Read(std::span<std::uint8_t> room, std::size_t& byteCount) {
     DWORD count = 0;
-    const BOOL succeeded = ::ReadFile(handle, room.data(), static_cast<DWORD>(room.size()), &count, nullptr);
+    const BOOL succeeded = calls.readFile(handle, room.data(), static_cast<DWORD>(room.size()), &count, nullptr);
     byteCount = count;
     return Check(succeeded);
 }
@@ -125,7 +145,7 @@ PortError SerialPortWindows::Write(std::span<const std::uint8_t> bytes, std::siz
     DWORD count = 0;
     DWORD error = ERROR_OPERATION_ABORTED;
     if (writingThread != nullptr) {
-        const BOOL succeeded = ::WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
+        const BOOL succeeded = calls.writeFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
         error = succeeded ? ERROR_SUCCESS : ::GetLastError();
     }
     {
@@ -154,7 +174,7 @@ void SerialPortWindows::CancelWrite() {
     const std::lock_guard lock(writeMutex);
     isCancelled = true;
     if (writingThread != nullptr)
-        ::CancelSynchronousIo(writingThread);
+        calls.cancelSynchronousIo(writingThread);
 }
 
 }

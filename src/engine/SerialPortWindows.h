@@ -2,8 +2,8 @@
 // The serial port on the Windows communications calls, with a synchronous handle. Monitor thread only, apart from Wake
 // and CancelWrite.
 
+#include "engine/CommCallsWindows.h"
 #include "engine/SerialPort.h"
-#include "framework/WindowsApi.h"
 
 #include <mutex>
 
@@ -11,7 +11,7 @@ namespace tarvin {
 
 class SerialPortWindows : public SerialPort {
 public:
-    explicit SerialPortWindows(const PortNames& portNames);
+    explicit SerialPortWindows(const PortNames& portNames, const CommCalls& commCalls = {});
     ~SerialPortWindows() override;
 
     bool IsOpen() const override { return handle != INVALID_HANDLE_VALUE; }
@@ -32,6 +32,7 @@ public:
 
 private:
     const PortNames& names;
+    const CommCalls calls;
     HANDLE handle = INVALID_HANDLE_VALUE;
     HANDLE wakeEvent = nullptr;
     // The thread inside WriteFile, for as long as it is there, and whether it is to be there at all.

@@ -36,4 +36,10 @@ KelText FileNameFor(KelTextView name) {
     return IsDeviceName(fileName) ? u'_' + fileName : fileName;
 }
 
+KelText WithOwnSeparators(KelText path) {
+    std::replace_if(
+        path.begin(), path.end(), [](char16_t unit) { return unit == u'/' || unit == u'\\'; }, pathSeparator);
+    return path;
+}
+
 }

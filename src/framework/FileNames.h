@@ -1,8 +1,10 @@
 #pragma once
-// Which names can stand for a file, by the strictest of the systems, so that a folder can move between them. Knows
-// nothing of folders. Any thread.
+// Which names can stand for a file, by the strictest of the systems, so that a folder can move between them, and what
+// stands between the parts of a path. Knows nothing of what is on a disk. Any thread.
 
 #include "framework/KelText.h"
+
+#include <filesystem>
 
 namespace tarvin {
 
@@ -12,5 +14,10 @@ KelText FileNameFor(KelTextView name);
 
 // True for CON, NUL, COM1 and their like, whatever extension follows.
 bool IsDeviceName(KelTextView fileName);
+
+inline constexpr char16_t pathSeparator = std::filesystem::path::preferred_separator;
+
+// The path with this system's separator wherever that of any system stands.
+KelText WithOwnSeparators(KelText path);
 
 }

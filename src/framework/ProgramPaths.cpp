@@ -1,5 +1,6 @@
 #include "framework/ProgramPaths.h"
 
+#include "framework/FileNames.h"
 #include "framework/NativeFile.h"
 #include "framework/Profile.h"
 
@@ -25,8 +26,7 @@ bool HoldsInstallation(const std::filesystem::path& folder) {
 std::filesystem::path BelowInstallation(const std::filesystem::path& installation, KelText folder) {
     if (ToPath(folder).is_absolute())
         return ToPath(folder);
-    std::replace(folder.begin(), folder.end(), u'\\', u'/');
-    return installation / ToPath(folder);
+    return installation / ToPath(WithOwnSeparators(std::move(folder)));
 }
 
 }

@@ -1,8 +1,8 @@
 #include "protocol/TarvinApp.h"
 
+#include "framework/FileNames.h"
 #include "protocol/Frame.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tarvin {
@@ -111,10 +111,9 @@ void TarvinApp::OnLinkTest() {
 
 bool TarvinApp::MakeTransferPath(const KelText& folder) {
     const std::string number(FileNumber(incomingLine));
-    KelText path = folder;
-    std::replace(path.begin(), path.end(), u'\\', u'/');
-    if (!path.empty() && !path.ends_with(u'/'))
-        path += u'/';
+    KelText path = WithOwnSeparators(folder);
+    if (!path.empty() && !path.ends_with(pathSeparator))
+        path += pathSeparator;
     fileName = FromBytes(number);
     transferPath = path + fileName + u"." + settings.fileExtension;
     SetCaption(machineName + u"  " + fileName);

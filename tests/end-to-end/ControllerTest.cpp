@@ -32,11 +32,16 @@ public:
             argument = argument == "FILE" ? File("part") : argument == "RECEIVED" ? File("received") : argument;
         arguments.insert(arguments.begin(), {"--pty", File("line")});
         ChildProcess controller("tarvin-controller", {arguments});
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!std::filesystem::exists(fixture.folder / "line"))
+            REQUIRE(std::chrono::steady_clock::now() < deadline);
+        fixture.LetPortBeThere(true);
         if (!fixture.service) {
             fixture.Start();
             CHECK(fixture.service->WaitForOutput("Waiting..."));
         }
         const int result = controller.WaitForExit();
+        fixture.LetPortBeThere(false);
         output = controller.Output();
         return result;
     }
@@ -46,6 +51,8 @@ public:
 };
 
 }
+
+TEST_SUITE_BEGIN("service on any system");
 
 TEST_CASE("files come through whole, however the controller misbehaves on a line that is not lossy") {
     struct Case {
@@ -89,6 +96,8 @@ TEST_CASE("a fault is noticed: wrong content, lost messages, a controller that f
     CHECK(programs.Run({"test", "put", "100", "FILE", "check", "100", "FILE"}) == 0);
     CHECK(programs.fixture.folder.ReadFile("NC/100.nc") == TwoPrograms::Part());
 }
+
+TEST_SUITE_END();
 
 TEST_CASE("a controller that stays keeps the line, whatever comes, until the program has gone") {
     TwoPrograms programs;

@@ -4,6 +4,7 @@
 #include "support/ChildProcessPosix.h"
 #include "support/PseudoTerminalPosix.h"
 #include "support/TemporaryFolder.h"
+#include "support/WindowsProgramsPosix.h"
 
 #include <algorithm>
 #include <memory>
@@ -25,10 +26,18 @@ public:
     void Connect(PseudoTerminal::Mode mode = PseudoTerminal::Mode::Raw) {
         terminal = std::make_unique<PseudoTerminal>(mode);
         std::filesystem::create_symlink(terminal->Device(), folder / "line");
+        LetPortBeThere(true);
     }
     void Disconnect() {
+        LetPortBeThere(false);
         std::filesystem::remove(folder / "line");
         terminal->Close();
+    }
+
+    // For whoever makes the line that the port leads to.
+    void LetPortBeThere(bool isThere) {
+        if (AreWindowsProgramsMeant())
+            LeadWindowsPortTo(isThere ? folder / "line" : folder.Path());
     }
 
     void WriteSettings(std::string_view profile) { folder.WriteFile(SettingsName(), profile); }
@@ -42,11 +51,12 @@ public:
     void Start(std::function<void()> beforeStart = {}, std::vector<std::string> furtherWords = {}) {
         furtherWords.insert(furtherWords.begin(), machineName);
         service = std::make_unique<ChildProcess>(
-            "tarvindl-service",
-            ChildProcess::Options{furtherWords, {{"TARVINDL_HOME", folder.Path().string()}}, std::move(beforeStart)});
+            "tarvindl-service", ChildProcess::Options{furtherWords,
+                                                      {{"TARVINDL_HOME", NameForProgram(folder.Path())}},
+                                                      std::move(beforeStart)});
     }
 
-    std::string NcFolder() const { return (folder / "NC").string(); }
+    std::string NcFolder() const { return NameForProgram(folder / "NC"); }
 
     std::string machineName;
     TemporaryFolder folder;

@@ -14,6 +14,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
+// For those that the Windows programs are put to as well; the others are about this system's own ways.
+const auto onAnySystem = doctest::test_suite("service on any system");
+
 std::string Ask(ServiceFixture& fixture, std::string_view question, std::size_t answerLength) {
     fixture.terminal->Write(Message(question));
     return fixture.terminal->Read(answerLength);
@@ -40,13 +43,13 @@ int LineCount(const std::string& text, const std::string& line) {
 
 }
 
-TEST_CASE("the command line is the machine's name, and without an installation nothing happens") {
+TEST_CASE("the command line is the machine's name, and without an installation nothing happens" * onAnySystem) {
     const TemporaryFolder folder;
-    ChildProcess lost("tarvindl-service", {{"LASER"}, {{"TARVINDL_HOME", (folder / "nowhere").string()}}});
+    ChildProcess lost("tarvindl-service", {{"LASER"}, {{"TARVINDL_HOME", NameForProgram(folder / "nowhere")}}});
     CHECK(lost.WaitForExit() == 0);
     CHECK(lost.Output().starts_with("tarvindl-service: No installation of TarvinDL was found"));
     folder.WriteFile("KEL.INI", "[PORTS]\n");
-    ChildProcess corrupt("tarvindl-service", {{}, {{"TARVINDL_HOME", folder.Path().string()}}});
+    ChildProcess corrupt("tarvindl-service", {{}, {{"TARVINDL_HOME", NameForProgram(folder.Path())}}});
     CHECK(corrupt.WaitForExit() == 0);
     CHECK(corrupt.Output().find("has no section PROGRAM PATHS") != std::string::npos);
     ChildProcess help("tarvindl-service", {{"--help"}});
@@ -54,7 +57,8 @@ TEST_CASE("the command line is the machine's name, and without an installation n
     CHECK(help.Output().starts_with("Usage: tarvindl-service"));
 }
 
-TEST_CASE("each line of output is headed by the local time, and the end of the program saves the settings") {
+TEST_CASE("each line of output is headed by the local time, and the end of the program saves the settings" *
+          onAnySystem) {
     for (const int signal : {SIGTERM, SIGINT}) {
         ServiceFixture fixture("CUT/2");
         fixture.WriteSettings("[Port Settings]\nport=COM1\nbaudrate=19200\n");
@@ -69,7 +73,8 @@ TEST_CASE("each line of output is headed by the local time, and the end of the p
         const std::regex headed("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} .+");
         for (std::string line; std::getline(lines, line);)
             CHECK_MESSAGE(std::regex_match(line, headed), line);
-        CHECK(fixture.folder.ReadFile("NC/1.") == "half\r\n");
+        // A dot at the end of a name is none on Windows.
+        CHECK(fixture.folder.ReadFile(AreWindowsProgramsMeant() ? "NC/1" : "NC/1.") == "half\r\n");
         // A record now, with the type of the program's settings at its head.
         CHECK(fixture.folder.ReadFile("CUT_2.INI").starts_with("\x41\x45\xF7\x05"));
         fixture.Start();
@@ -77,7 +82,7 @@ TEST_CASE("each line of output is headed by the local time, and the end of the p
     }
 }
 
-TEST_CASE("the texts of the dictionary and the logs of the installation are the machine's own") {
+TEST_CASE("the texts of the dictionary and the logs of the installation are the machine's own" * onAnySystem) {
     ServiceFixture fixture;
     std::filesystem::copy_file(std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/diction.ary",
                                fixture.folder / "diction.ary");
@@ -85,7 +90,8 @@ TEST_CASE("the texts of the dictionary and the logs of the installation are the 
     fixture.Disconnect();
     fixture.Start({}, {"/l=German"});
     // A box that nobody sees names the button that was pressed for them.
-    REQUIRE(fixture.service->WaitForOutput("Open Comm: COM1 - No such file or directory (OK)"));
+    REQUIRE(fixture.service->WaitForOutput("Open Comm: COM1 - "));
+    REQUIRE(fixture.service->WaitForOutput(" (OK)"));
     fixture.Connect();
     REQUIRE(fixture.service->WaitForOutput("LASER COM1:2400"));
     CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
@@ -127,7 +133,7 @@ TEST_CASE("a comms log on a full disk says so once, and the transfer goes on") {
     CHECK(fixture.folder.ReadFile("all LASER.log").size() == 3000);
 }
 
-TEST_CASE("a settings file that is no such thing gives a warning or the defaults, and is kept") {
+TEST_CASE("a settings file that is no such thing gives a warning or the defaults, and is kept" * onAnySystem) {
     for (const std::string& content :
          {std::string("\x41\x45\xF7\x05\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 16),
           std::string("\x01\x02\x03\x04 foreign"), std::string("\x41\x45\xF7", 3)}) {
@@ -142,7 +148,7 @@ TEST_CASE("a settings file that is no such thing gives a warning or the defaults
     }
 }
 
-TEST_CASE("a machine's folder is made for its own debug log alone") {
+TEST_CASE("a machine's folder is made for its own debug log alone" * onAnySystem) {
     ServiceFixture fixture("CUT/2");
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
@@ -156,7 +162,7 @@ TEST_CASE("a machine's folder is made for its own debug log alone") {
     CHECK(fixture.folder.ReadFile("CUT_2/Debug.Log").starts_with("\r\n----------------\r\nMSG:WARN: \""));
 }
 
-TEST_CASE("a port that is not there, or vanishes, comes back by itself") {
+TEST_CASE("a port that is not there, or vanishes, comes back by itself" * onAnySystem) {
     ServiceFixture fixture;
     fixture.Disconnect();
     fixture.Start();
@@ -172,7 +178,7 @@ TEST_CASE("a port that is not there, or vanishes, comes back by itself") {
     fixture.service->Signal(SIGTERM);
     CHECK(fixture.service->WaitForExit() == 0);
     CHECK(LineCount(fixture.service->Output(), "Open Comm") == 1);
-    CHECK(LineCount(fixture.service->Output(), "COM1 - Input/output error (Ok)") == 2);
+    CHECK(LineCount(fixture.service->Output(), "COM1 - ") == 3);
 }
 
 TEST_CASE("a file that may not grow ends the upload with what fitted") {

@@ -7,6 +7,8 @@
 
 using namespace tarvin::test;
 
+TEST_SUITE_BEGIN("service on any system");
+
 TEST_CASE("the real service holds every transcript over a real line") {
     for (const Transcript& transcript : Transcripts()) {
         CAPTURE(transcript.name);
@@ -32,3 +34,5 @@ TEST_CASE("the real service holds every transcript over a real line") {
         CheckFilesAfter(transcript, fixture.folder);
     }
 }
+
+TEST_SUITE_END();

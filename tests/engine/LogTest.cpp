@@ -107,7 +107,8 @@ TEST_CASE("a log that cannot be written is told of once, and the transfer goes o
     std::filesystem::create_directory(harness.folder / "logs");
     harness.engine->StartCommsLog(harness.folder / "logs/log");
     harness.Run(200ms);
-    std::filesystem::remove_all(harness.folder / "logs");
+    std::filesystem::rename(harness.folder / "logs/log", harness.folder / "logs/taken away");
+    std::filesystem::create_directory(harness.folder / "logs/log");
     harness.folder.WriteFile("NC/part", std::string(5000, 'x'));
     harness.engine->SendFile(harness.folder / "NC/part");
     harness.line.bytesPerSecond = 1000;

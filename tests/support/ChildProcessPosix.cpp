@@ -1,5 +1,7 @@
 #include "support/ChildProcessPosix.h"
 
+#include "support/WindowsProgramsPosix.h"
+
 #include <csignal>
 #include <cstdlib>
 
@@ -11,32 +13,43 @@
 namespace tarvin::test {
 
 ChildProcess::ChildProcess(const std::string& program, const Options& options) {
-    const std::string path = std::string(TARVIN_PROGRAM_FOLDER) + "/" + program;
-    std::vector<std::string> words = options.arguments;
-    words.insert(words.begin(), path);
+    isWindowsProgram = AreWindowsProgramsMeant() && program != "tarvin-controller";
+    std::vector<std::string> words =
+        isWindowsProgram ? WindowsProgramWords(program) : std::vector<std::string>{TARVIN_PROGRAM_FOLDER "/" + program};
+    words.insert(words.end(), options.arguments.begin(), options.arguments.end());
     std::vector<char*> arguments;
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
     int ends[2] = {-1, -1};
     REQUIRE(::pipe2(ends, O_CLOEXEC) == 0);
+    int inputEnds[2] = {-1, -1};
+    if (options.hasInput)
+        REQUIRE(::pipe2(inputEnds, O_CLOEXEC) == 0);
     process = ::fork();
     REQUIRE(process >= 0);
     if (process == 0) {
+        if (options.hasInput)
+            ::dup2(inputEnds[0], STDIN_FILENO);
         ::dup2(ends[1], STDOUT_FILENO);
         ::dup2(ends[1], STDERR_FILENO);
         for (const auto& [name, value] : options.environment)
             ::setenv(name.c_str(), value.c_str(), 1);
         if (options.beforeStart)
             options.beforeStart();
-        ::execv(path.c_str(), arguments.data());
+        ::execv(arguments.front(), arguments.data());
         ::_exit(127);
     }
     ::close(ends[1]);
+    if (options.hasInput)
+        ::close(inputEnds[0]);
+    input = inputEnds[1];
     reader = std::thread([this, end = ends[0]] { ReadOutput(end); });
 }
 
 ChildProcess::~ChildProcess() {
+    if (input >= 0)
+        ::close(input);
     if (!hasEnded) {
         ::kill(process, SIGKILL);
         ::waitpid(process, nullptr, 0);
@@ -49,6 +62,8 @@ void ChildProcess::ReadOutput(int end) {
     for (ssize_t count = ::read(end, chunk, sizeof chunk); count > 0; count = ::read(end, chunk, sizeof chunk)) {
         const std::lock_guard lock(mutex);
         output.append(chunk, static_cast<std::size_t>(count));
+        if (isWindowsProgram)
+            std::erase(output, '\r');
         changed.notify_all();
     }
     ::close(end);
@@ -80,8 +95,18 @@ std::string ChildProcess::Output() {
     return output;
 }
 
+std::string ChildProcess::ReadLine(std::chrono::milliseconds longest) {
+    const std::size_t begin = lookedAt;
+    REQUIRE_MESSAGE(WaitForOutput("\n", longest), Output());
+    return Output().substr(begin, lookedAt - 1 - begin);
+}
+
+void ChildProcess::WriteInput(const std::string& text) {
+    REQUIRE(::write(input, text.data(), text.size()) == static_cast<ssize_t>(text.size()));
+}
+
 void ChildProcess::Signal(int signal) {
-    ::kill(process, signal);
+    ::kill(process, isWindowsProgram ? SIGINT : signal);
 }
 
 int ChildProcess::WaitForExit(std::chrono::milliseconds longest) {

@@ -20,9 +20,12 @@ public:
         std::vector<std::string> arguments = {};
         std::map<std::string, std::string> environment = {}; // over the test's own
         std::function<void()> beforeStart = {};              // in the child; what is safe after a fork only
+        bool hasInput = false;                               // a pipe; the test's own standard input otherwise
     };
 
-    // `program` is the name of one of the project's programs. Standard error goes where standard output goes.
+    // `program` is the name of one of the project's programs. Standard error goes where standard output goes. Where the
+    // Windows programs are meant, these are started, apart from the simulated controller; the lines of their output end
+    // as elsewhere then.
     ChildProcess(const std::string& program, const Options& options);
     // Kills what is still running.
     ~ChildProcess();
@@ -35,6 +38,10 @@ public:
     // True once the last line of the output ends with the text.
     bool WaitForLastLine(const std::string& text, std::chrono::milliseconds longest = std::chrono::seconds(20));
     std::string Output();
+    // The next line behind what was looked at; fails the test if none comes.
+    std::string ReadLine(std::chrono::milliseconds longest = std::chrono::seconds(20));
+    void WriteInput(const std::string& text);
+    // A Windows program is asked to end as by Ctrl-C, whatever the signal.
     void Signal(int signal);
     // The exit code; a negative signal number if a signal ended it; fails the test if it does not end.
     int WaitForExit(std::chrono::milliseconds longest = std::chrono::seconds(30));
@@ -44,6 +51,8 @@ private:
     void ReadOutput(int end);
 
     pid_t process = -1;
+    bool isWindowsProgram = false;
+    int input = -1;
     bool hasEnded = false;
     std::mutex mutex;
     std::condition_variable changed;

@@ -1,5 +1,7 @@
 #include "support/Transcript.h"
 
+#include <algorithm>
+
 #include <doctest/doctest.h>
 
 namespace tarvin::test {
@@ -34,8 +36,11 @@ void CheckFilesAfter(const Transcript& transcript, const TemporaryFolder& folder
 
 std::string WithFolder(std::string text, const std::string& ncFolder) {
     constexpr std::string_view mark = "{NC}";
-    for (auto found = text.find(mark); found != std::string::npos; found = text.find(mark))
+    const char separator = ncFolder.find('\\') == std::string::npos ? '/' : '\\';
+    for (auto found = text.find(mark); found != std::string::npos; found = text.find(mark)) {
+        std::replace(text.begin() + static_cast<std::ptrdiff_t>(found), text.end(), '/', separator);
         text.replace(found, mark.size(), ncFolder);
+    }
     return text;
 }
 

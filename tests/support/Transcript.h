@@ -43,6 +43,7 @@ void CheckFilesAfter(const Transcript& transcript, const TemporaryFolder& folder
 // What a transcript's settings file holds, for files in the folder `ncFolder`.
 std::string SettingsProfile(const Transcript& transcript);
 
+// With the separators of the system that the folder's name is of.
 std::string WithFolder(std::string text, const std::string& ncFolder);
 
 }
