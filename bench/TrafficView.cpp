@@ -69,7 +69,7 @@ void MeasureRate(const Effort& effort, std::size_t linesPerSecond, Table& table)
 void MeasureTrafficView(const Effort& effort, Table& table) {
     RequireDisplay();
     // The second is more than is kept for the view between two of its paints.
-    for (const std::size_t linesPerSecond : {20000, 200000})
+    for (const std::size_t linesPerSecond : {std::size_t{20000}, std::size_t{200000}})
         MeasureRate(effort, linesPerSecond, table);
 }
 

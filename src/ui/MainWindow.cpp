@@ -142,7 +142,7 @@ void MainWindow::ShowSnapshot() {
     const EngineSnapshot snapshot = engine.Snapshot();
     if (snapshot.caption != shown.caption)
         SetTitle(ToWx(snapshot.caption));
-    panel->statusLine->Show(ToWx(snapshot.statusLine), OutlookOf(snapshot));
+    panel->statusLine->ShowStatus(ToWx(snapshot.statusLine), OutlookOf(snapshot));
 
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
     panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");

@@ -40,7 +40,7 @@ void Fill(wxStaticBoxSizer* group, wxSizer* content) {
 void MakeAsWide(wxWindow* box, const wxChoice* widest) {
     const int width = widest->GetBestSize().GetWidth();
     for (wxWindow* control : box->GetChildren()) {
-        if (auto* list = wxDynamicCast(control, wxChoice))
+        if (auto* list = dynamic_cast<wxChoice*>(control))
             list->SetMinSize(wxSize(std::max(width, list->GetBestSize().GetWidth()), -1));
     }
 }

@@ -39,7 +39,7 @@ StatusLine::StatusLine(wxWindow* parent, const wxSize& size)
     });
 }
 
-void StatusLine::Show(const wxString& text, Outlook newOutlook) {
+void StatusLine::ShowStatus(const wxString& text, Outlook newOutlook) {
     if (newOutlook != outlook) {
         outlook = newOutlook;
         ShowSign();

@@ -15,7 +15,7 @@ public:
 
     // Repaints only if that changes anything. A text that is too long for the box loses its middle there; the whole of
     // it is the tooltip.
-    void Show(const wxString& text, Outlook newOutlook);
+    void ShowStatus(const wxString& text, Outlook newOutlook);
     wxString Text() const { return shownText; }
     Outlook ShownOutlook() const { return outlook; }
 
