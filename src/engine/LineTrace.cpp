@@ -12,14 +12,22 @@ constexpr std::size_t longestOpenLine = 256;
 
 }
 
-void LineTrace::Push(TrafficLine::Kind kind, std::string text) {
-    if (queue.Push({kind, std::move(text)}))
+void LineTrace::Push(TrafficLine line) {
+    if (queue.Push(std::move(line)))
         wakeReader();
 }
 
+void LineTrace::ShowOpenLine() {
+    if (openLine.size() == shownLength)
+        return;
+    Push({TrafficLine::Kind::Transmitted, openLine.substr(shownLength), shownLength > 0});
+    shownLength = openLine.size();
+}
+
 void LineTrace::EndLine() {
-    if (!openLine.empty())
-        Push(TrafficLine::Kind::Transmitted, std::exchange(openLine, {}));
+    ShowOpenLine();
+    openLine.clear();
+    shownLength = 0;
     continues = false;
 }
 
@@ -27,19 +35,20 @@ void LineTrace::Note(std::string_view text) {
     if (!queue.IsWanted())
         return;
     EndLine();
-    Push(TrafficLine::Kind::Note, std::string(text));
+    Push({TrafficLine::Kind::Note, std::string(text)});
 }
 
 void LineTrace::Received(std::string line) {
     if (!queue.IsWanted())
         return;
     EndLine();
-    Push(TrafficLine::Kind::Received, std::move(line));
+    Push({TrafficLine::Kind::Received, std::move(line)});
 }
 
 void LineTrace::Sent(std::uint8_t byte, bool continuation) {
     if (!queue.IsWanted()) {
         openLine.clear();
+        shownLength = 0;
         return;
     }
     if (!continues || !continuation || openLine.empty()) {
@@ -58,7 +67,7 @@ void LineTrace::Block(int byteCount, std::span<const std::uint8_t> bytes) {
     EndLine();
     std::string line = "TX" + std::to_string(byteCount) + " ";
     AppendTraffic(line, bytes);
-    Push(TrafficLine::Kind::Transmitted, std::move(line));
+    Push({TrafficLine::Kind::Transmitted, std::move(line)});
 }
 
 }

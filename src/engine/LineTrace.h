@@ -34,13 +34,16 @@ public:
 
     // Ends the open line, if there is one.
     void EndLine();
+    // Shows what there is of the open line: who looks for an answer must not wait for what follows it.
+    void ShowOpenLine();
 
 private:
-    void Push(TrafficLine::Kind kind, std::string text);
+    void Push(TrafficLine line);
 
     TrafficQueue& queue;
     std::function<void()> wakeReader;
     std::string openLine;
+    std::size_t shownLength = 0; // of the open line
     bool continues = false;
 };
 

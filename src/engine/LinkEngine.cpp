@@ -109,6 +109,7 @@ void LinkEngine::ShowLink() {
 bool LinkEngine::RunPass() {
     commands.Run();
     const bool isMoreDue = line.CheckLineStatus();
+    trace.ShowOpenLine();
     if (resumesDisplayWhenSent && (line.IsDrained() || !line.IsOpen())) {
         resumesDisplayWhenSent = false;
         displayTicker.Start();

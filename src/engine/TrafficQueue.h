@@ -14,6 +14,8 @@ struct TrafficLine {
     enum class Kind { Received, Transmitted, Note };
     Kind kind = Kind::Note;
     std::string text; // UTF-8, without a line end
+    // More of the line before, which was shown while it was still open.
+    bool extendsLast = false;
 };
 
 class TrafficQueue {

@@ -187,7 +187,7 @@ void MainWindow::EnableInput(bool isEnabled) {
 void MainWindow::ShowTraffic() {
     std::vector<TextPane::NewLine> newLines;
     for (TrafficLine& line : engine.Traffic().Take())
-        newLines.push_back({KindOf(line.kind), std::move(line.text)});
+        newLines.push_back({KindOf(line.kind), std::move(line.text), line.extendsLast});
     if (!newLines.empty())
         panel->monitor->Traffic().Append(newLines);
 }

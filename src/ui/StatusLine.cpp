@@ -72,6 +72,8 @@ void StatusLine::FitText() {
     }
     if (chosen != label->GetFont()) {
         label->SetFont(chosen);
+        // Its height has changed with the font, which a label of a fixed width does not see by itself.
+        label->InvalidateBestSize();
         Layout();
     }
     SetToolTip(shownText);

@@ -8,9 +8,8 @@ namespace tarvin {
 
 namespace {
 
-std::u32string Expanded(std::string_view utf8) {
-    std::u32string text;
-    text.reserve(utf8.size());
+void AppendExpanded(std::u32string& text, std::string_view utf8) {
+    text.reserve(text.size() + utf8.size());
     const KelText units = FromUtf8(utf8);
     for (std::size_t at = 0; at < units.size(); ++at) {
         const char16_t unit = units[at];
@@ -22,13 +21,13 @@ std::u32string Expanded(std::string_view utf8) {
         else
             text += unit >= 0xD800 && unit < 0xE000 ? U'\uFFFD' : unit;
     }
-    return text;
 }
 
 }
 
 void TextLines::Append(Kind kind, std::string_view utf8) {
-    lines.push_back({kind, Expanded(utf8)});
+    lines.push_back({kind, {}});
+    AppendExpanded(lines.back().text, utf8);
     longest = std::max(longest, lines.back().text.size());
     if (lines.size() > capacity) {
         lines.pop_front();
@@ -37,6 +36,15 @@ void TextLines::Append(Kind kind, std::string_view utf8) {
         selectionAnchor = std::max(selectionAnchor, oldest);
         selectionCaret = std::max(selectionCaret, oldest);
     }
+}
+
+void TextLines::Extend(Kind kind, std::string_view utf8) {
+    if (lines.empty() || lines.back().kind != kind) {
+        Append(kind, utf8);
+        return;
+    }
+    AppendExpanded(lines.back().text, utf8);
+    longest = std::max(longest, lines.back().text.size());
 }
 
 void TextLines::Clear() {

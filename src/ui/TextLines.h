@@ -31,6 +31,8 @@ public:
 
     // One line, in UTF-8; what is none is shown as replacement characters. Drops the oldest line if there are too many.
     void Append(Kind kind, std::string_view utf8);
+    // More of the last line; a line of its own if the last one is of another kind.
+    void Extend(Kind kind, std::string_view utf8);
     void Clear();
 
     std::size_t Count() const { return lines.size(); }

@@ -70,8 +70,12 @@ void TextPane::MakeFont() {
 }
 
 void TextPane::Append(const std::vector<NewLine>& newLines) {
-    for (const NewLine& line : newLines)
-        lines.Append(line.kind, line.text);
+    for (const NewLine& line : newLines) {
+        if (line.extendsLast)
+            lines.Extend(line.kind, line.text);
+        else
+            lines.Append(line.kind, line.text);
+    }
     topLine = isFollowing ? LastTop() : std::max(topLine, lines.First());
     ShowScrollbars();
     Refresh(false);

@@ -16,6 +16,7 @@ public:
     struct NewLine {
         TextLines::Kind kind;
         std::string text; // UTF-8
+        bool extendsLast = false;
     };
 
     // One repaint for all of them.

@@ -43,6 +43,16 @@ TEST_CASE("tabs reach to the next of every sixteen columns") {
     }
 }
 
+TEST_CASE("a line that goes on is one line, but never the line of somebody else") {
+    TextLines lines;
+    lines.Extend(TextLines::Kind::Transmitted, "TX A");
+    lines.Extend(TextLines::Kind::Transmitted, "B\tC");
+    CHECK(Text(lines, lines.End() - 1) == "TX AB           C");
+    lines.Append(TextLines::Kind::Received, "RX x");
+    lines.Extend(TextLines::Kind::Transmitted, "D");
+    CHECK(lines.Count() == 3);
+}
+
 TEST_CASE("what is selected is copied as it stands, whichever way it was selected, and never beyond what there is") {
     TextLines lines;
     for (const char* text : {"RX first",

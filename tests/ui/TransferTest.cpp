@@ -93,6 +93,12 @@ TEST_CASE("the view starts empty each time it is switched on while data flows, a
     CHECK(Becomes([&] { return lineCount() > 0; }));
     CHECK(OnUi([&] { return LineOf(desktop.Panel(), desktop.Panel().monitor->Traffic().Lines().First()); }) ==
           "RX during[0d]");
+    // An answer is shown when it goes out, not when something follows it.
+    desktop.terminal->Write("ABTS \r");
+    CHECK(Becomes([&] {
+        const TextLines& lines = desktop.Panel().monitor->Traffic().Lines();
+        return LineOf(desktop.Panel(), lines.End() - 1) == "TX AATSV[0d]";
+    }));
 
     Click(desktop.Panel().viewSwitch);
     CHECK(Becomes([&] { return !isWanted() && desktop.Panel().monitor->PicturePane().IsShown(); }));
