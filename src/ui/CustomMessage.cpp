@@ -13,7 +13,8 @@ namespace {
 
 constexpr unsigned buttonBits = 0xF;
 constexpr unsigned iconBits = 0xF0;
-constexpr int widestText = 300; // in dialog units
+constexpr int widestText = 300; // in dialog units, as is the next
+constexpr int narrowest = 150;
 
 struct Choice {
     int answer;
@@ -73,6 +74,8 @@ CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, const 
         dontShowAgain = new wxCheckBox(this, wxID_ANY, ToLabel(texts.Text(dontShowAgainText)));
         column->Add(dontShowAgain, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12)));
     }
+    // Wide enough for the caption, which names what went wrong.
+    column->SetMinSize(ConvertDialogToPixels(wxSize(narrowest, 0)));
     SetSizerAndFit(column);
     CentreOnParent();
     // The close button and Escape.

@@ -54,8 +54,8 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messageApp)
     wxSize size = panel->ConvertDialogToPixels(firstSize);
     size.IncTo(least);
     SetClientSize(size);
-    CentreOnScreen();
-    RestorePlacement(*this, engine.MachineName());
+    if (!RestorePlacement(*this, engine.MachineName()))
+        CentreOnScreen();
     MakeEndDialogs();
     BindControls();
     BindKeys();

@@ -72,8 +72,10 @@ void StatusLine::FitText() {
     }
     if (chosen != label->GetFont()) {
         label->SetFont(chosen);
-        // Its height has changed with the font, which a label of a fixed width does not see by itself.
-        label->InvalidateBestSize();
+        // A label that keeps its width keeps its height too, unless it is told.
+        int height = 0;
+        GetTextExtent("Ag", nullptr, &height, nullptr, nullptr, &chosen);
+        label->SetMinSize(wxSize(-1, height));
         Layout();
     }
     SetToolTip(shownText);

@@ -48,6 +48,9 @@ void TransferEndDialog::Appear(bool isShown) {
     if (isShown)
         PlaceBesideOwner();
     Show(isShown);
+    // Again: some window managers put a new window where they like.
+    if (isShown)
+        PlaceBesideOwner();
 }
 
 void TransferEndDialog::PlaceBesideOwner() {

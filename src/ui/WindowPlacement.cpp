@@ -37,26 +37,31 @@ bool IsReachable(const wxRect& place) {
 
 }
 
-void RestorePlacement(wxTopLevelWindow& window, KelTextView machineName) {
+bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName) {
     const auto profile = Profile::Read(PlacementFile(machineName));
-    if (!profile)
-        return;
+    if (!profile || !profile->HasSection(u"Window"))
+        return false;
     const auto number = [&profile](KelTextView key) {
         constexpr std::int32_t furthest = 100000;
         return std::clamp(profile->Integer(u"Window", key, 0), -furthest, furthest);
     };
-    const wxSize least = window.GetMinSize();
+    const wxSize least = window.GetMinClientSize();
     const wxRect place(number(u"x"), number(u"y"), std::max(number(u"width"), least.GetWidth()),
                        std::max(number(u"height"), least.GetHeight()));
-    if (profile->HasSection(u"Window") && IsReachable(place))
-        window.SetSize(place);
+    const bool isReachable = IsReachable(place);
+    if (isReachable) {
+        // What the frame around the window takes is not known before it is shown.
+        window.SetClientSize(place.GetSize());
+        window.Move(place.GetPosition());
+    }
     if (number(u"maximised") != 0)
         window.Maximize();
+    return isReachable;
 }
 
 void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     const std::filesystem::path file = PlacementFile(machineName);
-    const wxRect place = window.GetRect();
+    const wxRect place(window.GetPosition(), window.GetClientSize());
     // A maximised window's own place is not known; the last one known stays.
     const auto known = window.IsMaximized() ? Profile::Read(file) : std::nullopt;
     std::string text = "[Window]\n";

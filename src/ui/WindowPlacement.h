@@ -7,8 +7,9 @@
 
 namespace tarvin {
 
-// Puts the window where it was when it was saved, as far as that is on a screen that is there; else leaves it alone.
-void RestorePlacement(wxTopLevelWindow& window, KelTextView machineName);
+// Puts the window where it was when it was saved, as far as that is on a screen that is there; else leaves it alone and returns
+// false.
+bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName);
 
 // One that cannot be saved is not worth a message.
 void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName);

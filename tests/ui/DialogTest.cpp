@@ -216,14 +216,12 @@ TEST_CASE("a window comes back where it was left, but never where nobody can rea
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
-    const wxRect left = OnUi([&] {
-        desktop.window->SetSize(wxRect(120, 90, 900, 700));
-        return desktop.window->GetRect();
-    });
-    REQUIRE(Becomes([&] { return desktop.window->GetRect().GetSize() == wxSize(900, 700); }));
+    const wxRect left(120, 90, 900, 700);
+    OnUi([&] { desktop.window->SetSize(left); });
+    REQUIRE(Becomes([&] { return desktop.window->GetRect() == left; }));
     REQUIRE(desktop.Close());
     desktop.Start();
-    CHECK(Becomes([&] { return desktop.window->GetRect().GetSize() == left.GetSize(); }));
+    CHECK(Becomes([&] { return desktop.window->GetRect() == left; }));
     REQUIRE(desktop.Close());
     folder.WriteFile("TarvinDL/LASER window.ini", "[Window]\nx=90000\ny=-5000\nwidth=-3\nheight=99999999\n");
     desktop.Start();
