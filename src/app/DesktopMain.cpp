@@ -8,6 +8,7 @@
 #include "framework/Version.h"
 #include "ui/DesktopInterface.h"
 #include "ui/MainWindow.h"
+#include "ui/ToolkitLog.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -65,6 +66,7 @@ int DesktopApp::OnRun() {
     tarvin::Start::LoadDictionary(paths, commandLine,
                                   [&events](const tarvin::MessageBoxText& box) { events.ShowMessage(box); });
     tarvin::DesktopInterface app({tarvin::Start::MachineFolder(paths, machineName)});
+    const tarvin::ToolkitLog toolkitLog(app);
     app.ReadSuppressedMessages();
     tarvin::HelpBook help(HelpFiles(paths));
     const tarvin::Start start(paths, events);
@@ -80,6 +82,7 @@ int DesktopApp::OnRun() {
         events.Post([window] { window->Close(true); });
     });
     const int result = wxApp::OnRun();
+    app.UseWindow(nullptr);
     tarvin::EndStopRequests();
     stopWatcher.join();
     return result;
@@ -107,6 +110,8 @@ int main(int argumentCount, char** arguments) {
     tarvin::PrepareStopRequests();
     // That there is no display can be told in no window.
     delete wxLog::SetActiveTarget(new wxLogStderr);
+    // A doubt of the toolkit's about itself must not stand between a user and the line.
+    wxDisableAsserts();
     wxApp::SetInstance(new DesktopApp(*paths, text));
     int toolkitArgumentCount = 1;
     // Below zero if the toolkit has found no display; it has said so.

@@ -150,7 +150,14 @@ void DownloadApp::BeginDownload() {
     window.DrawAttention();
 }
 
+bool DownloadApp::IsTransferring() const {
+    return transferState == TransferState::Downloading || transferState == TransferState::Uploading;
+}
+
 void DownloadApp::SendFile(const std::filesystem::path& path) {
+    // While the user chose, the controller may have begun.
+    if (IsTransferring() || IsClosing())
+        return;
     NameTransfer(path);
     const bool isLoaded =
         transferFile.Open(path, KelFile::Mode::ReadBytes) && fileImage.Load(transferFile, IsClosing());
@@ -168,6 +175,8 @@ void DownloadApp::SendFile(const std::filesystem::path& path) {
 }
 
 void DownloadApp::ReceiveFile(const std::filesystem::path& path) {
+    if (IsTransferring() || IsClosing())
+        return;
     NameTransfer(path);
     settings.uploadPath = FolderOf(path);
     window.SettingsChanged(settings);
@@ -217,18 +226,24 @@ void DownloadApp::EndTransfer(TransferState state) {
 }
 
 void DownloadApp::CompleteUpload() {
+    // The transfer may have ended by itself while the user reached for the button.
+    if (transferState != TransferState::Uploading)
+        return;
     bytesDone = static_cast<std::int64_t>(transferFile.BytesWritten());
     const bool isOnDisk = !transferFile.IsWriting() || transferFile.Sync();
     EndTransfer(isOnDisk ? TransferState::UploadCompleted : TransferState::UploadErrors);
 }
 
 void DownloadApp::CancelUpload() {
+    if (transferState != TransferState::Uploading)
+        return;
     // What has arrived is kept: it may be all there is of the file.
     EndTransfer(TransferState::UploadCancelled);
 }
 
 void DownloadApp::CancelDownload() {
-    EndTransfer(TransferState::DownloadCancelled);
+    if (transferState == TransferState::Downloading)
+        EndTransfer(TransferState::DownloadCancelled);
 }
 
 void DownloadApp::SendXoffTest() {

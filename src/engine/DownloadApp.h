@@ -21,7 +21,8 @@ public:
     DownloadApp(EngineSetup setup, KelText machine);
     ~DownloadApp() override;
 
-    // Operations of the window. The folder and the extension of the file become those of the settings.
+    // Operations of the window. A file is sent or received only if none is on its way; its folder and its extension
+    // become those of the settings. What ends a transfer does nothing without one.
     void SendFile(const std::filesystem::path& path);
     void ReceiveFile(const std::filesystem::path& path);
     void CompleteUpload();
@@ -60,6 +61,7 @@ private:
     void OnReceived() override;
     void OnLineFree() override;
 
+    bool IsTransferring() const;
     void CheckLoopback();
     void StartDownload();
     void SendBytes(int count);

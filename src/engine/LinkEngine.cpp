@@ -60,6 +60,8 @@ void LinkEngine::Terminate() {
         while (!monitor->WaitFor(10ms));
         monitor.reset();
     }
+    // What was asked for last is not lost because the line was slow.
+    commands.Run();
     StopTimers();
     reopenPort.Stop();
     displayTicker.Stop();
@@ -78,8 +80,16 @@ void LinkEngine::Post(CommandQueue::Command command) {
 }
 
 void LinkEngine::ApplySettings(const DownloadSettings& newSettings) {
-    settings = newSettings;
-    OpenPort();
+    KeepSettings(newSettings);
+    if (!isClosing)
+        OpenPort();
+}
+
+void LinkEngine::SetHandshakes(bool isCtsHeeded, bool isDsrHeeded) {
+    DownloadSettings changed = settings;
+    changed.ctsFlow = isCtsHeeded ? 1 : 0;
+    changed.dsrFlow = isDsrHeeded ? 1 : 0;
+    ApplySettings(changed);
 }
 
 void LinkEngine::OpenPort() {
@@ -185,13 +195,17 @@ bool LinkEngine::HasNews() {
 
 void LinkEngine::KeepSettings(const DownloadSettings& newSettings) {
     settings = newSettings;
+    window.SettingsChanged(settings);
 }
 
-bool LinkEngine::StartCommsLog(const std::filesystem::path& path) {
+void LinkEngine::StartCommsLog(const std::filesystem::path& path) {
     settings.commsLogFileName = FromPath(path);
     window.SettingsChanged(settings);
     logs.StartCommsLog(path, settings, 0);
-    return logs.IsCommsLogOpen();
+    // A disk that is full shows only now.
+    logs.Flush();
+    display.Edit().isCommsLogOn = logs.IsCommsLogOpen();
+    display.Publish();
 }
 
 void LinkEngine::StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit) {

@@ -51,8 +51,11 @@ public:
     void ApplySettings(const DownloadSettings& newSettings);
     // Leaves the port alone: for settings that say nothing about it.
     void KeepSettings(const DownloadSettings& newSettings);
-    // Traces the line in a fresh file, whose name is kept for the next time. False if it cannot be written.
-    bool StartCommsLog(const std::filesystem::path& path);
+    // Which of the controller's signals are heeded under hardware flow control.
+    void SetHandshakes(bool isCtsHeeded, bool isDsrHeeded);
+    // Traces the line in a fresh file, whose name is kept for the next time. The snapshot tells whether it could be
+    // written.
+    void StartCommsLog(const std::filesystem::path& path);
     // The same for a log that is nobody's choice of the day: rolled over at a size, and its name not kept.
     void StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit);
     void StopCommsLog();

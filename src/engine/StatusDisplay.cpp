@@ -16,11 +16,12 @@ bool StatusDisplay::Show(TransferState state, const StatusDescription& descripti
     next.transferState = state;
     if (description.line)
         next.statusLine = *description.line;
-    // Whatever has ended a transfer: its dialog has nothing left to end, and the next one may begin.
-    if (state != TransferState::Downloading && state != TransferState::Uploading) {
+    // Whoever has begun a transfer and whatever has ended it: a second one must not break into it, and without one
+    // there is nothing to end.
+    const bool isTransferring = state == TransferState::Downloading || state == TransferState::Uploading;
+    EnableTransferButtons(!isTransferring);
+    if (!isTransferring)
         next.endDialog = EndDialog::None;
-        EnableTransferButtons(true);
-    }
     return Publish();
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui/UiText.h"
 
+#include <utility>
 #include <vector>
 
 #include <wx/artprov.h>
@@ -63,7 +64,8 @@ wxArtID IconOf(unsigned style) {
 
 }
 
-CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, const TextHolder& texts)
+CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, std::function<void()> showHelp,
+                             const TextHolder& texts)
     : wxDialog(parent, wxID_ANY, ToWx(box.caption), wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
                "message") {
     auto* column = new wxBoxSizer(wxVERTICAL);
@@ -82,9 +84,11 @@ CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, const 
     answer = ChoicesOf(box.style).back().answer;
     SetEscapeId(wxID_NONE);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Finish(answer); });
-    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+    Bind(wxEVT_CHAR_HOOK, [this, help = std::move(showHelp)](wxKeyEvent& event) {
         if (event.GetKeyCode() == WXK_ESCAPE)
             Finish(answer);
+        else if (event.GetKeyCode() == WXK_F1)
+            help();
         else
             event.Skip();
     });

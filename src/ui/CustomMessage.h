@@ -6,11 +6,15 @@
 #include "framework/TextHolder.h"
 #include "ui/Wx.h"
 
+#include <functional>
+
 namespace tarvin {
 
 class CustomMessage : public wxDialog {
 public:
-    CustomMessage(wxWindow* parent, const MessageBoxText& box, const TextHolder& texts = Dictionary());
+    // `showHelp` is for F1.
+    CustomMessage(wxWindow* parent, const MessageBoxText& box, std::function<void()> showHelp,
+                  const TextHolder& texts = Dictionary());
 
     // As the Windows message box numbers it. Good once the dialog has been hidden; closing it by other means than its
     // buttons is the answer that changes least.

@@ -3,12 +3,14 @@
 
 #include "ui/TransferEndDialog.h"
 
+#include <utility>
+
 namespace tarvin {
 
 class DownloadEndDialog : public TransferEndDialog {
 public:
-    DownloadEndDialog(wxWindow* owner, std::function<void()> cancel)
-        : TransferEndDialog(owner, "Sending NC File", "Download End") {
+    DownloadEndDialog(wxWindow* owner, std::function<void()> showHelp, std::function<void()> cancel)
+        : TransferEndDialog(owner, "Sending NC File", "Download End", std::move(showHelp)) {
         AddButton(wxID_CANCEL, "&Cancel", true, std::move(cancel));
         Arrange();
     }

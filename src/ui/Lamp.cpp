@@ -27,6 +27,18 @@ void Lamp::SetLit(bool shallBeLit) {
         return;
     isLit = shallBeLit;
     SetBitmap(isLit ? lit : unlit);
+    if (isStateTold)
+        ShowTip();
+}
+
+void Lamp::SetTip(const wxString& newTip, bool tellsState) {
+    tip = newTip;
+    isStateTold = tellsState;
+    ShowTip();
+}
+
+void Lamp::ShowTip() {
+    SetToolTip(isStateTold ? GetName() + (isLit ? ": on. " : ": off. ") + tip : tip);
 }
 
 }

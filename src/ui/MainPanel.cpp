@@ -68,7 +68,7 @@ wxSizer* MainPanel::TrafficLamp(Lamp*& lamp, const char* picture, const wxString
     auto* label = new wxStaticText(this, wxID_ANY, caption);
     lamp = new Lamp(this, picture, caption, Units(lampEdge, lampEdge));
     label->SetToolTip(tip);
-    lamp->SetToolTip(tip);
+    lamp->SetTip(tip, false);
     column->Add(label, wxSizerFlags().CenterHorizontal());
     column->Add(lamp, wxSizerFlags().CenterHorizontal());
     return column;
@@ -84,7 +84,6 @@ wxSizer* MainPanel::LampRow() {
              wxSizerFlags().CenterVertical());
     row->AddSpacer(gap);
     progressBar = new ProgressBar(this, Units(111, 10));
-    progressBar->SetToolTip("How much of the file is done");
     row->Add(progressBar, wxSizerFlags(1).Bottom());
     row->AddSpacer(3 * gap);
     logSwitch = AddSwitch("&Log", "Log", "Write all that crosses the line to a log file");
@@ -129,7 +128,7 @@ Lamp* MainPanel::AddHold(wxFlexGridSizer& grid, wxWindow* handshake, const wxStr
     const wxString name = wxControl::RemoveMnemonics(caption);
     auto* lamp = new Lamp(this, "lamp-hold.svg", name, Units(lampEdge, lampEdge));
     auto* label = new wxStaticText(this, wxID_ANY, caption);
-    lamp->SetToolTip(tip);
+    lamp->SetTip(tip, true);
     label->SetToolTip(tip);
     grid.Add(lamp, wxSizerFlags().Center());
     grid.Add(label, wxSizerFlags().CenterVertical());

@@ -10,6 +10,7 @@
 #include "ui/UploadEndDialog.h"
 #include "ui/WindowPlacement.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -18,7 +19,7 @@ namespace tarvin {
 namespace {
 
 constexpr int trafficMilliseconds = 50;
-constexpr int closeMilliseconds = 500;
+constexpr int closeTickMilliseconds = 20;
 const wxSize firstSize(251, 204); // dialog units
 
 TextLines::Kind KindOf(TrafficLine::Kind kind) {
@@ -68,10 +69,12 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::MakeEndDialogs() {
+    const auto showHelp = [this] { OnHelp("transfers.htm"); };
     uploadEnd = new UploadEndDialog(
-        this, [this] { engine.Post([&app = engine] { app.CompleteUpload(); }); },
+        this, showHelp, [this] { engine.Post([&app = engine] { app.CompleteUpload(); }); },
         [this] { engine.Post([&app = engine] { app.CancelUpload(); }); });
-    downloadEnd = new DownloadEndDialog(this, [this] { engine.Post([&app = engine] { app.CancelDownload(); }); });
+    downloadEnd =
+        new DownloadEndDialog(this, showHelp, [this] { engine.Post([&app = engine] { app.CancelDownload(); }); });
 }
 
 void MainWindow::BindControls() {
@@ -90,8 +93,7 @@ void MainWindow::BindControls() {
         handshake->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnHandshake(); });
     Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
     trafficTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowTraffic(); });
-    // Something within a dialog of the system waits for an answer. The engine has ended in order; nothing else is owed.
-    closeTimer.Bind(wxEVT_TIMER, [](wxTimerEvent&) { std::_Exit(0); });
+    closeTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnCloseTimer(); });
     for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
                              static_cast<wxWindow*>(&panel->monitor->Traffic())})
         window->Bind(wxEVT_CONTEXT_MENU, &MainWindow::OnContextMenu, this);
@@ -147,7 +149,8 @@ void MainWindow::ShowSnapshot() {
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
     panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
     ShowLamps(snapshot.lamps);
-    if (snapshot.isCommsLogOn != shown.isCommsLogOn)
+    // While its file is asked for, the switch is ahead of the engine.
+    if (snapshot.isCommsLogOn != panel->logSwitch->GetValue() && isInputEnabled)
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
     shown = snapshot;
     ShowButtons(shown);
@@ -210,15 +213,18 @@ void MainWindow::OnLog() {
         return;
     }
     engine.Post([this, &app = engine, file = *path] {
-        const bool isOn = app.StartCommsLog(file);
-        events.Post([this, isOn] { panel->logSwitch->SetValue(isOn); });
+        app.StartCommsLog(file);
+        // A log that could not be begun changes nothing in the snapshot, and the switch is on.
+        events.Post([this] { ShowSnapshot(); });
     });
 }
 
 void MainWindow::OnHandshake() {
-    settings.ctsFlow = panel->ctsSwitch->GetValue() ? 1 : 0;
-    settings.dsrFlow = panel->dsrSwitch->GetValue() ? 1 : 0;
-    engine.Post([&app = engine, applied = settings] { app.ApplySettings(applied); });
+    const bool isCtsHeeded = panel->ctsSwitch->GetValue();
+    const bool isDsrHeeded = panel->dsrSwitch->GetValue();
+    settings.ctsFlow = isCtsHeeded ? 1 : 0;
+    settings.dsrFlow = isDsrHeeded ? 1 : 0;
+    engine.Post([&app = engine, isCtsHeeded, isDsrHeeded] { app.SetHandshakes(isCtsHeeded, isDsrHeeded); });
 }
 
 void MainWindow::OnChangeSettings() {
@@ -263,12 +269,15 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
     }
     add("&Reset Link", isInputEnabled, [this] { engine.Post([&app = engine] { app.EndOfServe(); }); });
     add("&XOFF/XON Test", isInputEnabled, [this] { engine.Post([&app = engine] { app.SendXoffTest(); }); });
+    isMenuOpen = true;
     PopupMenu(&menu);
+    isMenuOpen = false;
 }
 
 void MainWindow::OnHelp(const wxString& page) {
     if (!help.Show(this, page))
-        waitingMessages.push_back({u"The help book comshelp.htb was not found.", u"Problem", okOnly | iconInformation});
+        waitingMessages.push_back(
+            {u"The help book comshelp.htb is missing or damaged.", u"Problem", okOnly | iconInformation});
     ShowNextMessage();
 }
 
@@ -284,7 +293,7 @@ void MainWindow::ShowNextMessage() {
 
 int MainWindow::ShowBox(const MessageBoxText& box) {
     wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
-    CustomMessage message(owner, box);
+    CustomMessage message(owner, box, [this] { OnHelp("messages.htm"); });
     modal.Run(message);
     if (box.dontShowAgainId && message.IsNotToBeShownAgain())
         messages.SuppressMessage(*box.dontShowAgainId);
@@ -300,20 +309,50 @@ TransferEndDialog* MainWindow::ShownEndDialog() const {
     return nullptr;
 }
 
+bool MainWindow::IsAnythingOpen() const {
+    return isMenuOpen || modal.IsRunning() ||
+           std::any_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(), [](wxWindow* window) {
+               const auto* dialog = dynamic_cast<wxDialog*>(window);
+               return dialog != nullptr && dialog->IsModal();
+           });
+}
+
+// Dialogs and menus have loops of their own, which have to end before the window may go.
+void MainWindow::CloseWhatIsOpen() {
+    modal.CloseAll();
+    // Those of the toolkit itself, such as the help window's.
+    for (wxWindow* window : wxTopLevelWindows) {
+        auto* dialog = dynamic_cast<wxDialog*>(window);
+        if (dialog != nullptr && dialog->IsModal())
+            dialog->EndModal(wxID_CANCEL);
+    }
+}
+
+void MainWindow::OnCloseTimer() {
+    if (!IsAnythingOpen()) {
+        Close(true);
+    } else if (--closeTicksLeft <= 0) {
+        // A menu, or something within a dialog of the system, waits for an answer. The engine has ended in order, and
+        // nothing else is owed.
+        std::_Exit(0);
+    }
+}
+
 void MainWindow::OnClose(wxCloseEvent& event) {
     if (!std::exchange(isClosing, true)) {
         trafficTimer.Stop();
         SavePlacement(*this, engine.MachineName());
         engine.Terminate();
     }
-    if (modal.IsRunning()) {
-        // The dialogs' loops have to end before the window may go.
+    if (IsAnythingOpen()) {
         if (event.CanVeto())
             event.Veto();
-        closeTimer.StartOnce(closeMilliseconds);
-        modal.CloseAll([this] { Close(true); });
+        if (!closeTimer.IsRunning())
+            closeTimer.Start(closeTickMilliseconds);
+        CloseWhatIsOpen();
         return;
     }
+    closeTimer.Stop();
     events.Detach();
     help.Close();
     // The end dialogs go with their owner.

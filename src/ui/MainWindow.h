@@ -64,6 +64,9 @@ private:
     void OnHelp(const wxString& page);
     void OnCharHook(wxKeyEvent& event);
     void OnClose(wxCloseEvent& event);
+    bool IsAnythingOpen() const;
+    void CloseWhatIsOpen();
+    void OnCloseTimer();
 
     DownloadApp& engine;
     EngineEvents& events;
@@ -83,8 +86,10 @@ private:
     DownloadSettings settings;
     // Draws the traffic together that arrives within its period.
     wxTimer trafficTimer;
-    // Ends the process if a dialog keeps it from ending.
+    // Ends the process if a menu or a dialog keeps it from ending for half a second.
     wxTimer closeTimer;
+    int closeTicksLeft = 25;
+    bool isMenuOpen = false;
 };
 
 }

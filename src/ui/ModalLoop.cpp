@@ -1,7 +1,5 @@
 #include "ui/ModalLoop.h"
 
-#include <utility>
-
 #include <wx/evtloop.h>
 
 namespace tarvin {
@@ -60,21 +58,18 @@ int ModalLoop::RunNative(wxDialog& dialog) {
     return isClosing ? static_cast<int>(wxID_CANCEL) : answer;
 }
 
-void ModalLoop::CloseAll(std::function<void()> done) {
+void ModalLoop::CloseAll() {
     isClosing = true;
-    closed = std::move(done);
     CloseTop();
 }
 
 void ModalLoop::CloseTop() {
-    if (open.empty()) {
-        if (closed)
-            std::exchange(closed, {})();
-    } else if (open.back().isNative) {
-        open.back().dialog->EndModal(wxID_CANCEL);
-    } else {
+    if (open.empty())
+        return;
+    if (!open.back().isNative)
         open.back().dialog->Hide();
-    }
+    else if (open.back().dialog->IsModal())
+        open.back().dialog->EndModal(wxID_CANCEL);
 }
 
 }

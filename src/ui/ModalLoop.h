@@ -25,8 +25,8 @@ public:
     // The dialog on top; none if none is open.
     wxWindow* Top() const { return open.empty() ? nullptr : open.back().dialog; }
 
-    // Closes all dialogs, the last opened first, and opens no more; then calls `done`.
-    void CloseAll(std::function<void()> done);
+    // Closes all dialogs, the last opened first, and opens no more. Returns before they have gone.
+    void CloseAll();
 
 private:
     struct Open {
@@ -42,7 +42,6 @@ private:
     std::function<void(bool)> enableInput;
     std::vector<Open> open;
     bool isClosing = false;
-    std::function<void()> closed;
     wxEvtHandler handler;
 };
 

@@ -2,6 +2,8 @@
 
 #include "ui/UiText.h"
 
+#include <algorithm>
+
 #include <wx/filedlg.h>
 
 namespace tarvin {
@@ -34,6 +36,11 @@ std::filesystem::path Initial(const KelText& folder, const KelText& currentFile)
 }
 
 wxString NcFileFilters(const KelText& extension) {
+    // An extension can hold what parts the filters from one another, and then there is no filter for it.
+    const bool canBeFilter = std::none_of(extension.begin(), extension.end(),
+                                          [](char16_t unit) { return unit < 0x20 || unit == u'|' || unit == u';'; });
+    if (!canBeFilter)
+        return AllFiles();
     return Filters("NC files", ToWx(extension));
 }
 

@@ -23,6 +23,11 @@ void ProgressBar::SetProgress(std::int64_t position, std::int64_t range) {
     filled = range > 0 ? std::clamp(static_cast<double>(position) / static_cast<double>(range), 0.0, 1.0) : 0.0;
     if (FilledWidth() != paintedWidth)
         Refresh(false);
+    const int newPercent = static_cast<int>(filled * 100);
+    if (newPercent != percent) {
+        percent = newPercent;
+        SetToolTip(wxString::Format("%d %% of the file is done", percent));
+    }
 }
 
 void ProgressBar::OnPaint(wxPaintEvent&) {

@@ -25,6 +25,7 @@ private:
 
     double filled = 0;
     int paintedWidth = 0;
+    int percent = -1; // of the tip
 };
 
 }

@@ -6,7 +6,7 @@ namespace tarvin {
 
 namespace {
 
-constexpr int editWidth = 140; // in dialog units
+constexpr int editWidth = 112; // in dialog units
 
 wxTextCtrl* MakeEdit(wxWindow* parent, const wxString& label) {
     auto* edit = new wxTextCtrl(parent, wxID_ANY);

@@ -7,11 +7,18 @@
 
 namespace tarvin {
 
-TransferEndDialog::TransferEndDialog(wxWindow* owner, const wxString& caption, const wxString& frameName)
+TransferEndDialog::TransferEndDialog(wxWindow* owner, const wxString& caption, const wxString& frameName,
+                                     std::function<void()> showHelp)
     : wxDialog(owner, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, wxCAPTION, frameName),
       row(new wxBoxSizer(wxHORIZONTAL)) {
     // Only a button ends the transfer, or the transfer itself.
     SetEscapeId(wxID_NONE);
+    Bind(wxEVT_CHAR_HOOK, [help = std::move(showHelp)](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_F1)
+            help();
+        else
+            event.Skip();
+    });
     Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
         if (event.CanVeto())
             event.Veto();
@@ -23,6 +30,7 @@ void TransferEndDialog::AddButton(wxWindowID id, const wxString& label, bool isD
     const wxSize size = ConvertDialogToPixels(wxSize(50, 14));
     button->SetMinSize(wxSize(size.GetWidth(), std::max(size.GetHeight(), button->GetBestSize().GetHeight())));
     button->Bind(wxEVT_BUTTON, [this, kept = std::move(action)](wxCommandEvent&) {
+        isPressed = true;
         Hide();
         kept();
     });
@@ -42,14 +50,16 @@ void TransferEndDialog::Arrange() {
     SetSize(std::max(GetSize().GetWidth(), captionWidth), GetSize().GetHeight());
 }
 
-void TransferEndDialog::Appear(bool isShown) {
-    if (isShown == IsShown())
+void TransferEndDialog::Appear(bool shallBeShown) {
+    if (!shallBeShown)
+        isPressed = false;
+    if (shallBeShown == IsShown() || isPressed)
         return;
-    if (isShown)
+    if (shallBeShown)
         PlaceBesideOwner();
-    Show(isShown);
+    Show(shallBeShown);
     // Again: some window managers put a new window where they like.
-    if (isShown)
+    if (shallBeShown)
         PlaceBesideOwner();
 }
 

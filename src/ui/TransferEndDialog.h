@@ -10,10 +10,13 @@ namespace tarvin {
 
 class TransferEndDialog : public wxDialog {
 public:
-    TransferEndDialog(wxWindow* owner, const wxString& caption, const wxString& frameName);
+    // `showHelp` is for F1.
+    TransferEndDialog(wxWindow* owner, const wxString& caption, const wxString& frameName,
+                      std::function<void()> showHelp);
 
-    // Shows the dialog beside its owner, or hides it.
-    void Appear(bool isShown);
+    // Shows the dialog beside its owner, or hides it. After a button has been pressed it stays hidden until it has been
+    // told to hide: what is wished for meanwhile was wished before the button took effect.
+    void Appear(bool shallBeShown);
 
 protected:
     // Adds a button in dialog units; the default one last.
@@ -24,6 +27,7 @@ private:
     void PlaceBesideOwner();
 
     wxBoxSizer* row;
+    bool isPressed = false;
 };
 
 }

@@ -4,12 +4,15 @@
 
 #include "ui/TransferEndDialog.h"
 
+#include <utility>
+
 namespace tarvin {
 
 class UploadEndDialog : public TransferEndDialog {
 public:
-    UploadEndDialog(wxWindow* owner, std::function<void()> complete, std::function<void()> cancel)
-        : TransferEndDialog(owner, "Receiving NC File", "Upload End") {
+    UploadEndDialog(wxWindow* owner, std::function<void()> showHelp, std::function<void()> complete,
+                    std::function<void()> cancel)
+        : TransferEndDialog(owner, "Receiving NC File", "Upload End", std::move(showHelp)) {
         AddButton(wxID_CANCEL, "C&ancel", false, std::move(cancel));
         AddButton(wxID_OK, "&Complete", true, std::move(complete));
         Arrange();

@@ -7,8 +7,8 @@
 
 namespace tarvin {
 
-// Puts the window where it was when it was saved, as far as that is on a screen that is there; else leaves it alone and returns
-// false.
+// Puts the window where it was when it was saved, as far as that is on a screen that is there; else leaves it alone and
+// returns false.
 bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName);
 
 // One that cannot be saved is not worth a message.

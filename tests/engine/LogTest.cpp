@@ -49,7 +49,7 @@ TEST_CASE("the comms log holds all that crosses the line, and how the link was s
     EngineHarness<LogApp> harness("[Port Settings]\nflow control=None\n[Files]\nupload path=C:\\up%i\n");
     harness.Create();
     harness.engine->StartCommsLog(harness.folder / "log");
-    CHECK(harness.Snapshot().isCommsLogOn == false);
+    CHECK(harness.Snapshot().isCommsLogOn);
     harness.engine->SendText("AAAKq\r");
     harness.engine->SendText("AAAKq\r");
     harness.Exchange("A\r\n\x7F\x80");

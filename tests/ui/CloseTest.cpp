@@ -53,6 +53,17 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
              desktop.Disconnect();
              REQUIRE(WindowTitled("Comms Status Check") != nullptr);
          }},
+        {"with a dialog of the help window open",
+         [&](DesktopFixture& desktop) {
+             click(desktop.Panel().help, "Welcome to TarvinDL");
+             OnUi([] {
+                 wxTheApp->CallAfter([] {
+                     wxDialog own(nullptr, wxID_ANY, "Options");
+                     own.ShowModal();
+                 });
+             });
+             REQUIRE(WindowTitled("Options") != nullptr);
+         }},
         {"held by an XOFF",
          [](DesktopFixture& desktop) {
              desktop.terminal->Write("\x13"

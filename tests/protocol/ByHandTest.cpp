@@ -1,0 +1,28 @@
+#include "protocol/TarvinApp.h"
+#include "support/EngineHarness.h"
+
+namespace tarvin::test {
+
+TEST_CASE(
+    "what a user does by hand does not break into a transfer of the controller's, nor change one that has ended") {
+    EngineHarness<TarvinApp> harness;
+    harness.folder.WriteFile("NC/other", "G01\n");
+    harness.Create();
+    harness.engine->EndOfServe();
+    harness.Exchange("ABST100 \r");
+    CHECK_FALSE((harness.Snapshot().sendFile.isEnabled || harness.Snapshot().receiveFile.isEnabled));
+    harness.engine->SendFile(harness.folder / "NC/other");
+    harness.engine->ReceiveFile(harness.folder / "NC/other");
+    harness.engine->CancelDownload();
+    harness.Exchange("ABADN10 \r");
+    CHECK(harness.Exchange("ABEF \r").starts_with("AAAK"));
+    const std::string completed = harness.Status();
+    CHECK(completed.starts_with("Upload Completed"));
+    CHECK((harness.Snapshot().sendFile.isEnabled && harness.Snapshot().receiveFile.isEnabled));
+    harness.engine->CancelUpload();
+    harness.engine->CompleteUpload();
+    CHECK(harness.Status() == completed);
+    CHECK(harness.folder.ReadFile("NC/other") == "G01\n");
+}
+
+}
