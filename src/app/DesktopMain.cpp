@@ -1,16 +1,12 @@
 // tarvindl: the desktop program. One window for one machine.
 
-#include "app/CommandLine.h"
+#include "app/ProgramStart.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
-#include "framework/ProgramArguments.h"
-#include "framework/StandardStreams.h"
-#include "framework/Version.h"
 #include "ui/DesktopInterface.h"
 #include "ui/MainWindow.h"
 #include "ui/ToolkitLog.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <thread>
 #include <vector>
@@ -91,28 +87,15 @@ int DesktopApp::OnRun() {
 }
 
 int main(int argumentCount, char** arguments) {
-    tarvin::SecureStandardStreams();
-    const tarvin::KelText text = tarvin::JoinWords(tarvin::ProgramArguments(argumentCount, arguments));
-    if (text == u"--help") {
-        std::fputs(usage, stdout);
+    const auto start = tarvin::BeginProgram(argumentCount, arguments, "tarvindl", usage);
+    if (!start)
         return 0;
-    }
-    if (text == u"--version") {
-        std::printf("tarvindl %s\n", tarvin::programVersion);
-        return 0;
-    }
-    tarvin::KelText reason;
-    const auto paths = tarvin::Start::FindPaths(reason);
-    if (!paths) {
-        std::fprintf(stderr, "tarvindl: %s\n", tarvin::ToUtf8(reason).c_str());
-        return 0;
-    }
     tarvin::PrepareStopRequests();
     // That there is no display can be told in no window.
     delete wxLog::SetActiveTarget(new wxLogStderr);
     // A doubt of the toolkit's about itself must not stand between a user and the line.
     wxDisableAsserts();
-    wxApp::SetInstance(new DesktopApp(*paths, text));
+    wxApp::SetInstance(new DesktopApp(start->paths, start->commandLine));
     int toolkitArgumentCount = 1;
     // Below zero if the toolkit has found no display; it has said so.
     return wxEntry(toolkitArgumentCount, arguments) < 0 ? 1 : 0;

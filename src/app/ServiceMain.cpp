@@ -1,17 +1,13 @@
 // tarvindl-service: the engine without a display, unattended. One process for one machine.
 
-#include "app/CommandLine.h"
+#include "app/ProgramStart.h"
 #include "app/ServiceApp.h"
 #include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
 #include "app/ServiceWindow.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
-#include "framework/ProgramArguments.h"
-#include "framework/StandardStreams.h"
-#include "framework/Version.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -61,21 +57,6 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine)
 }
 
 int main(int argumentCount, char** arguments) {
-    tarvin::SecureStandardStreams();
-    const tarvin::KelText text = tarvin::JoinWords(tarvin::ProgramArguments(argumentCount, arguments));
-    if (text == u"--help") {
-        std::fputs(usage, stdout);
-        return 0;
-    }
-    if (text == u"--version") {
-        std::printf("tarvindl-service %s\n", tarvin::programVersion);
-        return 0;
-    }
-    tarvin::KelText reason;
-    const auto paths = tarvin::Start::FindPaths(reason);
-    if (!paths) {
-        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(reason).c_str());
-        return 0;
-    }
-    return Serve(*paths, text);
+    const auto start = tarvin::BeginProgram(argumentCount, arguments, "tarvindl-service", usage);
+    return start ? Serve(start->paths, start->commandLine) : 0;
 }

@@ -9,7 +9,7 @@ void EngineEvents::Attach(Receivers newReceivers) {
 }
 
 void EngineEvents::Detach() {
-    handler.DeletePendingEvents();
+    // What is on its way finds nobody.
     receivers = {};
 }
 

@@ -16,13 +16,7 @@ void PickFile(const std::string& title, const std::filesystem::path& path) {
     REQUIRE(SystemDialogBecomesActive());
     PressKey('A', wxMOD_CONTROL);
     Type(path.string());
-    // The first key may only end the list of completions.
-    bool isGone = false;
-    for (int presses = 0; presses < 10 && !isGone; ++presses) {
-        PressKey(WXK_RETURN);
-        isGone = BecomesHidden(title, std::chrono::seconds(1));
-    }
-    REQUIRE(isGone);
+    PressUntilHidden(WXK_RETURN, title);
 }
 
 void ResetLink(DesktopFixture& desktop) {
@@ -89,8 +83,7 @@ TEST_CASE("the log switch asks for a file, and is off again without one") {
     Click(desktop.Panel().logSwitch);
     REQUIRE(WindowTitled("Save Log File As") != nullptr);
     REQUIRE(SystemDialogBecomesActive());
-    PressKey(WXK_ESCAPE);
-    REQUIRE(BecomesHidden("Save Log File As"));
+    PressUntilHidden(WXK_ESCAPE, "Save Log File As");
     CHECK(Becomes([&] { return !desktop.Panel().logSwitch->IsChecked(); }));
 
     Click(desktop.Panel().logSwitch);
@@ -219,9 +212,15 @@ TEST_CASE("a window comes back where it was left, but never where nobody can rea
     const wxRect left(120, 90, 900, 700);
     OnUi([&] { desktop.window->SetSize(left); });
     REQUIRE(Becomes([&] { return desktop.window->GetRect() == left; }));
+    const wxSize leftClient = OnUi([&] { return desktop.window->GetClientSize(); });
     REQUIRE(desktop.Close());
     desktop.Start();
-    CHECK(Becomes([&] { return desktop.window->GetRect() == left; }));
+    // What a window manager puts around a window may be taken off its place.
+    CHECK(Becomes([&] {
+        const wxRect place = desktop.window->GetRect();
+        const wxPoint off = place.GetPosition() - left.GetPosition();
+        return desktop.window->GetClientSize() == leftClient && std::abs(off.x) < 40 && std::abs(off.y) < 40;
+    }));
     REQUIRE(desktop.Close());
     folder.WriteFile("TarvinDL/LASER window.ini", "[Window]\nx=90000\ny=-5000\nwidth=-3\nheight=99999999\n");
     desktop.Start();

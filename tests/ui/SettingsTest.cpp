@@ -39,7 +39,7 @@ wxTopLevelWindow* OpenSettings(DesktopFixture& desktop) {
 TEST_CASE("a file goes out while the settings are open, and settings are changed while the line is in use") {
     DesktopFixture desktop;
     std::string program;
-    for (int number = 0; number < 200; ++number)
+    for (int number = 0; number < 1000; ++number)
         program += "G01 X" + std::to_string(number) + "\r\n";
     desktop.folder.WriteFile("NC/200.nc", program);
     const std::string file = (desktop.folder / "NC/200.nc").string();
@@ -78,8 +78,7 @@ TEST_CASE("a dialog that is cancelled changes nothing, but for what was browsed 
     const std::string chosen = (desktop.folder / "Arrivals").string();
     OnUi([&] { dynamic_cast<wxDirDialog*>(browser)->SetPath(chosen); });
     REQUIRE(SystemDialogBecomesActive());
-    PressKey(WXK_RETURN);
-    REQUIRE(BecomesHidden("Upload Path"));
+    PressUntilHidden(WXK_RETURN, "Upload Path");
     auto* field = Named<wxTextCtrl>(dialog, "Upload Path");
     CHECK(Becomes([&] { return field->GetValue().utf8_string() == chosen + "/"; }));
     REQUIRE(Becomes([&] { return dialog->IsActive(); }));

@@ -3,12 +3,23 @@
 #include "ui/Wx.h"
 
 #include <algorithm>
+#include <atomic>
+#include <iostream>
 #include <string_view>
 #include <thread>
 
 #include <doctest/doctest.h>
 
 namespace {
+
+std::atomic<int> doubts = 0;
+
+// A box would wait for an answer that nobody gives.
+void CountDoubt(const wxString& file, int line, const wxString& function, const wxString& condition,
+                const wxString& message) {
+    ++doubts;
+    std::cerr << file << ":" << line << ": " << function << ": " << condition << ": " << message << std::endl;
+}
 
 class TestApp : public wxApp {
 public:
@@ -25,7 +36,7 @@ public:
         });
         MainLoop();
         user.join();
-        return failures;
+        return failures + doubts;
     }
 
 private:
@@ -41,6 +52,7 @@ int main(int argumentCount, char** arguments) {
     });
     if (isListing)
         return context.run();
+    wxSetAssertHandler(CountDoubt);
     wxApp::SetInstance(new TestApp(context));
     int toolkitArgumentCount = 1;
     return wxEntry(toolkitArgumentCount, arguments);

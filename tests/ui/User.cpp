@@ -115,6 +115,15 @@ bool BecomesHidden(const std::string& title, std::chrono::milliseconds longest) 
     return Becomes([&] { return FindShown(title) == nullptr; }, longest);
 }
 
+void PressUntilHidden(int key, const std::string& title) {
+    bool isGone = false;
+    for (int presses = 0; presses < 10 && !isGone; ++presses) {
+        PressKey(key);
+        isGone = BecomesHidden(title, 2s);
+    }
+    REQUIRE(isGone);
+}
+
 wxWindow* ButtonIn(wxWindow* window, const std::string& caption) {
     return OnUi([&]() -> wxWindow* {
         for (wxWindow* child : WindowsIn(window)) {

@@ -43,6 +43,8 @@ bool SystemDialogBecomesActive();
 // The top-level window with this title that is shown; null if there is none within a while.
 wxTopLevelWindow* WindowTitled(const std::string& title);
 bool BecomesHidden(const std::string& title, std::chrono::milliseconds longest = patience);
+// A dialog of the system may take its first keys for something else: for the end of a list of completions, say.
+void PressUntilHidden(int key, const std::string& title);
 // A button of the window by its visible caption; null if it has none.
 wxWindow* ButtonIn(wxWindow* window, const std::string& caption);
 // All that is written in the window.
