@@ -52,6 +52,8 @@ void DesktopFixture::Start() {
         window->Raise();
         engine->StartMonitor();
     });
+    if (!Becomes([this] { return window->IsActive(); }, std::chrono::seconds(2)))
+        OnUi([this] { window->Raise(); });
     REQUIRE(Becomes([this] { return window->IsActive(); }));
 }
 
