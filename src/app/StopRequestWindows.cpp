@@ -28,13 +28,14 @@ LRESULT CALLBACK OnWindowMessage(HWND window, UINT message, WPARAM first, LPARAM
 // A console does not tell of logging off and shutting down to a program that has loaded the window system's library, as
 // any does that reads its command line; its windows are told. Where none can be made, there is no session to end
 // either.
-DWORD WINAPI WatchSession(void*) {
+DWORD WINAPI WatchSession(void* watching) {
     WNDCLASSW kind = {};
     kind.lpfnWndProc = OnWindowMessage;
     kind.hInstance = ::GetModuleHandleW(nullptr);
     kind.lpszClassName = L"TarvinDL session";
     ::RegisterClassW(&kind);
     ::CreateWindowExW(0, kind.lpszClassName, L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr, kind.hInstance, nullptr);
+    ::SetEvent(watching);
     MSG message = {};
     while (::GetMessageW(&message, nullptr, 0, 0) > 0)
         ::DispatchMessageW(&message);
@@ -46,7 +47,13 @@ DWORD WINAPI WatchSession(void*) {
 void PrepareStopRequests() {
     stopEvent = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
     ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
-    ::CloseHandle(::CreateThread(nullptr, 0, WatchSession, nullptr, 0, nullptr));
+    const HANDLE watching = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    if (const HANDLE thread = ::CreateThread(nullptr, 0, WatchSession, watching, 0, nullptr)) {
+        // A session that ends before the window is there would end without us.
+        ::WaitForSingleObject(watching, INFINITE);
+        ::CloseHandle(thread);
+    }
+    ::CloseHandle(watching);
 }
 
 void WaitForStopRequest() {

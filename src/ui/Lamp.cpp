@@ -5,7 +5,7 @@
 namespace tarvin {
 
 Lamp::Lamp(wxWindow* parent, std::string_view litPicture, const wxString& name, const wxSize& size)
-    : litName(litPicture), pictureSize(size) {
+    : litName(litPicture), pictureSize(parent->ToDIP(size)) {
     MakePictures();
     Create(parent, wxID_ANY, unlit, wxDefaultPosition, size);
     SetMinSize(size);

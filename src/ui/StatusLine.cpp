@@ -20,7 +20,7 @@ StatusLine::StatusLine(wxWindow* parent, const wxSize& size)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, size, wxBORDER_SUNKEN | wxTAB_TRAVERSAL, "status line") {
     SetMinSize(size);
     const int edge = size.GetHeight() * 7 / 10;
-    sign = new wxStaticBitmap(this, wxID_ANY, Picture(signs[0], wxSize(edge, edge)), wxDefaultPosition,
+    sign = new wxStaticBitmap(this, wxID_ANY, Picture(signs[0], ToDIP(wxSize(edge, edge))), wxDefaultPosition,
                               wxSize(edge, edge));
     label = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                              wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE);
@@ -52,7 +52,7 @@ void StatusLine::ShowStatus(const wxString& text, Outlook newOutlook) {
 }
 
 void StatusLine::ShowSign() {
-    sign->SetBitmap(Picture(signs[static_cast<std::size_t>(outlook)], sign->GetMinSize()));
+    sign->SetBitmap(Picture(signs[static_cast<std::size_t>(outlook)], ToDIP(sign->GetMinSize())));
 }
 
 void StatusLine::FitText() {

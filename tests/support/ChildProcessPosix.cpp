@@ -106,7 +106,12 @@ void ChildProcess::WriteInput(const std::string& text) {
 }
 
 void ChildProcess::Signal(int signal) {
-    ::kill(process, isWindowsProgram ? SIGINT : signal);
+    // Wine starts a thread for the program's console handler in the handler of the signal, which hangs for good where it
+    // interrupts an allocation. The first thread waits and allocates nothing.
+    if (isWindowsProgram)
+        ::tgkill(process, process, SIGINT);
+    else
+        ::kill(process, signal);
 }
 
 int ChildProcess::WaitForExit(std::chrono::milliseconds longest) {
