@@ -2,6 +2,7 @@
 
 #include "framework/SystemName.h"
 #include "framework/Version.h"
+#include "ui/LeftCaption.h"
 #include "ui/UiText.h"
 
 #include <algorithm>
@@ -47,10 +48,12 @@ wxButton* MainPanel::AddButton(wxWindowID id, const wxString& label, const wxStr
 }
 
 wxCheckBox* MainPanel::AddSwitch(const wxString& label, const wxString& name, const wxString& tip) {
-    auto* box = new wxCheckBox(this, wxID_ANY, label, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, name);
+    const bool hasCaption = !label.empty();
+    auto* box = new wxCheckBox(this, wxID_ANY, label, wxDefaultPosition, wxDefaultSize,
+                               hasCaption ? LeftCaptionStyle() : 0, wxDefaultValidator, name);
     box->SetToolTip(tip);
-    // The caption on the left, and still part of what can be clicked.
-    box->SetLayoutDirection(wxLayout_RightToLeft);
+    if (hasCaption)
+        PutCaptionLeft(*box);
     return box;
 }
 

@@ -106,8 +106,8 @@ void ChildProcess::WriteInput(const std::string& text) {
 }
 
 void ChildProcess::Signal(int signal) {
-    // Wine starts a thread for the program's console handler in the handler of the signal, which hangs for good where it
-    // interrupts an allocation. The first thread waits and allocates nothing.
+    // Wine starts a thread for the program's console handler in the handler of the signal, which hangs for good where
+    // it interrupts an allocation. The first thread waits and allocates nothing.
     if (isWindowsProgram)
         ::tgkill(process, process, SIGINT);
     else
