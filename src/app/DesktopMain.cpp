@@ -44,11 +44,7 @@ public:
     }
 
     // The command line is the machine's name and none of the toolkit's.
-    bool OnInit() override {
-        // From here on there are windows to tell things in.
-        delete wxLog::SetActiveTarget(nullptr);
-        return true;
-    }
+    bool OnInit() override { return true; }
     int OnRun() override;
 
 private:

@@ -1,5 +1,7 @@
 #include "engine/DownloadApp.h"
 
+#include "settings/SettingsCheck.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -26,9 +28,8 @@ std::string TextOf(std::uint8_t byte) {
     return std::string(1, static_cast<char>(byte));
 }
 
-// With the separator at its end, as settings keep folders.
 KelText FolderOf(const std::filesystem::path& path) {
-    return FromPath(path.parent_path() / "");
+    return AsFolderSetting(FromPath(path.parent_path()));
 }
 
 char16_t Unit(char byte) {
@@ -197,8 +198,7 @@ void DownloadApp::NameTransfer(const std::filesystem::path& path) {
 }
 
 void DownloadApp::RememberExtension(const std::filesystem::path& path) {
-    const KelText extension = FromPath(path.extension());
-    settings.fileExtension = extension.substr(extension.empty() ? 0 : 1);
+    settings.fileExtension = AsExtensionSetting(FromPath(path.extension()));
     window.SettingsChanged(settings);
 }
 

@@ -72,6 +72,24 @@ bool IsLowSurrogate(char16_t unit) {
     return (unit & 0xFC00) == 0xDC00;
 }
 
+bool IsPairAt(KelTextView text, std::size_t position) {
+    return IsHighSurrogate(text[position]) && position + 1 < text.size() && IsLowSurrogate(text[position + 1]);
+}
+
+char32_t CharacterOfPair(char16_t high, char16_t low) {
+    return 0x10000 + (static_cast<char32_t>(high - 0xD800) << 10) + static_cast<char32_t>(low - 0xDC00);
+}
+
+void AppendCharacter(KelText& text, char32_t character) {
+    if (character < 0x10000) {
+        text.push_back(static_cast<char16_t>(character));
+        return;
+    }
+    const char32_t offset = character - 0x10000;
+    text.push_back(static_cast<char16_t>(0xD800 + (offset >> 10)));
+    text.push_back(static_cast<char16_t>(0xDC00 + (offset & 0x3FF)));
+}
+
 }
 
 KelText FromUtf8(std::string_view utf8) {
@@ -84,13 +102,7 @@ KelText FromUtf8(std::string_view utf8) {
             ++position;
             continue;
         }
-        if (decoded.codePoint < 0x10000) {
-            text.push_back(static_cast<char16_t>(decoded.codePoint));
-        } else {
-            const char32_t offset = decoded.codePoint - 0x10000;
-            text.push_back(static_cast<char16_t>(0xD800 + (offset >> 10)));
-            text.push_back(static_cast<char16_t>(0xDC00 + (offset & 0x3FF)));
-        }
+        AppendCharacter(text, decoded.codePoint);
         position += decoded.length;
     }
     return text;
@@ -101,10 +113,8 @@ std::string ToUtf8(KelTextView text) {
     utf8.reserve(text.size());
     for (std::size_t position = 0; position < text.size(); ++position) {
         const char16_t unit = text[position];
-        if (IsHighSurrogate(unit) && position + 1 < text.size() && IsLowSurrogate(text[position + 1])) {
-            const auto high = static_cast<char32_t>(unit - 0xD800);
-            const auto low = static_cast<char32_t>(text[++position] - 0xDC00);
-            AppendUtf8(utf8, 0x10000 + (high << 10) + low);
+        if (IsPairAt(text, position)) {
+            AppendUtf8(utf8, CharacterOfPair(unit, text[++position]));
         } else if (unit >= escapedByteBase + 0x80 && unit <= escapedByteBase + 0xFF) {
             utf8.push_back(static_cast<char>(unit - escapedByteBase));
         } else {
@@ -112,6 +122,27 @@ std::string ToUtf8(KelTextView text) {
         }
     }
     return utf8;
+}
+
+std::u32string ToCharacters(KelTextView text) {
+    std::u32string characters;
+    characters.reserve(text.size());
+    for (std::size_t position = 0; position < text.size(); ++position) {
+        const char16_t unit = text[position];
+        if (IsPairAt(text, position))
+            characters.push_back(CharacterOfPair(unit, text[++position]));
+        else
+            characters.push_back(IsHighSurrogate(unit) || IsLowSurrogate(unit) ? U'\uFFFD' : unit);
+    }
+    return characters;
+}
+
+KelText FromCharacters(std::u32string_view characters) {
+    KelText text;
+    text.reserve(characters.size());
+    for (const char32_t character : characters)
+        AppendCharacter(text, character);
+    return text;
 }
 
 KelText FromBytes(std::string_view bytes) {

@@ -17,6 +17,10 @@ using KelTextView = std::u16string_view;
 KelText FromUtf8(std::string_view utf8);
 std::string ToUtf8(KelTextView text);
 
+// The characters of the text, with U+FFFD for each lone surrogate, and the text of such characters.
+std::u32string ToCharacters(KelTextView text);
+KelText FromCharacters(std::u32string_view characters);
+
 // One code unit 0 to 255 for each byte.
 KelText FromBytes(std::string_view bytes);
 

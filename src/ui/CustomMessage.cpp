@@ -1,5 +1,6 @@
 #include "ui/CustomMessage.h"
 
+#include "ui/HelpKey.h"
 #include "ui/UiText.h"
 
 #include <utility>
@@ -84,11 +85,10 @@ CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, std::f
     answer = ChoicesOf(box.style).back().answer;
     SetEscapeId(wxID_NONE);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Finish(answer); });
-    Bind(wxEVT_CHAR_HOOK, [this, help = std::move(showHelp)](wxKeyEvent& event) {
+    BindHelpKey(*this, std::move(showHelp));
+    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
         if (event.GetKeyCode() == WXK_ESCAPE)
             Finish(answer);
-        else if (event.GetKeyCode() == WXK_F1)
-            help();
         else
             event.Skip();
     });
@@ -133,10 +133,7 @@ void CustomMessage::AddButtons(wxSizer& column, unsigned style, const TextHolder
 
 void CustomMessage::Finish(int newAnswer) {
     answer = newAnswer;
-    if (IsModal())
-        EndModal(newAnswer);
-    else
-        Hide();
+    Hide();
 }
 
 }

@@ -3,6 +3,7 @@
 #include "engine/PortScan.h"
 #include "ui/CustomMessage.h"
 #include "ui/DownloadEndDialog.h"
+#include "ui/HelpKey.h"
 #include "ui/NcFileDialogs.h"
 #include "ui/Pictures.h"
 #include "ui/SettingsDialog.h"
@@ -21,6 +22,12 @@ namespace {
 constexpr int trafficMilliseconds = 50;
 constexpr int closeTickMilliseconds = 20;
 const wxSize firstSize(251, 204); // dialog units
+
+// Null for everything else.
+wxDialog* AsModalDialog(wxWindow* window) {
+    auto* dialog = dynamic_cast<wxDialog*>(window);
+    return dialog != nullptr && dialog->IsModal() ? dialog : nullptr;
+}
 
 TextLines::Kind KindOf(TrafficLine::Kind kind) {
     switch (kind) {
@@ -101,15 +108,12 @@ void MainWindow::BindControls() {
 
 // The two switches without a caption of their own, and help for the window that is in front.
 void MainWindow::BindKeys() {
+    BindHelpKey(*this, [this] { OnHelp("main-window.htm"); });
     Bind(wxEVT_CHAR_HOOK, &MainWindow::OnCharHook, this);
 }
 
 void MainWindow::OnCharHook(wxKeyEvent& event) {
     const int key = event.GetKeyCode();
-    if (key == WXK_F1) {
-        OnHelp("main-window.htm");
-        return;
-    }
     wxCheckBox* handshake = key == 'O' ? panel->ctsSwitch : key == 'D' ? panel->dsrSwitch : nullptr;
     if (event.GetModifiers() == wxMOD_ALT && handshake != nullptr && handshake->IsEnabled()) {
         handshake->SetValue(!handshake->GetValue());
@@ -311,10 +315,8 @@ TransferEndDialog* MainWindow::ShownEndDialog() const {
 
 bool MainWindow::IsAnythingOpen() const {
     return isMenuOpen || modal.IsRunning() ||
-           std::any_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(), [](wxWindow* window) {
-               const auto* dialog = dynamic_cast<wxDialog*>(window);
-               return dialog != nullptr && dialog->IsModal();
-           });
+           std::any_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),
+                       [](wxWindow* window) { return AsModalDialog(window) != nullptr; });
 }
 
 // Dialogs and menus have loops of their own, which have to end before the window may go.
@@ -322,8 +324,7 @@ void MainWindow::CloseWhatIsOpen() {
     modal.CloseAll();
     // Those of the toolkit itself, such as the help window's.
     for (wxWindow* window : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<wxDialog*>(window);
-        if (dialog != nullptr && dialog->IsModal())
+        if (wxDialog* dialog = AsModalDialog(window))
             dialog->EndModal(wxID_CANCEL);
     }
 }

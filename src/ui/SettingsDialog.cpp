@@ -2,6 +2,7 @@
 
 #include "settings/ControlCharacters.h"
 #include "settings/LineChoices.h"
+#include "ui/HelpKey.h"
 #include "ui/UiText.h"
 
 #include <algorithm>
@@ -291,12 +292,7 @@ wxSizer* SettingsDialog::AddButtons() {
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { user.showHelp(); }, wxID_HELP);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Finish(wxID_CANCEL); });
-    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
-        if (event.GetKeyCode() == WXK_F1)
-            user.showHelp();
-        else
-            event.Skip();
-    });
+    BindHelpKey(*this, user.showHelp);
     return buttons;
 }
 

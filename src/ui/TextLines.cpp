@@ -10,16 +10,11 @@ namespace {
 
 void AppendExpanded(std::u32string& text, std::string_view utf8) {
     text.reserve(text.size() + utf8.size());
-    const KelText units = FromUtf8(utf8);
-    for (std::size_t at = 0; at < units.size(); ++at) {
-        const char16_t unit = units[at];
-        const bool isHigh = unit >= 0xD800 && unit < 0xDC00;
-        if (unit == u'\t')
+    for (const char32_t character : ToCharacters(FromUtf8(utf8))) {
+        if (character == U'\t')
             text.append(TextLines::tabColumns - text.size() % TextLines::tabColumns, U' ');
-        else if (isHigh && at + 1 < units.size())
-            text += 0x10000 + ((static_cast<char32_t>(unit) & 0x3FF) << 10) + (units[++at] & 0x3FF);
         else
-            text += unit >= 0xD800 && unit < 0xE000 ? U'\uFFFD' : unit;
+            text.push_back(character);
     }
 }
 
@@ -88,17 +83,8 @@ std::string TextLines::SelectedText() const {
     const std::uint64_t end = std::max(selectionAnchor, selectionCaret).line;
     for (std::uint64_t number = begin; HasSelection() && number <= end; ++number) {
         const Columns columns = SelectedIn(number);
-        KelText units;
-        for (const char32_t character :
-             std::u32string_view(At(number).text).substr(columns.begin, columns.end - columns.begin)) {
-            if (character >= 0x10000) {
-                units += static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
-                units += static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
-            } else {
-                units += static_cast<char16_t>(character);
-            }
-        }
-        result += ToUtf8(units);
+        const std::u32string_view text = At(number).text;
+        result += ToUtf8(FromCharacters(text.substr(columns.begin, columns.end - columns.begin)));
         if (number != end)
             result += '\n';
     }

@@ -1,5 +1,7 @@
 #include "ui/TransferEndDialog.h"
 
+#include "ui/HelpKey.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -13,12 +15,7 @@ TransferEndDialog::TransferEndDialog(wxWindow* owner, const wxString& caption, c
       row(new wxBoxSizer(wxHORIZONTAL)) {
     // Only a button ends the transfer, or the transfer itself.
     SetEscapeId(wxID_NONE);
-    Bind(wxEVT_CHAR_HOOK, [help = std::move(showHelp)](wxKeyEvent& event) {
-        if (event.GetKeyCode() == WXK_F1)
-            help();
-        else
-            event.Skip();
-    });
+    BindHelpKey(*this, std::move(showHelp));
     Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
         if (event.CanVeto())
             event.Veto();

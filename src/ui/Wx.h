@@ -1,11 +1,6 @@
 #pragma once
 // The one way to wxWidgets: without the macros of <windows.h> that would rename the program's own operations.
 
-#include <wx/wx.h>
+#include "framework/WindowsMacros.h"
 
-#undef CreateFile
-#undef DeleteFile
-#undef GetMessage
-#undef MessageBox
-#undef ReportEvent
-#undef SendMessage
+#include <wx/wx.h>
