@@ -1,6 +1,7 @@
 #include "ui/CustomMessage.h"
 
 #include "ui/HelpKey.h"
+#include "ui/Pictures.h"
 #include "ui/UiText.h"
 
 #include <utility>
@@ -69,6 +70,7 @@ CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, std::f
                              const TextHolder& texts)
     : wxDialog(parent, wxID_ANY, ToWx(box.caption), wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
                "message") {
+    SetIcons(ProgramIcons());
     auto* column = new wxBoxSizer(wxVERTICAL);
     AddMessage(*column, box);
     AddButtons(*column, box.style, texts);

@@ -3,6 +3,7 @@
 #include "settings/ControlCharacters.h"
 #include "settings/LineChoices.h"
 #include "ui/HelpKey.h"
+#include "ui/Pictures.h"
 #include "ui/UiText.h"
 
 #include <algorithm>
@@ -66,6 +67,7 @@ SettingsDialog::SettingsDialog(wxWindow* parent, DownloadSettings settings, std:
       present(std::move(settings)),
       foundPorts(std::move(ports)),
       user(std::move(owner)) {
+    SetIcons(ProgramIcons());
     const int gap = FromDIP(6);
     auto* left = new wxBoxSizer(wxVERTICAL);
     left->Add(AddLineGroup(), wxSizerFlags().Expand());

@@ -1,6 +1,9 @@
 #include "end-to-end/ServiceFixture.h"
 
+#include <chrono>
 #include <csignal>
+#include <filesystem>
+#include <thread>
 
 #include <doctest/doctest.h>
 
@@ -26,15 +29,22 @@ public:
 
     std::string File(const std::string& name) const { return (fixture.folder / name).string(); }
 
+    // Until the controller has made its end.
+    void WaitForLine() const {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!std::filesystem::exists(fixture.folder / "line")) {
+            REQUIRE(std::chrono::steady_clock::now() < deadline);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
     // The controller's exit code; FILE stands for the file that is sent.
     int Run(std::vector<std::string> arguments) {
         for (std::string& argument : arguments)
             argument = argument == "FILE" ? File("part") : argument == "RECEIVED" ? File("received") : argument;
         arguments.insert(arguments.begin(), {"--pty", File("line")});
         ChildProcess controller("tarvin-controller", {arguments});
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!std::filesystem::exists(fixture.folder / "line"))
-            REQUIRE(std::chrono::steady_clock::now() < deadline);
+        WaitForLine();
         fixture.LetPortBeThere(true);
         if (!fixture.service) {
             fixture.Start();
@@ -102,6 +112,7 @@ TEST_SUITE_END();
 TEST_CASE("a controller that stays keeps the line, whatever comes, until the program has gone") {
     TwoPrograms programs;
     ChildProcess controller("tarvin-controller", {{"--pty", programs.File("line"), "test", "stay"}});
+    programs.WaitForLine();
     programs.fixture.Start();
     REQUIRE(controller.WaitForOutput("stay: until the program closes the line"));
     programs.fixture.service->Signal(SIGTERM);
