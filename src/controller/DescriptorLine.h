@@ -21,6 +21,9 @@ public:
 
 private:
     Status WaitFor(short event, Clock::TimePoint deadline);
+    // Done if the call is to be made again.
+    Status AfterError(int systemError, Clock::TimePoint deadline);
+    bool IsOpenedAgain(Clock::TimePoint deadline);
     Status Fail(int systemError);
 
     const int descriptor;

@@ -19,6 +19,9 @@ timespec TimeLeft(Clock::TimePoint deadline) {
     return {static_cast<time_t>(seconds.count()), static_cast<long>(rest.count())};
 }
 
+// A program that takes on other settings closes its port and opens it again.
+constexpr std::chrono::seconds timeToReopen(2);
+
 bool HasPassed(Clock::TimePoint deadline) {
     return SteadyClock().Now() >= deadline;
 }
@@ -37,6 +40,13 @@ ControllerLine::Status DescriptorLine::Fail(int systemError) {
     return Status::Failed;
 }
 
+ControllerLine::Status DescriptorLine::AfterError(int systemError, Clock::TimePoint deadline) {
+    if (systemError == EAGAIN || systemError == EINTR)
+        return Status::Done;
+    const Status status = Fail(systemError);
+    return status == Status::HungUp && IsOpenedAgain(deadline) ? Status::Done : status;
+}
+
 ControllerLine::Status DescriptorLine::WaitFor(short event, Clock::TimePoint deadline) {
     for (;;) {
         pollfd entry = {descriptor, event, 0};
@@ -44,8 +54,10 @@ ControllerLine::Status DescriptorLine::WaitFor(short event, Clock::TimePoint dea
         const int ready = ::ppoll(&entry, 1, &left, nullptr);
         if (ready < 0 && errno != EINTR)
             return Fail(errno);
-        if (ready > 0)
-            return (entry.revents & event) != 0 ? Status::Done : Status::HungUp;
+        if (ready > 0 && (entry.revents & event) != 0)
+            return Status::Done;
+        if (ready > 0 && !IsOpenedAgain(deadline))
+            return Status::HungUp;
         if (ready == 0 && HasPassed(deadline))
             return Status::TimedOut;
     }
@@ -58,14 +70,12 @@ ControllerLine::Status DescriptorLine::Read(char* bytes, std::size_t capacity, C
         if (const Status status = WaitFor(POLLIN, deadline); status != Status::Done)
             return status;
         const ssize_t count = ::read(descriptor, bytes, capacity);
-        if (count == 0)
-            return Status::HungUp;
         if (count > 0) {
             byteCount = static_cast<std::size_t>(count);
             return Status::Done;
         }
-        if (errno != EAGAIN && errno != EINTR)
-            return Fail(errno);
+        if (const Status status = count == 0 ? Status::HungUp : AfterError(errno, deadline); status != Status::Done)
+            return status;
     }
 }
 
@@ -79,11 +89,15 @@ ControllerLine::Status DescriptorLine::Write(std::string_view bytes, Clock::Time
         } else if (errno == EAGAIN) {
             if (const Status status = WaitFor(POLLOUT, deadline); status != Status::Done)
                 return status;
-        } else if (errno != EINTR) {
-            return Fail(errno);
+        } else if (const Status status = AfterError(errno, deadline); status != Status::Done) {
+            return status;
         }
     }
     return Status::Done;
+}
+
+bool DescriptorLine::IsOpenedAgain(Clock::TimePoint deadline) {
+    return WaitForPeer(std::min(deadline, SteadyClock().Now() + timeToReopen)) == Status::Done;
 }
 
 ControllerLine::Status DescriptorLine::WaitForPeer(Clock::TimePoint deadline) {

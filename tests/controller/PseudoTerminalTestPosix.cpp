@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <future>
 #include <sstream>
 
 #include <doctest/doctest.h>
@@ -73,6 +74,18 @@ TEST_CASE("a program that is missing or goes away fails the run") {
     CHECK_MESSAGE(gone.output.find("the other side has closed the line") != std::string::npos, gone.output);
     CHECK_FALSE(std::filesystem::exists(folder / "stored"));
     CHECK_FALSE(IsLink(folder / "line"));
+}
+
+TEST_CASE("a program may close the line and open it again, and what was on its way is lost") {
+    const TemporaryFolder folder;
+    std::vector<std::string> arguments = {"--pty", folder / "line", "--timeout", "0.2", "--delay", "2"};
+    arguments.insert(arguments.end(), 200, "test");
+    auto result = std::async(std::launch::async, Control, arguments);
+    for (int round = 0; round < 3; ++round)
+        ProgramThread({}, folder / "line", 20).Join();
+    const ProgramThread last({}, folder / "line");
+    const Result run = result.get();
+    CHECK_MESSAGE(run.status == ExitStatus::right, run.output);
 }
 
 TEST_CASE("a real device is spoken to like a pseudo-terminal") {

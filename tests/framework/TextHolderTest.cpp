@@ -100,7 +100,7 @@ TEST_CASE("the language is chosen by the switch, and without one by the default"
     }
 }
 
-TEST_CASE("a text not loaded is the built-in one or empty; a reference means what is loaded only") {
+TEST_CASE("a text not loaded is the built-in one or empty, and a reference means what is loaded only") {
     Loader loader;
     CHECK(KelText(loader.holder.Text(48)) == u"Cancel");
     CHECK(loader.holder.TextOrNull(48) == nullptr);

@@ -93,7 +93,7 @@ TEST_CASE("a dialog that is cancelled changes nothing, but for what was browsed 
           chosen + "/");
 }
 
-TEST_CASE("a field that is wrong says so and keeps the dialog open; what depends on a switch follows it") {
+TEST_CASE("a field that is wrong says so and keeps the dialog open, and what depends on a switch follows it") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
