@@ -33,7 +33,7 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
         {"with an outage told",
          [](DesktopFixture& desktop) {
              desktop.Disconnect();
-             REQUIRE(WindowTitled("Comms Status Check") != nullptr);
+             REQUIRE(desktop.OutageBox() != nullptr);
          }},
         {"with the settings open, and a folder looked for",
          [&](DesktopFixture& desktop) {
@@ -51,7 +51,7 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
              click(desktop.Panel().help, "Welcome to TarvinDL");
              click(desktop.Panel().changeSettings, "Download Settings");
              desktop.Disconnect();
-             REQUIRE(WindowTitled("Comms Status Check") != nullptr);
+             REQUIRE(desktop.OutageBox() != nullptr);
          }},
         {"with a dialog of the help window open",
          [&](DesktopFixture& desktop) {

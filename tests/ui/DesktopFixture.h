@@ -27,6 +27,9 @@ public:
     // A line whose other end the test holds, or the simulated controller.
     void Connect();
     void Disconnect();
+    // The box that tells of a line that is gone; null if there is none within a while. Which step of a look at the port
+    // comes upon it first is chance.
+    wxTopLevelWindow* OutageBox() { return WindowTitledOneOf({"Comms Status Check", "Read Data"}); }
     ChildProcess& RunController(std::vector<std::string> commands);
 
     void Start();

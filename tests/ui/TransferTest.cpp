@@ -141,8 +141,9 @@ TEST_CASE("a port that vanishes is told once, and its return is seen with the bo
     const std::string linked = "LASER COM1:2400,N,8,1,None";
     REQUIRE(desktop.CaptionBecomes(linked));
     desktop.Disconnect();
-    wxTopLevelWindow* box = WindowTitled("Comms Status Check");
+    wxTopLevelWindow* box = desktop.OutageBox();
     REQUIRE(box != nullptr);
+    const std::string title = OnUi([&] { return box->GetTitle().utf8_string(); });
     CHECK(TextIn(box).find("COM1\n") != std::string::npos);
     CHECK(desktop.CaptionBecomes("LASER - No Link"));
     CHECK(OnUi([&] { return desktop.Panel().statusLine->ShownOutlook(); }) == Outlook::Bad);
@@ -152,7 +153,7 @@ TEST_CASE("a port that vanishes is told once, and its return is seen with the bo
     CHECK(desktop.CaptionBecomes(linked));
     CHECK(OnUi([&] { return desktop.Panel().monitor->PictureName(); }) == "connection.svg");
     Click(ButtonIn(box, "Ok"));
-    CHECK(BecomesHidden("Comms Status Check"));
+    CHECK(BecomesHidden(title));
 }
 
 }

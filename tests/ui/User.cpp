@@ -106,8 +106,15 @@ void Type(const std::string& text) {
 }
 
 wxTopLevelWindow* WindowTitled(const std::string& title) {
+    return WindowTitledOneOf({title});
+}
+
+wxTopLevelWindow* WindowTitledOneOf(const std::vector<std::string>& titles) {
     wxTopLevelWindow* found = nullptr;
-    Becomes([&] { return (found = FindShown(title)) != nullptr; });
+    Becomes([&] {
+        return std::any_of(titles.begin(), titles.end(),
+                           [&found](const std::string& title) { return (found = FindShown(title)) != nullptr; });
+    });
     return found;
 }
 

@@ -42,6 +42,7 @@ void FindSystemDialogBy(std::function<wxWindow*()> find);
 bool SystemDialogBecomesActive();
 // The top-level window with this title that is shown; null if there is none within a while.
 wxTopLevelWindow* WindowTitled(const std::string& title);
+wxTopLevelWindow* WindowTitledOneOf(const std::vector<std::string>& titles);
 bool BecomesHidden(const std::string& title, std::chrono::milliseconds longest = patience);
 // A dialog of the system may take its first keys for something else: for the end of a list of completions, say.
 void PressUntilHidden(int key, const std::string& title);
