@@ -13,7 +13,8 @@ namespace {
 constexpr int linkTestAttempts = 3;
 // How long the end of the last exchange is listened to for something that nobody has asked for.
 constexpr std::chrono::milliseconds lastListening(20);
-constexpr std::chrono::seconds timeToReopen(2);
+// Long, so that a line that hangs up has all the time there is to be opened again.
+constexpr std::chrono::hours oneStay(1);
 
 std::string InSeconds(Clock::Duration duration) {
     std::ostringstream text;
@@ -218,16 +219,15 @@ Outcome Conversation::Stay() {
     for (;;) {
         char ignored[256];
         std::size_t byteCount = 0;
-        auto status = line.Read(ignored, sizeof ignored, clock.Now() + timeToReopen, byteCount);
-        // A program that takes on other settings closes its port and opens it again.
-        if (status == ControllerLine::Status::HungUp)
-            status = line.WaitForPeer(clock.Now() + timeToReopen);
-        else if (status == ControllerLine::Status::TimedOut)
-            continue;
-        if (status == ControllerLine::Status::Failed)
-            return Outcome::Failed(line.LastError());
-        if (status != ControllerLine::Status::Done)
+        switch (line.Read(ignored, sizeof ignored, clock.Now() + oneStay, byteCount)) {
+        case ControllerLine::Status::Done:
+        case ControllerLine::Status::TimedOut:
+            break;
+        case ControllerLine::Status::HungUp:
             return Outcome::Right();
+        case ControllerLine::Status::Failed:
+            return Outcome::Failed(line.LastError());
+        }
     }
 }
 
