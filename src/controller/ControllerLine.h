@@ -14,8 +14,8 @@ namespace tarvin::controller {
 
 class ControllerLine {
 public:
-    // HungUp: nobody has the other end open any more (or yet), and nobody has opened it again within two seconds, or
-    // until the deadline. Failed: LastError says why.
+    // HungUp: nobody has the other end open any more (or yet); that of a pseudo-terminal has not been opened again
+    // within two seconds, or until the deadline. Failed: LastError says why.
     enum class Status { Done, TimedOut, HungUp, Failed };
 
     virtual ~ControllerLine() = default;

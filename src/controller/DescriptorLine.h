@@ -20,10 +20,11 @@ public:
     const std::string& LastError() const override { return lastError; }
 
 private:
+    // Waits whether a line that was found hung up is opened again. A device that has gone does not come back.
+    virtual bool IsOpenedAgain(Clock::TimePoint) { return false; }
     Status WaitFor(short event, Clock::TimePoint deadline);
     // Done if the call is to be made again.
     Status AfterError(int systemError, Clock::TimePoint deadline);
-    bool IsOpenedAgain(Clock::TimePoint deadline);
     Status Fail(int systemError);
 
     const int descriptor;

@@ -19,9 +19,6 @@ timespec TimeLeft(Clock::TimePoint deadline) {
     return {static_cast<time_t>(seconds.count()), static_cast<long>(rest.count())};
 }
 
-// A program that takes on other settings closes its port and opens it again.
-constexpr std::chrono::seconds timeToReopen(2);
-
 bool HasPassed(Clock::TimePoint deadline) {
     return SteadyClock().Now() >= deadline;
 }
@@ -94,10 +91,6 @@ ControllerLine::Status DescriptorLine::Write(std::string_view bytes, Clock::Time
         }
     }
     return Status::Done;
-}
-
-bool DescriptorLine::IsOpenedAgain(Clock::TimePoint deadline) {
-    return WaitForPeer(std::min(deadline, SteadyClock().Now() + timeToReopen)) == Status::Done;
 }
 
 ControllerLine::Status DescriptorLine::WaitForPeer(Clock::TimePoint deadline) {

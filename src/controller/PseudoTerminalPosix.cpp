@@ -3,7 +3,9 @@
 #include "controller/DescriptorLine.h"
 #include "framework/SystemErrorText.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iterator>
@@ -101,6 +103,12 @@ public:
     }
 
 private:
+    // A program that takes on other settings closes its port and opens it again.
+    bool IsOpenedAgain(Clock::TimePoint deadline) override {
+        constexpr std::chrono::seconds timeToReopen(2);
+        return WaitForPeer(std::min(deadline, SteadyClock().Now() + timeToReopen)) == Status::Done;
+    }
+
     const std::filesystem::path link;
     const std::string otherEnd;
 };

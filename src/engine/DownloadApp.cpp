@@ -151,13 +151,9 @@ void DownloadApp::BeginDownload() {
     window.DrawAttention();
 }
 
-bool DownloadApp::IsTransferring() const {
-    return transferState == TransferState::Downloading || transferState == TransferState::Uploading;
-}
-
 void DownloadApp::SendFile(const std::filesystem::path& path) {
     // While the user chose, the controller may have begun.
-    if (IsTransferring() || IsClosing())
+    if (IsTransferring(transferState) || IsClosing())
         return;
     NameTransfer(path);
     const bool isLoaded =
@@ -176,7 +172,7 @@ void DownloadApp::SendFile(const std::filesystem::path& path) {
 }
 
 void DownloadApp::ReceiveFile(const std::filesystem::path& path) {
-    if (IsTransferring() || IsClosing())
+    if (IsTransferring(transferState) || IsClosing())
         return;
     NameTransfer(path);
     settings.uploadPath = FolderOf(path);

@@ -61,7 +61,6 @@ private:
     void OnReceived() override;
     void OnLineFree() override;
 
-    bool IsTransferring() const;
     void CheckLoopback();
     void StartDownload();
     void SendBytes(int count);

@@ -18,9 +18,8 @@ bool StatusDisplay::Show(TransferState state, const StatusDescription& descripti
         next.statusLine = *description.line;
     // Whoever has begun a transfer and whatever has ended it: a second one must not break into it, and without one
     // there is nothing to end.
-    const bool isTransferring = state == TransferState::Downloading || state == TransferState::Uploading;
-    EnableTransferButtons(!isTransferring);
-    if (!isTransferring)
+    EnableTransferButtons(!IsTransferring(state));
+    if (!IsTransferring(state))
         next.endDialog = EndDialog::None;
     return Publish();
 }

@@ -50,6 +50,11 @@ enum class TransferState : std::int32_t {
     SynchronisationCompleted = 38,
 };
 
+// Whether a file is on its way.
+constexpr bool IsTransferring(TransferState state) {
+    return state == TransferState::Downloading || state == TransferState::Uploading;
+}
+
 // What the status texts are filled with.
 struct StatusArguments {
     KelText fileName; // the path of the transfer

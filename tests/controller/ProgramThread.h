@@ -4,7 +4,6 @@
 #include "ProgramDouble.h"
 
 #include <atomic>
-#include <chrono>
 #include <filesystem>
 #include <thread>
 
@@ -35,17 +34,5 @@ private:
     std::atomic<bool> stopRequested = false;
     std::thread thread;
 };
-
-// Looks again and again until it holds, for 20 s at most.
-template <typename Condition>
-bool WaitUntil(Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 }

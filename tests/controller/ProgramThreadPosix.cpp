@@ -1,4 +1,5 @@
 #include "ProgramThread.h"
+#include "support/WaitUntil.h"
 
 #include <cerrno>
 
@@ -14,7 +15,7 @@ namespace {
 // As the line is: whoever made it has set it up.
 int OpenWhenThere(const std::filesystem::path& path, const std::atomic<bool>& stopRequested) {
     int descriptor = -1;
-    WaitUntil([&] {
+    tarvin::test::WaitUntil([&] {
         descriptor = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
         return descriptor >= 0 || stopRequested;
     });

@@ -1,6 +1,7 @@
 #include "ProgramThread.h"
 #include "controller/Session.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -15,6 +16,7 @@
 using namespace tarvin::controller;
 using namespace tarvin::controller::test;
 using tarvin::test::TemporaryFolder;
+using tarvin::test::WaitUntil;
 
 namespace {
 

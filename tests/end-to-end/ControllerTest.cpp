@@ -1,9 +1,8 @@
 #include "end-to-end/ServiceFixture.h"
+#include "support/WaitUntil.h"
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <thread>
 
 #include <doctest/doctest.h>
 
@@ -31,11 +30,7 @@ public:
 
     // Until the controller has made its end.
     void WaitForLine() const {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!std::filesystem::exists(fixture.folder / "line")) {
-            REQUIRE(std::chrono::steady_clock::now() < deadline);
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
+        REQUIRE(WaitUntil([this] { return std::filesystem::exists(fixture.folder / "line"); }));
     }
 
     // The controller's exit code; FILE stands for the file that is sent.
