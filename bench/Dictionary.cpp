@@ -1,8 +1,8 @@
 #include "AllocationCount.h"
 #include "Measures.h"
-#include "framework/DictionaryFile.h"
-#include "framework/PackedBytes.h"
-#include "framework/TextHolder.h"
+#include "dictionary/DictionaryFile.h"
+#include "dictionary/TextHolder.h"
+#include "files/PackedBytes.h"
 
 #include <algorithm>
 #include <fstream>
@@ -74,7 +74,7 @@ std::vector<Nanoseconds> TimesToLoad(const DictionaryContent& content, std::stri
     std::vector<Nanoseconds> samples;
     for (std::size_t repetition = 0; repetition < repetitions; ++repetition) {
         const auto started = SteadyTime::now();
-        const bool isLoaded = holder.Load({.fileName = file.path, .language = 2});
+        const auto isLoaded = holder.Load({.fileName = file.path, .language = 2});
         samples.push_back(SteadyTime::now() - started);
         if (!isLoaded || content.entries.back().translations[2] != holder.Text(entryCount - 1))
             throw std::runtime_error("the dictionary was not loaded right");

@@ -2,8 +2,8 @@
 // second. What it observes goes into a file, see Observations in TrafficView.cpp.
 
 #include "app/Start.h"
-#include "engine/LineTrace.h"
-#include "framework/TextHolder.h"
+#include "dictionary/TextHolder.h"
+#include "line/LineTrace.h"
 #include "ui/DesktopInterface.h"
 #include "ui/MainWindow.h"
 

@@ -5,9 +5,16 @@ set(ZLIB_USE_STATIC_LIBS ${WIN32})
 find_package(Threads REQUIRED)
 find_package(ZLIB REQUIRED)
 find_package(EXPAT REQUIRED)
-# wxWidgets is for the desktop program: core, base and html.
 if(WIN32)
     set_property(TARGET EXPAT::EXPAT APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS XML_STATIC)
+endif()
+
+if(NOT TARVIN_DESKTOP)
+    return()
+endif()
+
+# wxWidgets: core, base and html.
+if(WIN32)
     # The same level as the library's: without its assertions, which would put boxes before a user.
     set(wxWidgets_USE_STATIC ON)
     find_package(wxWidgets 3.2 CONFIG REQUIRED)

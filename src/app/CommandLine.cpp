@@ -1,6 +1,6 @@
 #include "app/CommandLine.h"
 
-#include "framework/LanguageChoice.h"
+#include "dictionary/LanguageChoice.h"
 
 namespace tarvin {
 

@@ -2,7 +2,7 @@
 // What the command line says: the whole of it is the machine's name, but for the language switch, which the dictionary
 // reads. Pure, any thread.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <vector>
 

@@ -2,9 +2,8 @@
 
 #include "app/CommandLine.h"
 #include "app/Start.h"
-#include "framework/ProgramArguments.h"
-#include "framework/StandardStreams.h"
-#include "framework/Version.h"
+#include "base/System.h"
+#include "base/Version.h"
 
 #include <cstdio>
 

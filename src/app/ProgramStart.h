@@ -1,8 +1,8 @@
 #pragma once
 // What every program of the machine does with its command line before anything else. Knows nothing of what comes then.
 
-#include "framework/KelText.h"
-#include "framework/ProgramPaths.h"
+#include "base/KelText.h"
+#include "files/ProgramPaths.h"
 
 #include <optional>
 

@@ -3,7 +3,7 @@
 // the engine.
 
 #include "app/ServiceOutput.h"
-#include "framework/AppInterface.h"
+#include "messages/AppInterface.h"
 
 namespace tarvin {
 

@@ -2,7 +2,7 @@
 // The lines that a service prints, on their way to standard output. Whoever adds a line never waits for whoever reads
 // them. Knows nothing of what the lines say.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <chrono>
 #include <condition_variable>

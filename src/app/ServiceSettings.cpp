@@ -1,7 +1,7 @@
 #include "app/ServiceSettings.h"
 
-#include "framework/FileNames.h"
-#include "framework/Profile.h"
+#include "files/FileNames.h"
+#include "files/Profile.h"
 
 namespace tarvin {
 

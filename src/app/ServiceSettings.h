@@ -1,8 +1,8 @@
 #pragma once
 // What an installation's KEL.INI says to the service program, in its section "Service". Knows nothing of the engine.
 
-#include "framework/KelText.h"
-#include "framework/ProgramPaths.h"
+#include "base/KelText.h"
+#include "files/ProgramPaths.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -4,7 +4,7 @@
 
 #include "app/ServiceOutput.h"
 #include "engine/DownloadWindow.h"
-#include "framework/AppInterface.h"
+#include "messages/AppInterface.h"
 
 namespace tarvin {
 

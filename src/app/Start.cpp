@@ -1,8 +1,8 @@
 #include "app/Start.h"
 
 #include "app/CommandLine.h"
-#include "framework/FileNames.h"
-#include "framework/TextHolder.h"
+#include "dictionary/TextHolder.h"
+#include "files/FileNames.h"
 
 #include <system_error>
 #include <utility>
@@ -33,9 +33,9 @@ void Start::LoadDictionary(const ProgramPaths& programPaths, const KelText& comm
     request.programFolder = programPaths.Installation();
     request.commandLine = commandLine;
     std::error_code ignored;
-    if (std::filesystem::exists(request.programFolder / request.fileName, ignored))
-        request.reportFailure = reportFailure;
-    Dictionary().Load(request);
+    const auto loaded = Dictionary().Load(request);
+    if (!loaded && std::filesystem::exists(request.programFolder / request.fileName, ignored))
+        reportFailure({loaded.Reason().text, Dictionary().Text(290), okOnly | iconExclamation});
 }
 
 std::filesystem::path Start::MachineFolder(const ProgramPaths& programPaths, KelTextView machineName) {

@@ -2,10 +2,10 @@
 // From a command line to a running engine: what every program of the machine does before its window appears. Knows
 // nothing of windows.
 
-#include "engine/PortNames.h"
-#include "framework/Clock.h"
-#include "framework/MessageReport.h"
-#include "framework/ProgramPaths.h"
+#include "base/Clock.h"
+#include "files/ProgramPaths.h"
+#include "messages/MessageReport.h"
+#include "port/PortNames.h"
 #include "protocol/TarvinApp.h"
 
 #include <functional>

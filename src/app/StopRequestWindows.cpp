@@ -1,5 +1,5 @@
 #include "app/StopRequest.h"
-#include "framework/WindowsApi.h"
+#include "base/WindowsApi.h"
 
 namespace tarvin {
 

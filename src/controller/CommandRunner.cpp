@@ -1,7 +1,7 @@
 #include "controller/CommandRunner.h"
 
 #include "controller/MessageCodes.h"
-#include "framework/NativeFile.h"
+#include "files/NativeFile.h"
 
 #include <iomanip>
 #include <sstream>

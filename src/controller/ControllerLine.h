@@ -2,7 +2,7 @@
 // The wire as the controller sees it: bytes out, bytes in, each within a time. Knows nothing of messages.
 // One thread at a time. No operation throws.
 
-#include "framework/Clock.h"
+#include "base/Clock.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -1,8 +1,8 @@
 // The simulated controller as a program.
 
+#include "base/System.h"
+#include "base/Version.h"
 #include "controller/Session.h"
-#include "framework/StandardStreams.h"
-#include "framework/Version.h"
 
 #include <iostream>
 

@@ -1,5 +1,5 @@
+#include "base/System.h"
 #include "controller/DescriptorLine.h"
-#include "framework/SystemErrorText.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 // Opens a serial device with the settings of the controller's line.
 
+#include "base/System.h"
 #include "controller/DescriptorLine.h"
-#include "framework/SystemErrorText.h"
 
 #include <cerrno>
 

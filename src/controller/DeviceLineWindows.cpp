@@ -1,8 +1,8 @@
 // A serial device through the communications calls, with a synchronous handle.
 
+#include "base/System.h"
+#include "base/WindowsApi.h"
 #include "controller/ControllerLine.h"
-#include "framework/SystemErrorText.h"
-#include "framework/WindowsApi.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "controller/NcLines.h"
 
-#include "framework/NativeFile.h"
+#include "files/NativeFile.h"
 
 namespace tarvin::controller {
 

@@ -1,7 +1,7 @@
 // Makes a pseudo-terminal and the link to its other end, and sees to it that the link does not outlive the process.
 
+#include "base/System.h"
 #include "controller/DescriptorLine.h"
-#include "framework/SystemErrorText.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #pragma once
 // How long the answers of one exchange took. Knows nothing of what was asked. One thread at a time.
 
-#include "framework/Clock.h"
+#include "base/Clock.h"
 
 #include <cstddef>
 #include <vector>

@@ -1,10 +1,10 @@
 #include "dictionary/DictionaryCommand.h"
 
+#include "base/Version.h"
+#include "dictionary/DictionaryFile.h"
 #include "dictionary/DictionaryXml.h"
-#include "framework/DictionaryFile.h"
-#include "framework/NativeFile.h"
-#include "framework/PackedBytes.h"
-#include "framework/Version.h"
+#include "files/NativeFile.h"
+#include "files/PackedBytes.h"
 
 #include <ostream>
 

@@ -1,7 +1,7 @@
 #pragma once
 // tarvin-dictionary, from its arguments to its exit code. One thread.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <iosfwd>
 #include <span>

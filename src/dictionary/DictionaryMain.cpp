@@ -1,7 +1,7 @@
 // The dictionary compiler as a program.
 
+#include "base/System.h"
 #include "dictionary/DictionaryCommand.h"
-#include "framework/ProgramArguments.h"
 
 #include <iostream>
 

@@ -2,7 +2,7 @@
 // A dictionary as XML, the form in which people edit it (docs/dictionary.md describes the elements). Knows nothing of
 // files. Any thread.
 
-#include "framework/TextEntry.h"
+#include "dictionary/TextEntry.h"
 
 #include <optional>
 #include <string>

@@ -1,5 +1,5 @@
+#include "dictionary/DictionaryFile.h"
 #include "dictionary/DictionaryXml.h"
-#include "framework/DictionaryFile.h"
 
 #include <algorithm>
 #include <charconv>

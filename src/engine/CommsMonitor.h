@@ -1,7 +1,7 @@
 #pragma once
 // The monitor thread: serves the line from construction until it is stopped. Knows nothing of what a pass does.
 
-#include "framework/wThread.h"
+#include "base/wThread.h"
 
 namespace tarvin {
 

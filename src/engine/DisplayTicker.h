@@ -3,7 +3,7 @@
 // for each tick wakes the processor and a link may be idle for days. Knows nothing of what is shown. Monitor thread
 // only.
 
-#include "framework/Timer.h"
+#include "base/Timer.h"
 
 #include <functional>
 

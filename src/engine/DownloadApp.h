@@ -5,8 +5,8 @@
 //
 // Threads are those of LinkEngine.
 
-#include "engine/FileImage.h"
 #include "engine/LinkEngine.h"
+#include "transfer/FileImage.h"
 
 #include <chrono>
 #include <filesystem>

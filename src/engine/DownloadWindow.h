@@ -3,9 +3,10 @@
 //
 // All operations are called on the engine's threads and return at once: they post, they never show, wait or ask.
 
-#include "engine/TransferState.h"
-#include "framework/MessageReport.h"
+#include "line/LineService.h"
+#include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
+#include "transfer/TransferState.h"
 
 #include <cstdint>
 
@@ -16,17 +17,6 @@ struct ActionButton {
     bool isVisible = false;
     bool isEnabled = true;
     bool operator==(const ActionButton&) const = default;
-};
-
-struct Lamps {
-    bool received = false;
-    bool transmitted = false;
-    bool ctsHold = false;
-    bool dsrHold = false;
-    bool rlsdHold = false;
-    bool xoffHold = false;
-    bool xoffSent = false;
-    bool operator==(const Lamps&) const = default;
 };
 
 enum class EndDialog { None, Download, Upload };

@@ -1,6 +1,6 @@
 #include "engine/EngineLogs.h"
 
-#include "engine/DiagnosticsReport.h"
+#include "logging/DiagnosticsReport.h"
 
 namespace tarvin {
 

@@ -3,7 +3,7 @@
 // be written. Knows nothing of what is logged. Monitor thread only.
 
 #include "engine/DownloadWindow.h"
-#include "engine/LineRecorder.h"
+#include "line/LineRecorder.h"
 #include "logging/ActivityLog.h"
 #include "logging/CommsLog.h"
 #include "settings/DownloadSettings.h"

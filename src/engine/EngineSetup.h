@@ -1,9 +1,9 @@
 #pragma once
 // Where an engine lives: what it is given by the program that makes it.
 
+#include "base/Clock.h"
 #include "engine/DownloadWindow.h"
-#include "engine/SerialPort.h"
-#include "framework/Clock.h"
+#include "port/SerialPort.h"
 
 #include <filesystem>
 #include <memory>

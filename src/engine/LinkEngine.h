@@ -4,16 +4,16 @@
 //
 // The monitor thread owns the engine while it runs. Everything is for that thread (post it) unless it says otherwise.
 
+#include "base/Timer.h"
 #include "engine/CommandQueue.h"
 #include "engine/DisplayTicker.h"
 #include "engine/EngineLogs.h"
 #include "engine/EngineSetup.h"
-#include "engine/LineService.h"
-#include "engine/LineTrace.h"
 #include "engine/StatusDisplay.h"
-#include "engine/TrafficQueue.h"
-#include "framework/KelFile.h"
-#include "framework/Timer.h"
+#include "files/KelFile.h"
+#include "line/LineService.h"
+#include "line/LineTrace.h"
+#include "line/TrafficQueue.h"
 #include "settings/DownloadSettings.h"
 #include "settings/SettingsStore.h"
 

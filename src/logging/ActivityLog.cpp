@@ -1,6 +1,6 @@
 #include "logging/ActivityLog.h"
 
-#include "framework/KelFile.h"
+#include "files/KelFile.h"
 
 #include <algorithm>
 #include <utility>

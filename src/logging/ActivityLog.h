@@ -3,7 +3,7 @@
 // Flush, so that an answer to the controller never waits for the disk. Knows nothing of what the texts mean.
 // Monitor thread only.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 #include "logging/LastLogged.h"
 #include "logging/LocalTimeText.h"
 

@@ -3,8 +3,8 @@
 // Flush, so that the line to the controller never waits for the disk. Knows nothing of what the lines say.
 // Monitor thread only.
 
-#include "framework/Clock.h"
-#include "framework/KelFile.h"
+#include "base/Clock.h"
+#include "files/KelFile.h"
 #include "logging/LastLogged.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 // The text of the line written last, to either log. Comms log and activity log share it on purpose: what the one has
 // just said the other need not repeat. Knows nothing of either. One thread at a time.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 // The local time and date as the user's locale writes them. Any thread.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 namespace tarvin {
 

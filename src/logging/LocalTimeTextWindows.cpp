@@ -1,4 +1,4 @@
-#include "framework/WindowsApi.h"
+#include "base/WindowsApi.h"
 #include "logging/LocalTimeText.h"
 
 namespace tarvin {

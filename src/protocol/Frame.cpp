@@ -1,6 +1,6 @@
 #include "protocol/Frame.h"
 
-#include "framework/FileNames.h"
+#include "files/FileNames.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "protocol/TarvinApp.h"
 
-#include "framework/FileNames.h"
+#include "files/FileNames.h"
 #include "protocol/Frame.h"
 
 #include <utility>

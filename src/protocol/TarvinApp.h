@@ -6,7 +6,7 @@
 // Monitor thread only, like the engine that it extends.
 
 #include "engine/DownloadApp.h"
-#include "engine/LineList.h"
+#include "transfer/LineList.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 // The names by which a user picks the characters that begin and end a transmission. Pure, any thread.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <array>
 #include <cstddef>

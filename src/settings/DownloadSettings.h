@@ -2,7 +2,7 @@
 // The settings of one machine as plain values, port parameters as the very texts that the user picks. Knows nothing of
 // where they are kept or what may be put in.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 // What a user is offered for the line, as the texts that the settings keep. Settings may hold others.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include "settings/SettingsCheck.h"
 
-#include "framework/FileNames.h"
+#include "files/FileNames.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "settings/SettingsRecord.h"
 
-#include "framework/ObjectStream.h"
+#include "files/ObjectStream.h"
 
 #include <algorithm>
 #include <limits>

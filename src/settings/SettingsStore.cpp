@@ -1,8 +1,8 @@
 #include "settings/SettingsStore.h"
 
-#include "framework/FileNames.h"
-#include "framework/NativeFile.h"
-#include "framework/Profile.h"
+#include "files/FileNames.h"
+#include "files/NativeFile.h"
+#include "files/Profile.h"
 
 #include <algorithm>
 #include <iterator>

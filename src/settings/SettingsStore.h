@@ -3,7 +3,7 @@
 // written. Knows nothing of what the settings mean, but for the port, which tells whether a record is sound.
 // One thread at a time. All operations wait for the disk; none throws for what it finds there.
 
-#include "framework/MessageReport.h"
+#include "messages/MessageReport.h"
 #include "settings/SettingsRecord.h"
 
 #include <filesystem>

@@ -2,7 +2,7 @@
 // Controls that stand for texts of the settings. What a user leaves alone comes back exactly as it was given, even if
 // no control can show it. User-interface thread.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 #include "ui/Wx.h"
 
 #include <vector>

@@ -2,8 +2,8 @@
 // The program's message dialog: a text with a caption, an icon, the buttons of its style named by the dictionary, and a
 // box to have it not shown again. User-interface thread.
 
-#include "framework/MessageReport.h"
-#include "framework/TextHolder.h"
+#include "dictionary/TextHolder.h"
+#include "messages/MessageReport.h"
 #include "ui/Wx.h"
 
 #include <functional>

@@ -2,7 +2,7 @@
 // The desktop program to the framework: shows message boxes in the main window. Made before the window, which joins
 // later. User-interface thread, but for reports.
 
-#include "framework/AppInterface.h"
+#include "messages/AppInterface.h"
 
 namespace tarvin {
 

@@ -1,7 +1,7 @@
 #include "ui/MainPanel.h"
 
-#include "framework/SystemName.h"
-#include "framework/Version.h"
+#include "base/System.h"
+#include "base/Version.h"
 #include "ui/LeftCaption.h"
 #include "ui/UiText.h"
 

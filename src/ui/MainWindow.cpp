@@ -1,6 +1,6 @@
 #include "ui/MainWindow.h"
 
-#include "engine/PortScan.h"
+#include "port/PortScan.h"
 #include "ui/CustomMessage.h"
 #include "ui/DownloadEndDialog.h"
 #include "ui/HelpKey.h"

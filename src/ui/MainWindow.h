@@ -3,7 +3,7 @@
 // a copy of its settings. User-interface thread.
 
 #include "engine/DownloadApp.h"
-#include "framework/AppInterface.h"
+#include "messages/AppInterface.h"
 #include "ui/EngineEvents.h"
 #include "ui/HelpBook.h"
 #include "ui/MainPanel.h"

@@ -1,6 +1,6 @@
 #include "ui/TextLines.h"
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 // Where the toolkit's own complaints go: into the debug log, instead of boxes that nobody has asked for.
 
-#include "framework/AppInterface.h"
+#include "messages/AppInterface.h"
 #include "ui/Wx.h"
 
 namespace tarvin {

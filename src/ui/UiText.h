@@ -1,7 +1,7 @@
 #pragma once
 // The program's texts for wxWidgets and back. Pure, any thread.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 #include "ui/Wx.h"
 
 namespace tarvin {

@@ -1,8 +1,8 @@
 #include "ui/WindowPlacement.h"
 
-#include "framework/FileNames.h"
-#include "framework/NativeFile.h"
-#include "framework/Profile.h"
+#include "files/FileNames.h"
+#include "files/NativeFile.h"
+#include "files/Profile.h"
 #include "ui/UiText.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // Where the user wants a machine's window: kept with the user's own configuration, because several users may share one
 // machine's settings. User-interface thread.
 
-#include "framework/KelText.h"
+#include "base/KelText.h"
 #include "ui/Wx.h"
 
 namespace tarvin {

@@ -1,7 +1,7 @@
 #include "dictionary/DictionaryCommand.h"
 
-#include "framework/DictionaryFile.h"
-#include "framework/TextHolder.h"
+#include "dictionary/DictionaryFile.h"
+#include "dictionary/TextHolder.h"
 #include "support/TemporaryFolder.h"
 
 #include <sstream>
@@ -14,14 +14,15 @@ using tarvin::test::TemporaryFolder;
 
 namespace {
 
-struct Result {
+struct CommandOutcome {
     int exitCode;
     std::string errors;
 };
 
 class Tool {
 public:
-    Result Run(const KelText& command, const std::string& input, const std::string& output, bool compresses = false) {
+    CommandOutcome Run(const KelText& command, const std::string& input, const std::string& output,
+                       bool compresses = false) {
         std::vector<KelText> arguments = {command, FromPath(folder / input), FromPath(folder / output)};
         if (compresses)
             arguments.insert(arguments.begin() + 1, u"--compress");
@@ -30,7 +31,7 @@ public:
         const int exitCode = RunDictionaryCommand(arguments, said, errors);
         return {exitCode, errors.str()};
     }
-    Result Compile(const std::string& xml) {
+    CommandOutcome Compile(const std::string& xml) {
         folder.WriteFile("in.xml", xml);
         return Run(u"compile", "in.xml", "out.ary");
     }
@@ -118,7 +119,7 @@ TEST_CASE("XML that is not right is refused with its line, and the old output st
     for (const Case& each : cases) {
         CAPTURE(each.xml);
         tool.folder.WriteFile("out.ary", "old");
-        const Result result = tool.Compile(each.xml);
+        const CommandOutcome result = tool.Compile(each.xml);
         CAPTURE(result.errors);
         CHECK(result.exitCode == (each.fault.empty() ? 0 : 1));
         CHECK((tool.folder.ReadFile("out.ary") == "old") == !each.fault.empty());
@@ -127,7 +128,7 @@ TEST_CASE("XML that is not right is refused with its line, and the old output st
     }
     for (const std::string id : {"", "-1", "1000000", "2147483647", "99999999999", "0x1", "1.5", "1 2", "one"}) {
         CAPTURE(id);
-        const Result result = tool.Compile(Entry("<id>" + id + "</id><phrase>x</phrase>"));
+        const CommandOutcome result = tool.Compile(Entry("<id>" + id + "</id><phrase>x</phrase>"));
         CHECK(result.errors.find("line 4: \"" + id + "\" is no text id") != std::string::npos);
     }
 }
@@ -146,7 +147,7 @@ TEST_CASE("a dictionary that XML cannot hold is not exported") {
     Tool tool;
     for (const DictionaryContent& each : cases) {
         tool.folder.WriteFile("in.ary", EncodeDictionary(each));
-        const Result result = tool.Run(u"export", "in.ary", "out.xml");
+        const CommandOutcome result = tool.Run(u"export", "in.ary", "out.xml");
         CHECK(result.exitCode == 1);
         CHECK(result.errors.find("in.ary: gives no right XML: line ") != std::string::npos);
         CHECK_FALSE(std::filesystem::exists(tool.folder / "out.xml"));
@@ -176,7 +177,7 @@ TEST_CASE("wrong usage is told from an input or output that fails") {
     CHECK(tool.Run(u"compile", "folder", "out.ary").exitCode == 1);
     REQUIRE(tool.Compile(Entry("<id>1</id><phrase>x</phrase>")).exitCode == 0);
     for (const char* output : {"folder", "missing/out.ary", "in.xml/out.ary"}) {
-        const Result result = tool.Run(u"compile", "in.xml", output);
+        const CommandOutcome result = tool.Run(u"compile", "in.xml", output);
         CHECK(result.exitCode == 1);
         CHECK(result.errors.find("cannot be written") != std::string::npos);
     }

@@ -1,8 +1,8 @@
 // The dictionary's reader and the loading of texts, on any bytes.
 
-#include "framework/DictionaryFile.h"
-#include "framework/PackedBytes.h"
-#include "framework/TextHolder.h"
+#include "dictionary/DictionaryFile.h"
+#include "dictionary/TextHolder.h"
+#include "files/PackedBytes.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::ofstream(path, std::ios::binary) << bytes;
     for (const KelText language : {u"#1", u"all"}) {
         TextHolder holder;
-        Require(holder.Load({.fileName = path, .defaultLanguage = language}) == isRight);
+        Require(static_cast<bool>(holder.Load({.fileName = path, .defaultLanguage = language})) == isRight);
         for (const std::int32_t id : {-1, 0, 48, highestTextId, highestTextId + 1})
             Require(holder.Text(id) != nullptr);
         Require(isRight || holder.Memory().poolCapacity == 0);

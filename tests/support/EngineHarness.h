@@ -1,8 +1,8 @@
 #pragma once
 // An engine on a fake port, a clock that the test moves and a window that remembers; all on the test's own thread.
 
+#include "base/Clock.h"
 #include "engine/DownloadApp.h"
-#include "framework/Clock.h"
 #include "support/FakePort.h"
 #include "support/TemporaryFolder.h"
 

@@ -2,7 +2,7 @@
 // A serial port without a device: the semantics of the real ones on a clock that the test moves, with every fault at
 // hand. One thread.
 
-#include "engine/SerialPort.h"
+#include "port/SerialPort.h"
 #include "support/ManualClock.h"
 
 #include <chrono>

@@ -1,7 +1,7 @@
 #pragma once
 // A clock that stands still until the test moves it.
 
-#include "framework/Clock.h"
+#include "base/Clock.h"
 
 namespace tarvin::test {
 

@@ -1,7 +1,7 @@
 #pragma once
 // The Windows serial port, inside the program port-host under Wine. One thread, apart from Wake and CancelWrite.
 
-#include "engine/SerialPort.h"
+#include "port/SerialPort.h"
 #include "support/ChildProcessPosix.h"
 
 #include <string>

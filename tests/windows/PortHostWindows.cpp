@@ -2,8 +2,8 @@
 // line of output what came of it: failed, gone, the error's text and the result, with tabs between them. Waking and
 // cancelling are done at once and not answered, the others one after the other. Ends with its input.
 
-#include "engine/PortNames.h"
-#include "engine/SerialPort.h"
+#include "port/PortNames.h"
+#include "port/SerialPort.h"
 
 #include <condition_variable>
 #include <deque>

@@ -1,0 +1,76 @@
+#include "base/System.h"
+#include "base/WindowsApi.h"
+
+#include <string>
+#include <string_view>
+
+#include <shellapi.h>
+
+namespace tarvin {
+
+std::filesystem::path ToPath(KelTextView text) {
+    return std::filesystem::path(std::wstring(text.begin(), text.end()));
+}
+
+KelText FromPath(const std::filesystem::path& path) {
+    const std::wstring& native = path.native();
+    return KelText(native.begin(), native.end());
+}
+
+KelText SystemErrorText(unsigned long errorNumber) {
+    wchar_t* buffer = nullptr;
+    const DWORD flags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_FROM_SYSTEM;
+    const DWORD length =
+        ::FormatMessageW(flags, nullptr, errorNumber & 0xFFFF, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
+                         reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
+    KelText text(reinterpret_cast<const char16_t*>(buffer), length);
+    ::LocalFree(buffer);
+    while (!text.empty() && (text.back() == u'\r' || text.back() == u'\n' || text.back() == u' '))
+        text.pop_back();
+    return text;
+}
+
+namespace {
+
+// The system's own answer; the documented call tells programs what their manifest says they know.
+OSVERSIONINFOW Version() {
+    using GetVersionCall = LONG(WINAPI*)(OSVERSIONINFOW*);
+    OSVERSIONINFOW version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    const HMODULE module = ::GetModuleHandleW(L"ntdll.dll");
+    const auto call =
+        reinterpret_cast<GetVersionCall>(reinterpret_cast<void*>(::GetProcAddress(module, "RtlGetVersion")));
+    if (call != nullptr)
+        call(&version);
+    return version;
+}
+
+}
+
+KelText SystemName() {
+    const OSVERSIONINFOW version = Version();
+    const unsigned long number = version.dwMajorVersion * 100 + version.dwMinorVersion;
+    return number >= 1000  ? u"Windows 10"
+           : number >= 601 ? u"Windows 7"
+           : number >= 600 ? u"Windows Vista"
+           : number >= 501 ? u"Windows XP"
+                           : u"Windows X";
+}
+
+// main() is given the words in the system's code page, which does not have all characters of a file's name.
+std::vector<KelText> ProgramArguments(int, const char* const*) {
+    int count = 0;
+    LPWSTR* const arguments = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    std::vector<KelText> words;
+    for (int index = 1; arguments != nullptr && index < count; ++index) {
+        const std::wstring_view word = arguments[index];
+        words.emplace_back(word.begin(), word.end());
+    }
+    ::LocalFree(arguments);
+    return words;
+}
+
+// Handles are not given out by number here.
+void SecureStandardStreams() {}
+
+}

@@ -1,0 +1,142 @@
+#include "dictionary/DictionaryFile.h"
+
+#include "files/PackedBytes.h"
+
+#include <optional>
+
+namespace tarvin {
+
+namespace {
+
+constexpr std::string_view headerText = "TarvinDL diction";
+constexpr std::uint32_t formatVersion = 1;
+constexpr std::size_t numberSize = 4;
+constexpr std::size_t languageSize = 4 * numberSize; // with empty texts, as the others
+constexpr std::size_t entrySize = 5 * numberSize;
+constexpr std::size_t furtherObjectSize = 2 * numberSize;
+
+constexpr std::string_view noDictionary = "is no dictionary";
+constexpr std::string_view newerForm = "is a dictionary in a form that this program does not know";
+constexpr std::string_view damaged = "is damaged or not whole";
+
+}
+
+DictionaryReader::DictionaryReader(std::string fileBytes) : content(std::move(fileBytes)), entries({}) {
+    if (IsPacked(content)) {
+        std::optional<std::string> unpacked = Unpack(content, maximumDictionarySize);
+        if (!unpacked) {
+            fault = damaged;
+            return;
+        }
+        content = std::move(*unpacked);
+    }
+    Read();
+    if (fault.empty())
+        return;
+    languages.clear();
+    entryCount = 0;
+}
+
+void DictionaryReader::Read() {
+    ObjectReader reader(content);
+    if (content.size() > maximumDictionarySize || reader.Bytes(headerText.size()) != headerText) {
+        fault = noDictionary;
+        return;
+    }
+    if (const std::uint32_t version = reader.Number(); version != formatVersion) {
+        fault = reader.HasFailed() ? damaged : newerForm;
+        return;
+    }
+    if (const std::uint32_t checksum = reader.Number(); checksum != Checksum(reader.Rest())) {
+        fault = damaged;
+        return;
+    }
+    const std::uint32_t languageCount = reader.Count(languageSize, maximumLanguageCount);
+    for (std::uint32_t index = 0; index < languageCount; ++index) {
+        DictionaryLanguage& language = languages.emplace_back();
+        language.folder = FromUtf8(reader.Text());
+        language.lcid = reader.Integer();
+        language.codePage = reader.Integer();
+        language.name = FromUtf8(reader.Text());
+    }
+    entryCount = reader.Count(entrySize, maximumEntryCount);
+    entryBytes = reader.Rest();
+    Entry entry;
+    for (std::uint32_t index = 0; index < entryCount && !reader.HasFailed(); ++index)
+        ReadEntry(reader, entry);
+    furtherObjectCount = reader.Count(furtherObjectSize, maximumEntryCount);
+    for (std::uint32_t index = 0; index < furtherObjectCount && !reader.HasFailed(); ++index) {
+        reader.Number();
+        reader.Text();
+    }
+    if (reader.HasFailed() || !reader.Rest().empty())
+        fault = damaged;
+}
+
+void DictionaryReader::ReadEntry(ObjectReader& reader, Entry& entry) const {
+    entry.id = reader.Integer();
+    entry.phrase = reader.Text();
+    entry.translations.resize(reader.Count(numberSize, static_cast<std::uint32_t>(languages.size())));
+    for (std::string_view& translation : entry.translations)
+        translation = reader.Text();
+    entry.textPosition = reader.Text();
+    entry.comment = reader.Text();
+}
+
+bool DictionaryReader::Next(Entry& entry) {
+    if (position == 0)
+        entries = ObjectReader(entryBytes);
+    if (position == entryCount) {
+        position = 0;
+        return false;
+    }
+    ReadEntry(entries, entry);
+    ++position;
+    return true;
+}
+
+bool ReadContent(DictionaryReader& reader, DictionaryContent& content) {
+    content.languages = reader.Languages();
+    content.entries.clear();
+    content.entries.reserve(reader.EntryCount());
+    for (DictionaryReader::Entry entry; reader.Next(entry);) {
+        TextEntry& whole = content.entries.emplace_back();
+        whole.id = entry.id;
+        whole.phrase = FromUtf8(entry.phrase);
+        for (const std::string_view translation : entry.translations)
+            whole.translations.push_back(FromUtf8(translation));
+        whole.textPosition = FromUtf8(entry.textPosition);
+        whole.comment = FromUtf8(entry.comment);
+    }
+    return reader.Fault().empty();
+}
+
+std::string EncodeDictionary(const DictionaryContent& content) {
+    ObjectWriter body;
+    body.Number(static_cast<std::uint32_t>(content.languages.size()));
+    for (const DictionaryLanguage& language : content.languages) {
+        body.Text(ToUtf8(language.folder));
+        body.Integer(language.lcid);
+        body.Integer(language.codePage);
+        body.Text(ToUtf8(language.name));
+    }
+    body.Number(static_cast<std::uint32_t>(content.entries.size()));
+    for (const TextEntry& entry : content.entries) {
+        body.Integer(entry.id);
+        body.Text(ToUtf8(entry.phrase));
+        body.Number(static_cast<std::uint32_t>(entry.translations.size()));
+        for (const KelText& translation : entry.translations)
+            body.Text(ToUtf8(translation));
+        body.Text(ToUtf8(entry.textPosition));
+        body.Text(ToUtf8(entry.comment));
+    }
+    body.Number(0);
+    ObjectWriter file;
+    file.Bytes(headerText);
+    file.Number(formatVersion);
+    file.Number(Checksum(body.Written()));
+    file.Bytes(body.Written());
+    return file.Written();
+}
+
+}

@@ -1,0 +1,200 @@
+#include "dictionary/TextHolder.h"
+
+#include "dictionary/DictionaryFile.h"
+#include "files/NativeFile.h"
+
+#include <algorithm>
+
+namespace tarvin {
+
+namespace {
+
+constexpr std::size_t poolBlock = 8192;
+constexpr std::size_t indexBlock = 16;
+
+constexpr std::int32_t languageNoteText = 323;
+constexpr std::int32_t languageNoteTitle = 324;
+
+// What message boxes cannot do without, whatever has become of the dictionary.
+const char16_t* BuiltInText(std::int32_t id) noexcept {
+    switch (id) {
+    case 47:
+        return u"Ok";
+    case 48:
+        return u"Cancel";
+    case 65:
+        return u"No";
+    case 66:
+        return u"Yes";
+    case 274:
+        return u"Warning";
+    case 290:
+        return u"Problem";
+    case 1492:
+        return u"Continue";
+    case 1786:
+        return u"Close";
+    case 3817:
+        return u"Yes to All";
+    case 3909:
+        return u"Retry";
+    case 3912:
+        return u"No to All";
+    case 4550:
+        return u"Abort";
+    case 6069:
+        return u"Don't Show This Message Again";
+    case 6144:
+        return u"Quit";
+    default:
+        return u"";
+    }
+}
+
+bool IsTextId(std::int32_t id) {
+    return id >= 0 && id <= highestTextId;
+}
+
+std::string_view ChosenText(const DictionaryReader::Entry& entry, std::int32_t language) {
+    const auto place = static_cast<std::size_t>(language);
+    const bool isTranslated = language >= 0 && place < entry.translations.size() && !entry.translations[place].empty();
+    return isTranslated ? entry.translations[place] : entry.phrase;
+}
+
+std::filesystem::path WholePath(const DictionaryRequest& request) {
+    const auto& name = request.fileName;
+    const std::filesystem::path path = name.has_parent_path() ? name : request.programFolder / name;
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute;
+}
+
+}
+
+Result<> TextHolder::Load(const DictionaryRequest& request) {
+    Clear();
+    const auto wanted = FindLanguageSwitch(request.commandLine);
+    languageName = wanted ? wanted->name : request.defaultLanguage;
+    language = request.language;
+    dictionaryFile = WholePath(request);
+    if (auto bytes = ReadWholeFile(dictionaryFile, maximumDictionarySize)) {
+        DictionaryReader reader(std::move(*bytes));
+        if (Take(reader))
+            return {};
+    }
+    language = languageNone;
+    return Error{u"Error Opening Specified Dictionary\n" + FromPath(dictionaryFile)};
+}
+
+void TextHolder::Clear() {
+    // Whole new ones: the memory of one language is not kept for another.
+    pool = std::vector<char16_t>();
+    index = std::vector<std::uint64_t>();
+    entries = std::vector<TextEntry>();
+    languageNote.clear();
+    skippedEntryCount = 0;
+}
+
+bool TextHolder::Take(DictionaryReader& reader) {
+    if (!reader.Fault().empty())
+        return false;
+    const bool isOpen = language == languageByName || language == languageUnknown;
+    if (isOpen)
+        language = ChooseLanguage(reader.Languages(), languageName);
+    if (language == languageUnknown)
+        language = languageNone;
+    if (language == languageAll) {
+        DictionaryContent content;
+        ReadContent(reader, content);
+        entries = std::move(content.entries);
+        return true;
+    }
+    AddChosenTexts(reader);
+    const auto loadedText = [&](std::int32_t id) {
+        const char16_t* text = TextOrNull(id);
+        return KelText(text == nullptr ? u"" : text);
+    };
+    languageNote = loadedText(languageNoteTitle) + u"\n\n" + loadedText(languageNoteText);
+    return true;
+}
+
+void TextHolder::AddChosenTexts(DictionaryReader& reader) {
+    // Room for all of it at once: growing block by block copies everything each time.
+    DictionaryReader::Entry entry;
+    std::int32_t highestId = 0;
+    std::size_t unitCount = 0;
+    while (reader.Next(entry)) {
+        if (!IsTextId(entry.id)) {
+            ++skippedEntryCount;
+            continue;
+        }
+        highestId = std::max(highestId, entry.id);
+        unitCount += FromUtf8(ChosenText(entry, language)).size() + 1;
+    }
+    if (unitCount == 0)
+        return;
+    ReserveIndex(highestId);
+    ReservePool(unitCount);
+    while (reader.Next(entry))
+        Add(FromUtf8(ChosenText(entry, language)), entry.id);
+}
+
+bool TextHolder::Add(KelTextView text, std::int32_t id) {
+    if (!IsTextId(id) || TextOrNull(id) != nullptr)
+        return false;
+    text = text.substr(0, text.find(u'\0'));
+    ReserveIndex(id);
+    ReservePool(text.size() + 1);
+    const auto slot = static_cast<std::size_t>(id);
+    if (index.size() <= slot)
+        index.resize(slot + 1);
+    index[slot] = pool.size() + 1;
+    pool.insert(pool.end(), text.begin(), text.end());
+    pool.push_back(u'\0');
+    return true;
+}
+
+void TextHolder::ReserveIndex(std::int32_t id) {
+    const std::size_t length = static_cast<std::size_t>(id) + 1;
+    if (length > index.capacity())
+        index.reserve((length / indexBlock + 1) * indexBlock);
+}
+
+void TextHolder::ReservePool(std::size_t unitCount) {
+    const std::size_t used = pool.size() + unitCount;
+    if (used > pool.capacity())
+        pool.reserve(used / poolBlock * poolBlock + poolBlock);
+}
+
+const char16_t* TextHolder::Text(std::int32_t id) const noexcept {
+    const char16_t* text = TextOrNull(id);
+    return text != nullptr ? text : BuiltInText(id);
+}
+
+const char16_t* TextHolder::TextOrNull(std::int32_t id) const noexcept {
+    // An id below 0 becomes one beyond every index.
+    const std::size_t slot = static_cast<std::uint32_t>(id);
+    const std::uint64_t place = slot < index.size() ? index[slot] : 0;
+    return place != 0 ? pool.data() + (place - 1) : nullptr;
+}
+
+const char16_t* TextHolder::TextByReference(KelTextView reference) const noexcept {
+    const char16_t* text = TextByReferenceOrNull(reference);
+    return text != nullptr ? text : u"";
+}
+
+const char16_t* TextHolder::TextByReferenceOrNull(KelTextView reference) const noexcept {
+    const auto id = reference.starts_with(u'^') ? LeadingNumber(reference.substr(1)) : std::nullopt;
+    return id ? TextOrNull(*id) : nullptr;
+}
+
+TextHolder::MemoryUse TextHolder::Memory() const {
+    return {pool.size(), pool.capacity(), index.size(), index.capacity()};
+}
+
+TextHolder& Dictionary() {
+    static TextHolder dictionary;
+    return dictionary;
+}
+
+}

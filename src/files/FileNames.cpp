@@ -1,0 +1,45 @@
+#include "files/FileNames.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tarvin {
+
+namespace {
+
+bool CannotStand(char16_t unit) {
+    constexpr KelTextView reserved = u"/\\:*?\"<>|";
+    return unit < 0x20 || unit == 0x7F || reserved.find(unit) != KelTextView::npos;
+}
+
+}
+
+bool IsDeviceName(KelTextView fileName) {
+    constexpr KelTextView devices[] = {u"CON", u"PRN", u"AUX", u"NUL", u"CONIN$", u"CONOUT$", u"CLOCK$"};
+    // The superscript digits count as digits here.
+    constexpr KelTextView digits = u"123456789\u00B9\u00B2\u00B3";
+    const KelTextView base = Trimmed(fileName.substr(0, fileName.find(u'.')));
+    if (base.size() == 4 && digits.find(base.back()) != KelTextView::npos) {
+        const KelTextView kind = base.substr(0, 3);
+        return EqualIgnoringCase(kind, u"COM") || EqualIgnoringCase(kind, u"LPT");
+    }
+    return std::any_of(std::begin(devices), std::end(devices),
+                       [&](KelTextView device) { return EqualIgnoringCase(base, device); });
+}
+
+KelText FileNameFor(KelTextView name) {
+    KelText fileName(name);
+    std::replace_if(fileName.begin(), fileName.end(), CannotStand, u'_');
+    // Windows drops dots and blanks at the end, and dots alone mean a folder everywhere.
+    for (auto unit = fileName.rbegin(); unit != fileName.rend() && (*unit == u'.' || *unit == u' '); ++unit)
+        *unit = u'_';
+    return IsDeviceName(fileName) ? u'_' + fileName : fileName;
+}
+
+KelText WithOwnSeparators(KelText path) {
+    std::replace_if(
+        path.begin(), path.end(), [](char16_t unit) { return unit == u'/' || unit == u'\\'; }, pathSeparator);
+    return path;
+}
+
+}

@@ -1,0 +1,46 @@
+#include "files/ProgramPaths.h"
+
+#include <cstdlib>
+#include <system_error>
+
+namespace tarvin {
+
+namespace {
+
+// An empty variable counts as unset.
+std::optional<std::filesystem::path> FromEnvironment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr || *value == '\0' ? std::nullopt : std::optional<std::filesystem::path>(value);
+}
+
+// A relative folder in these variables is to be ignored, not searched for wherever the program was started.
+std::optional<std::filesystem::path> UserDataFolder() {
+    const auto dataHome = FromEnvironment("XDG_DATA_HOME");
+    if (dataHome && dataHome->is_absolute())
+        return dataHome;
+    const auto home = FromEnvironment("HOME");
+    if (home && home->is_absolute())
+        return *home / ".local/share";
+    return std::nullopt;
+}
+
+}
+
+std::optional<std::filesystem::path> ProgramFolder() {
+    std::error_code error;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::nullopt : std::optional(executable.parent_path());
+}
+
+InstallationCandidates SystemInstallationCandidates() {
+    InstallationCandidates candidates;
+    candidates.chosen = FromEnvironment("TARVINDL_HOME");
+    if (const auto program = ProgramFolder())
+        candidates.folders.push_back(*program);
+    if (const auto userData = UserDataFolder())
+        candidates.folders.push_back(*userData / "TarvinDL/2026");
+    candidates.folders.push_back("/var/lib/tarvindl/2026");
+    return candidates;
+}
+
+}

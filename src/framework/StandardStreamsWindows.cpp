@@ -1,8 +1,0 @@
-#include "framework/StandardStreams.h"
-
-namespace tarvin {
-
-// Handles are not given out by number here.
-void SecureStandardStreams() {}
-
-}

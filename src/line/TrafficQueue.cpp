@@ -1,0 +1,35 @@
+#include "line/TrafficQueue.h"
+
+#include <utility>
+
+namespace tarvin {
+
+void TrafficQueue::SetWanted(bool isWanted) {
+    const std::lock_guard lock(mutex);
+    wanted = isWanted;
+    lines.clear();
+    lostCount = 0;
+}
+
+bool TrafficQueue::Push(TrafficLine line) {
+    const std::lock_guard lock(mutex);
+    if (!IsWanted())
+        return false;
+    if (lines.size() >= capacity) {
+        ++lostCount;
+        return false;
+    }
+    lines.push_back(std::move(line));
+    return lines.size() == 1;
+}
+
+std::vector<TrafficLine> TrafficQueue::Take() {
+    const std::lock_guard lock(mutex);
+    std::vector<TrafficLine> taken = std::exchange(lines, {});
+    if (lostCount > 0)
+        taken.push_back({TrafficLine::Kind::Note, "... " + std::to_string(lostCount) + " lines not shown ..."});
+    lostCount = 0;
+    return taken;
+}
+
+}

@@ -1,0 +1,104 @@
+#include "messages/SuppressedMessages.h"
+
+#include "files/NativeFile.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string>
+#include <system_error>
+
+namespace tarvin {
+
+namespace {
+
+constexpr std::size_t maximumFileSize = 1024 * 1024;
+
+// As much of the file as is believed, and one byte more if there is more.
+std::optional<std::string> ReadStart(const std::filesystem::path& path) {
+    NativeFile file;
+    if (!file.Open(path, NativeFile::Access::Read))
+        return std::nullopt;
+    std::string content;
+    char chunk[16384];
+    while (content.size() <= maximumFileSize) {
+        const auto count = file.Read(chunk, sizeof chunk);
+        if (!count)
+            return std::nullopt;
+        if (*count == 0)
+            break;
+        content.append(chunk, *count);
+    }
+    content.resize(std::min(content.size(), maximumFileSize + 1));
+    return content;
+}
+
+// None for a line that is not one number. An editor may have put CR before the line end.
+std::optional<std::int32_t> ParseLine(std::string_view line) {
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    std::int32_t id = 0;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), id);
+    const bool isNumber = error == std::errc() && end == line.data() + line.size();
+    return isNumber ? std::optional(id) : std::nullopt;
+}
+
+SuppressedMessages::Content Parse(std::string_view content, std::set<std::int32_t>& ids) {
+    auto result = SuppressedMessages::Content::Sound;
+    if (content.size() > maximumFileSize) {
+        // Half a number is another number.
+        content = content.substr(0, content.rfind('\n') + 1);
+        result = SuppressedMessages::Content::Damaged;
+    }
+    // What some editors put in front of a text.
+    if (content.starts_with("\xEF\xBB\xBF"))
+        content.remove_prefix(3);
+    while (!content.empty()) {
+        const std::string_view line = content.substr(0, content.find('\n'));
+        content.remove_prefix(std::min(line.size() + 1, content.size()));
+        if (const auto id = ParseLine(line))
+            ids.insert(*id);
+        else
+            result = SuppressedMessages::Content::Damaged;
+    }
+    return result;
+}
+
+}
+
+SuppressedMessages::Content SuppressedMessages::Read() {
+    const auto content = ReadStart(file);
+    if (!content) {
+        std::error_code error;
+        const bool isMissing = std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found;
+        return isMissing ? Content::Sound : Content::Unreadable;
+    }
+    std::set<std::int32_t> read;
+    const Content result = Parse(*content, read);
+    const std::lock_guard lock(mutex);
+    ids.merge(read);
+    return result;
+}
+
+bool SuppressedMessages::Contains(std::int32_t id) const {
+    const std::lock_guard lock(mutex);
+    return ids.contains(id);
+}
+
+bool SuppressedMessages::Add(std::int32_t id) {
+    const bool isReadable = Read() != Content::Unreadable;
+    std::string content;
+    {
+        const std::lock_guard lock(mutex);
+        ids.insert(id);
+        for (const std::int32_t each : ids)
+            content += std::to_string(each) + "\n";
+    }
+    if (!isReadable)
+        return false;
+    std::error_code error;
+    std::filesystem::create_directories(file.parent_path(), error);
+    return ReplaceWholeFile(file, content);
+}
+
+}

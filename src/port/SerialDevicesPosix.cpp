@@ -1,0 +1,126 @@
+#include "port/SerialDevicesPosix.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <map>
+#include <set>
+#include <string>
+
+#include <fcntl.h>
+#include <linux/major.h>
+#include <linux/serial.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+namespace tarvin {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class OpenDevice {
+public:
+    // Neither waits for a carrier nor takes the line as the program's terminal.
+    explicit OpenDevice(const fs::path& path) : handle(::open(path.c_str(), flags)) {}
+    ~OpenDevice() {
+        if (handle >= 0)
+            ::close(handle);
+    }
+    OpenDevice(const OpenDevice&) = delete;
+    OpenDevice& operator=(const OpenDevice&) = delete;
+
+    int Handle() const { return handle; }
+
+private:
+    static constexpr int flags = O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC;
+    int handle;
+};
+
+// The names below a folder, the shorter ones first, so that numbers at their ends are in order.
+std::vector<std::string> NamesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+        names.push_back(entry->path().filename().string());
+    std::sort(names.begin(), names.end(), [](const std::string& left, const std::string& right) {
+        return left.size() != right.size() ? left.size() < right.size() : left < right;
+    });
+    return names;
+}
+
+std::set<std::string> ConsolesInUse(const fs::path& terminalClass) {
+    std::ifstream file(terminalClass / "console" / "active");
+    std::set<std::string> consoles;
+    for (std::string name; file >> name;)
+        consoles.insert(name);
+    return consoles;
+}
+
+// An entry of KEL.INI has to hold the path and to give it back.
+bool CanBeWritten(const fs::path& path) {
+    const std::string& text = path.native();
+    return std::all_of(text.begin(), text.end(), [](char unit) { return unit > ' ' && unit <= '~'; });
+}
+
+std::map<dev_t, fs::path> LastingPaths(const fs::path& byId) {
+    std::map<dev_t, fs::path> paths;
+    for (const std::string& name : NamesIn(byId)) {
+        if (const dev_t id = DeviceId(byId / name); id != 0 && CanBeWritten(byId / name))
+            paths.emplace(id, byId / name);
+    }
+    return paths;
+}
+
+}
+
+dev_t DeviceId(const fs::path& path) {
+    struct stat state = {};
+    return ::stat(path.c_str(), &state) == 0 && S_ISCHR(state.st_mode) ? state.st_rdev : 0;
+}
+
+std::vector<SerialDevice> FindSerialDevices(const DeviceRoots& roots) {
+    const std::set<std::string> consoles = ConsolesInUse(roots.terminalClass);
+    const std::map<dev_t, fs::path> lasting = LastingPaths(roots.byId);
+    std::vector<SerialDevice> devices;
+    for (const std::string& name : NamesIn(roots.terminalClass)) {
+        std::error_code isMissing;
+        // What has no device behind it is a virtual terminal.
+        if (consoles.contains(name) || !fs::exists(roots.terminalClass / name / "device", isMissing))
+            continue;
+        const fs::path path = roots.devices / name;
+        const dev_t id = DeviceId(path);
+        const auto found = lasting.find(id);
+        if (id != 0 && CanBeWritten(path))
+            devices.push_back({found != lasting.end() ? found->second : path, id});
+    }
+    return devices;
+}
+
+bool HasHardware(const SerialDevice& device) {
+    // The board's own ports are there by number, whether or not a chip answers. Their type tells nothing elsewhere:
+    // many drivers of USB adapters leave it out.
+    if (major(device.id) != TTY_MAJOR)
+        return true;
+    const OpenDevice opened(device.path);
+    if (opened.Handle() < 0)
+        return errno == EBUSY;
+    serial_struct serial = {};
+    return ::ioctl(opened.Handle(), TIOCGSERIAL, &serial) != 0 || serial.type != PORT_UNKNOWN;
+}
+
+bool IsFree(const fs::path& device) {
+    if (DeviceId(device) == 0)
+        return false;
+    const OpenDevice opened(device);
+    // The exclusive mode does not keep a privileged program from opening, so it is asked for.
+    int isExclusive = 0;
+    return opened.Handle() >= 0 && ::isatty(opened.Handle()) == 1 &&
+           (::ioctl(opened.Handle(), TIOCGEXCL, &isExclusive) != 0 || isExclusive == 0) &&
+           ::flock(opened.Handle(), LOCK_EX | LOCK_NB) == 0;
+}
+
+}

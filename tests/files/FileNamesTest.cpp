@@ -1,0 +1,30 @@
+#include "files/FileNames.h"
+
+#include <doctest/doctest.h>
+
+using namespace tarvin;
+
+TEST_CASE("a file name keeps all of the name that can stand in one on every system") {
+    struct Case {
+        KelText name;
+        KelText fileName;
+    };
+    const Case cases[] = {{u"LASER 2", u"LASER 2"},
+                          {u" Fr\u00E4se.v2", u" Fr\u00E4se.v2"},
+                          {u"../../etc/x", u".._.._etc_x"},
+                          {u"a/b\\c:d*e?f\"g<h>i|j", u"a_b_c_d_e_f_g_h_i_j"},
+                          {KelText(u"a\0b\nc\x7F", 6), u"a_b_c_"},
+                          {u"..", u"__"},
+                          {u"a. .", u"a___"},
+                          {u"nul", u"_nul"},
+                          {u"Com1.x", u"_Com1.x"},
+                          {u"LPT\u00B2", u"_LPT\u00B2"},
+                          {u"COM0", u"COM0"},
+                          {u"CONTOUR", u"CONTOUR"},
+                          {u"LATHE1", u"LATHE1"}};
+    for (const Case& each : cases) {
+        CAPTURE(ToUtf8(each.name));
+        CHECK(ToUtf8(FileNameFor(each.name)) == ToUtf8(each.fileName));
+        CHECK(FileNameFor(each.fileName) == each.fileName);
+    }
+}

@@ -1,0 +1,69 @@
+#include "files/ProgramPaths.h"
+
+#include "support/TemporaryFolder.h"
+
+#include <doctest/doctest.h>
+
+using namespace tarvin;
+using tarvin::test::TemporaryFolder;
+
+TEST_CASE("the first candidate that holds an installation is taken, unless one was chosen") {
+    const TemporaryFolder folder;
+    for (const char* name : {"user", "system", "empty", "odd/KEL.INI"})
+        std::filesystem::create_directories(folder / name);
+    folder.WriteFile("user/KEL.INI", "");
+    folder.WriteFile("system/KEL.INI", "");
+    const auto missing = folder / "missing";
+    const auto empty = folder / "empty";
+    const auto odd = folder / "odd";
+    const auto user = folder / "user";
+    const auto system = folder / "system";
+    struct Case {
+        InstallationCandidates candidates;
+        std::optional<std::filesystem::path> installation;
+    };
+    const Case cases[] = {
+        {{std::nullopt, {missing, empty, odd, user, system}}, user},
+        {{std::nullopt, {empty, system, user}}, system},
+        {{system, {user}}, system},
+        {{missing, {user}}, std::nullopt},
+        {{odd, {user}}, std::nullopt},
+        {{std::nullopt, {empty, missing}}, std::nullopt},
+        {{std::nullopt, {}}, std::nullopt},
+    };
+    for (const Case& each : cases)
+        CHECK(FindInstallation(each.candidates) == each.installation);
+    const auto found = FindInstallation({std::filesystem::proximate(user), {}});
+    REQUIRE(found);
+    CHECK(found->is_absolute());
+    CHECK(std::filesystem::equivalent(*found, user));
+}
+
+TEST_CASE("the folder for NC files is below the installation unless KEL.INI gives a full path") {
+    const TemporaryFolder folder;
+    const auto full = (folder / "elsewhere").generic_string() + '\\' + std::string(100, 'x');
+    struct Case {
+        std::string content;
+        std::filesystem::path ncFiles;
+    };
+    const Case cases[] = {
+        {"[Program Paths]\n", folder / "NC Files"},
+        {"[PROGRAM PATHS]\nNC Files=\n", folder / "NC Files"},
+        {"[PROGRAM PATHS]\nNC Files=Parts\\Laser\n", folder / "Parts" / "Laser"},
+        {"[PROGRAM PATHS]\nnc files=\"Parts/Laser\"\n", folder / "Parts" / "Laser"},
+        {"[PROGRAM PATHS]\nNC Files=" + full, full},
+    };
+    for (const Case& each : cases) {
+        CAPTURE(each.content);
+        folder.WriteFile("KEL.INI", each.content);
+        const auto paths = ProgramPaths::Read(folder.Path());
+        REQUIRE(paths);
+        CHECK(paths->Installation() == folder.Path());
+        CHECK(paths->NcFilesFolder() == each.ncFiles);
+    }
+    CHECK_FALSE(ProgramPaths::Read(folder / "missing"));
+    folder.WriteFile("KEL.INI", "[PORTS]\nNC Files=Parts\n");
+    CHECK_FALSE(ProgramPaths::Read(folder.Path()));
+    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n" + std::string(1024 * 1024, '\n'));
+    CHECK_FALSE(ProgramPaths::Read(folder.Path()));
+}
