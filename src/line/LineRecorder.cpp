@@ -73,11 +73,11 @@ void LineRecorder::HoldsChanged(const LineStatus& previous, const LineStatus& pr
         if (before != now)
             line += std::string(name) + (now ? "=1  " : "=0  ");
     };
-    note("CTS Hold", previous.ctsHold, present.ctsHold);
-    note("DSR Hold", previous.dsrHold, present.dsrHold);
-    note("RLS Hold", previous.rlsdHold, present.rlsdHold);
-    note("XOff Hold", previous.xoffHold, present.xoffHold);
-    note("XOff Sent", previous.xoffSent, present.xoffSent);
+    note("CTS Hold", previous.holds.cts, present.holds.cts);
+    note("DSR Hold", previous.holds.dsr, present.holds.dsr);
+    note("RLS Hold", previous.holds.rlsd, present.holds.rlsd);
+    note("XOff Hold", previous.holds.xoff, present.holds.xoff);
+    note("XOff Sent", previous.holds.xoffSent, present.holds.xoffSent);
     log.LogLine(line, true);
 }
 

@@ -31,7 +31,7 @@ void LineService::OpenPort(const DownloadSettings& settings, const KelText& titl
     link.OpenPort(settings, title, false);
 }
 
-void LineService::NoteOutage(LineStep step, const PortError& error) {
+void LineService::NoteOutage(LineStep step, const Error& error) {
     link.ReportOutage(step, error);
     if (link.IsOpen())
         return;
@@ -46,15 +46,17 @@ bool LineService::CheckLineStatus() {
     if (!link.IsOpen())
         return false;
     const LineStatus previous = status;
-    if (const PortError error = link.Port().GetStatus(status)) {
-        NoteOutage(LineStep::Status, error);
+    const auto present = link.Port().GetStatus();
+    if (!present) {
+        NoteOutage(LineStep::Status, present.Reason());
         return false;
     }
+    status = *present;
     link.EndOutage(LineStep::Status);
     NoteStatus(previous);
     if (status.inputCount > 0)
         ReadData();
-    if (status.outputCount == 0 && !status.xoffHold && link.IsOpen()) {
+    if (status.outputCount == 0 && !status.holds.xoff && link.IsOpen()) {
         const std::size_t written = FlushOutput();
         if (link.IsOpen())
             client.OnLineFree();
@@ -69,18 +71,18 @@ bool LineService::CheckLineStatus() {
 }
 
 bool LineService::IsWriteDue() const {
-    const bool isFree = status.outputCount == 0 && !status.xoffHold && !lamps.xoffHold && !link.IsFailing();
+    const bool isFree = status.outputCount == 0 && !status.holds.xoff && !lamps.xoffHold && !link.IsFailing();
     return isFree && transmit.IsWritePending() && (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
 }
 
 void LineService::NoteStatus(const LineStatus& previous) {
     recorder.HoldsChanged(previous, status);
-    lamps.ctsHold = status.ctsHold;
-    lamps.dsrHold = status.dsrHold;
-    lamps.rlsdHold = status.rlsdHold;
-    lamps.xoffSent = status.xoffSent;
+    lamps.ctsHold = status.holds.cts;
+    lamps.dsrHold = status.holds.dsr;
+    lamps.rlsdHold = status.holds.rlsd;
+    lamps.xoffSent = status.holds.xoffSent;
     if (link.DriverTellsXoffHold())
-        lamps.xoffHold = status.xoffHold;
+        lamps.xoffHold = status.holds.xoff;
 }
 
 void LineService::ReadData() {
@@ -93,16 +95,16 @@ void LineService::ReadData() {
     }
     if (std::exchange(isOverrun, false))
         client.OnOverrunEnded();
-    std::size_t byteCount = 0;
-    if (const PortError error = link.Port().Read(room, byteCount)) {
-        NoteOutage(LineStep::Read, error);
+    const auto byteCount = link.Port().Read(room);
+    if (!byteCount) {
+        NoteOutage(LineStep::Read, byteCount.Reason());
         return;
     }
     link.EndOutage(LineStep::Read);
-    if (byteCount == 0)
+    if (*byteCount == 0)
         return;
-    receive.Commit(byteCount);
-    NoteReceived(room.first(byteCount));
+    receive.Commit(*byteCount);
+    NoteReceived(room.first(*byteCount));
     client.OnReceived();
 }
 
@@ -138,13 +140,13 @@ std::size_t LineService::WriteData() {
         return 0;
     const std::size_t pending = transmit.Pending().size();
     std::size_t written = 0;
-    const PortError error = link.Port().Write(transmit.Pending(), written);
+    const Result<> result = link.Port().Write(transmit.Pending(), written);
     transmit.Consume(written);
     // A write that took that long was held up, and its bytes are no sign of a line that works.
     if (written == pending && clock.Now() - started < slowWrite)
         lamps.transmitted = true;
-    if (error)
-        NoteOutage(LineStep::Write, error);
+    if (!result)
+        NoteOutage(LineStep::Write, result.Reason());
     else if (written > 0)
         link.EndOutage(LineStep::Write);
     return written;

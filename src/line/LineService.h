@@ -78,7 +78,7 @@ private:
     void NoteReceived(std::span<const std::uint8_t> bytes);
     std::size_t FlushOutput();
     std::size_t WriteData();
-    void NoteOutage(LineStep step, const PortError& error);
+    void NoteOutage(LineStep step, const Error& error);
     std::chrono::nanoseconds NextLook(Clock::TimePoint now) const;
 
     const Clock& clock;

@@ -41,24 +41,24 @@ std::optional<FlowControl> FlowOf(const DownloadSettings& settings, bool noSoftw
 PortLink::PortLink(std::unique_ptr<SerialPort> serialPort, ShowMessage showMessage)
     : port(std::move(serialPort)), show(std::move(showMessage)) {}
 
-void PortLink::ReportPortError(const char16_t* stepName, const PortError& error) {
+void PortLink::ReportPortError(const char16_t* stepName, const Error& error) {
     if (!isQuiet)
         show({portName + u"\n" + error.text, stepName, okOnly | iconInformation});
 }
 
-bool PortLink::Failed(const char16_t* stepName, const PortError& error) {
-    if (error)
-        ReportPortError(stepName, error);
-    return error.failed;
+bool PortLink::Failed(const char16_t* stepName, const Result<>& result) {
+    if (!result)
+        ReportPortError(stepName, result.Reason());
+    return !result;
 }
 
-void PortLink::ReportOutage(LineStep step, const PortError& error) {
+void PortLink::ReportOutage(LineStep step, const Error& error) {
     constexpr const char16_t* names[] = {u"Comms Status Check", u"Read Data", u"Write Data"};
     if (!failingStep)
         ReportPortError(names[static_cast<std::size_t>(step)], error);
     failingStep = step;
     isFailing = true;
-    if (!error.gone)
+    if (!error.isGone)
         return;
     ClosePort();
     title = titleName + u" - No Link";
@@ -120,7 +120,7 @@ void PortLink::ClosePort() {
     if (!port->IsOpen())
         return;
     port->Purge();
-    port->Close();
+    (void)port->Close();
 }
 
 }

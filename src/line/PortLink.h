@@ -40,17 +40,17 @@ public:
     bool DriverTellsXoffHold() const { return driverTellsXoffHold; }
 
     // A failed step. The first of an outage is reported; if the device is gone the port is closed.
-    void ReportOutage(LineStep step, const PortError& error);
+    void ReportOutage(LineStep step, const Error& error);
     // A step that went well.
     void EndOutage(LineStep step);
     // An open port fails: to be asked again at leisure.
     bool IsFailing() const { return IsOpen() && isFailing; }
 
 private:
-    void ReportPortError(const char16_t* stepName, const PortError& error);
+    void ReportPortError(const char16_t* stepName, const Error& error);
     bool Configure(const DownloadSettings& settings, bool noSoftwareFlow);
     bool OpenAndConfigure(const DownloadSettings& settings, bool noSoftwareFlow);
-    bool Failed(const char16_t* stepName, const PortError& error);
+    bool Failed(const char16_t* stepName, const Result<>& result);
 
     std::unique_ptr<SerialPort> port;
     ShowMessage show;

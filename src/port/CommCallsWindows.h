@@ -1,6 +1,6 @@
 #pragma once
-// The system calls that a serial port is made of. A test puts others in their place: no machine without ports, modem
-// lines and faults at hand could show what is made of their answers.
+// The system calls of the Windows serial port. A test replaces them to give every answer and every fault without a
+// device.
 
 #include "base/WindowsApi.h"
 

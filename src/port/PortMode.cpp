@@ -24,6 +24,7 @@ bool ParseNumber(std::string_view text, int lowest, int highest, int& number) {
 }
 
 bool ParseParity(std::string_view text, PortMode::Parity& parity) {
+    // In the order of the enumeration.
     constexpr std::string_view letters = "NEOMS";
     const char upper = text.size() == 1 ? static_cast<char>(text[0] & ~0x20) : '\0';
     const std::size_t found = letters.find(upper);

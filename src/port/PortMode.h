@@ -1,5 +1,5 @@
 #pragma once
-// The line settings of a port as numbers. Knows nothing of any system's way to set them. Pure, any thread.
+// The mode of a serial line (speed and form of a character) as numbers. Any thread.
 
 #include <optional>
 #include <string_view>
@@ -16,7 +16,8 @@ struct PortMode {
     StopBits stopBits = StopBits::One;
 };
 
-// From a text such as "baud=2400 parity=N data=8 stop=1"; none for anything that no port could do.
+// Reads a text such as "baud=2400 parity=N data=8 stop=1"; none if a part is missing or out of range. Parity is one of
+// N, E, O, M, S in either case, stop is 1, 1.5 or 2.
 std::optional<PortMode> ParsePortMode(std::string_view text);
 
 }

@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 class OpenDevice {
 public:
-    // Neither waits for a carrier nor takes the line as the program's terminal.
+    // O_NONBLOCK: does not wait for a carrier. O_NOCTTY: the line does not become the program's terminal.
     explicit OpenDevice(const fs::path& path) : handle(::open(path.c_str(), flags)) {}
     ~OpenDevice() {
         if (handle >= 0)
@@ -40,7 +40,7 @@ private:
     int handle;
 };
 
-// The names below a folder, the shorter ones first, so that numbers at their ends are in order.
+// The names in a folder, short ones first: this puts ttyS2 before ttyS10.
 std::vector<std::string> NamesIn(const fs::path& folder) {
     std::vector<std::string> names;
     std::error_code error;
@@ -60,12 +60,13 @@ std::set<std::string> ConsolesInUse(const fs::path& terminalClass) {
     return consoles;
 }
 
-// An entry of KEL.INI has to hold the path and to give it back.
+// True if KEL.INI can hold the path and give the same path back.
 bool CanBeWritten(const fs::path& path) {
     const std::string& text = path.native();
     return std::all_of(text.begin(), text.end(), [](char unit) { return unit > ' ' && unit <= '~'; });
 }
 
+// By device, the first path below by-id that leads to it.
 std::map<dev_t, fs::path> LastingPaths(const fs::path& byId) {
     std::map<dev_t, fs::path> paths;
     for (const std::string& name : NamesIn(byId)) {
@@ -88,7 +89,7 @@ std::vector<SerialDevice> FindSerialDevices(const DeviceRoots& roots) {
     std::vector<SerialDevice> devices;
     for (const std::string& name : NamesIn(roots.terminalClass)) {
         std::error_code isMissing;
-        // What has no device behind it is a virtual terminal.
+        // A name without a device is a virtual terminal.
         if (consoles.contains(name) || !fs::exists(roots.terminalClass / name / "device", isMissing))
             continue;
         const fs::path path = roots.devices / name;
@@ -101,8 +102,8 @@ std::vector<SerialDevice> FindSerialDevices(const DeviceRoots& roots) {
 }
 
 bool HasHardware(const SerialDevice& device) {
-    // The board's own ports are there by number, whether or not a chip answers. Their type tells nothing elsewhere:
-    // many drivers of USB adapters leave it out.
+    // The kernel makes ttyS0 and so on for the board whether or not a chip answers, and their type tells. Of other
+    // devices the type tells nothing: many drivers of USB adapters leave it out.
     if (major(device.id) != TTY_MAJOR)
         return true;
     const OpenDevice opened(device.path);
@@ -116,7 +117,7 @@ bool IsFree(const fs::path& device) {
     if (DeviceId(device) == 0)
         return false;
     const OpenDevice opened(device);
-    // The exclusive mode does not keep a privileged program from opening, so it is asked for.
+    // Root can open a device that is in exclusive mode, so the mode itself is asked for.
     int isExclusive = 0;
     return opened.Handle() >= 0 && ::isatty(opened.Handle()) == 1 &&
            (::ioctl(opened.Handle(), TIOCGEXCL, &isExclusive) != 0 || isExclusive == 0) &&

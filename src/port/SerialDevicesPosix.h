@@ -1,5 +1,5 @@
 #pragma once
-// The serial devices of this computer. Knows nothing of port names.
+// The serial devices of this computer.
 
 #include <filesystem>
 #include <vector>
@@ -9,29 +9,29 @@
 namespace tarvin {
 
 struct SerialDevice {
-    // The path that stays with the device when it is plugged in elsewhere, where there is one.
+    // Below by-id where the system has such a path: it stays the same when the device is plugged in elsewhere.
     std::filesystem::path path;
     dev_t id = 0;
 };
 
-// Where the system keeps them.
+// The folders in which the system keeps them.
 struct DeviceRoots {
     std::filesystem::path terminalClass = "/sys/class/tty";
     std::filesystem::path devices = "/dev";
     std::filesystem::path byId = "/dev/serial/by-id";
 };
 
-// In the order of their names, ttyS2 before ttyS10. Without consoles in use. Opens nothing.
+// Ordered by name, ttyS2 before ttyS10, without consoles in use. Opens nothing.
 std::vector<SerialDevice> FindSerialDevices(const DeviceRoots& roots);
 
-// False for a place on the board where a serial port could be and is none. Opens the device if there can be doubt.
+// False for a serial port that the kernel has a name for and the board does not have. Opens the ports of the board.
 bool HasHardware(const SerialDevice& device);
 
-// True if the device is there and nobody has it to himself. Opens it, without waiting and without a change of its
-// modes.
+// True if the device is present and no program uses it alone. Opens it without blocking and leaves its modes as they
+// are.
 bool IsFree(const std::filesystem::path& device);
 
-// The device that the path leads to, by whatever way; 0 if it leads to none.
+// The device that the path leads to, through links too; 0 if it leads to none.
 dev_t DeviceId(const std::filesystem::path& path);
 
 }

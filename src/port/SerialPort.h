@@ -1,10 +1,11 @@
 #pragma once
-// The serial port with the semantics of the Windows communications calls, whatever the system. Knows nothing of
-// settings texts, protocols or message boxes. One back end for each system; the tests have one more.
+// A serial port with the semantics of the Windows communications calls, on every system.
 //
-// Monitor thread only, apart from Wake and CancelWrite.
+// One thread at a time uses a port; Wake and CancelWrite may be called from any thread. A failure of Open leaves the
+// port closed; a failure of anything else but Close leaves it open. `Error::isGone` says that the device has vanished:
+// every further operation fails until the port is closed and opened again.
 
-#include "base/KelText.h"
+#include "base/Result.h"
 
 #include <chrono>
 #include <cstddef>
@@ -18,38 +19,34 @@ namespace tarvin {
 
 class PortNames;
 
-// What stops and starts the other side where software holds the line.
+// The characters of software flow control.
 inline constexpr std::uint8_t xon = 0x11;
 inline constexpr std::uint8_t xoff = 0x13;
 
-// What the line looks like at one instant. A hold means that output waits for the named thing.
-struct LineStatus {
-    std::uint32_t errors = 0;
-    bool ctsHold = false;
-    bool dsrHold = false;
-    bool rlsdHold = false;
-    bool xoffHold = false;
+// Why output waits: for CTS, DSR, RLSD or an XON. `xoffSent` is the other direction: this side has stopped the other.
+struct LineHolds {
+    bool cts = false;
+    bool dsr = false;
+    bool rlsd = false;
+    bool xoff = false;
     bool xoffSent = false;
-    std::size_t inputCount = 0;  // bytes received and not yet read
-    std::size_t outputCount = 0; // bytes written and not yet on the line
+    bool operator==(const LineHolds&) const = default;
 };
 
-// Why a step failed; false when it did not. `gone` tells that the device itself is no longer there.
-struct PortError {
-    bool failed = false;
-    bool gone = false;
-    KelText text;
-
-    explicit operator bool() const { return failed; }
+struct LineStatus {
+    std::uint32_t errors = 0; // the error flags of the Windows status call since the last status; 0 on POSIX
+    LineHolds holds;
+    std::size_t inputCount = 0;  // bytes received and not read yet
+    std::size_t outputCount = 0; // bytes written and not on the line yet
 };
 
 struct FlowControl {
     bool software = false;
     bool ctsOutput = false;
     bool dsrOutput = false;
-    bool dsrSensitivity = false;
+    bool dsrSensitivity = false; // Windows only: the driver ignores bytes that arrive while DSR is off
     bool rtsHandshake = false;
-    bool dtrHandshake = false;
+    bool dtrHandshake = false; // Windows only: on POSIX DTR stays on
 };
 
 class SerialPort {
@@ -57,41 +54,64 @@ public:
     virtual ~SerialPort() = default;
 
     virtual bool IsOpen() const = 0;
-    // By the name that machine settings carry ("COM1"). Exclusive.
-    virtual PortError Open(const KelText& portName) = 0;
-    virtual PortError Close() = 0;
 
-    // The steps of configuration, in the order in which they are taken. The mode is the text
-    // "baud=2400 parity=N data=8 stop=1". Without flow control the handshake stays as FetchState found it.
-    virtual PortError SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) = 0;
-    virtual PortError FetchState() = 0;
-    virtual PortError ApplyMode(const std::string& mode) = 0;
-    virtual PortError CommitState(const std::optional<FlowControl>& flow) = 0;
-    virtual PortError SetTimeouts(std::chrono::milliseconds writeTotal) = 0;
+    // Opens the device that the name stands for ("COM1"), for this program alone. Requires a closed port.
+    virtual Result<> Open(const KelText& portName) = 0;
 
-    // Drops what waits for the line, then what has arrived.
+    // The port is closed afterwards, whatever the result. A closed port stays closed, as a success.
+    virtual Result<> Close() = 0;
+
+    // The steps of configuration, in the order in which a caller takes them. Each requires an open port. A caller may
+    // go on after a step that failed.
+
+    // Asks the driver for queues of these sizes. POSIX keeps the sizes of the kernel.
+    virtual Result<> SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) = 0;
+
+    // Reads the state of the device into a copy that the port keeps.
+    virtual Result<> FetchState() = 0;
+
+    // Puts a mode such as "baud=2400 parity=N data=8 stop=1" into the copy. The device does not see it before
+    // CommitState. Fails with a text that is no mode, or a mode that the system does not have.
+    virtual Result<> ApplyMode(const std::string& mode) = 0;
+
+    // Puts the flow control into the copy and gives the copy to the device. Without `flow` the handshake stays as
+    // FetchState found it. After a failure the device may have taken a part of it.
+    virtual Result<> CommitState(const std::optional<FlowControl>& flow) = 0;
+
+    // The longest time that one Write may block. POSIX has no use for it: a write never blocks there.
+    virtual Result<> SetTimeouts(std::chrono::milliseconds writeTotal) = 0;
+
+    // Drops the bytes that wait for the line, then the bytes that have arrived. Requires an open port.
     virtual void Purge() = 0;
 
-    virtual PortError GetStatus(LineStatus& status) = 0;
-    // At once, with whatever has arrived.
-    virtual PortError Read(std::span<std::uint8_t> room, std::size_t& byteCount) = 0;
-    // The whole buffer, or what the device took within the write time-out.
-    virtual PortError Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) = 0;
+    // Holds and counts at this moment. Never blocks. Requires an open port. An input count may be 1 although a read
+    // gives no byte: the read then fails, and its reason tells what has happened to the device.
+    virtual Result<LineStatus> GetStatus() = 0;
+
+    // Moves bytes that have arrived into `room` and gives their number, which may be 0. Never blocks. Requires an open
+    // port and room for at least one byte.
+    virtual Result<std::size_t> Read(std::span<std::uint8_t> room) = 0;
+
+    // Gives the bytes to the driver. Requires an open port. `byteCount` is set in every case, after a failure too: the
+    // driver has taken that many. Less than all is a success too: the write time-out has passed, or CancelWrite has
+    // ended the write.
+    virtual Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) = 0;
 
     enum class Awaited { BytesToo, WakeOnly };
 
-    // Returns when bytes have arrived, when Wake is called, when a modem line is due for a look, or after `longest`:
-    // whichever comes first. For Wake and `longest` only if so wanted: a port that has bytes and cannot be read would
-    // end every wait at once. Works without an open port.
+    // Blocks until bytes have arrived, Wake is called, a modem line is due for a look, or `longest` has passed.
+    // `longest` is not negative. WakeOnly leaves out bytes and modem lines: a port that holds bytes and cannot be read
+    // would end each wait at once. Also for a closed port. May return early, on Windows after each millisecond.
     virtual void Wait(std::chrono::nanoseconds longest, Awaited awaited) = 0;
 
     // Ends the present wait, or the next one. Any thread.
     virtual void Wake() = 0;
-    // Ends a write that blocks. Any thread.
+
+    // Ends a write that blocks; later writes on Windows take nothing. For the end of the program. Any thread.
     virtual void CancelWrite() {}
 };
 
-// The back end of this system. `names` must outlive it.
+// The back end of this system, closed. `names` must outlive it.
 std::unique_ptr<SerialPort> MakeSerialPort(const PortNames& names);
 
 }

@@ -5,6 +5,7 @@
 #include "port/PortNames.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -28,12 +29,16 @@ constexpr auto stopLook = 50ms;
 constexpr std::size_t dsrFlowAhead = 16;
 constexpr tcflag_t handshakeInputFlags = IXON | IXOFF;
 
-PortError Failure(int error, KelText detail = {}) {
-    const bool gone = error == EIO || error == ENXIO || error == ENODEV;
-    return {true, gone, SystemErrorText(static_cast<unsigned long>(error)) + std::move(detail)};
+Error Failure(int error, KelText detail = {}) {
+    const bool isGone = error == EIO || error == ENXIO || error == ENODEV;
+    return {SystemErrorText(static_cast<unsigned long>(error)) + std::move(detail), isGone};
 }
 
-PortError OpenFailure(int error, const std::filesystem::path& path) {
+Result<> Check(int result) {
+    return result == 0 ? Result<>() : Failure(errno);
+}
+
+Error OpenFailure(int error, const std::filesystem::path& path) {
     struct stat file = {};
     if (error != EACCES || ::stat(path.c_str(), &file) != 0)
         return Failure(error);
@@ -63,7 +68,8 @@ tcflag_t CharacterFlags(const PortMode& mode) {
     return flags;
 }
 
-// A USB adapter holds received bytes back for up to 16 ms otherwise. Many drivers do not know it, and need not.
+// Without it a USB adapter keeps received bytes for up to 16 ms. Many drivers do not know the flag and are fast anyway,
+// so a refusal is ignored.
 void AskForLowLatency(int device) {
     serial_struct serial = {};
     if (::ioctl(device, TIOCGSERIAL, &serial) != 0)
@@ -78,36 +84,40 @@ std::unique_ptr<SerialPort> MakeSerialPort(const PortNames& names) {
     return std::make_unique<SerialPortPosix>(names);
 }
 
-SerialPortPosix::SerialPortPosix(const PortNames& portNames)
-    : names(portNames), wakeEvent(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
+SerialPortPosix::SerialPortPosix(const PortNames& names)
+    : names(names), wakeEvent(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
 
 SerialPortPosix::~SerialPortPosix() {
-    SerialPortPosix::Close();
+    (void)SerialPortPosix::Close();
     ::close(wakeEvent);
 }
 
-PortError SerialPortPosix::Open(const KelText& portName) {
+Result<> SerialPortPosix::Open(const KelText& portName) {
+    assert(!IsOpen());
     const auto path = names.DeviceOf(portName);
     if (!path)
-        return {true, false, u"The section PORTS of KEL.INI names no device for this port."};
+        return Error{u"The section PORTS of KEL.INI names no device for this port."};
+    // O_NONBLOCK: a device that waits for its carrier must not hold up the program.
     device = ::open(path->c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (device < 0)
         return OpenFailure(errno, *path);
-    PortError error = Prepare();
-    if (error) {
+    Result<> result = Prepare();
+    if (!result) {
         ::close(device);
         device = -1;
     }
-    return error;
+    return result;
 }
 
-PortError SerialPortPosix::Prepare() {
+Result<> SerialPortPosix::Prepare() {
+    // First of all: a file or a pipe fails here, before anything else touches it.
     if (::ioctl(device, TCGETS2, &state) != 0)
         return Failure(errno);
-    // The lock binds programs that know it, root's too; the exclusive mode binds all others, but not root's.
+    // The lock stops programs that know it, those of root too. The exclusive mode stops all others, but not root.
     if (::flock(device, LOCK_EX | LOCK_NB) != 0)
         return Failure(errno == EWOULDBLOCK ? EBUSY : errno);
     (void)::ioctl(device, TIOCEXCL);
+    // A pseudo-terminal and some adapters have no modem lines: flow control must not wait for them.
     int lines = 0;
     hasModemLines = ::ioctl(device, TIOCMGET, &lines) == 0;
     queue.clear();
@@ -116,53 +126,66 @@ PortError SerialPortPosix::Prepare() {
     lastKernelCount = 0;
     lastLookAtStop = {};
     AskForLowLatency(device);
-    // At once, and not with the mode: a port whose mode is refused stays open, and must not echo or edit meanwhile.
+    // Here already, and again with the mode: a port whose mode is refused stays open, and must not echo or edit.
     MakeRaw();
-    return ::ioctl(device, TCSETS2, &state) == 0 ? PortError() : Failure(errno);
+    return Check(::ioctl(device, TCSETS2, &state));
 }
 
-// Bytes as they are, in both directions: no echo, no line editing, no mapping, no signals. A break is no byte.
+// Passes every byte unchanged in both directions: no echo, no line editing, no mapping, no signals. A break gives no
+// byte.
 void SerialPortPosix::MakeRaw() {
     state.c_iflag = (state.c_iflag & handshakeInputFlags) | IGNBRK;
     state.c_oflag = 0;
     state.c_lflag = 0;
+    // Without HUPCL the controller sees no change of DTR when the program ends.
     state.c_cflag = (state.c_cflag & ~tcflag_t{HUPCL}) | CREAD | CLOCAL;
     state.c_cc[VSTART] = xon;
     state.c_cc[VSTOP] = xoff;
-    // With nothing there a read fails instead of returning 0, which then can only mean a line that was hung up.
+    // With 1 an empty read fails with EAGAIN. A read that returns 0 then always means a line that was hung up.
     state.c_cc[VMIN] = 1;
     state.c_cc[VTIME] = 0;
 }
 
-PortError SerialPortPosix::Close() {
+Result<> SerialPortPosix::Close() {
     if (!IsOpen())
         return {};
-    // The other side of a pseudo-terminal keeps the device alive, and with it a mode that would shut everyone out.
+    // The far end of a pseudo-terminal keeps the device alive, and the exclusive mode with it: nothing could open the
+    // device again.
     (void)::ioctl(device, TIOCNXCL);
     const int result = ::close(device);
     device = -1;
-    return result == 0 ? PortError() : Failure(errno);
+    return Check(result);
 }
 
-PortError SerialPortPosix::FetchState() {
-    return ::ioctl(device, TCGETS2, &state) == 0 ? PortError() : Failure(errno);
+Result<> SerialPortPosix::SetQueueSizes(std::size_t /*inputBytes*/, std::size_t /*outputBytes*/) {
+    assert(IsOpen());
+    return {};
 }
 
-PortError SerialPortPosix::ApplyMode(const std::string& text) {
+Result<> SerialPortPosix::FetchState() {
+    assert(IsOpen());
+    return Check(::ioctl(device, TCGETS2, &state));
+}
+
+Result<> SerialPortPosix::ApplyMode(const std::string& text) {
+    assert(IsOpen());
     const auto mode = ParsePortMode(text);
     if (!mode || mode->stopBits == PortMode::StopBits::OneAndAHalf)
-        return {true, false, u"Unsupported line settings: " + FromUtf8(text)};
+        return Error{u"Unsupported line settings: " + FromUtf8(text)};
     constexpr tcflag_t modeFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CBAUD | (CBAUD << IBSHIFT);
+    // BOTHER takes any speed, not only those of the list in termios.
     state.c_cflag = (state.c_cflag & ~modeFlags) | CharacterFlags(*mode) | BOTHER | (BOTHER << IBSHIFT);
     state.c_ispeed = state.c_ospeed = static_cast<speed_t>(mode->bitsPerSecond);
     bitsPerSecond = mode->bitsPerSecond;
     return {};
 }
 
-PortError SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
+Result<> SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
+    assert(IsOpen());
     MakeRaw();
     if (flow) {
         state.c_iflag = (state.c_iflag & ~handshakeInputFlags) | (flow->software ? handshakeInputFlags : 0);
+        // The kernel has one flag for both directions of the RTS/CTS handshake.
         state.c_cflag = (state.c_cflag & ~CRTSCTS) | (flow->ctsOutput || flow->rtsHandshake ? CRTSCTS : 0);
         activeFlow = *flow;
     } else {
@@ -171,35 +194,44 @@ PortError SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
     }
     if (::ioctl(device, TCSETS2, &state) != 0)
         return Failure(errno);
+    // With the RTS handshake the kernel drives RTS itself.
     int raised = TIOCM_DTR | (activeFlow.rtsHandshake ? 0 : TIOCM_RTS);
     if (hasModemLines)
         (void)::ioctl(device, TIOCMBIS, &raised);
     return {};
 }
 
+Result<> SerialPortPosix::SetTimeouts(std::chrono::milliseconds /*writeTotal*/) {
+    assert(IsOpen());
+    return {};
+}
+
 void SerialPortPosix::Purge() {
+    assert(IsOpen());
     queue.clear();
     (void)::ioctl(device, TCFLSH, TCOFLUSH);
     (void)::ioctl(device, TCFLSH, TCIFLUSH);
 }
 
-PortError SerialPortPosix::GetStatus(LineStatus& status) {
-    status = {};
+Result<LineStatus> SerialPortPosix::GetStatus() {
+    assert(IsOpen());
+    LineStatus status;
+    // Before the queue: DSR decides whether it may go on.
     if (activeFlow.ctsOutput || activeFlow.dsrOutput)
-        LookAtModemLines(status);
-    if (PortError error = PumpQueue())
-        return error;
+        LookAtModemLines(status.holds);
+    if (const Result<> pumped = PumpQueue(); !pumped)
+        return pumped.Reason();
     int waiting = 0;
     std::size_t unsent = 0;
     if (::ioctl(device, FIONREAD, &waiting) != 0 || !CountUnsent(unsent))
         return Failure(errno);
-    // A line that can be read without holding bytes has news of another kind, which only a read brings to light.
+    // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
     status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
     isReadable = false;
     status.outputCount = queue.size() + unsent;
-    if (activeFlow.software && !status.ctsHold && !status.dsrHold)
-        status.xoffHold = IsStopped(unsent);
-    return {};
+    if (activeFlow.software && !status.holds.cts && !status.holds.dsr)
+        status.holds.xoff = IsStopped(unsent);
+    return status;
 }
 
 bool SerialPortPosix::CountUnsent(std::size_t& count) const {
@@ -210,18 +242,18 @@ bool SerialPortPosix::CountUnsent(std::size_t& count) const {
     return true;
 }
 
-void SerialPortPosix::LookAtModemLines(LineStatus& status) {
+void SerialPortPosix::LookAtModemLines(LineHolds& holds) {
     int lines = 0;
     if (!hasModemLines || ::ioctl(device, TIOCMGET, &lines) != 0)
         return;
-    status.ctsHold = activeFlow.ctsOutput && (lines & TIOCM_CTS) == 0;
-    // The kernel has no DSR flow: it is this queue that holds the bytes back. Bytes that come while DSR is down are
-    // read all the same, so that a cable without that wire is not deaf; and DTR stays up, because they are read at
-    // once.
-    status.dsrHold = activeFlow.dsrOutput && (lines & TIOCM_DSR) == 0;
-    dsrHolds = status.dsrHold;
+    holds.cts = activeFlow.ctsOutput && (lines & TIOCM_CTS) == 0;
+    // The kernel has no DSR flow: the queue of this class holds the bytes back. Bytes that arrive while DSR is off are
+    // read all the same: a cable without that wire still works. DTR stays on, because received bytes never pile up.
+    holds.dsr = activeFlow.dsrOutput && (lines & TIOCM_DSR) == 0;
+    dsrHolds = holds.dsr;
 }
 
+// The kernel does not tell that an XOFF has stopped it. A count of unsent bytes that stands still does.
 bool SerialPortPosix::IsStopped(std::size_t kernelCount) {
     if (kernelCount == 0) {
         lastKernelCount = 0;
@@ -231,12 +263,13 @@ bool SerialPortPosix::IsStopped(std::size_t kernelCount) {
     if (kernelCount < lastKernelCount || lastKernelCount == 0)
         lastProgress = now;
     lastKernelCount = kernelCount;
-    // Longer than the transmitter takes for what it holds itself.
+    // A transmitter takes up to 64 characters of its own at once; the count stands still until they are sent.
     return now - lastProgress > 100ms + std::chrono::nanoseconds(1s) * 640 / bitsPerSecond;
 }
 
-// A stopped pseudo-terminal takes nothing, though it never counts anything. While nothing is to be written only a lamp
-// depends on it, and a call for each look would cost more than all the rest of the look.
+// A stopped pseudo-terminal always counts 0, but takes no more bytes, and poll tells. While nothing waits to be written
+// only a lamp depends on the answer, and a poll at each look would cost more than the rest of the look: every 50 ms is
+// enough.
 bool SerialPortPosix::IsStoppedWhileEmpty() {
     const TimePoint now = std::chrono::steady_clock::now();
     if (queue.empty() && !wasStopped && now - lastLookAtStop < stopLook)
@@ -247,29 +280,31 @@ bool SerialPortPosix::IsStoppedWhileEmpty() {
     return wasStopped;
 }
 
-PortError SerialPortPosix::Read(std::span<std::uint8_t> room, std::size_t& byteCount) {
-    byteCount = 0;
+Result<std::size_t> SerialPortPosix::Read(std::span<std::uint8_t> room) {
+    assert(IsOpen() && !room.empty());
     const ssize_t count = ::read(device, room.data(), room.size());
-    if (count > 0) {
-        byteCount = static_cast<std::size_t>(count);
-        return {};
-    }
+    if (count > 0)
+        return static_cast<std::size_t>(count);
     if (count == 0)
         return Failure(EIO);
-    return errno == EAGAIN || errno == EINTR ? PortError() : Failure(errno);
+    if (errno == EAGAIN || errno == EINTR)
+        return std::size_t{0};
+    return Failure(errno);
 }
 
-PortError SerialPortPosix::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
+Result<> SerialPortPosix::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
+    assert(IsOpen());
     byteCount = bytes.size();
     queue.insert(queue.end(), bytes.begin(), bytes.end());
     if (activeFlow.dsrOutput) {
-        LineStatus present;
+        LineHolds present;
         LookAtModemLines(present);
     }
     return PumpQueue();
 }
 
-// What the kernel may be given. What it has it sends, whatever DSR says; so with DSR flow it gets little at a time.
+// How many bytes the kernel may get now. The kernel sends all that it has, even with DSR off. With DSR flow it
+// therefore gets a few bytes at a time.
 std::size_t SerialPortPosix::KernelRoom() const {
     if (dsrHolds)
         return 0;
@@ -279,13 +314,13 @@ std::size_t SerialPortPosix::KernelRoom() const {
     return std::min(queue.size(), dsrFlowAhead - std::min(dsrFlowAhead, unsent));
 }
 
-PortError SerialPortPosix::PumpQueue() {
+Result<> SerialPortPosix::PumpQueue() {
     while (const std::size_t room = queue.empty() ? 0 : KernelRoom()) {
         const ssize_t count = ::write(device, queue.data(), room);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            return errno == EAGAIN ? PortError() : Failure(errno);
+            return errno == EAGAIN ? Result<>() : Failure(errno);
         if (count == 0)
             return {};
         queue.erase(queue.begin(), queue.begin() + count);
@@ -294,16 +329,20 @@ PortError SerialPortPosix::PumpQueue() {
 }
 
 void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
+    assert(longest >= 0ns);
     const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;
     const bool hasLineFlow = activeFlow.ctsOutput || activeFlow.dsrOutput;
+    // poll does not report modem lines.
     if (isPortAwaited && hasModemLines && hasLineFlow)
         longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
-    // With DSR flow the kernel always has room, and the queue goes on at the next look.
+    // With DSR flow the kernel always has room and POLLOUT would end the wait at once; the queue goes on at the next
+    // look.
     const bool wantsOutput = !queue.empty() && !activeFlow.dsrOutput;
     pollfd events[2] = {{wakeEvent, POLLIN, 0},
                         {device, static_cast<short>(wantsOutput ? POLLIN | POLLOUT : POLLIN), 0}};
     const timespec timeout = {static_cast<time_t>(longest / 1s), static_cast<long>((longest % 1s).count())};
     const int ready = ::ppoll(events, isPortAwaited ? 2 : 1, &timeout, nullptr);
+    // Errors and a hang-up count as readable: the next read finds out.
     isReadable = ready > 0 && isPortAwaited && (events[1].revents & ~POLLOUT) != 0;
     if (ready > 0 && events[0].revents != 0) {
         eventfd_t count = 0;

@@ -1,6 +1,6 @@
 #pragma once
-// The serial port on termios. Keeps a driver queue of its own in front of non-blocking writes, so that a write is
-// always taken whole and never waits for a held line. Monitor thread only, apart from Wake.
+// The serial port on termios. It keeps a driver queue of its own in front of non-blocking writes: a write is taken
+// whole and never waits for a held line.
 
 #include "port/SerialPort.h"
 
@@ -13,35 +13,33 @@ namespace tarvin {
 
 class SerialPortPosix : public SerialPort {
 public:
-    explicit SerialPortPosix(const PortNames& portNames);
+    explicit SerialPortPosix(const PortNames& names);
     ~SerialPortPosix() override;
 
     bool IsOpen() const override { return device >= 0; }
-    PortError Open(const KelText& portName) override;
-    PortError Close() override;
-    // The kernel's queues have their own sizes.
-    PortError SetQueueSizes(std::size_t, std::size_t) override { return {}; }
-    PortError FetchState() override;
-    PortError ApplyMode(const std::string& mode) override;
-    PortError CommitState(const std::optional<FlowControl>& flow) override;
-    // Reads and writes return at once as it is.
-    PortError SetTimeouts(std::chrono::milliseconds) override { return {}; }
+    Result<> Open(const KelText& portName) override;
+    Result<> Close() override;
+    Result<> SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) override;
+    Result<> FetchState() override;
+    Result<> ApplyMode(const std::string& mode) override;
+    Result<> CommitState(const std::optional<FlowControl>& flow) override;
+    Result<> SetTimeouts(std::chrono::milliseconds writeTotal) override;
     void Purge() override;
-    PortError GetStatus(LineStatus& status) override;
-    PortError Read(std::span<std::uint8_t> room, std::size_t& byteCount) override;
-    PortError Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
+    Result<LineStatus> GetStatus() override;
+    Result<std::size_t> Read(std::span<std::uint8_t> room) override;
+    Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override;
 
 private:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    PortError Prepare();
+    Result<> Prepare();
     void MakeRaw();
-    PortError PumpQueue();
+    Result<> PumpQueue();
     std::size_t KernelRoom() const;
     bool CountUnsent(std::size_t& count) const;
-    void LookAtModemLines(LineStatus& status);
+    void LookAtModemLines(LineHolds& holds);
     bool IsStopped(std::size_t kernelCount);
     bool IsStoppedWhileEmpty();
 
@@ -52,9 +50,10 @@ private:
     FlowControl activeFlow;
     int bitsPerSecond = 1;
     bool hasModemLines = false;
-    bool dsrHolds = false;
-    bool isReadable = false;
+    bool dsrHolds = false;   // DSR was off at the last look, and the flow control heeds it
+    bool isReadable = false; // the last wait ended with news from the device
     std::vector<std::uint8_t> queue;
+    // How the kernel's count of unsent bytes has moved, which tells a stopped line from a slow one.
     std::size_t lastKernelCount = 0;
     TimePoint lastProgress;
     TimePoint lastLookAtStop;

@@ -4,19 +4,21 @@
 #include "port/PortNames.h"
 
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 
 namespace tarvin {
 
 namespace {
 
-// A wait of one millisecond takes up to sixteen otherwise, which would be the program's answering time.
+// The period of the system's clock while a port is open. With the usual period a wait of 1 ms takes up to 16 ms, and an
+// answer to the controller as long.
 constexpr UINT timerMilliseconds = 1;
 
-// ERROR_NO_SUCH_DEVICE, which older headers lack.
+// ERROR_NO_SUCH_DEVICE, which older mingw headers do not have.
 constexpr DWORD noSuchDevice = 433;
 
-// What the drivers of plug-in adapters answer on a handle whose device was pulled out; they do not agree on one.
+// The errors that drivers of USB adapters give on a handle whose device was pulled out. Each driver has its own.
 bool MeansGone(DWORD error) {
     constexpr DWORD known[] = {
         ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_INVALID_HANDLE,       ERROR_BAD_UNIT,
@@ -25,12 +27,12 @@ bool MeansGone(DWORD error) {
     return std::ranges::find(known, error) != std::end(known);
 }
 
-PortError Failure(DWORD error) {
-    return {true, MeansGone(error), SystemErrorText(error)};
+Error Failure(DWORD error) {
+    return {SystemErrorText(error), MeansGone(error)};
 }
 
-PortError Check(BOOL succeeded) {
-    return succeeded ? PortError() : Failure(::GetLastError());
+Result<> Check(BOOL succeeded) {
+    return succeeded ? Result<>() : Failure(::GetLastError());
 }
 
 }
@@ -39,17 +41,18 @@ std::unique_ptr<SerialPort> MakeSerialPort(const PortNames& names) {
     return std::make_unique<SerialPortWindows>(names);
 }
 
-SerialPortWindows::SerialPortWindows(const PortNames& portNames, const CommCalls& commCalls)
-    : names(portNames), calls(commCalls), wakeEvent(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
+SerialPortWindows::SerialPortWindows(const PortNames& names, const CommCalls& calls)
+    : names(names), calls(calls), wakeEvent(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
     controlBlock.DCBlength = sizeof controlBlock;
 }
 
 SerialPortWindows::~SerialPortWindows() {
-    SerialPortWindows::Close();
+    (void)SerialPortWindows::Close();
     ::CloseHandle(wakeEvent);
 }
 
-PortError SerialPortWindows::Open(const KelText& portName) {
+Result<> SerialPortWindows::Open(const KelText& portName) {
+    assert(!IsOpen());
     const auto path = names.DeviceOf(portName);
     if (!path)
         return Failure(ERROR_FILE_NOT_FOUND);
@@ -61,29 +64,34 @@ PortError SerialPortWindows::Open(const KelText& portName) {
     return {};
 }
 
-PortError SerialPortWindows::Close() {
+Result<> SerialPortWindows::Close() {
     if (!IsOpen())
         return {};
-    const PortError error = Check(calls.closeHandle(handle));
+    Result<> result = Check(calls.closeHandle(handle));
     handle = INVALID_HANDLE_VALUE;
     calls.timeEndPeriod(timerMilliseconds);
-    return error;
+    return result;
 }
 
-PortError SerialPortWindows::SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) {
+Result<> SerialPortWindows::SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) {
+    assert(IsOpen());
     return Check(calls.setupComm(handle, static_cast<DWORD>(inputBytes), static_cast<DWORD>(outputBytes)));
 }
 
-PortError SerialPortWindows::FetchState() {
+Result<> SerialPortWindows::FetchState() {
+    assert(IsOpen());
     return Check(calls.getCommState(handle, &controlBlock));
 }
 
-PortError SerialPortWindows::ApplyMode(const std::string& mode) {
+Result<> SerialPortWindows::ApplyMode(const std::string& mode) {
+    assert(IsOpen());
     const KelText text = FromUtf8(mode);
     return Check(calls.buildCommDcb(reinterpret_cast<const wchar_t*>(text.c_str()), &controlBlock));
 }
 
-PortError SerialPortWindows::CommitState(const std::optional<FlowControl>& flow) {
+Result<> SerialPortWindows::CommitState(const std::optional<FlowControl>& flow) {
+    assert(IsOpen());
+    // Without DSR sensitivity a cable that lacks the wire still brings bytes in; only a flow control can ask for it.
     controlBlock.fDsrSensitivity = FALSE;
     controlBlock.XonChar = xon;
     controlBlock.XoffChar = xoff;
@@ -98,68 +106,80 @@ PortError SerialPortWindows::CommitState(const std::optional<FlowControl>& flow)
     return Check(calls.setCommState(handle, &controlBlock));
 }
 
-PortError SerialPortWindows::SetTimeouts(std::chrono::milliseconds writeTotal) {
+Result<> SerialPortWindows::SetTimeouts(std::chrono::milliseconds writeTotal) {
+    assert(IsOpen());
     COMMTIMEOUTS timeouts = {};
+    // The longest interval together with no total times: a read gives what has arrived and returns at once.
     timeouts.ReadIntervalTimeout = 0xFFFFFFFF;
     timeouts.WriteTotalTimeoutConstant = static_cast<DWORD>(writeTotal.count());
     return Check(calls.setCommTimeouts(handle, &timeouts));
 }
 
 void SerialPortWindows::Purge() {
+    assert(IsOpen());
     calls.purgeComm(handle, PURGE_TXCLEAR);
     calls.purgeComm(handle, PURGE_RXCLEAR);
 }
 
-PortError SerialPortWindows::GetStatus(LineStatus& status) {
+Result<LineStatus> SerialPortWindows::GetStatus() {
+    assert(IsOpen());
     DWORD errors = 0;
     COMSTAT line = {};
     if (!calls.clearCommError(handle, &errors, &line))
         return Failure(::GetLastError());
+    LineStatus status;
     status.errors = errors;
-    status.ctsHold = line.fCtsHold != 0;
-    status.dsrHold = line.fDsrHold != 0;
-    status.rlsdHold = line.fRlsdHold != 0;
-    status.xoffHold = line.fXoffHold != 0;
-    status.xoffSent = line.fXoffSent != 0;
+    status.holds.cts = line.fCtsHold != 0;
+    status.holds.dsr = line.fDsrHold != 0;
+    status.holds.rlsd = line.fRlsdHold != 0;
+    status.holds.xoff = line.fXoffHold != 0;
+    status.holds.xoffSent = line.fXoffSent != 0;
     status.inputCount = line.cbInQue;
     status.outputCount = line.cbOutQue;
-    return {};
+    return status;
 }
 
-PortError SerialPortWindows::Read(std::span<std::uint8_t> room, std::size_t& byteCount) {
+Result<std::size_t> SerialPortWindows::Read(std::span<std::uint8_t> room) {
+    assert(IsOpen() && !room.empty());
     DWORD count = 0;
-    const BOOL succeeded = calls.readFile(handle, room.data(), static_cast<DWORD>(room.size()), &count, nullptr);
-    byteCount = count;
-    return Check(succeeded);
+    if (!calls.readFile(handle, room.data(), static_cast<DWORD>(room.size()), &count, nullptr))
+        return Failure(::GetLastError());
+    return std::size_t{count};
 }
 
-PortError SerialPortWindows::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
+Result<> SerialPortWindows::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
+    assert(IsOpen());
     byteCount = 0;
+    // CancelSynchronousIo takes a thread, and a real handle of it: the one of GetCurrentThread means each caller
+    // itself.
     HANDLE thread = nullptr;
     ::DuplicateHandle(::GetCurrentProcess(), ::GetCurrentThread(), ::GetCurrentProcess(), &thread, THREAD_TERMINATE,
                       FALSE, 0);
+    bool mayWrite = false;
     {
-        const std::lock_guard lock(writeMutex);
+        const MutexLock lock(writeMutex);
         writingThread = isCancelled ? nullptr : thread;
+        mayWrite = writingThread != nullptr;
     }
     DWORD count = 0;
     DWORD error = ERROR_OPERATION_ABORTED;
-    if (writingThread != nullptr) {
+    if (mayWrite) {
         const BOOL succeeded = calls.writeFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
         error = succeeded ? ERROR_SUCCESS : ::GetLastError();
     }
     {
-        const std::lock_guard lock(writeMutex);
+        const MutexLock lock(writeMutex);
         writingThread = nullptr;
     }
     ::CloseHandle(thread);
     byteCount = count;
-    // A write that the closing of the program has cancelled is no fault of the line.
-    return error == ERROR_SUCCESS || error == ERROR_OPERATION_ABORTED ? PortError() : Failure(error);
+    // The end of the program has cancelled the write: the line has no fault.
+    return error == ERROR_SUCCESS || error == ERROR_OPERATION_ABORTED ? Result<>() : Failure(error);
 }
 
 void SerialPortWindows::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
-    // Nothing wakes a synchronous handle's owner when bytes arrive; without a port only commands and timers count.
+    assert(longest >= std::chrono::nanoseconds::zero());
+    // A synchronous handle has no event for bytes that arrive, so the caller looks again after a millisecond.
     const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(longest).count();
     const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;
     const DWORD timeout = isPortAwaited && milliseconds > 0 ? 1 : static_cast<DWORD>(milliseconds);
@@ -171,7 +191,7 @@ void SerialPortWindows::Wake() {
 }
 
 void SerialPortWindows::CancelWrite() {
-    const std::lock_guard lock(writeMutex);
+    const MutexLock lock(writeMutex);
     isCancelled = true;
     if (writingThread != nullptr)
         calls.cancelSynchronousIo(writingThread);

@@ -1,6 +1,6 @@
 #include "ui/MainWindow.h"
 
-#include "port/PortScan.h"
+#include "port/PortNames.h"
 #include "ui/CustomMessage.h"
 #include "ui/DownloadEndDialog.h"
 #include "ui/HelpKey.h"

@@ -3,7 +3,7 @@
 // link. User-interface thread. Shown with ShowModal, or with Show by an owner who waits until it is hidden and asks
 // GetReturnCode: wxID_OK or wxID_CANCEL.
 
-#include "port/PortScan.h"
+#include "port/PortNames.h"
 #include "settings/SettingsCheck.h"
 #include "ui/TextField.h"
 

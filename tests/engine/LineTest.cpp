@@ -71,7 +71,7 @@ TEST_CASE("the port is opened step by step, and each failed step is reported and
     for (const Case& each : cases) {
         CAPTURE(each.failing);
         EngineHarness<LineApp> harness;
-        harness.line.failures[each.failing] = {true, false, u"no luck"};
+        harness.line.failures[each.failing] = {u"no luck"};
         harness.Create();
         CHECK(harness.line.calls == each.calls);
         CHECK(ToUtf8(harness.Snapshot().caption) ==
@@ -127,8 +127,8 @@ TEST_CASE("one outage is one report, and the port comes back by itself") {
         CAPTURE(each.operation);
         EngineHarness<LineApp> harness;
         harness.Create();
-        harness.line.failures[each.operation] = {true, true, u"Input/output error"};
-        harness.line.failures["Open"] = {true, false, u"No such device"};
+        harness.line.failures[each.operation] = {u"Input/output error", true};
+        harness.line.failures["Open"] = {u"No such device"};
         harness.line.Arrive("x");
         harness.engine->SendText("answer");
         harness.Run(1min);
@@ -156,7 +156,7 @@ TEST_CASE("a device that opens and fails at once is one outage, and so is one th
         harness.line.isPresent = false;
         harness.Run(1s);
         harness.line.isPresent = true;
-        harness.line.failures[operation] = {true, true, u"odd"};
+        harness.line.failures[operation] = {u"odd", true};
         harness.Run(20s);
         CHECK(harness.window.boxes.size() == 1);
         CHECK(harness.Snapshot().caption == u"LASER - No Link");
@@ -169,12 +169,12 @@ TEST_CASE("a device that opens and fails at once is one outage, and so is one th
 TEST_CASE("a fault that does not take the device away is one report until the line works again") {
     EngineHarness<LineApp> harness;
     harness.Create();
-    harness.line.failures["GetStatus"] = {true, false, u"odd"};
+    harness.line.failures["GetStatus"] = {u"odd"};
     harness.Run(10s);
     CHECK(harness.window.boxes.size() == 1);
     harness.line.failures.clear();
     harness.Exchange("x");
-    harness.line.failures["Read"] = {true, false, u"odd"};
+    harness.line.failures["Read"] = {u"odd"};
     harness.line.Arrive("y");
     harness.Run(10s);
     CHECK(harness.window.boxes.size() == 2);
@@ -242,14 +242,14 @@ TEST_CASE("nothing waits for a held line: timers and commands go on under an XOF
     EngineHarness<LineApp> harness;
     harness.Create();
     harness.engine->SetPingText("ping ", 1000ms);
-    harness.line.holds.ctsHold = true;
+    harness.line.holds.cts = true;
     harness.Run(10s);
     CHECK(harness.Snapshot().lamps.ctsHold);
     bool isDone = false;
     harness.engine->Post([&] { isDone = true; });
     harness.Run(1h);
     CHECK(isDone);
-    harness.line.holds.ctsHold = false;
+    harness.line.holds.cts = false;
     CHECK(harness.Run(500ms).size() >= 3600 * 5);
 }
 

@@ -57,10 +57,10 @@ TEST_CASE("the comms log holds all that crosses the line, and how the link was s
     harness.engine->SendChar(0x12, false);
     harness.engine->SendChar('x', true);
     harness.engine->SendText("y");
-    harness.line.holds.ctsHold = harness.line.holds.xoffHold = true;
+    harness.line.holds.cts = harness.line.holds.xoff = true;
     harness.Run(200ms);
     CHECK(harness.Snapshot().isCommsLogOn);
-    harness.line.holds.ctsHold = false;
+    harness.line.holds.cts = false;
     harness.Run(10ms);
     harness.engine->SendChar('z', true);
     harness.engine->StopCommsLog();

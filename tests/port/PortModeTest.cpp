@@ -6,7 +6,7 @@
 
 using namespace tarvin;
 
-TEST_CASE("line settings that no port could do are refused") {
+TEST_CASE("PortMode: a mode that no port has is refused") {
     const auto mode = ParsePortMode("baud=115200 parity=E data=7 stop=2");
     REQUIRE(mode);
     CHECK(mode->bitsPerSecond == 115200);

@@ -1,4 +1,4 @@
-// The order and the arguments of the communications calls, and what becomes of each answer that they can give.
+// The order and the arguments of the communications calls, and what the port makes of each of their answers.
 
 #include "line/PortLink.h"
 #include "port/PortNames.h"
@@ -18,11 +18,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The system as the port sees it. One at a time; calls are plain functions.
+// The system as the port sees it. There is one at a time, because the calls are plain functions.
 struct FakeSystem {
     std::vector<std::string> calls;
     std::map<std::string, DWORD> failures; // by call, the error that it gives
-    DCB found = {};                        // what the port's state is before anyone sets it
+    DCB found = {};                        // the state of the port when it is opened
     DCB committed = {};
     COMSTAT status = {};
     DWORD errors = 0;
@@ -103,7 +103,7 @@ public:
     Fixture() { theSystem = &system; }
     ~Fixture() { theSystem = nullptr; }
 
-    // The link that the engine has, with a port on the fake system. It reports into `boxes`.
+    // The engine's link, with a port on the fake system. Puts its message boxes into `boxes`.
     std::unique_ptr<PortLink> MakeLink() {
         return std::make_unique<PortLink>(std::make_unique<SerialPortWindows>(names, FakeCalls()),
                                           [this](const MessageBoxText& box) { boxes.push_back(box); });
@@ -146,7 +146,7 @@ Strings Joined(Strings first, const Strings& second) {
 
 }
 
-TEST_CASE("a port is opened, configured, opened anew and closed by these calls in this order") {
+TEST_CASE("SerialPortWindows: opening, configuring, opening again and closing make these calls in this order") {
     Fixture fixture;
     {
         const auto link = fixture.MakeLink();
@@ -159,12 +159,13 @@ TEST_CASE("a port is opened, configured, opened anew and closed by these calls i
         link->ClosePort();
         CHECK(fixture.system.calls == closing);
     }
-    // What is closed is not closed again with the object.
+    // The destructor does not close a port again.
     CHECK(fixture.system.calls == closing);
     CHECK(fixture.boxes.empty());
 }
 
-TEST_CASE("each step that fails is reported with the system's words, and what it leaves undone stays undone") {
+TEST_CASE("SerialPortWindows: each failed step is reported in the system's words, and a refused step ends the "
+          "configuration") {
     struct Case {
         std::string call;
         const char16_t* caption;
@@ -186,13 +187,13 @@ TEST_CASE("each step that fails is reported with the system's words, and what it
         Strings expected(configuration.begin(), configuration.begin() + static_cast<std::ptrdiff_t>(each.callCount));
         if (each.isPurged)
             expected = Joined(expected, {"PurgeComm 4", "PurgeComm 8"});
-        // Without a port nothing needs the finer clock.
+        // A port that is not open leaves the clock of the system as it is.
         CHECK(fixture.system.calls == expected);
         CHECK(link->IsOpen() == (each.call != "CreateFile"));
         CHECK(link->Title() == (each.isLinked ? u"LASER COM12:2400,N,8,1,Xon/Xoff" : u"LASER - No Link"));
         REQUIRE(fixture.boxes.size() == 1);
         CHECK(fixture.boxes[0].caption == each.caption);
-        // As the system has it, without the line end that it adds.
+        // The words of the system, without the line end that it adds.
         CHECK(fixture.boxes[0].text.starts_with(u"COM12\n"));
         CHECK(fixture.boxes[0].text.size() > 10);
         CHECK(fixture.boxes[0].text.find(u'\r') == KelText::npos);
@@ -207,7 +208,7 @@ TEST_CASE("each step that fails is reported with the system's words, and what it
     CHECK(link->Title() == u"LASER COM12:2400,N,8,1,Xon/Xoff");
 }
 
-TEST_CASE("the control block gets the handshake of the settings, and keeps what they do not name") {
+TEST_CASE("SerialPortWindows: the control block gets the handshake of the settings and keeps its other fields") {
     struct Case {
         const char16_t* flowControl;
         bool cts;
@@ -227,7 +228,7 @@ TEST_CASE("the control block gets the handshake of the settings, and keeps what 
         {u"Hardware", false, false, false, {0, 0, 0, 0, 1, enable, enable}},
         {u"Combined", true, true, false, {1, 1, 1, 1, 1, handshake, handshake}},
         {u"Combined", true, true, true, {0, 0, 1, 1, 1, handshake, handshake}},
-        // No name of a handshake: as the mode left it, but for the sensitivity.
+        // No known flow control: the handshake stays as it was found, without the sensitivity.
         {u"", true, true, false, {0, 1, 1, 0, 0, RTS_CONTROL_TOGGLE, DTR_CONTROL_DISABLE}},
     };
     for (const Case& each : cases) {
@@ -266,15 +267,16 @@ TEST_CASE("the control block gets the handshake of the settings, and keeps what 
     }
 }
 
-TEST_CASE("each hold, count and error of the line's status is told as what it is") {
+TEST_CASE("SerialPortWindows: a status gives each hold, count and error in its own field") {
     Fixture fixture;
     SerialPortWindows port(fixture.names, FakeCalls());
-    REQUIRE_FALSE(port.Open(u"COM1"));
+    REQUIRE(port.Open(u"COM1"));
     const auto told = [&] {
-        LineStatus status;
-        CHECK_FALSE(port.GetStatus(status));
-        return std::vector<std::size_t>{status.ctsHold,  status.dsrHold,    status.rlsdHold,    status.xoffHold,
-                                        status.xoffSent, status.inputCount, status.outputCount, status.errors};
+        const auto status = port.GetStatus();
+        REQUIRE(status);
+        const LineHolds& holds = status->holds;
+        return std::vector<std::size_t>{holds.cts,      holds.dsr,          holds.rlsd,          holds.xoff,
+                                        holds.xoffSent, status->inputCount, status->outputCount, status->errors};
     };
     COMSTAT& line = fixture.system.status;
     line.fCtsHold = line.fRlsdHold = line.fXoffSent = 1;
@@ -288,7 +290,7 @@ TEST_CASE("each hold, count and error of the line's status is told as what it is
     CHECK(told() == std::vector<std::size_t>{0, 1, 0, 1, 0, 0, 0, 0});
 }
 
-TEST_CASE("a device that was pulled out is told from one that is in trouble, whichever call finds out") {
+TEST_CASE("SerialPortWindows: each call tells a device that was pulled out from one that has a fault") {
     struct Case {
         DWORD error;
         bool isGone;
@@ -300,45 +302,47 @@ TEST_CASE("a device that was pulled out is told from one that is in trouble, whi
         CAPTURE(error);
         Fixture fixture;
         SerialPortWindows port(fixture.names, FakeCalls());
-        REQUIRE_FALSE(port.Open(u"COM1"));
+        REQUIRE(port.Open(u"COM1"));
         for (const char* call : {"ClearCommError", "ReadFile", "WriteFile"})
             fixture.system.failures[call] = error;
-        LineStatus status;
         std::uint8_t byte = 0;
+        const auto status = port.GetStatus();
+        REQUIRE_FALSE(status);
+        CHECK(status.Reason().isGone == isGone);
+        const auto read = port.Read({&byte, 1});
+        REQUIRE_FALSE(read);
+        CHECK(read.Reason().isGone == isGone);
+        // The program itself cancels a write: this is no fault.
         std::size_t count = 0;
-        for (const PortError& failed : {port.GetStatus(status), port.Read({&byte, 1}, count)}) {
-            CHECK(failed);
-            CHECK(failed.gone == isGone);
-        }
-        // A write that was cancelled is the program's own doing.
-        const PortError write = port.Write({&byte, 1}, count);
-        CHECK(write.failed == (error != ERROR_OPERATION_ABORTED));
-        CHECK(write.gone == isGone);
+        const Result<> write = port.Write({&byte, 1}, count);
+        REQUIRE(!write == (error != ERROR_OPERATION_ABORTED));
+        CHECK((!write && write.Reason().isGone) == isGone);
     }
 }
 
-TEST_CASE("reads and writes are synchronous, and a write that the time-out cut short tells how far it came") {
+TEST_CASE("SerialPortWindows: reads and writes are synchronous, and a write that timed out gives its byte count") {
     Fixture fixture;
     SerialPortWindows port(fixture.names, FakeCalls());
-    REQUIRE_FALSE(port.Open(u"COM1"));
+    REQUIRE(port.Open(u"COM1"));
     fixture.system.calls.clear();
     fixture.system.toRead = "abc";
     fixture.system.acceptedBytes = 2;
     std::uint8_t room[50] = {};
+    const auto read = port.Read(room);
+    REQUIRE(read);
+    CHECK(*read == 3);
     std::size_t count = 0;
-    CHECK_FALSE(port.Read(room, count));
-    CHECK(count == 3);
-    CHECK_FALSE(port.Write({room, 3}, count));
+    CHECK(port.Write({room, 3}, count));
     CHECK(count == 2);
     CHECK(fixture.system.written == "ab");
     CHECK(fixture.system.calls == Strings{"ReadFile 50 1", "WriteFile 3 1"});
 }
 
-TEST_CASE("a write that waits is cancelled, and none begins after that") {
+TEST_CASE("SerialPortWindows: a cancel ends a write that waits, and later writes take nothing") {
     Fixture fixture;
     static HANDLE readEnd = nullptr;
     CommCalls calls = FakeCalls();
-    // A pipe that nobody reads: a handle on which a write really waits.
+    // A pipe without a reader: a write to its handle really waits.
     calls.createFile = [](LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) -> HANDLE {
         HANDLE writeEnd = INVALID_HANDLE_VALUE;
         CHECK(::CreatePipe(&readEnd, &writeEnd, nullptr, 4096));
@@ -350,17 +354,17 @@ TEST_CASE("a write that waits is cancelled, and none begins after that") {
         return ::WriteFile(handle, bytes, size, count, overlapped);
     };
     SerialPortWindows port(fixture.names, calls);
-    REQUIRE_FALSE(port.Open(u"COM1"));
+    REQUIRE(port.Open(u"COM1"));
     const std::vector<std::uint8_t> bytes(1000000);
     std::atomic<bool> hasEnded = false;
-    PortError error;
+    bool isSuccess = false;
     std::size_t count = 0;
     std::thread writer([&] {
-        error = port.Write(bytes, count);
+        isSuccess = static_cast<bool>(port.Write(bytes, count));
         hasEnded = true;
     });
-    // The pipe is full once it holds something; whether the write waits yet is what nobody can see, so it is cancelled
-    // again and again, as the engine does it.
+    // A pipe that holds bytes is full. The test cannot see whether the write waits yet, so it cancels again and again,
+    // as the engine does.
     const auto deadline = std::chrono::steady_clock::now() + 10s;
     DWORD held = 0;
     while (held == 0 && ::PeekNamedPipe(readEnd, nullptr, 0, nullptr, &held, nullptr)) {
@@ -376,14 +380,14 @@ TEST_CASE("a write that waits is cancelled, and none begins after that") {
     ::CloseHandle(readEnd);
     writer.join();
     CHECK(isCancelled);
-    CHECK_FALSE(error);
+    CHECK(isSuccess);
     fixture.system.calls.clear();
-    CHECK_FALSE(port.Write(bytes, count));
+    CHECK(port.Write(bytes, count));
     CHECK(count == 0);
     CHECK(fixture.system.calls.empty());
 }
 
-TEST_CASE("with a port a wait is a millisecond or a wake, without one it lasts as long as it may") {
+TEST_CASE("SerialPortWindows: a wait ends after a millisecond or a wake, and without a port after its whole time") {
     Fixture fixture;
     SerialPortWindows port(fixture.names, FakeCalls());
     const auto lasted = [&](std::chrono::nanoseconds longest) {
@@ -394,6 +398,6 @@ TEST_CASE("with a port a wait is a millisecond or a wake, without one it lasts a
     CHECK(lasted(50ms) >= 45ms);
     port.Wake();
     CHECK(lasted(1h) < 10s);
-    REQUIRE_FALSE(port.Open(u"COM1"));
+    REQUIRE(port.Open(u"COM1"));
     CHECK(lasted(1h) < 10s);
 }

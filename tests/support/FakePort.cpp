@@ -1,6 +1,7 @@
 #include "support/FakePort.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 namespace tarvin::test {
@@ -9,8 +10,8 @@ using namespace std::chrono_literals;
 
 void FakeLine::Arrive(std::string_view bytes) {
     for (const char byte : bytes) {
-        if (flow.software && (byte == 0x11 || byte == 0x13))
-            holds.xoffHold = byte == 0x13;
+        if (flow.software && (byte == xon || byte == xoff))
+            holds.xoff = byte == xoff;
         else
             input.push_back(byte);
     }
@@ -21,12 +22,12 @@ void FakeLine::Drain() {
     std::size_t room = output.size();
     if (bytesPerSecond > 0)
         room = std::min(room, static_cast<std::size_t>(elapsed * bytesPerSecond / 1s));
-    const bool isHeld = holds.xoffHold || holds.ctsHold || holds.dsrHold;
+    const bool isHeld = holds.xoff || holds.cts || holds.dsr;
     if (isHeld)
         room = 0;
     sent += output.substr(0, room);
     output.erase(0, room);
-    // The time of a byte that is half on the line is kept for the next look.
+    // A byte that is half on the line keeps its time for the next call.
     if (output.empty() || isHeld)
         drainedUntil = clock.Now();
     else if (bytesPerSecond > 0)
@@ -38,36 +39,42 @@ std::string FakeLine::TakeSent() {
     return std::exchange(sent, {});
 }
 
-PortError FakePort::Fault(const std::string& operation) const {
+Result<> FakePort::Fault(const std::string& operation) const {
     if (!line.isPresent)
-        return {true, true, u"No such device"};
+        return Error{u"No such device", true};
     const auto found = line.failures.find(operation);
-    return found == line.failures.end() ? PortError() : found->second;
+    return found == line.failures.end() ? Result<>() : found->second;
 }
 
-PortError FakePort::Step(const std::string& operation, const std::string& arguments) {
+Result<> FakePort::Step(const std::string& operation, const std::string& arguments) {
     line.calls.push_back(arguments.empty() ? operation : operation + " " + arguments);
     return Fault(operation);
 }
 
-PortError FakePort::Open(const KelText& portName) {
-    PortError error = Step("Open", ToUtf8(portName));
-    if (isOpen)
-        return {true, false, u"Device or resource busy"};
-    isOpen = !error;
-    return error;
+Result<> FakePort::ConfigurationStep(const std::string& operation, const std::string& arguments) {
+    assert(isOpen);
+    return Step(operation, arguments);
 }
 
-PortError FakePort::Close() {
+Result<> FakePort::Open(const KelText& portName) {
+    assert(!isOpen);
+    Result<> result = Step("Open", ToUtf8(portName));
+    isOpen = static_cast<bool>(result);
+    return result;
+}
+
+Result<> FakePort::Close() {
+    if (!isOpen)
+        return {};
     isOpen = false;
     return Step("Close");
 }
 
-PortError FakePort::SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) {
-    return Step("SetQueueSizes", std::to_string(inputBytes) + " " + std::to_string(outputBytes));
+Result<> FakePort::SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) {
+    return ConfigurationStep("SetQueueSizes", std::to_string(inputBytes) + " " + std::to_string(outputBytes));
 }
 
-PortError FakePort::CommitState(const std::optional<FlowControl>& flow) {
+Result<> FakePort::CommitState(const std::optional<FlowControl>& flow) {
     std::string text = "as found";
     if (flow) {
         text = std::string(flow->software ? "software " : "") + (flow->ctsOutput ? "cts " : "") +
@@ -75,46 +82,51 @@ PortError FakePort::CommitState(const std::optional<FlowControl>& flow) {
                (flow->rtsHandshake ? "rts " : "") + (flow->dtrHandshake ? "dtr " : "");
         line.flow = *flow;
     }
-    return Step("CommitState", text);
+    return ConfigurationStep("CommitState", text);
 }
 
-PortError FakePort::SetTimeouts(std::chrono::milliseconds writeTotal) {
-    return Step("SetTimeouts", std::to_string(writeTotal.count()));
+Result<> FakePort::SetTimeouts(std::chrono::milliseconds writeTotal) {
+    return ConfigurationStep("SetTimeouts", std::to_string(writeTotal.count()));
 }
 
 void FakePort::Purge() {
+    assert(isOpen);
     line.calls.push_back("Purge");
     line.output.clear();
     line.input.clear();
 }
 
-PortError FakePort::GetStatus(LineStatus& status) {
-    if (PortError error = Fault("GetStatus"))
-        return error;
+Result<LineStatus> FakePort::GetStatus() {
+    assert(isOpen);
+    if (const Result<> fault = Fault("GetStatus"); !fault)
+        return fault.Reason();
     line.Drain();
-    status = line.holds;
+    LineStatus status;
+    status.holds = line.holds;
     status.inputCount = line.input.size();
     status.outputCount = line.output.size();
-    return {};
+    return status;
 }
 
-PortError FakePort::Read(std::span<std::uint8_t> room, std::size_t& byteCount) {
-    byteCount = 0;
-    if (PortError error = Fault("Read"))
-        return error;
-    byteCount = std::min(room.size(), line.input.size());
+Result<std::size_t> FakePort::Read(std::span<std::uint8_t> room) {
+    assert(isOpen && !room.empty());
+    if (const Result<> fault = Fault("Read"); !fault)
+        return fault.Reason();
+    const std::size_t byteCount = std::min(room.size(), line.input.size());
     std::copy_n(line.input.begin(), byteCount, room.begin());
     line.input.erase(0, byteCount);
-    return {};
+    return byteCount;
 }
 
-PortError FakePort::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
+Result<> FakePort::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
+    assert(isOpen);
     byteCount = 0;
-    if (PortError error = Fault("Write"))
-        return error;
+    if (Result<> fault = Fault("Write"); !fault)
+        return fault;
     line.Drain();
     line.clock.Advance(line.writeDuration);
     byteCount = std::min(bytes.size(), line.outputRoom - std::min(line.outputRoom, line.output.size()));
+    // As long as the write time-out that the engine sets.
     if (byteCount < bytes.size())
         line.clock.Advance(10s);
     line.output.append(reinterpret_cast<const char*>(bytes.data()), byteCount);
@@ -123,6 +135,7 @@ PortError FakePort::Write(std::span<const std::uint8_t> bytes, std::size_t& byte
 }
 
 void FakePort::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
+    assert(longest >= 0ns);
     const bool hasBytes = awaited == Awaited::BytesToo && !line.input.empty();
     if (!std::exchange(isWoken, false) && !hasBytes)
         line.clock.Advance(std::clamp<std::chrono::nanoseconds>(longest, 100us, 1s));

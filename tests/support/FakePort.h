@@ -1,6 +1,6 @@
 #pragma once
-// A serial port without a device: the semantics of the real ones on a clock that the test moves, with every fault at
-// hand. One thread.
+// A serial port without a device: the semantics of the real ports on a clock that the test moves, and any fault that a
+// test asks for. One thread.
 
 #include "port/SerialPort.h"
 #include "support/ManualClock.h"
@@ -13,15 +13,15 @@
 
 namespace tarvin::test {
 
-// The far end of the fake port's line, which outlives ports that are opened on it.
+// The far end of the fake port's line. It outlives the ports that are opened on it.
 struct FakeLine {
-    explicit FakeLine(ManualClock& manualClock) : clock(manualClock) {}
+    explicit FakeLine(ManualClock& clock) : clock(clock) {}
 
-    // Bytes come in. With software flow on, the driver keeps XON and XOFF to itself.
+    // The bytes arrive at the port. With software flow on, the driver takes XON and XOFF out of them.
     void Arrive(std::string_view bytes);
-    // What has left the line so far, and forget it.
+    // The bytes that the port has put on the line since the last call.
     std::string TakeSent();
-    // Lets the output go on as far as the clock allows.
+    // Moves output to the line as far as the clock and the holds allow.
     void Drain();
 
     ManualClock& clock;
@@ -29,15 +29,15 @@ struct FakeLine {
     std::string output;             // taken by the driver, not yet on the line
     std::string sent;               // on the line
     std::size_t bytesPerSecond = 0; // of the line; 0: at once
-    LineStatus holds;               // hold bits to report
+    LineHolds holds;                // reported by each status; CTS, DSR and XOFF hold the output
     std::vector<std::string> calls; // configuration steps, in order, with their arguments
     FlowControl flow;
 
-    // Faults, each until the test takes it back.
-    std::map<std::string, PortError> failures; // by operation: "Open", "Close", "FetchState", "Read" ...
-    bool isPresent = true;                     // false: the device is not there, or has vanished
-    std::size_t outputRoom = 1000000;          // what the driver takes; a write of more waits for its time-out
-    std::chrono::milliseconds writeDuration{}; // the clock moves by this in each write
+    // Faults. Each lasts until the test removes it.
+    std::map<std::string, Error> failures;     // by operation: "Open", "Close", "FetchState", "Read" ...
+    bool isPresent = true;                     // false: the device does not exist, or has vanished
+    std::size_t outputRoom = 1000000;          // capacity of the driver; a write of more waits for its time-out
+    std::chrono::milliseconds writeDuration{}; // each write moves the clock by this
 
 private:
     ManualClock::TimePoint drainedUntil = clock.Now();
@@ -45,27 +45,30 @@ private:
 
 class FakePort : public SerialPort {
 public:
-    explicit FakePort(FakeLine& farEnd) : line(farEnd) {}
+    explicit FakePort(FakeLine& line) : line(line) {}
 
     bool IsOpen() const override { return isOpen; }
-    PortError Open(const KelText& portName) override;
-    PortError Close() override;
-    PortError SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) override;
-    PortError FetchState() override { return Step("FetchState"); }
-    PortError ApplyMode(const std::string& mode) override { return Step("ApplyMode", mode); }
-    PortError CommitState(const std::optional<FlowControl>& flow) override;
-    PortError SetTimeouts(std::chrono::milliseconds writeTotal) override;
+    Result<> Open(const KelText& portName) override;
+    Result<> Close() override;
+    Result<> SetQueueSizes(std::size_t inputBytes, std::size_t outputBytes) override;
+    Result<> FetchState() override { return ConfigurationStep("FetchState"); }
+    Result<> ApplyMode(const std::string& mode) override { return ConfigurationStep("ApplyMode", mode); }
+    Result<> CommitState(const std::optional<FlowControl>& flow) override;
+    Result<> SetTimeouts(std::chrono::milliseconds writeTotal) override;
     void Purge() override;
-    PortError GetStatus(LineStatus& status) override;
-    PortError Read(std::span<std::uint8_t> room, std::size_t& byteCount) override;
-    PortError Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
-    // Moves the clock to where a real wait would end at the latest, in steps in which the line can drain.
+    Result<LineStatus> GetStatus() override;
+    Result<std::size_t> Read(std::span<std::uint8_t> room) override;
+    Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
+    // Ends at once if bytes or a wake are there. Otherwise moves the clock by `longest`, but by 0.1 ms at least and by
+    // 1 s at most: the line drains in between.
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override { isWoken = true; }
 
 private:
-    PortError Step(const std::string& operation, const std::string& arguments = {});
-    PortError Fault(const std::string& operation) const;
+    // Notes the call. The result is the fault of the operation, or success.
+    Result<> Step(const std::string& operation, const std::string& arguments = {});
+    Result<> ConfigurationStep(const std::string& operation, const std::string& arguments = {});
+    Result<> Fault(const std::string& operation) const;
 
     FakeLine& line;
     bool isOpen = false;

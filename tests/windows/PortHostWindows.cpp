@@ -1,14 +1,13 @@
-// port-host: the serial port of this system at the command of another process. Each line of input is an operation, each
-// line of output what came of it: failed, gone, the error's text and the result, with tabs between them. Waking and
-// cancelling are done at once and not answered, the others one after the other. Ends with its input.
+// port-host: does the operations of the serial port for another process. Each line of input is an operation. Each line
+// of output is its answer: failed, gone, the error's text and the values, with tabs between them. "wake" and "cancel"
+// are done at once and have no answer, the others are done one after the other. The program ends with its input.
 
+#include "base/Mutex.h"
 #include "port/PortNames.h"
 #include "port/SerialPort.h"
 
-#include <condition_variable>
 #include <deque>
 #include <iostream>
-#include <mutex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -35,10 +34,10 @@ std::vector<std::uint8_t> FromHex(const std::string& text) {
     return bytes;
 }
 
-std::string Told(const LineStatus& status) {
+std::string ValuesOf(const LineStatus& status) {
     std::ostringstream text;
-    text << status.errors << ' ' << status.ctsHold << ' ' << status.dsrHold << ' ' << status.rlsdHold << ' '
-         << status.xoffHold << ' ' << status.xoffSent << ' ' << status.inputCount << ' ' << status.outputCount;
+    text << status.errors << ' ' << status.holds.cts << ' ' << status.holds.dsr << ' ' << status.holds.rlsd << ' '
+         << status.holds.xoff << ' ' << status.holds.xoffSent << ' ' << status.inputCount << ' ' << status.outputCount;
     return text.str();
 }
 
@@ -50,25 +49,27 @@ std::optional<FlowControl> ReadFlow(std::istream& words) {
     return flow;
 }
 
-PortError Transfer(SerialPort& port, const std::string& operation, std::istream& words, std::string& result) {
-    PortError error;
-    std::size_t count = 0;
-    if (operation == "read") {
-        std::size_t size = 0;
-        words >> size;
-        std::vector<std::uint8_t> room(size);
-        error = port.Read(room, count);
-        result = Hex({room.data(), count});
-    } else {
-        std::string hex;
-        words >> hex;
-        error = port.Write(FromHex(hex), count);
-        result = std::to_string(count);
-    }
-    return error;
+Result<> Read(SerialPort& port, std::istream& words, std::string& values) {
+    std::size_t size = 0;
+    words >> size;
+    std::vector<std::uint8_t> room(size);
+    const auto count = port.Read(room);
+    if (!count)
+        return count.Reason();
+    values = Hex({room.data(), *count});
+    return {};
 }
 
-PortError Configure(SerialPort& port, const std::string& operation, std::istream& words) {
+Result<> Write(SerialPort& port, std::istream& words, std::string& values) {
+    std::string hex;
+    words >> hex;
+    std::size_t count = 0;
+    Result<> result = port.Write(FromHex(hex), count);
+    values = std::to_string(count);
+    return result;
+}
+
+Result<> Configure(SerialPort& port, const std::string& operation, std::istream& words) {
     if (operation == "queues") {
         std::size_t input = 0;
         std::size_t output = 0;
@@ -89,7 +90,7 @@ PortError Configure(SerialPort& port, const std::string& operation, std::istream
     return port.SetTimeouts(std::chrono::milliseconds(milliseconds));
 }
 
-PortError Run(SerialPort& port, const std::string& operation, std::istream& words, std::string& result) {
+Result<> Run(SerialPort& port, const std::string& operation, std::istream& words, std::string& values) {
     if (operation == "open") {
         std::string name;
         words >> name;
@@ -102,10 +103,11 @@ PortError Run(SerialPort& port, const std::string& operation, std::istream& word
         return {};
     }
     if (operation == "status") {
-        LineStatus status;
-        PortError error = port.GetStatus(status);
-        result = Told(status);
-        return error;
+        const auto status = port.GetStatus();
+        if (!status)
+            return status.Reason();
+        values = ValuesOf(*status);
+        return {};
     }
     if (operation == "wait") {
         std::int64_t nanoseconds = 0;
@@ -115,31 +117,34 @@ PortError Run(SerialPort& port, const std::string& operation, std::istream& word
                   isForBytes ? SerialPort::Awaited::BytesToo : SerialPort::Awaited::WakeOnly);
         return {};
     }
-    if (operation == "read" || operation == "write")
-        return Transfer(port, operation, words, result);
+    if (operation == "read")
+        return Read(port, words, values);
+    if (operation == "write")
+        return Write(port, words, values);
     return Configure(port, operation, words);
 }
 
-// What is to be done, handed from the reader of the input to the port's own thread. An empty line is the end.
+// Hands requests from the thread that reads the input to the thread that uses the port. An empty line is the end.
 class Requests {
 public:
     void Add(std::string line) {
-        const std::lock_guard lock(mutex);
+        const MutexLock lock(mutex);
         lines.push_back(std::move(line));
-        changed.notify_one();
+        changed.NotifyAll();
     }
     std::string Take() {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return !lines.empty(); });
+        const MutexLock lock(mutex);
+        while (lines.empty())
+            changed.Wait(mutex);
         std::string line = std::move(lines.front());
         lines.pop_front();
         return line;
     }
 
 private:
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::deque<std::string> lines;
+    Mutex mutex;
+    Condition changed;
+    std::deque<std::string> lines GUARDED_BY(mutex);
 };
 
 void Serve(SerialPort& port, Requests& requests) {
@@ -147,9 +152,10 @@ void Serve(SerialPort& port, Requests& requests) {
         std::istringstream words(line);
         std::string operation;
         words >> operation;
-        std::string result;
-        const PortError error = Run(port, operation, words, result);
-        std::cout << error.failed << '\t' << error.gone << '\t' << ToUtf8(error.text) << '\t' << result << std::endl;
+        std::string values;
+        const Result<> result = Run(port, operation, words, values);
+        const Error error = result ? Error() : result.Reason();
+        std::cout << !result << '\t' << error.isGone << '\t' << ToUtf8(error.text) << '\t' << values << std::endl;
     }
 }
 

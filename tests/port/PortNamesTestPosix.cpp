@@ -1,8 +1,7 @@
-// The ports found on a computer made of pseudo-terminals and folders.
+// Ports are found and named on a computer made of pseudo-terminals and folders.
 
 #include "files/NativeFile.h"
-#include "port/PortEntriesPosix.h"
-#include "port/PortScanPosix.h"
+#include "port/PortNamesPosix.h"
 #include "support/PseudoTerminalPosix.h"
 #include "support/TemporaryFolder.h"
 
@@ -67,7 +66,7 @@ private:
 
 }
 
-TEST_CASE("devices without an entry get the first free numbers, by the path that stays theirs, and keep them") {
+TEST_CASE("PortNames: a device without an entry gets the first free number, by its lasting path, and keeps it") {
     Computer computer;
     const std::string usb = computer.Plug("ttyUSB0", "usb-maker_b-if00").string();
     const std::string second = computer.Plug("ttyS10").string();
@@ -88,7 +87,7 @@ TEST_CASE("devices without an entry get the first free numbers, by the path that
     CHECK(computer.Entries() == expected);
 }
 
-TEST_CASE("a device is in an entry by whatever path, and the current port is always in its place") {
+TEST_CASE("PortNames: an entry names a device by any of its paths, and the current port keeps its place in the list") {
     Computer computer;
     computer.Plug("ttyUSB0", "usb-a");
     computer.Plug("ttyUSB1", "usb-b");
@@ -104,12 +103,12 @@ TEST_CASE("a device is in an entry by whatever path, and the current port is alw
     CHECK(computer.Entries() == entries);
 }
 
-TEST_CASE("a port that somebody holds is not offered, and looking leaves no trace on a line") {
+TEST_CASE("PortNames: a port that is in use is not offered, and the search leaves no trace on a line") {
     Computer computer;
     const fs::path device = computer.Plug("ttyUSB0");
     computer.Plug("ttyUSB1");
     computer.folder.WriteFile("KEL.INI", "");
-    // What is no line is not opened for long, or at all.
+    // Entries that lead to no line are looked at and never offered.
     computer.folder.WriteFile("file", "");
     REQUIRE(::mkfifo((computer.folder / "pipe").c_str(), 0600) == 0);
     computer.folder.WriteFile("KEL.INI", "[PORTS]\nCOM3=/dev/null\nCOM4=" + (computer.folder / "file").string() +
@@ -138,7 +137,7 @@ TEST_CASE("a port that somebody holds is not offered, and looking leaves no trac
     ::close(holder);
 }
 
-TEST_CASE("programs that number at once lose no entry, and give one device one number") {
+TEST_CASE("PortNames: programs that number devices at the same time lose no entry and number each device once") {
     Computer computer;
     constexpr int deviceCount = 8;
     std::vector<SerialDevice> devices;
@@ -153,7 +152,7 @@ TEST_CASE("programs that number at once lose no entry, and give one device one n
         const pid_t program = ::fork();
         REQUIRE(program >= 0);
         if (program == 0) {
-            // Each begins with another device, and in the end all know all.
+            // Each begins with another device, and in the end each has named all.
             for (int turn = 0; turn < deviceCount; ++turn)
                 AssignPorts(computer.KelIni(), {devices[static_cast<std::size_t>((number + turn) % deviceCount)]}, 60s);
             ::_exit(0);
@@ -174,7 +173,7 @@ TEST_CASE("programs that number at once lose no entry, and give one device one n
           (fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read));
 }
 
-TEST_CASE("what cannot be written is still numbered, and no KEL.INI does harm") {
+TEST_CASE("PortNames: devices are numbered even if KEL.INI cannot be written, and no KEL.INI does harm") {
     Computer computer;
     for (int number = 0; number < 12; ++number)
         computer.Plug("ttyUSB" + std::to_string(number));
@@ -196,7 +195,7 @@ TEST_CASE("what cannot be written is still numbered, and no KEL.INI does harm") 
         computer.folder.WriteFile("KEL.INI", content);
         expectNumbers();
         const std::string after = computer.Entries();
-        // Grown by the entries alone, or left as it is where they have no room.
+        // It has grown by the entries alone, or is unchanged where they have no room.
         CHECK((content.size() < Profile::maxFileBytes / 2 ? after.starts_with(content) : after == content));
     }
 
@@ -207,4 +206,12 @@ TEST_CASE("what cannot be written is still numbered, and no KEL.INI does harm") 
     const Profile numbered = AssignPorts(computer.KelIni(), FindSerialDevices(computer.roots), 1ms);
     CHECK(PortDevice(numbered, u"COM9") == computer.roots.devices / "ttyUSB8");
     CHECK(computer.Entries() == "[PORTS]\n");
+}
+
+TEST_CASE("PortNames: a port name is COM1 to COM256") {
+    for (const char16_t* name : {u"COM1", u"com9", u"COM12", u"COM256"})
+        CHECK(IsPortName(name));
+    for (const char16_t* name : {u"", u"COM", u"COM0", u"COM01", u"COM257", u"COM-1", u"COM1x", u"COM 1", u"LPT1",
+                                 u"COM99999999999", u"COM1\nCOM2"})
+        CHECK_FALSE(IsPortName(name));
 }

@@ -1,4 +1,4 @@
-#include "port/PortList.h"
+#include "port/PortNames.h"
 
 namespace tarvin {
 
@@ -6,7 +6,7 @@ std::vector<FoundPort> ListPorts(const KelText& currentPort, const std::function
                                  const std::function<KelText(const KelText& name)>& deviceOf) {
     std::vector<FoundPort> found;
     bool hasCurrent = currentPort.empty();
-    for (int number = 1; number <= 9; ++number) {
+    for (int number = 1; number <= highestOfferedPort; ++number) {
         const KelText name = u"COM" + ToText(number);
         const bool isCurrent = EqualIgnoringCase(name, currentPort);
         hasCurrent = hasCurrent || isCurrent;
@@ -16,6 +16,16 @@ std::vector<FoundPort> ListPorts(const KelText& currentPort, const std::function
     if (!hasCurrent)
         found.push_back({currentPort, deviceOf(currentPort)});
     return found;
+}
+
+bool IsPortName(KelTextView name) {
+    constexpr KelTextView prefix = u"COM";
+    if (!EqualIgnoringCase(name.substr(0, prefix.size()), prefix))
+        return false;
+    const KelTextView digits = name.substr(prefix.size());
+    const auto number = LeadingNumber(digits);
+    // Back to text and compared: "COM01" and "COM1x" are no names.
+    return number && *number >= 1 && *number <= highestPort && ToText(*number) == digits;
 }
 
 }

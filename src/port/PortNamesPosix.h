@@ -1,0 +1,28 @@
+#pragma once
+// The section PORTS of KEL.INI: a device for each port name, as in "COM1=/dev/ttyUSB0".
+
+#include "files/Profile.h"
+#include "port/PortNames.h"
+#include "port/SerialDevicesPosix.h"
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+namespace tarvin {
+
+// None if the name has no entry or an empty one.
+std::optional<std::filesystem::path> PortDevice(const Profile& profile, KelTextView portName);
+
+// Gives each device without an entry the first free number from 1 to 9, as long as there is one, and writes the
+// entries. Keeps every other byte of KEL.INI. Several programs may do so at once: each waits for the others, and writes
+// nothing when `longestWait` has passed. Returns the profile with the new entries, whether or not they could be
+// written.
+Profile AssignPorts(const std::filesystem::path& pathsFile, const std::vector<SerialDevice>& devices,
+                    std::chrono::milliseconds longestWait = std::chrono::seconds(2));
+
+// FindPorts with the devices below other folders, for tests.
+std::vector<FoundPort> FindPorts(const std::filesystem::path& pathsFile, const KelText& currentPort,
+                                 const DeviceRoots& roots);
+
+}
