@@ -1,15 +1,16 @@
 #pragma once
-// The monitor thread: serves the line from construction until it is stopped. Knows nothing of what a pass does.
+// The monitor thread: opens the link, serves it until it is stopped, and closes it.
 
 #include "base/wThread.h"
+#include "engine/Monitor.h"
 
 namespace tarvin {
 
-class LinkEngine;
-
 class CommsMonitor : public wThread {
 public:
-    explicit CommsMonitor(LinkEngine& engine);
+    // Starts the thread.
+    explicit CommsMonitor(Monitor& monitor);
+    // Stops it and waits for its end, for which a write that blocks is cancelled.
     ~CommsMonitor() override;
 
     void Stop() override;
@@ -17,7 +18,7 @@ public:
 private:
     int Body() override;
 
-    LinkEngine& app;
+    Monitor& monitor;
 };
 
 }

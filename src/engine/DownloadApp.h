@@ -1,84 +1,72 @@
 #pragma once
-// The download engine: transfers raw bytes by itself, tests the line, and keeps the states of link and transfer. A
-// subclass that speaks a controller's protocol overrides ProcessReceivedData, SendNextBlock and BeginDownload. Knows
-// nothing of any protocol.
-//
-// Threads are those of LinkEngine.
+// The download engine of one machine, as a program sees it: serves the line on a thread of its own and keeps the state of
+// link and transfer. Any thread may call it. The operations post to the monitor thread and return at once.
 
-#include "engine/LinkEngine.h"
-#include "transfer/FileImage.h"
+#include "engine/EngineSetup.h"
+#include "line/TrafficQueue.h"
 
-#include <chrono>
 #include <filesystem>
 #include <memory>
-#include <string>
-#include <string_view>
 
 namespace tarvin {
 
-class DownloadApp : public LinkEngine {
-public:
-    DownloadApp(EngineSetup setup, KelText machine);
-    ~DownloadApp() override;
+class CommsMonitor;
+class Monitor;
 
-    // Operations of the window. A file is sent or received only if none is on its way; its folder and its extension
-    // become those of the settings. What ends a transfer does nothing without one.
-    void SendFile(const std::filesystem::path& path);
-    void ReceiveFile(const std::filesystem::path& path);
+class DownloadApp {
+public:
+    // `machineName` names the settings file and begins captions.
+    DownloadApp(EngineSetup setup, KelText machineName);
+    // Stops.
+    ~DownloadApp();
+    DownloadApp(const DownloadApp&) = delete;
+    DownloadApp& operator=(const DownloadApp&) = delete;
+
+    // Loads the settings, opens the port and begins to serve the line; problems are told through the events. Operations
+    // that were called before take effect now. Once, and on the thread that calls Stop.
+    void Start();
+    // Ends what is under way, closes the port and saves the settings. Returns when the monitor thread has ended, within
+    // a second whatever the line does. Does nothing the second time.
+    void Stop();
+
+    const KelText& MachineName() const;
+    // What a window shows, as it was published last.
+    EngineSnapshot Snapshot() const;
+    // The trace of the line.
+    TrafficQueue& Traffic();
+
+    // Takes the settings over and opens the port anew.
+    void ApplySettings(DownloadSettings settings);
+    // Takes the settings over and leaves the port alone: for settings that say nothing new about it.
+    void KeepSettings(DownloadSettings settings);
+    // Which signals of the controller hold the line under hardware flow control.
+    void SetHandshakes(bool heedsCts, bool heedsDsr);
+
+    // Logs the line in a fresh file and stores its path in the settings. The next snapshot tells whether the file could
+    // be written.
+    void StartCommsLog(std::filesystem::path path);
+    // Like StartCommsLog, but rolls over at `sizeLimit` bytes and does not store the path in the settings.
+    void StartRollingCommsLog(std::filesystem::path path, std::uint64_t sizeLimit);
+    void StopCommsLog();
+
+    // Transfers by hand. A file is sent or received only if none is on its way; its folder and extension become those
+    // of the settings. The last three do nothing without such a transfer.
+    void SendFile(std::filesystem::path path);
+    void ReceiveFile(std::filesystem::path path);
     void CompleteUpload();
     void CancelUpload();
     void CancelDownload();
-    void EndOfServe();
+
+    // Ends a transfer and puts the link back to waiting.
+    void ResetLink();
+    // Sends XOFF, and XON three seconds later.
     void SendXoffTest();
+    // Sends a message that comes back if a plug joins the transmit and receive lines. The state tells the verdict.
     void StartLoopbackTest();
-    // Sends the text each `period` from now on.
-    void SetPingText(std::string text, std::chrono::milliseconds period);
-
-protected:
-    // Takes what has been received. Called after each read and while bytes are left. Raw: into the upload's file.
-    virtual void ProcessReceivedData();
-    // Called whenever the driver has sent all it was given and the line is not held. Raw: the next block of the file.
-    virtual void SendNextBlock();
-    // The transmit delay is over and the state is DownloadPreparation. Raw: calls the user.
-    virtual void BeginDownload();
-    // The ping timer's tick.
-    virtual void Ping();
-    // Asks the other station for its list of files, where stations keep their files in step.
-    virtual void RequestFileList() {}
-    // Raw: ends the transfer, for nothing would notice a gap.
-    void EndUnsafeTransfer() override;
-
-    // Sends the start character if there is one and begins the download, at once or after the transmit delay.
-    void DownloadNow();
-    // Gives up a download whose delay still runs.
-    void DropDelayedDownload() { downloadNow.reset(); }
-    // Queues the bytes for the line; no formatting, a percent sign is a byte like any other.
-    void SendText(std::string_view text) { line.Transmit().AppendText(text); }
-    void SendChar(std::uint8_t byte, bool continuation) { line.Transmit().Append(byte, continuation); }
 
 private:
-    void StopTimers() override;
-    void OnReceived() override;
-    void OnLineFree() override;
-
-    void CheckLoopback();
-    void StartDownload();
-    void SendBytes(int count);
-    void EndOfServeTick();
-    void ResetLink();
-    void NameTransfer(const std::filesystem::path& path);
-    // The next files are looked for under it.
-    void RememberExtension(const std::filesystem::path& path);
-    void BeginTransfer(TransferState state, std::int64_t range, EndDialog endDialog);
-    void ReleaseTransfer(std::int64_t range);
-    void EndTransfer(TransferState state);
-
-    FileImage fileImage;
-    std::string pingText;
-    Timer pingNow;
-    Timer endOfServe;
-    Timer testXon;
-    std::unique_ptr<Timer> downloadNow;
+    const std::unique_ptr<Monitor> monitor;
+    std::unique_ptr<CommsMonitor> thread;
 };
 
 }

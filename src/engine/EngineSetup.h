@@ -1,22 +1,24 @@
 #pragma once
-// Where an engine lives: what it is given by the program that makes it.
+// What an engine is made of. The program puts it together.
 
-#include "base/Clock.h"
-#include "engine/DownloadWindow.h"
+#include "engine/EngineEvents.h"
 #include "port/SerialPort.h"
+#include "protocol/Protocol.h"
 
 #include <filesystem>
 #include <memory>
 
 namespace tarvin {
 
-// Clock and window must outlive the engine.
+// Clock and events outlive the engine.
 struct EngineSetup {
     std::unique_ptr<SerialPort> port;
     const Clock& clock;
-    DownloadWindow& window;
+    EngineEvents& events;
+    ProtocolMaker makeProtocol;
     std::filesystem::path installation;
-    KelText ncFilesFolder; // what the upload and download folder are unless the settings name others
+    KelText ncFilesFolder;                // the upload and download folder unless the settings name others
+    DownloadSettings firstSettings = {};  // values for which neither the settings file nor a first run has one
 };
 
 }

@@ -57,27 +57,27 @@ void LineRecorder::AddPending(std::uint8_t byte) {
 void LineRecorder::FlushPending() {
     if (pendingTransmitText.empty())
         return;
-    // Only the first piece names the direction, and its name counts.
+    // The direction stands in the first piece alone and counts as part of the text.
     const std::string text = "TX " + std::exchange(pendingTransmitText, {});
-    // Pieces of one text may well be equal: only a text that is a line by itself can be the repetition of another.
+    // The log drops a line that repeats the last one. Two equal pieces of one text are no repetition, so they are forced.
     const bool hasPieces = text.size() > longestPiece;
     for (std::size_t start = 0; start < text.size(); start += longestPiece)
         log.LogLine(std::string_view(text).substr(start, longestPiece), hasPieces);
 }
 
-void LineRecorder::HoldsChanged(const LineStatus& previous, const LineStatus& present) {
-    if (!log.IsOpen())
+void LineRecorder::HoldsChanged(const LineHolds& previous, const LineHolds& present) {
+    if (!log.IsOpen() || previous == present)
         return;
     std::string line;
     const auto note = [&](const char* name, bool before, bool now) {
         if (before != now)
             line += std::string(name) + (now ? "=1  " : "=0  ");
     };
-    note("CTS Hold", previous.holds.cts, present.holds.cts);
-    note("DSR Hold", previous.holds.dsr, present.holds.dsr);
-    note("RLS Hold", previous.holds.rlsd, present.holds.rlsd);
-    note("XOff Hold", previous.holds.xoff, present.holds.xoff);
-    note("XOff Sent", previous.holds.xoffSent, present.holds.xoffSent);
+    note("CTS Hold", previous.cts, present.cts);
+    note("DSR Hold", previous.dsr, present.dsr);
+    note("RLS Hold", previous.rlsd, present.rlsd);
+    note("XOff Hold", previous.xoff, present.xoff);
+    note("XOff Sent", previous.xoffSent, present.xoffSent);
     log.LogLine(line, true);
 }
 

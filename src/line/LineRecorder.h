@@ -1,6 +1,6 @@
 #pragma once
-// What crosses the line, mirrored for both who read it: the trace of the window and the comms log. Costs next to
-// nothing while neither is wanted. Knows nothing of ports. Monitor thread only.
+// Mirrors the bytes on the line into the trace of the window and into the comms log. Costs next to nothing while both
+// are off. Monitor thread.
 
 #include "line/LineTrace.h"
 #include "logging/CommsLog.h"
@@ -15,22 +15,26 @@ namespace tarvin {
 
 class LineRecorder {
 public:
-    LineRecorder(LineTrace& lineTrace, CommsLog& commsLog) : trace(lineTrace), log(commsLog) {}
+    LineRecorder(LineTrace& trace, CommsLog& log) : trace(trace), log(log) {}
 
     void Received(std::span<const std::uint8_t> bytes);
-    // A text is one line of the log, a single byte or a block of file bytes adds to what waits for one.
+    // A text is one line of the log. A single byte or a block of file bytes waits for more until FlushPending, or until
+    // something is received.
     void SentText(std::string_view text);
     void SentByte(std::uint8_t byte, bool continuation);
     void SentBlock(int askedCount, std::span<const std::uint8_t> bytes);
-    // Names each hold that has changed, with its new value.
-    void HoldsChanged(const LineStatus& previous, const LineStatus& present);
-    // Puts what waits into the log. To be called before the log ends.
+    // Logs the name and new value of each hold that has changed.
+    void HoldsChanged(const LineHolds& previous, const LineHolds& present);
+    // A line for the trace alone.
+    void Note(std::string_view text) { trace.Note(text); }
+    void EndTraceLine() { trace.EndLine(); }
+    // Writes waiting transmit text to the log. Called before a log ends.
     void FlushPending();
 
 private:
     void AddPending(std::uint8_t byte);
 
-    // However long the line is held: what waits is bounded by this.
+    // Bounds the waiting text, however long the line is held.
     static constexpr std::size_t longestPending = 64 * 1024;
 
     LineTrace& trace;

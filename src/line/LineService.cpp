@@ -1,7 +1,6 @@
 #include "line/LineService.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace tarvin {
@@ -17,72 +16,58 @@ constexpr int bitsPerCharacter = 10;
 
 }
 
-LineService::LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineRecorder& lineRecorder,
-                         LineClient& lineClient, PortLink::ShowMessage showMessage)
-    : clock(timeSource),
-      recorder(lineRecorder),
-      client(lineClient),
-      link(std::move(port), std::move(showMessage)),
-      transmit(lineRecorder) {}
+LineService::LineService(std::unique_ptr<SerialPort> port, const Clock& clock, LineRecorder& recorder,
+                         LineClient& client, const ThreadOwner& thread)
+    : clock(clock), recorder(recorder), client(client), thread(thread), link(std::move(port)), transmit(recorder) {}
 
-void LineService::OpenPort(const DownloadSettings& settings, const KelText& title) {
+void LineService::OpenPort(const DownloadSettings& settings, const KelText& applicationTitle) {
+    thread.AssertOwned();
     receive.Clear();
-    bitsPerSecond = std::max(std::atoi(ToUtf8(settings.baudRate).c_str()), 1);
-    link.OpenPort(settings, title, false);
+    bitsPerSecond = BitsPerSecond(settings);
+    for (const PortProblem& problem : link.Open(settings, applicationTitle))
+        client.OnPortProblem(problem);
 }
 
-void LineService::NoteOutage(LineStep step, const Error& error) {
-    link.ReportOutage(step, error);
-    if (link.IsOpen())
-        return;
-    receive.Clear();
-    transmit.Clear();
-    status = {};
-    lamps = {};
-    client.OnLinkLost();
+bool LineService::Reopen(const DownloadSettings& settings, const KelText& applicationTitle) {
+    thread.AssertOwned();
+    return link.Reopen(settings, applicationTitle);
 }
 
-bool LineService::CheckLineStatus() {
+void LineService::ClosePort() {
+    thread.AssertOwned();
+    link.Close();
+}
+
+// The order matters. Reading comes first, so that an answer goes out in the look that read the question. The client's
+// turn to send more comes after the write, when the driver has room again.
+bool LineService::Look() {
+    thread.AssertOwned();
     if (!link.IsOpen())
         return false;
-    const LineStatus previous = status;
     const auto present = link.Port().GetStatus();
     if (!present) {
-        NoteOutage(LineStep::Status, present.Reason());
+        NoteFailure(LineStep::Status, present.Reason());
         return false;
     }
-    status = *present;
-    link.EndOutage(LineStep::Status);
-    NoteStatus(previous);
+    link.NoteSuccess(LineStep::Status);
+    NoteStatus(*present);
     if (status.inputCount > 0)
         ReadData();
     if (status.outputCount == 0 && !status.holds.xoff && link.IsOpen()) {
-        const std::size_t written = FlushOutput();
-        if (link.IsOpen())
+        WriteQueued();
+        if (link.IsOpen() && !holds.xoff)
             client.OnLineFree();
-        // Until the next look nobody knows how much of it is still in the driver.
-        status.outputCount += written;
     }
-    const std::size_t held = receive.Count();
-    if (held > 0)
-        client.OnReceived();
-    // A client that took some of it has come one message further, and the next may be there already.
-    return receive.Count() != held || IsWriteDue();
+    return link.IsOpen() && IsWriteDue();
 }
 
-bool LineService::IsWriteDue() const {
-    const bool isFree = status.outputCount == 0 && !status.holds.xoff && !lamps.xoffHold && !link.IsFailing();
-    return isFree && transmit.IsWritePending() && (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
-}
-
-void LineService::NoteStatus(const LineStatus& previous) {
-    recorder.HoldsChanged(previous, status);
-    lamps.ctsHold = status.holds.cts;
-    lamps.dsrHold = status.holds.dsr;
-    lamps.rlsdHold = status.holds.rlsd;
-    lamps.xoffSent = status.holds.xoffSent;
-    if (link.DriverTellsXoffHold())
-        lamps.xoffHold = status.holds.xoff;
+void LineService::NoteStatus(const LineStatus& present) {
+    recorder.HoldsChanged(status.holds, present.holds);
+    status = present;
+    const bool xoffByBytes = holds.xoff;
+    holds = present.holds;
+    if (!link.DriverTellsXoffHold())
+        holds.xoff = xoffByBytes;
 }
 
 void LineService::ReadData() {
@@ -97,77 +82,98 @@ void LineService::ReadData() {
         client.OnOverrunEnded();
     const auto byteCount = link.Port().Read(room);
     if (!byteCount) {
-        NoteOutage(LineStep::Read, byteCount.Reason());
+        NoteFailure(LineStep::Read, byteCount.Reason());
         return;
     }
-    link.EndOutage(LineStep::Read);
+    link.NoteSuccess(LineStep::Read);
     if (*byteCount == 0)
         return;
     receive.Commit(*byteCount);
     NoteReceived(room.first(*byteCount));
-    client.OnReceived();
+    client.OnReceived(receive);
 }
 
 void LineService::NoteReceived(std::span<const std::uint8_t> bytes) {
-    lamps.received = true;
+    activity.received = true;
     for (const std::uint8_t byte : bytes) {
         if (byte == xon || byte == xoff)
-            lamps.xoffHold = byte == xoff;
+            holds.xoff = byte == xoff;
     }
     recorder.Received(bytes);
 }
 
-std::size_t LineService::FlushOutput() {
+bool LineService::IsWriteDue() const {
+    const bool isFree = status.outputCount == 0 && !status.holds.xoff && !holds.xoff && !link.IsFailing();
+    return isFree && transmit.IsWritePending() && (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
+}
+
+// Requires that the driver holds no bytes.
+void LineService::WriteQueued() {
     if (!transmit.IsWritePending())
-        return 0;
+        return;
     const auto now = clock.Now();
     transmit.DriverDrained(now);
     if (!transmit.IsDue(now))
-        return 0;
-    const std::size_t written = WriteData();
-    transmit.SetWritePending(false);
-    return written;
+        return;
+    if (!transmit.IsEmpty()) {
+        // An XOFF may have arrived since the status was taken. Where the driver obeys it, it holds the bytes by itself.
+        if (!link.DriverTellsXoffHold())
+            ReadData();
+        if (!holds.xoff && link.IsOpen())
+            WriteData();
+    }
+    transmit.EndWrite();
 }
 
-std::size_t LineService::WriteData() {
-    if (transmit.IsEmpty())
-        return 0;
+void LineService::WriteData() {
     const auto started = clock.Now();
-    // So that an XOFF that has just arrived is seen, where no driver sees to it.
-    if (!link.DriverTellsXoffHold())
-        ReadData();
-    if (lamps.xoffHold || !link.IsOpen())
-        return 0;
-    const std::size_t pending = transmit.Pending().size();
-    std::size_t written = 0;
-    const Result<> result = link.Port().Write(transmit.Pending(), written);
-    transmit.Consume(written);
-    // A write that took that long was held up, and its bytes are no sign of a line that works.
-    if (written == pending && clock.Now() - started < slowWrite)
-        lamps.transmitted = true;
-    if (!result)
-        NoteOutage(LineStep::Write, result.Reason());
-    else if (written > 0)
-        link.EndOutage(LineStep::Write);
-    return written;
+    const std::size_t pendingCount = transmit.Pending().size();
+    std::size_t byteCount = 0;
+    const auto written = link.Port().Write(transmit.Pending(), byteCount);
+    transmit.Consume(byteCount);
+    // A write that took so long was held up: the lamp shall not show a line that works.
+    if (byteCount == pendingCount && clock.Now() - started < slowWrite)
+        activity.transmitted = true;
+    // How much of it the driver still holds is known at the next look.
+    status.outputCount += byteCount;
+    if (!written)
+        NoteFailure(LineStep::Write, written.Reason());
+    else if (byteCount > 0)
+        link.NoteSuccess(LineStep::Write);
 }
 
-void LineService::Wait(std::chrono::nanoseconds longest, bool isWatched) {
+void LineService::NoteFailure(LineStep step, const Error& error) {
+    if (const auto problem = link.NoteFailure(step, error))
+        client.OnPortProblem(*problem);
+    if (link.IsOpen())
+        return;
+    // Questions and answers that were on their way are stale when the device comes back.
+    receive.Clear();
+    transmit.Clear();
+    status = {};
+    holds = {};
+    activity = {};
+    client.OnLinkLost();
+}
+
+void LineService::Wait(std::chrono::nanoseconds longest, bool awaitsDrain) {
+    thread.AssertOwned();
     const bool isFailing = link.IsFailing();
     if (isFailing)
         longest = std::min(longest, longestLook);
-    else if (link.IsOpen() && (isWatched || transmit.IsWritePending()))
-        longest = std::min(longest, NextLook(clock.Now()));
+    else if (link.IsOpen() && (awaitsDrain || transmit.IsWritePending()))
+        longest = std::min(longest, TimeToNextLook());
+    // A port that has bytes but cannot be read would end every wait at once.
     link.Port().Wait(std::max(longest, std::chrono::nanoseconds::zero()),
                      isFailing ? SerialPort::Awaited::WakeOnly : SerialPort::Awaited::BytesToo);
 }
 
-std::chrono::nanoseconds LineService::NextLook(Clock::TimePoint now) const {
+std::chrono::nanoseconds LineService::TimeToNextLook() const {
     if (status.outputCount == 0) {
         const auto due = transmit.DueTime();
-        return due ? std::min<std::chrono::nanoseconds>(longestLook, *due - now) : longestLook;
+        return due ? std::min<std::chrono::nanoseconds>(longestLook, *due - clock.Now()) : longestLook;
     }
-    // Nothing tells when the driver has sent its last byte; so it is asked when that should be.
+    // No event tells that the driver has sent its last byte, so it is asked at the time when that should be.
     const auto lineTime =
         std::chrono::nanoseconds(1s) * static_cast<std::int64_t>(status.outputCount) * bitsPerCharacter / bitsPerSecond;
     return std::clamp(lineTime, shortestLook, longestLook);

@@ -1,9 +1,9 @@
 #pragma once
-// Serves the line: looks at its status, reads what has arrived, writes what is queued, and says when there is something
-// to do again. Knows nothing of transfers, messages or windows. Monitor thread only, apart from Wake and CancelWrite.
+// Serves the line: looks at its state, reads what has arrived, writes what is queued, and says when the next look is
+// due. Monitor thread, apart from Wake and CancelWrite.
 
 #include "base/Clock.h"
-#include "line/LineRecorder.h"
+#include "base/ThreadOwner.h"
 #include "line/PortLink.h"
 #include "line/ReceiveBuffer.h"
 #include "line/TransmitQueue.h"
@@ -13,82 +13,84 @@
 
 namespace tarvin {
 
-struct Lamps {
-    bool received = false;
-    bool transmitted = false;
-    bool ctsHold = false;
-    bool dsrHold = false;
-    bool rlsdHold = false;
-    bool xoffHold = false;
-    bool xoffSent = false;
-    bool operator==(const Lamps&) const = default;
-};
-
-// Whoever works with what the line brings. Called within CheckLineStatus.
+// Gets what happens on the line. Called within LineService::Look and OpenPort.
 class LineClient {
 public:
     virtual ~LineClient() = default;
-    // The receive buffer holds bytes: after each read that brought some, and at the end of a look while some are left.
-    virtual void OnReceived() = 0;
-    // The driver has sent all it was given, nothing holds the line, and what was queued has been offered to it.
+    // Bytes have arrived: once for each read that brought some. The client takes the bytes that it understands; the
+    // rest stays and is there, with more behind it, the next time.
+    virtual void OnReceived(ReceiveBuffer& received) = 0;
+    // The driver has sent everything, nothing holds the line, and what was queued has been offered to the driver.
     virtual void OnLineFree() = 0;
-    // The receive buffer was full when more arrived, and its content is lost; then the first read after that.
+    // More bytes arrived than the receive buffer holds, and its content is lost.
     virtual void OnOverrun() = 0;
+    // The first read after an overrun.
     virtual void OnOverrunEnded() = 0;
-    // The device has vanished, with all that was on its way.
+    // The device is gone, and with it everything on its way.
     virtual void OnLinkLost() = 0;
+    virtual void OnPortProblem(const PortProblem& problem) = 0;
 };
 
 class LineService {
 public:
-    LineService(std::unique_ptr<SerialPort> port, const Clock& timeSource, LineRecorder& lineRecorder,
-                LineClient& lineClient, PortLink::ShowMessage showMessage);
+    LineService(std::unique_ptr<SerialPort> port, const Clock& clock, LineRecorder& recorder, LineClient& client,
+                const ThreadOwner& thread);
 
-    // See PortLink. What has arrived of a message is dropped with what the port is purged of: its rest must not be
-    // taken for the head of the next one.
-    void OpenPort(const DownloadSettings& settings, const KelText& title);
-    bool Reopen(const DownloadSettings& settings, const KelText& title) { return link.Reopen(settings, title); }
-    void ClosePort() { link.ClosePort(); }
+    // Closes an open port and opens the one that the settings name; the client gets the problems. Drops a partly
+    // received message: after the purge its tail would look like the start of the next one.
+    void OpenPort(const DownloadSettings& settings, const KelText& applicationTitle);
+    // See PortLink.
+    bool Reopen(const DownloadSettings& settings, const KelText& applicationTitle);
+    void ClosePort();
     bool IsOpen() const { return link.IsOpen(); }
     bool IsLinked() const { return link.IsLinked(); }
     const KelText& Title() const { return link.Title(); }
-    // As the settings say that the port was opened with; 1 if they say nothing sensible.
-    int BitsPerSecond() const { return bitsPerSecond; }
 
-    // One look at the line and all that follows from it. True if the next look is due at once: there is more to handle
-    // or to write, and nothing that a wait would end with tells of it.
-    bool CheckLineStatus();
-    // Whether nothing is queued and, at the last look, the driver had sent all it was given.
+    // One look at the line: reads, tells the client, writes. True if the next look is due at once.
+    bool Look();
+    // Whether nothing is queued and the driver held no bytes at the last look.
     bool IsDrained() const { return transmit.IsEmpty() && status.outputCount == 0; }
 
-    // Until there is something to do, but no longer than `longest`. `isWatched`: somebody waits for IsDrained.
-    void Wait(std::chrono::nanoseconds longest, bool isWatched);
+    // Returns when bytes have arrived, when Wake is called, when a queued write is due, or after `longest`.
+    // `awaitsDrain`: the caller waits for IsDrained, so the driver is asked in time.
+    void Wait(std::chrono::nanoseconds longest, bool awaitsDrain);
+    // Ends the present Wait, or the next one. Any thread.
     void Wake() { link.Port().Wake(); }
+    // Ends a write that blocks. Any thread.
     void CancelWrite() { link.Port().CancelWrite(); }
 
-    ReceiveBuffer& Receive() { return receive; }
     TransmitQueue& Transmit() { return transmit; }
-    // The traffic lamps stay lit until somebody who has shown them clears them.
-    Lamps& LineLamps() { return lamps; }
+    // What holds the line. XOFF counts as the driver tells it, or else as the received bytes tell it.
+    const LineHolds& Holds() const { return holds; }
+    // Traffic since the last call, for the lamps.
+    struct Activity {
+        bool received = false;
+        bool transmitted = false;
+        bool operator==(const Activity&) const = default;
+    };
+    const Activity& RecentActivity() const { return activity; }
+    void ClearActivity() { activity = {}; }
 
 private:
-    void NoteStatus(const LineStatus& previous);
+    void NoteStatus(const LineStatus& present);
     void ReadData();
-    bool IsWriteDue() const;
     void NoteReceived(std::span<const std::uint8_t> bytes);
-    std::size_t FlushOutput();
-    std::size_t WriteData();
-    void NoteOutage(LineStep step, const Error& error);
-    std::chrono::nanoseconds NextLook(Clock::TimePoint now) const;
+    bool IsWriteDue() const;
+    void WriteQueued();
+    void WriteData();
+    void NoteFailure(LineStep step, const Error& error);
+    std::chrono::nanoseconds TimeToNextLook() const;
 
     const Clock& clock;
     LineRecorder& recorder;
     LineClient& client;
+    const ThreadOwner& thread;
     PortLink link;
     ReceiveBuffer receive;
     TransmitQueue transmit;
-    LineStatus status;
-    Lamps lamps;
+    LineStatus status; // of the last look
+    LineHolds holds;
+    Activity activity;
     int bitsPerSecond = 1;
     bool isOverrun = false;
 };

@@ -13,8 +13,7 @@ constexpr std::size_t longestOpenLine = 256;
 }
 
 void LineTrace::Push(TrafficLine line) {
-    if (queue.Push(std::move(line)))
-        wakeReader();
+    wakesReader = queue.Push(std::move(line)) || wakesReader;
 }
 
 void LineTrace::ShowOpenLine() {
@@ -61,11 +60,11 @@ void LineTrace::Sent(std::uint8_t byte, bool continuation) {
         EndLine();
 }
 
-void LineTrace::Block(int byteCount, std::span<const std::uint8_t> bytes) {
+void LineTrace::Block(int askedCount, std::span<const std::uint8_t> bytes) {
     if (!queue.IsWanted())
         return;
     EndLine();
-    std::string line = "TX" + std::to_string(byteCount) + " ";
+    std::string line = "TX" + std::to_string(askedCount) + " ";
     AppendTraffic(line, bytes);
     Push({TrafficLine::Kind::Transmitted, std::move(line)});
 }

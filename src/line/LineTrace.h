@@ -1,47 +1,47 @@
 #pragma once
-// Turns what crosses the line into trace lines. Costs next to nothing while nobody reads them. Knows nothing of ports.
-// Monitor thread only.
+// Turns bytes on the line into lines of the trace. Costs next to nothing while the trace is off. Monitor thread.
 
 #include "line/TrafficQueue.h"
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tarvin {
 
 class LineTrace {
 public:
-    // `arrived` is called when the reader of the queue has to be woken.
-    LineTrace(TrafficQueue& traffic, std::function<void()> arrived) : queue(traffic), wakeReader(std::move(arrived)) {}
+    explicit LineTrace(TrafficQueue& queue) : queue(queue) {}
 
-    // Whether anybody reads the lines.
     bool IsWanted() const { return queue.IsWanted(); }
+    // True once after lines have come into the empty queue: its reader has to be told.
+    bool TakeWakeUp() { return std::exchange(wakesReader, false); }
+
     void Note(std::string_view text);
-    // A line of received bytes as they are to be read.
+    // A line of received bytes, as it is shown.
     void Received(std::string line);
 
-    // One transmitted byte. Without `continuation`, or if no line is open, it opens a line; a line feed and a length of
-    // 256 characters end it.
+    // One transmitted byte. It starts a new line unless it continues an open one. A line feed ends the line, and so do
+    // 256 characters.
     void Sent(std::uint8_t byte, bool continuation);
-    // After a text has been sent: the line stays open for the next one unless the text ended it.
+    // The last byte of a text was sent: the next text continues the line unless a line feed ended it.
     void TextSent(std::uint8_t lastByte) { continues = lastByte != '\n'; }
 
-    // A block of file bytes is a line of its own, headed by the number of bytes that were asked for.
-    void Block(int byteCount, std::span<const std::uint8_t> bytes);
+    // A block of file bytes, as a line of its own. `askedCount` is the block size, which the line names.
+    void Block(int askedCount, std::span<const std::uint8_t> bytes);
 
     // Ends the open line, if there is one.
     void EndLine();
-    // Shows what there is of the open line: who looks for an answer must not wait for what follows it.
+    // Shows the open line as far as it has come, so that an answer is seen when it goes out.
     void ShowOpenLine();
 
 private:
     void Push(TrafficLine line);
 
     TrafficQueue& queue;
-    std::function<void()> wakeReader;
+    bool wakesReader = false;
     std::string openLine;
     std::size_t shownLength = 0; // of the open line
     bool continues = false;

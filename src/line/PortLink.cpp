@@ -1,5 +1,7 @@
 #include "line/PortLink.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace tarvin {
@@ -19,15 +21,15 @@ std::string ModeText(const DownloadSettings& settings) {
                   u" stop=" + settings.stopBits);
 }
 
-// None for a text that is no flow control at all: the port then keeps the handshake that it was found with.
-std::optional<FlowControl> FlowOf(const DownloadSettings& settings, bool noSoftwareFlow) {
+// None for a text that is no flow control: the port then keeps the handshake that it was found with.
+std::optional<FlowControl> FlowOf(const DownloadSettings& settings) {
     const bool combined = settings.flowControl == u"Combined";
     const bool hardware = settings.flowControl == u"Hardware";
     const bool software = settings.flowControl == u"Xon/Xoff";
     if (!combined && !hardware && !software && settings.flowControl != u"None")
         return std::nullopt;
     FlowControl flow;
-    flow.software = (combined || software) && !noSoftwareFlow;
+    flow.software = combined || software;
     if (combined || hardware) {
         flow.ctsOutput = flow.rtsHandshake = settings.ctsFlow != 0;
         flow.dsrOutput = flow.dtrHandshake = settings.dsrFlow != 0;
@@ -36,68 +38,72 @@ std::optional<FlowControl> FlowOf(const DownloadSettings& settings, bool noSoftw
     return flow;
 }
 
-}
-
-PortLink::PortLink(std::unique_ptr<SerialPort> serialPort, ShowMessage showMessage)
-    : port(std::move(serialPort)), show(std::move(showMessage)) {}
-
-void PortLink::ReportPortError(const char16_t* stepName, const Error& error) {
-    if (!isQuiet)
-        show({portName + u"\n" + error.text, stepName, okOnly | iconInformation});
-}
-
-bool PortLink::Failed(const char16_t* stepName, const Result<>& result) {
-    if (!result)
-        ReportPortError(stepName, result.Reason());
-    return !result;
-}
-
-void PortLink::ReportOutage(LineStep step, const Error& error) {
+const char16_t* NameOf(LineStep step) {
     constexpr const char16_t* names[] = {u"Comms Status Check", u"Read Data", u"Write Data"};
+    return names[static_cast<std::size_t>(step)];
+}
+
+}
+
+int BitsPerSecond(const DownloadSettings& settings) {
+    return std::max(std::atoi(ToUtf8(settings.baudRate).c_str()), 1);
+}
+
+PortProblem PortLink::Problem(const char16_t* stepName, const Error& error) const {
+    return {stepName, portName + u"\n" + error.text};
+}
+
+std::optional<PortProblem> PortLink::NoteFailure(LineStep step, const Error& error) {
+    std::optional<PortProblem> firstProblem;
     if (!failingStep)
-        ReportPortError(names[static_cast<std::size_t>(step)], error);
+        firstProblem = Problem(NameOf(step), error);
     failingStep = step;
     isFailing = true;
-    if (!error.isGone)
-        return;
-    ClosePort();
-    title = titleName + u" - No Link";
+    if (error.isGone) {
+        Close();
+        title = titleName + u" - No Link";
+    }
+    return firstProblem;
 }
 
-void PortLink::EndOutage(LineStep step) {
+void PortLink::NoteSuccess(LineStep step) {
     if (!failingStep || *failingStep > step)
         return;
     failingStep.reset();
     isFailing = false;
 }
 
-void PortLink::OpenPort(const DownloadSettings& settings, const KelText& applicationTitle, bool noSoftwareFlow) {
+std::vector<PortProblem> PortLink::Open(const DownloadSettings& settings, const KelText& applicationTitle) {
+    std::vector<PortProblem> problems;
     if (port->IsOpen()) {
         port->Purge();
-        Failed(u"Close Previous Connection", port->Close());
+        if (const auto closed = port->Close(); !closed)
+            problems.push_back(Problem(u"Close Previous Connection", closed.Reason()));
     }
     titleName = applicationTitle;
     failingStep.reset();
-    OpenAndConfigure(settings, noSoftwareFlow);
+    OpenAndConfigure(settings, problems);
+    return problems;
 }
 
 bool PortLink::Reopen(const DownloadSettings& settings, const KelText& applicationTitle) {
     titleName = applicationTitle;
-    isQuiet = true;
-    if (!OpenAndConfigure(settings, false))
-        ClosePort();
-    isQuiet = false;
+    std::vector<PortProblem> unreported;
+    if (!OpenAndConfigure(settings, unreported))
+        Close();
     return port->IsOpen();
 }
 
-bool PortLink::OpenAndConfigure(const DownloadSettings& settings, bool noSoftwareFlow) {
+bool PortLink::OpenAndConfigure(const DownloadSettings& settings, std::vector<PortProblem>& problems) {
     portName = settings.port;
     title = titleName + u" - No Link";
     isFailing = false;
     isLinked = false;
-    if (Failed(u"Open Comm", port->Open(portName)))
+    if (const auto opened = port->Open(portName); !opened) {
+        problems.push_back(Problem(u"Open Comm", opened.Reason()));
         return false;
-    isLinked = Configure(settings, noSoftwareFlow);
+    }
+    isLinked = Configure(settings, problems);
     if (isLinked) {
         title = titleName + u" " + portName + u":" + settings.baudRate + u"," + ParityLetter(settings) + u"," +
                 settings.dataBits + u"," + settings.stopBits + u"," + settings.flowControl;
@@ -106,20 +112,27 @@ bool PortLink::OpenAndConfigure(const DownloadSettings& settings, bool noSoftwar
     return isLinked;
 }
 
-bool PortLink::Configure(const DownloadSettings& settings, bool noSoftwareFlow) {
-    Failed(u"Set Comm Buffer Sizes", port->SetQueueSizes(inputQueueBytes, outputQueueBytes));
-    Failed(u"Get Comm State", port->FetchState());
-    const std::optional<FlowControl> flow = FlowOf(settings, noSoftwareFlow);
+bool PortLink::Configure(const DownloadSettings& settings, std::vector<PortProblem>& problems) {
+    const auto succeeded = [&](const char16_t* stepName, const Result<>& result) {
+        if (!result)
+            problems.push_back(Problem(stepName, result.Reason()));
+        return static_cast<bool>(result);
+    };
+    // A port works with queues of another size, and with a state that it did not tell: the two steps are reported only.
+    succeeded(u"Set Comm Buffer Sizes", port->SetQueueSizes(inputQueueBytes, outputQueueBytes));
+    succeeded(u"Get Comm State", port->FetchState());
+    const std::optional<FlowControl> flow = FlowOf(settings);
     driverTellsXoffHold = !flow || flow->software;
-    return !Failed(u"Update Comm State", port->ApplyMode(ModeText(settings))) &&
-           !Failed(u"Set Comm State", port->CommitState(flow)) &&
-           !Failed(u"Setup_Timeouts", port->SetTimeouts(writeTimeout));
+    return succeeded(u"Update Comm State", port->ApplyMode(ModeText(settings))) &&
+           succeeded(u"Set Comm State", port->CommitState(flow)) &&
+           succeeded(u"Setup_Timeouts", port->SetTimeouts(writeTimeout));
 }
 
-void PortLink::ClosePort() {
+void PortLink::Close() {
     if (!port->IsOpen())
         return;
     port->Purge();
+    // A failure to close changes nothing: the port counts as closed.
     (void)port->Close();
 }
 

@@ -1,67 +1,71 @@
 #pragma once
-// The engine's one port: opening and configuring it step by step, reporting each failed step, and getting it back after
-// an outage. Knows nothing of transfers. Monitor thread only, apart from start-up and shut-down, when no other runs.
+// The engine's one port: opens and configures it step by step, and closes it when its device is gone. Monitor thread.
 
-#include "messages/MessageReport.h"
 #include "port/SerialPort.h"
 #include "settings/DownloadSettings.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tarvin {
 
-// What is done with an open port. An outage ends when the step that failed goes well, or one behind it; not when a
-// device can be opened that fails at once.
+// The step of the work on a port that failed, and why. For the user.
+struct PortProblem {
+    KelText stepName;
+    KelText text; // the port's name and the system's words, one line each
+};
+
+// What a look at an open port does, in this order.
 enum class LineStep { Status, Read, Write };
+
+// The speed that the settings ask for; 1 if they name none.
+int BitsPerSecond(const DownloadSettings& settings);
 
 class PortLink {
 public:
-    using ShowMessage = std::function<void(const MessageBoxText&)>;
+    explicit PortLink(std::unique_ptr<SerialPort> port) : port(std::move(port)) {}
 
-    PortLink(std::unique_ptr<SerialPort> serialPort, ShowMessage showMessage);
-
-    // Closes any open port and opens and configures the one that the settings name. A step that fails after the opening
-    // leaves the port open, half-configured, under the "No Link" title. `noSoftwareFlow` keeps XON and XOFF out of the
-    // driver's hands.
-    void OpenPort(const DownloadSettings& settings, const KelText& applicationTitle, bool noSoftwareFlow);
-    // The same without a word; a port that cannot be configured is closed again. True if there is one now.
+    // Closes an open port, then opens and configures the one that the settings name. Returns the steps that failed. A
+    // step that fails after the opening leaves the port open, half-configured, under the "No Link" title: the next
+    // opening closes it. `applicationTitle` begins the title.
+    std::vector<PortProblem> Open(const DownloadSettings& settings, const KelText& applicationTitle);
+    // Like Open for a closed port, but closes a port again that cannot be configured, and reports nothing: it is tried
+    // again until it works. True if a port is open now.
     bool Reopen(const DownloadSettings& settings, const KelText& applicationTitle);
-    void ClosePort();
+    void Close();
 
     SerialPort& Port() { return *port; }
     bool IsOpen() const { return port->IsOpen(); }
-    // Open and set up as the settings ask for.
+    // Whether the port is open and configured as the settings ask for.
     bool IsLinked() const { return isLinked && port->IsOpen(); }
     // The application's title with the port and its settings, or with "No Link".
     const KelText& Title() const { return title; }
-    // False where the received XON and XOFF bytes alone tell whether the line is held.
+    // Whether the driver obeys XON and XOFF. Otherwise received XON and XOFF bytes alone hold and release the line.
     bool DriverTellsXoffHold() const { return driverTellsXoffHold; }
 
-    // A failed step. The first of an outage is reported; if the device is gone the port is closed.
-    void ReportOutage(LineStep step, const Error& error);
-    // A step that went well.
-    void EndOutage(LineStep step);
-    // An open port fails: to be asked again at leisure.
+    // A step on the open port has failed. Returns the first problem of an outage: one outage is one report. Closes the
+    // port if the device is gone.
+    std::optional<PortProblem> NoteFailure(LineStep step, const Error& error);
+    // A step has succeeded. An outage ends when the step that failed succeeds, or a later one: a device may open and
+    // then fail at once.
+    void NoteSuccess(LineStep step);
+    // Whether the open port fails: it is looked at again after a pause.
     bool IsFailing() const { return IsOpen() && isFailing; }
 
 private:
-    void ReportPortError(const char16_t* stepName, const Error& error);
-    bool Configure(const DownloadSettings& settings, bool noSoftwareFlow);
-    bool OpenAndConfigure(const DownloadSettings& settings, bool noSoftwareFlow);
-    bool Failed(const char16_t* stepName, const Result<>& result);
+    PortProblem Problem(const char16_t* stepName, const Error& error) const;
+    bool OpenAndConfigure(const DownloadSettings& settings, std::vector<PortProblem>& problems);
+    bool Configure(const DownloadSettings& settings, std::vector<PortProblem>& problems);
 
     std::unique_ptr<SerialPort> port;
-    ShowMessage show;
     KelText portName;
     KelText titleName;
     KelText title;
     bool isLinked = false;
     bool driverTellsXoffHold = false;
-    std::optional<LineStep> failingStep;
+    std::optional<LineStep> failingStep; // of the present outage
     bool isFailing = false;
-    bool isQuiet = false;
 };
 
 }

@@ -5,14 +5,14 @@
 namespace tarvin {
 
 void TrafficQueue::SetWanted(bool isWanted) {
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     wanted = isWanted;
     lines.clear();
     lostCount = 0;
 }
 
 bool TrafficQueue::Push(TrafficLine line) {
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     if (!IsWanted())
         return false;
     if (lines.size() >= capacity) {
@@ -24,7 +24,7 @@ bool TrafficQueue::Push(TrafficLine line) {
 }
 
 std::vector<TrafficLine> TrafficQueue::Take() {
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     std::vector<TrafficLine> taken = std::exchange(lines, {});
     if (lostCount > 0)
         taken.push_back({TrafficLine::Kind::Note, "... " + std::to_string(lostCount) + " lines not shown ..."});

@@ -1,42 +1,44 @@
 #pragma once
-// The trace of the line on its way from the engine to the window. Never makes the engine wait: a full queue becomes one
-// gap line. Knows nothing of how lines are made or shown.
+// The trace of the line on its way from the engine to a window.
+
+#include "base/Mutex.h"
 
 #include <atomic>
 #include <cstddef>
-#include <mutex>
 #include <string>
 #include <vector>
 
 namespace tarvin {
 
+// One line of the trace, from the recorder to the pane that shows it.
 struct TrafficLine {
     enum class Kind { Received, Transmitted, Note };
     Kind kind = Kind::Note;
     std::string text; // UTF-8, without a line end
-    // More of the line before, which was shown while it was still open.
+    // Continues the line before it, which was shown while it was still open.
     bool extendsLast = false;
 };
 
+// Bounded: a slow reader loses lines and never delays the engine. Any thread.
 class TrafficQueue {
 public:
     static constexpr std::size_t capacity = 5000;
 
-    // Whether anybody reads the lines. While nobody does, the engine makes none. Any thread.
-    void SetWanted(bool isWanted);
+    // Switches the trace on or off and empties the queue. The engine makes no lines while the trace is off.
+    void SetWanted(bool isWanted) EXCLUDES(mutex);
     bool IsWanted() const { return wanted.load(std::memory_order_relaxed); }
 
-    // True if the reader has to be woken: it has drained the queue since it was last told. Monitor thread.
-    bool Push(TrafficLine line);
+    // True for the first line since the queue was empty: the reader has to be told.
+    bool Push(TrafficLine line) EXCLUDES(mutex);
 
-    // All lines so far, oldest first, with one line in place of those that did not fit. Window's thread.
-    std::vector<TrafficLine> Take();
+    // Removes and returns all lines, oldest first. One note stands for the lines that did not fit.
+    std::vector<TrafficLine> Take() EXCLUDES(mutex);
 
 private:
     std::atomic<bool> wanted = false;
-    std::mutex mutex;
-    std::vector<TrafficLine> lines;
-    std::size_t lostCount = 0;
+    Mutex mutex;
+    std::vector<TrafficLine> lines GUARDED_BY(mutex);
+    std::size_t lostCount GUARDED_BY(mutex) = 0;
 };
 
 }

@@ -1,20 +1,23 @@
 #include "line/TransmitQueue.h"
 
+#include <cassert>
+
 namespace tarvin {
 
-void TransmitQueue::Append(std::uint8_t byte, bool continuation) {
+void TransmitQueue::SendChar(std::uint8_t byte, bool continuation) {
     bytes.push_back(byte);
     recorder.SentByte(byte, continuation);
     writePending = true;
 }
 
-void TransmitQueue::AppendText(std::string_view text) {
+void TransmitQueue::SendText(std::string_view text) {
     bytes.insert(bytes.end(), text.begin(), text.end());
     recorder.SentText(text);
     writePending = writePending || !text.empty();
 }
 
-void TransmitQueue::AppendBlock(int askedCount, std::span<const std::uint8_t> block, Clock::Duration delay) {
+void TransmitQueue::SendBlock(int askedCount, std::span<const std::uint8_t> block, Clock::Duration delay) {
+    assert(IsEmpty());
     bytes.insert(bytes.end(), block.begin(), block.end());
     recorder.SentBlock(askedCount, block);
     writePending = true;
@@ -23,6 +26,7 @@ void TransmitQueue::AppendBlock(int askedCount, std::span<const std::uint8_t> bl
 }
 
 void TransmitQueue::Consume(std::size_t byteCount) {
+    assert(byteCount <= bytes.size() - first);
     first += byteCount;
     if (IsEmpty())
         Clear();

@@ -10,242 +10,178 @@ namespace tarvin {
 namespace {
 
 constexpr int attemptsAllowed = 3;
-constexpr std::int64_t uploadRangeAtStart = 10000;
+// What the controller counts for each line end of the file.
+constexpr std::int64_t lineEndBytes = 2;
 
 }
 
-TarvinApp::TarvinApp(EngineSetup setup, KelText machine)
-    : DownloadApp(std::move(setup), machine.empty() ? defaultMachineName : std::move(machine)) {
+DownloadSettings TarvinApp::FirstSettings() {
+    DownloadSettings settings;
     settings.fileExtension.clear();
+    return settings;
 }
 
-void TarvinApp::SendMessage(std::string_view text) {
+TarvinApp::TarvinApp(const ProtocolParts& parts)
+    : parts(parts), transfer(parts.transfer), download(parts, [this] { BeginDownload(); }) {}
+
+void TarvinApp::Send(std::string_view text) {
     BuildFrame(text, frame);
-    SendText(frame);
+    parts.sender.SendText(frame);
 }
 
-void TarvinApp::Fail(TransferState state, std::string_view answer) {
-    transferState = state;
-    ShowStatus();
-    SendMessage(answer);
-}
-
-void TarvinApp::ProcessReceivedData() {
-    while (ExtractMessage(frameEnd, false) > 0) {
-        incomingLine = messageText;
+void TarvinApp::OnReceived(ReceiveBuffer& received) {
+    while (auto next = received.TakeMessage(frameEnd, false)) {
+        // The line feed of a line end stands alone before the next message.
+        if (next->empty())
+            continue;
+        message = std::move(*next);
         HandleMessage();
-        ClearMessage();
     }
 }
 
+// Each test sees the state that the one before left, and a message may hold more than one code: "ABST" within a line of
+// an upload is stored as data and is a request as well, because nothing tells a lost line end from data.
 void TarvinApp::HandleMessage() {
-    // Each test sees the state that the one before left, and a line may hold more than one code: "ABST" within a line
-    // of an upload is stored as data and is a request as well, because nothing tells a lost line end from data.
-    bool handled = HandleUploadMessage();
-    const bool isTransferring =
-        transferState == TransferState::Uploading || transferState == TransferState::Downloading;
-    if (!isTransferring && transferFile.IsOpen())
-        transferFile.Close();
-    handled = HandleRequest() || handled;
-    if (transferState != TransferState::Downloading)
+    codeText = message;
+    bool isHandled = HandleUploadMessage();
+    isHandled = HandleRequest() || isHandled;
+    if (transfer.State() != TransferState::Downloading)
         return;
-    handled = HandleAcknowledgement() || handled;
-    if (!handled) {
-        // Out of step: the controller is told at once instead of being left to wait.
-        retryCount = attemptsAllowed;
+    isHandled = HandleAcknowledgement() || isHandled;
+    if (!isHandled) {
+        // The two sides are out of step. The controller is told at once instead of being left to wait.
+        failedAttempts = attemptsAllowed;
         OnResend();
     }
 }
 
 bool TarvinApp::HandleUploadMessage() {
-    bool handled = false;
-    if (transferState == TransferState::Uploading && HoldsCode(incomingLine, code::uploadData)) {
+    bool isHandled = false;
+    if (transfer.State() == TransferState::Uploading && HoldsCode(codeText, code::uploadData)) {
         OnDataLine();
-        handled = true;
+        isHandled = true;
     }
-    if (transferState == TransferState::Uploading && HoldsCode(incomingLine, code::uploadEnd)) {
-        OnEndOfUpload();
-        handled = true;
+    if (transfer.State() == TransferState::Uploading && HoldsCode(codeText, code::uploadEnd)) {
+        Send(transfer.CompleteUpload() ? code::acknowledge : code::cannotGoOn);
+        isHandled = true;
     }
-    return handled;
+    return isHandled;
 }
 
 bool TarvinApp::HandleRequest() {
-    bool handled = false;
-    if (HoldsCode(incomingLine, code::linkTest)) {
-        OnLinkTest();
-        handled = true;
+    bool isHandled = false;
+    if (HoldsCode(codeText, code::linkTest)) {
+        transfer.ShowLinkTest();
+        Send(code::linkTestAnswer);
+        isHandled = true;
     }
-    if (HoldsCode(incomingLine, code::uploadRequest)) {
-        incomingLine = messageText;
+    if (HoldsCode(codeText, code::uploadRequest)) {
+        codeText = message;
         OnUploadRequest();
-        handled = true;
+        isHandled = true;
     }
-    if (HoldsCode(incomingLine, code::downloadRequest)) {
-        incomingLine = messageText;
+    if (HoldsCode(codeText, code::downloadRequest)) {
+        codeText = message;
         OnDownloadRequest();
-        handled = true;
+        isHandled = true;
     }
-    return handled;
+    return isHandled;
 }
 
 bool TarvinApp::HandleAcknowledgement() {
-    if (HoldsCode(incomingLine, code::dataGood)) {
+    if (HoldsCode(codeText, code::dataGood)) {
         SendNextDataLine();
-        retryCount = 0;
+        failedAttempts = 0;
         return true;
     }
-    if (HoldsCode(incomingLine, code::dataBad)) {
+    if (HoldsCode(codeText, code::dataBad)) {
         OnResend();
         return true;
     }
     return false;
 }
 
-void TarvinApp::OnLinkTest() {
-    // Shown by the next tick: a controller that tests the link all day long must not make the display flicker.
-    transferState = TransferState::LinkTest;
-    lines.Clear();
-    SendMessage(code::linkTestAnswer);
-}
-
-bool TarvinApp::MakeTransferPath(const KelText& folder) {
-    const std::string number(FileNumber(incomingLine));
+// Names the transfer after the number in the message. False if that number may not name a file.
+bool TarvinApp::NameTransfer(const KelText& folder) {
+    const std::string number(FileNumber(message));
     KelText path = WithOwnSeparators(folder);
     if (!path.empty() && !path.ends_with(pathSeparator))
         path += pathSeparator;
-    fileName = FromBytes(number);
-    transferPath = path + fileName + u"." + settings.fileExtension;
-    SetCaption(machineName + u"  " + fileName);
+    const KelText fileName = FromBytes(number);
+    transfer.SetName({path + fileName + u"." + parts.settings.fileExtension, fileName, u"  " + fileName});
     return IsUsableFileNumber(number);
 }
 
 void TarvinApp::OnUploadRequest() {
-    const bool isUsable = MakeTransferPath(settings.uploadPath);
-    if (!isUsable || !transferFile.Open(ToPath(transferPath), KelFile::Mode::WriteText)) {
-        Fail(TransferState::UploadCouldNotOpen, code::cannotGoOn);
+    if (!NameTransfer(parts.settings.uploadPath)) {
+        transfer.End(TransferState::UploadCouldNotOpen);
+        Send(code::cannotGoOn);
         return;
     }
-    lines.Clear();
-    // A download that still waits for its delay would break into this upload with an answer that nobody asked for.
-    DropDelayedDownload();
-    bytesDone = 0;
-    transferState = TransferState::Uploading;
-    SetProgress(0, uploadRangeAtStart);
-    ShowStatus();
-    SendMessage(code::acknowledge);
+    if (!transfer.BeginUpload()) {
+        Send(code::cannotGoOn);
+        return;
+    }
+    // A download that still waits for its delay would put an answer into this upload that the controller does not expect.
+    download.Drop();
+    Send(code::acknowledge);
 }
 
 void TarvinApp::OnDataLine() {
-    incomingLine = DataPayload(incomingLine);
-    if (!incomingLine.empty()) {
-        const bool isWritten = transferFile.Write(incomingLine + '\n');
-        bytesDone = static_cast<std::int64_t>(transferFile.BytesWritten());
-        if (!isWritten) {
-            FailUpload();
-            return;
-        }
-    }
-    // The size of what is coming is not known; the range doubles whenever it is passed.
-    if (bytesDone > bytesTotal)
-        bytesTotal += bytesTotal;
-    SetProgress(bytesDone, bytesTotal);
-    SendMessage(code::acknowledge);
-}
-
-void TarvinApp::FailUpload() {
-    transferFile.Close();
-    SetProgress(0, bytesTotal);
-    Fail(TransferState::UploadErrors, code::cannotGoOn);
-}
-
-void TarvinApp::OnEndOfUpload() {
-    // The controller forgets the file once its end is acknowledged; so it is on the disk by then.
-    if (!transferFile.Sync()) {
-        FailUpload();
-        return;
-    }
-    transferFile.Close();
-    transferState = TransferState::UploadCompleted;
-    ShowStatus();
-    SetProgress(0, bytesTotal);
-    SendMessage(code::acknowledge);
+    // Without the checksum character: it could complete a code at the end of the line.
+    codeText = DataPayload(message);
+    // An empty line is acknowledged but not stored.
+    const bool isStored = codeText.empty() || transfer.Store(std::string(codeText) + '\n');
+    Send(isStored ? code::acknowledge : code::cannotGoOn);
 }
 
 void TarvinApp::OnDownloadRequest() {
-    if (transferFile.IsWriting()) {
+    if (transfer.IsStoring()) {
         // Reading would have to give up a file that is still arriving.
-        MakeTransferPath(settings.downloadPath);
-        Fail(TransferState::DownloadCouldNotOpen, code::cannotRead);
+        NameTransfer(parts.settings.downloadPath);
+        transfer.End(TransferState::DownloadCouldNotOpen);
+        Send(code::cannotRead);
         return;
     }
-    DownloadNow();
-}
-
-LineList::LoadResult TarvinApp::LoadLines() {
-    if (!transferFile.Open(ToPath(transferPath), KelFile::Mode::ReadText))
-        return LineList::LoadResult::Unreadable;
-    const LineList::LoadResult result = lines.Load(transferFile, IsClosing());
-    transferFile.Close();
-    return result;
-}
-
-bool TarvinApp::CanSendLines() const {
-    // A line that is cut, split or ended by a byte of its own would make the machine cut something else.
-    return lines.LongestLine() <= longestDataLine && !lines.HasStrayCarriageReturn();
+    download.Start();
 }
 
 void TarvinApp::BeginDownload() {
-    // From the line as it stands: after a transmit delay it may be a later one than the request.
-    const bool isUsable = MakeTransferPath(settings.downloadPath);
-    const auto loaded = isUsable ? LoadLines() : LineList::LoadResult::Unreadable;
-    if (loaded == LineList::LoadResult::Unreadable) {
-        Fail(TransferState::DownloadCouldNotOpen, code::cannotRead);
+    // From the message as it stands: after a transmit delay it may be a later one than the request.
+    if (!NameTransfer(parts.settings.downloadPath)) {
+        transfer.End(TransferState::DownloadCouldNotOpen);
+        Send(code::cannotRead);
         return;
     }
-    if (loaded == LineList::LoadResult::NotText)
-        ShowMessage({u"Not a valid ASCII file.", u"Error", okOnly | iconExclamation});
-    if (!CanSendLines()) {
-        lines.Clear();
-        Fail(TransferState::FileFormatError, code::cannotRead);
+    if (!transfer.BeginDownload(longestDataLine)) {
+        Send(code::cannotRead);
         return;
     }
-    bytesTotal = static_cast<std::int64_t>(lines.FileSize());
-    bytesDone = 0;
-    SetProgress(0, bytesTotal);
-    transferState = TransferState::Downloading;
-    SendMessage(code::acknowledge);
+    Send(code::acknowledge);
     SendNextDataLine();
 }
 
 void TarvinApp::SendNextDataLine() {
-    const std::string_view dataLine = lines.NextNonEmpty();
-    if (!dataLine.empty()) {
-        lastDataMessage.assign(code::downloadData);
-        lastDataMessage.append(dataLine);
-        SendMessage(lastDataMessage);
-        // Two for the line end in the file.
-        bytesDone += static_cast<std::int64_t>(dataLine.size()) + 2;
-        SetProgress(bytesDone, bytesTotal);
+    const std::string_view dataLine = transfer.NextLine();
+    if (dataLine.empty()) {
+        transfer.End(TransferState::DownloadCompleted);
+        Send(code::downloadEnd);
         return;
     }
-    lines.Clear();
-    transferState = TransferState::DownloadCompleted;
-    ShowStatus();
-    SetProgress(0, bytesTotal);
-    SendMessage(code::downloadEnd);
+    dataMessage.assign(code::downloadData);
+    dataMessage.append(dataLine);
+    Send(dataMessage);
+    transfer.CountSent(static_cast<std::int64_t>(dataLine.size()) + lineEndBytes);
 }
 
 void TarvinApp::OnResend() {
-    ++retryCount;
-    if (retryCount < attemptsAllowed) {
-        SendMessage(lastDataMessage);
+    ++failedAttempts;
+    if (failedAttempts < attemptsAllowed) {
+        Send(dataMessage);
         return;
     }
-    SendMessage(code::cannotGoOn);
-    transferState = TransferState::DownloadErrors;
-    lines.Clear();
-    ShowStatus();
+    transfer.End(TransferState::DownloadErrors);
+    Send(code::cannotGoOn);
 }
 
 }

@@ -1,33 +1,26 @@
 #pragma once
 // The conversation with the machine's controller. The controller begins every exchange and the program only answers:
-// link test, upload (the controller sends a file) and download (it asks for one by number). Knows nothing of how bytes
-// get on the line or a file to the disk.
-//
-// Monitor thread only, like the engine that it extends.
+// link test, upload (the controller sends a file) and download (it asks for one by number). Monitor thread.
 
-#include "engine/DownloadApp.h"
-#include "transfer/LineList.h"
+#include "protocol/DelayedDownload.h"
 
 #include <string>
 #include <string_view>
 
 namespace tarvin {
 
-class TarvinApp : public DownloadApp {
+class TarvinApp : public Protocol {
 public:
     static constexpr const char16_t* defaultMachineName = u"TARVIN";
 
-    // An empty name stands for the default one.
-    TarvinApp(EngineSetup setup, KelText machineName);
-    ~TarvinApp() override { Terminate(); }
+    // The settings of a machine about which no file says anything: this controller names files without an extension.
+    static DownloadSettings FirstSettings();
 
-protected:
-    void ProcessReceivedData() override;
-    // Data goes out only in answer to the controller.
-    void SendNextBlock() override {}
-    void BeginDownload() override;
-    // Each line is acknowledged, so that a gap shows: the controller decides whether the transfer goes on.
-    void EndUnsafeTransfer() override {}
+    explicit TarvinApp(const ProtocolParts& parts);
+
+    // Answers each message in the bytes. Each line of a transfer is acknowledged, so a gap shows, and the controller
+    // decides after an outage whether the transfer goes on.
+    void OnReceived(ReceiveBuffer& received) override;
 
 private:
     void HandleMessage();
@@ -35,27 +28,24 @@ private:
     bool HandleRequest();
     bool HandleAcknowledgement();
 
-    void OnLinkTest();
     void OnUploadRequest();
     void OnDataLine();
-    void OnEndOfUpload();
     void OnDownloadRequest();
+    void BeginDownload();
     void SendNextDataLine();
     void OnResend();
 
-    // Sets the path and caption of the transfer from the number in `incomingLine`; false if that number names no file.
-    bool MakeTransferPath(const KelText& folder);
-    LineList::LoadResult LoadLines();
-    bool CanSendLines() const;
-    void SendMessage(std::string_view text);
-    void Fail(TransferState state, std::string_view answer);
-    void FailUpload();
+    bool NameTransfer(const KelText& folder);
+    void Send(std::string_view text);
 
-    int retryCount = 0; // failed attempts of the data line last sent; only "ABAK" ends the count
-    std::string incomingLine;
-    std::string lastDataMessage;
+    const ProtocolParts parts;
+    Transfer& transfer;
+    std::string message;       // the last one received, with its checksum character
+    std::string_view codeText; // where codes count: the message, or the payload once it has been stored
+    std::string dataMessage;   // the last one sent, for a repeat
     std::string frame;
-    LineList lines;
+    int failedAttempts = 0; // of the data line last sent; only "ABAK" ends the count
+    DelayedDownload download;
 };
 
 }

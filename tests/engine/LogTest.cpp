@@ -1,4 +1,4 @@
-#include "engine/DownloadApp.h"
+#include "protocol/RawProtocol.h"
 #include "support/EngineHarness.h"
 
 #include <algorithm>
@@ -13,13 +13,6 @@ using namespace std::chrono_literals;
 namespace {
 
 using Strings = std::vector<std::string>;
-
-class LogApp : public DownloadApp {
-public:
-    using DownloadApp::DownloadApp;
-    using DownloadApp::SendChar;
-    using DownloadApp::SendText;
-};
 
 // The lines without their times, those of the report left out.
 Strings LinesOf(const std::string& log) {
@@ -36,7 +29,7 @@ Strings LinesOf(const std::string& log) {
     return lines;
 }
 
-void SwitchActivityLogOn(EngineHarness<LogApp>& harness, std::string_view file) {
+void SwitchActivityLogOn(EngineHarness<RawProtocol>& harness, std::string_view file) {
     auto settings = harness.engine->Settings();
     settings.writeLog = 1;
     settings.logFile = FromPath(harness.folder / file);
@@ -46,23 +39,23 @@ void SwitchActivityLogOn(EngineHarness<LogApp>& harness, std::string_view file) 
 }
 
 TEST_CASE("the comms log holds all that crosses the line, and how the link was set up") {
-    EngineHarness<LogApp> harness("[Port Settings]\nflow control=None\n[Files]\nupload path=C:\\up%i\n");
-    harness.Create();
+    EngineHarness<RawProtocol> harness("[Port Settings]\nflow control=None\n[Files]\nupload path=C:\\up%i\n");
+    harness.Open();
     harness.engine->StartCommsLog(harness.folder / "log");
     CHECK(harness.Snapshot().isCommsLogOn);
-    harness.engine->SendText("AAAKq\r");
-    harness.engine->SendText("AAAKq\r");
+    harness.SendText("AAAKq\r");
+    harness.SendText("AAAKq\r");
     harness.Exchange("A\r\n\x7F\x80");
     harness.Exchange("A\r\n\x7F\x80");
-    harness.engine->SendChar(0x12, false);
-    harness.engine->SendChar('x', true);
-    harness.engine->SendText("y");
+    harness.engine->Output().SendChar(0x12, false);
+    harness.engine->Output().SendChar('x', true);
+    harness.SendText("y");
     harness.line.holds.cts = harness.line.holds.xoff = true;
     harness.Run(200ms);
     CHECK(harness.Snapshot().isCommsLogOn);
     harness.line.holds.cts = false;
     harness.Run(10ms);
-    harness.engine->SendChar('z', true);
+    harness.engine->Output().SendChar('z', true);
     harness.engine->StopCommsLog();
     harness.Run(600ms);
     CHECK_FALSE(harness.Snapshot().isCommsLogOn);
@@ -82,8 +75,8 @@ TEST_CASE("the comms log holds all that crosses the line, and how the link was s
 
 TEST_CASE("what was sent in blocks is logged in pieces when the other side speaks, or when the log ends") {
     for (const bool isAnswered : {true, false}) {
-        EngineHarness<LogApp> harness;
-        harness.Create();
+        EngineHarness<RawProtocol> harness;
+        harness.Open();
         harness.engine->StartRollingCommsLog(harness.folder / "log", 1 << 20);
         CHECK(harness.engine->Settings().commsLogFileName.empty());
         harness.folder.WriteFile("NC/part", std::string(3500, 'x'));
@@ -91,7 +84,7 @@ TEST_CASE("what was sent in blocks is logged in pieces when the other side speak
         harness.Run(1s);
         if (isAnswered)
             harness.Exchange("ok");
-        harness.engine->Terminate();
+        harness.engine->Close();
         Strings expected = {"Start of logging",     "TX " + std::string(997, 'x'), std::string(1000, 'x'),
                             std::string(1000, 'x'), std::string(503, 'x'),         "Application Terminated"};
         if (isAnswered)
@@ -101,8 +94,8 @@ TEST_CASE("what was sent in blocks is logged in pieces when the other side speak
 }
 
 TEST_CASE("a log that cannot be written is told of once, and the transfer goes on") {
-    EngineHarness<LogApp> harness;
-    harness.Create();
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
     SwitchActivityLogOn(harness, "missing/activity");
     std::filesystem::create_directory(harness.folder / "logs");
     harness.engine->StartCommsLog(harness.folder / "logs/log");
@@ -117,13 +110,13 @@ TEST_CASE("a log that cannot be written is told of once, and the transfer goes o
         sent += harness.Run(1s) + harness.Exchange("?");
     CHECK(sent == std::string(5000, 'x'));
     // One for the trace, one for the one status that belongs into the history.
-    CHECK(harness.window.boxes == Strings(2, "Problem: Unable to write to log file"));
+    CHECK(harness.events.boxes == Strings(2, "Problem: Unable to write to log file"));
     CHECK_FALSE(harness.Snapshot().isCommsLogOn);
 }
 
 TEST_CASE("the activity log gets the status that ends or fails a transfer, with the file in hand") {
-    EngineHarness<LogApp> harness;
-    harness.Create();
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
     SwitchActivityLogOn(harness, "activity");
     harness.engine->StartCommsLog(harness.folder / "comms");
     harness.folder.WriteFile("NC/7", "xyz");
@@ -144,8 +137,8 @@ TEST_CASE("the activity log gets the status that ends or fails a transfer, with 
 }
 
 TEST_CASE("every file of a rolling log tells how the link was set up") {
-    EngineHarness<LogApp> harness;
-    harness.Create();
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
     harness.engine->StartRollingCommsLog(harness.folder / "log", 3000);
     for (int line = 0; line < 200; ++line)
         harness.Exchange("line " + std::to_string(line));

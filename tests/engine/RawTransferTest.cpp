@@ -1,4 +1,4 @@
-#include "engine/DownloadApp.h"
+#include "protocol/RawProtocol.h"
 #include "support/EngineHarness.h"
 
 #include <doctest/doctest.h>
@@ -9,14 +9,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The engine as it is, with the operation that only a protocol calls.
-class RawApp : public DownloadApp {
-public:
-    using DownloadApp::DownloadApp;
-    using DownloadApp::DownloadNow;
-};
-
-using RawHarness = EngineHarness<RawApp>;
+using RawHarness = EngineHarness<RawProtocol>;
 
 std::string EveryByte(std::size_t length) {
     std::string bytes(length, '\0');
@@ -41,7 +34,7 @@ TEST_CASE("a raw download puts every byte of the file on the line, in blocks tha
     for (const Case& each : {Case{"1200", 1000, 75}, {"2400", 1000, 100}, {"115200", 3, 3}, {"nonsense", 5, 1}}) {
         CAPTURE(each.baudRate);
         RawHarness harness("[Port Settings]\nflow control=None\nbaudrate=" + std::string(each.baudRate) + "\n");
-        harness.Create();
+        harness.Open();
         harness.line.bytesPerSecond = 120;
         const std::string content = EveryByte(each.length);
         StartSending(harness, content);
@@ -60,7 +53,7 @@ TEST_CASE("a raw download puts every byte of the file on the line, in blocks tha
 
 TEST_CASE("an empty file is done at once, and one that cannot be read says so") {
     RawHarness harness;
-    harness.Create();
+    harness.Open();
     StartSending(harness, "");
     CHECK(harness.Run(1s).empty());
     CHECK(harness.Snapshot().transferState == TransferState::DownloadCompleted);
@@ -71,7 +64,7 @@ TEST_CASE("an empty file is done at once, and one that cannot be read says so") 
 
 TEST_CASE("the character delay passes between the end of one block and the next") {
     RawHarness harness;
-    harness.Create();
+    harness.Open();
     auto settings = harness.engine->Settings();
     settings.characterDelayMilliseconds = 500;
     harness.engine->ApplySettings(settings);
@@ -89,7 +82,7 @@ TEST_CASE("a raw download that an XOFF holds is finished after the XON, whoever 
     for (const char* flow : {"None", "Hardware", "Xon/Xoff", "Combined"}) {
         CAPTURE(flow);
         RawHarness harness("[Port Settings]\nflow control=" + std::string(flow) + "\n");
-        harness.Create();
+        harness.Open();
         harness.line.bytesPerSecond = 100;
         const std::string content = EveryByte(350);
         StartSending(harness, content);
@@ -97,19 +90,19 @@ TEST_CASE("a raw download that an XOFF holds is finished after the XON, whoever 
         harness.line.Arrive("\x13");
         sent += harness.Run(1min);
         CHECK(sent.size() < 350);
-        CHECK(harness.Snapshot().lamps.xoffHold);
+        CHECK(harness.Snapshot().lamps.holds.xoff);
         CHECK(harness.Snapshot().transferState == TransferState::Downloading);
         harness.line.Arrive("\x11");
         sent += harness.Run(10s);
         CHECK(sent == content);
-        CHECK_FALSE(harness.Snapshot().lamps.xoffHold);
+        CHECK_FALSE(harness.Snapshot().lamps.holds.xoff);
         CHECK(harness.Snapshot().transferState == TransferState::DownloadCompleted);
     }
 }
 
 TEST_CASE("a write that the driver takes only in part loses and repeats nothing") {
     RawHarness harness;
-    harness.Create();
+    harness.Open();
     harness.line.outputRoom = 30;
     harness.line.bytesPerSecond = 100;
     const std::string content = EveryByte(250);
@@ -122,7 +115,7 @@ TEST_CASE("a raw upload stores every byte, and ends as the user says") {
     const std::string content = EveryByte(9000);
     for (const bool isCompleted : {true, false}) {
         RawHarness harness("[Port Settings]\nflow control=None\n");
-        harness.Create();
+        harness.Open();
         harness.engine->ReceiveFile(harness.folder / "NC/new");
         CHECK(harness.Snapshot().endDialog == EndDialog::Upload);
         for (std::size_t start = 0; start < content.size(); start += 3000)
@@ -145,7 +138,7 @@ TEST_CASE("a raw upload stores every byte, and ends as the user says") {
 
 TEST_CASE("a cancelled download sends what is queued and no more") {
     RawHarness harness;
-    harness.Create();
+    harness.Open();
     harness.line.bytesPerSecond = 100;
     StartSending(harness, EveryByte(1000));
     std::string sent = harness.Run(500ms);
@@ -157,20 +150,20 @@ TEST_CASE("a cancelled download sends what is queued and no more") {
 
 TEST_CASE("the start character goes out before the delay, and the download begins after it") {
     RawHarness harness;
-    harness.Create();
+    harness.Open();
     auto settings = harness.engine->Settings();
     settings.sendStartCode = 1;
     settings.sendEndCode = 1;
     settings.transmitDelaySeconds = 3;
     harness.engine->ApplySettings(settings);
     harness.engine->Traffic().SetWanted(true);
-    harness.engine->DownloadNow();
+    harness.protocol->DownloadNow();
     CHECK(harness.Run(2900ms) == "\x12");
     CHECK(harness.Status() == "Download Waiting For Controller");
-    CHECK(harness.window.attentionCalls == 0);
+    CHECK(harness.events.attentionCalls == 0);
     CHECK(harness.Run(300ms).empty());
     CHECK(harness.Status() == "Download Preparation");
-    CHECK(harness.window.attentionCalls == 1);
+    CHECK(harness.events.attentionCalls == 1);
     const auto traffic = harness.engine->Traffic().Take();
     REQUIRE(traffic.size() == 2);
     CHECK(traffic[0].text == "TX [12]");
@@ -179,7 +172,7 @@ TEST_CASE("the start character goes out before the delay, and the download begin
 
 TEST_CASE("a full disk or a lost line ends a raw upload, with what has arrived kept") {
     RawHarness harness;
-    harness.Create();
+    harness.Open();
     harness.engine->ReceiveFile(harness.folder / "NC/new");
     harness.Exchange("first");
     harness.line.isPresent = false;

@@ -7,8 +7,8 @@ TEST_CASE(
     "what a user does by hand does not break into a transfer of the controller's, nor change one that has ended") {
     EngineHarness<TarvinApp> harness;
     harness.folder.WriteFile("NC/other", "G01\n");
-    harness.Create();
-    harness.engine->EndOfServe();
+    harness.Open();
+    harness.engine->Stations().ResetLink();
     harness.Exchange("ABST100 \r");
     CHECK_FALSE((harness.Snapshot().sendFile.isEnabled || harness.Snapshot().receiveFile.isEnabled));
     harness.engine->SendFile(harness.folder / "NC/other");

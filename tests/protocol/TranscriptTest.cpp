@@ -18,10 +18,10 @@ void Replay(const Transcript& transcript) {
     const std::string ncFolder = (harness.folder / "NC").string();
     harness.folder.WriteFile("LASER.INI", WithFolder(SettingsProfile(transcript), ncFolder));
     MakeFilesBefore(transcript, harness.folder);
-    harness.Create();
+    harness.Open();
     for (const TranscriptStep& step : transcript.steps) {
         CAPTURE(step.send);
-        harness.window.boxes.clear();
+        harness.events.boxes.clear();
         std::string sent = harness.Exchange(step.send);
         for (int tick = 0; sent.size() < step.expect.size() && tick < 100; ++tick)
             sent += harness.Run(100ms);
@@ -30,9 +30,9 @@ void Replay(const Transcript& transcript) {
             CHECK(harness.Run(150ms).empty());
             CHECK(harness.Status() == WithFolder(step.status, ncFolder));
         }
-        CHECK(harness.window.boxes == (step.message.empty() ? std::vector<std::string>() : std::vector{step.message}));
+        CHECK(harness.events.boxes == (step.message.empty() ? std::vector<std::string>() : std::vector{step.message}));
     }
-    harness.engine->Terminate();
+    harness.engine->Close();
     CheckFilesAfter(transcript, harness.folder);
 }
 
@@ -69,7 +69,7 @@ TEST_CASE("a controller that sends byte by byte gets the same answers") {
 
 TEST_CASE("a start character goes out once, before the acknowledgement and the delay") {
     EngineHarness<TarvinApp> harness;
-    harness.Create();
+    harness.Open();
     auto settings = harness.engine->Settings();
     settings.sendStartCode = 1;
     settings.transmitDelaySeconds = 2;
@@ -84,7 +84,7 @@ TEST_CASE("a start character goes out once, before the acknowledgement and the d
 
 TEST_CASE("an upload that begins while a download waits for its delay is not broken into") {
     EngineHarness<TarvinApp> harness("[Port Settings]\ntransmit delay=2\n");
-    harness.Create();
+    harness.Open();
     CHECK(harness.Exchange(Message("ABSE1")).empty());
     CHECK(harness.Exchange(Message("ABST2")) == Message("AAAK"));
     CHECK(harness.Run(5s).empty());
@@ -95,16 +95,16 @@ TEST_CASE("an upload that begins while a download waits for its delay is not bro
 
 TEST_CASE("an overrun is seen although the next read ends it") {
     EngineHarness<TarvinApp> harness;
-    harness.Create();
+    harness.Open();
     harness.Exchange(std::string(4000, 'x'));
     harness.Exchange("x");
-    CHECK(std::count(harness.window.statusLines.begin(), harness.window.statusLines.end(),
+    CHECK(std::count(harness.events.statusLines.begin(), harness.events.statusLines.end(),
                      u"Over Run Error! Data loss has occurred!") == 1);
 }
 
 TEST_CASE("a transfer outlives an outage, and half a message does not") {
     EngineHarness<TarvinApp> harness;
-    harness.Create();
+    harness.Open();
     harness.folder.WriteFile("NC/7.", "N1\nN2\n");
     CHECK(harness.Exchange(Message("ABSE7")) == Message("AAAK") + Message("AADAN1"));
     harness.Exchange("ABNK ABTS ABST");
@@ -117,18 +117,16 @@ TEST_CASE("a transfer outlives an outage, and half a message does not") {
 }
 
 TEST_CASE("settings are kept in a file that no machine name can lead astray") {
-    for (const char16_t* name : {u"", u"LASER/../2", u"CUT 1"}) {
+    for (const char16_t* name : {u"TARVIN", u"LASER/../2", u"CUT 1"}) {
         EngineHarness<TarvinApp> harness;
-        auto machine = std::make_unique<TarvinApp>(EngineSetup{std::make_unique<FakePort>(harness.line), harness.clock,
-                                                               harness.window, harness.folder.Path(), u"NC"},
-                                                   name);
-        machine->Create();
-        const std::string title = *name == u'\0' ? "TARVIN" : ToUtf8(name);
-        CHECK(ToUtf8(machine->Snapshot().caption) == title + " COM1:2400,N,8,1,Xon/Xoff");
+        Monitor machine(harness.Setup(), name);
+        machine.Open();
+        const std::string title = ToUtf8(name);
+        CHECK(ToUtf8(machine.Snapshot().caption) == title + " COM1:2400,N,8,1,Xon/Xoff");
         // No settings yet: the transmit delay of a first run, and no extension.
-        CHECK(machine->Settings().transmitDelaySeconds == 2);
-        CHECK(machine->Settings().fileExtension.empty());
-        machine->Terminate();
+        CHECK(machine.Settings().transmitDelaySeconds == 2);
+        CHECK(machine.Settings().fileExtension.empty());
+        machine.Close();
         std::string fileName = title + ".INI";
         std::replace(fileName.begin(), fileName.end(), '/', '_');
         CHECK(std::filesystem::exists(harness.folder / fileName));

@@ -1,8 +1,7 @@
 #pragma once
-// An engine on a fake port, a clock that the test moves and a window that remembers; all on the test's own thread.
+// The engine on a fake port, a clock that the test moves and events that are remembered, all on the test's own thread.
 
-#include "base/Clock.h"
-#include "engine/DownloadApp.h"
+#include "engine/Monitor.h"
 #include "support/FakePort.h"
 #include "support/TemporaryFolder.h"
 
@@ -15,7 +14,7 @@
 
 namespace tarvin::test {
 
-class RecordingWindow : public DownloadWindow {
+class RecordedEvents : public EngineEvents {
 public:
     void SnapshotChanged(const EngineSnapshot& snapshot) override {
         if (statusLines.empty() || statusLines.back() != snapshot.statusLine)
@@ -24,6 +23,7 @@ public:
     void TrafficArrived() override { ++trafficWakeUps; }
     void ShowMessage(const MessageBoxText& box) override { boxes.push_back(ToUtf8(box.caption + u": " + box.text)); }
     void DrawAttention() override { ++attentionCalls; }
+    void SettingsChanged(const DownloadSettings&) override {}
 
     std::vector<KelText> statusLines;
     std::vector<std::string> boxes;
@@ -31,23 +31,42 @@ public:
     int attentionCalls = 0;
 };
 
-// `Engine` is DownloadApp or derived from it.
-template <typename Engine>
+// `ProtocolType` is constructed from ProtocolParts.
+template <typename ProtocolType>
 class EngineHarness {
 public:
-    // `profile` is what stands in the settings file, in text form.
+    // `profile` is the content of the settings file, in text form.
     explicit EngineHarness(std::string_view profile = "[Port Settings]\ntransmit delay=0\n") {
         std::filesystem::create_directory(folder / "NC");
         folder.WriteFile("LASER.INI", profile);
-        engine = std::make_unique<Engine>(
-            EngineSetup{std::make_unique<FakePort>(line), clock, window, folder.Path(), FromPath(folder / "NC")},
-            u"LASER");
+        engine = std::make_unique<Monitor>(Setup(), u"LASER");
+    }
+
+    static DownloadSettings FirstSettings() {
+        if constexpr (requires { ProtocolType::FirstSettings(); })
+            return ProtocolType::FirstSettings();
+        else
+            return {};
+    }
+
+    EngineSetup Setup() {
+        return {std::make_unique<FakePort>(line),
+                clock,
+                events,
+                [this](const ProtocolParts& parts) {
+                    auto made = std::make_unique<ProtocolType>(parts);
+                    protocol = made.get();
+                    return made;
+                },
+                folder.Path(),
+                FromPath(folder / "NC"),
+                FirstSettings()};
     }
 
     // Loads the settings and opens the port.
-    void Create() { engine->Create(); }
+    void Open() { engine->Open(); }
 
-    // Passes until nothing moves any more; the clock stands still but for what writes cost.
+    // Runs passes until nothing moves. The clock stands still, apart from the time that writes take.
     void Settle() {
         for (int quiet = 0; quiet < 2; ++quiet) {
             while (engine->RunPass())
@@ -55,14 +74,14 @@ public:
         }
     }
 
-    // The bytes come in; what goes out at once.
+    // The bytes arrive; returns what goes out at once.
     std::string Exchange(std::string_view bytes) {
         line.Arrive(bytes);
         Settle();
         return line.TakeSent();
     }
 
-    // The engine lives on, pass by pass and wait by wait, for this long; what went out meanwhile.
+    // Lets the engine work for this long, pass by pass and wait by wait; returns what went out meanwhile.
     std::string Run(Clock::Duration duration) {
         const auto end = clock.Now() + duration;
         std::string sent;
@@ -74,7 +93,7 @@ public:
         return sent;
     }
 
-    // Until the condition holds; the test fails if it does not within `longest` of the engine's time.
+    // Works until the condition holds; the test fails if it does not within `longest` of the engine's time.
     void RunUntil(const std::function<bool()>& condition, Clock::Duration longest = std::chrono::hours(1)) {
         const auto end = clock.Now() + longest;
         while (!condition()) {
@@ -84,14 +103,16 @@ public:
         }
     }
 
+    void SendText(std::string_view text) { engine->Output().SendText(text); }
     EngineSnapshot Snapshot() const { return engine->Snapshot(); }
     std::string Status() const { return ToUtf8(engine->Snapshot().statusLine); }
 
     TemporaryFolder folder;
     ManualClock clock;
     FakeLine line{clock};
-    RecordingWindow window;
-    std::unique_ptr<Engine> engine;
+    RecordedEvents events;
+    ProtocolType* protocol = nullptr; // of the engine
+    std::unique_ptr<Monitor> engine;
 };
 
 }

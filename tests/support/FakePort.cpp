@@ -105,6 +105,7 @@ Result<LineStatus> FakePort::GetStatus() {
     status.holds = line.holds;
     status.inputCount = line.input.size();
     status.outputCount = line.output.size();
+    line.Arrive(std::exchange(line.arrivesAfterStatus, {}));
     return status;
 }
 

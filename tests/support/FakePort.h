@@ -32,6 +32,8 @@ struct FakeLine {
     LineHolds holds;                // reported by each status; CTS, DSR and XOFF hold the output
     std::vector<std::string> calls; // configuration steps, in order, with their arguments
     FlowControl flow;
+    // Arrives once, after the next status was taken.
+    std::string arrivesAfterStatus;
 
     // Faults. Each lasts until the test removes it.
     std::map<std::string, Error> failures;     // by operation: "Open", "Close", "FetchState", "Read" ...

@@ -1,4 +1,4 @@
-#include "engine/DownloadApp.h"
+#include "protocol/RawProtocol.h"
 #include "support/EngineHarness.h"
 
 #include <algorithm>
@@ -13,27 +13,22 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-class LineApp : public DownloadApp {
+// Takes nothing, as a protocol does that waits for the end of a message.
+class WaitingProtocol : public Protocol {
 public:
-    using DownloadApp::DownloadApp;
-    using DownloadApp::SendChar;
-    using DownloadApp::SendText;
+    explicit WaitingProtocol(const ProtocolParts&) {}
+    void OnReceived(ReceiveBuffer& received) override {
+        buffer = &received;
+        ++arrivals;
+    }
+
+    ReceiveBuffer* buffer = nullptr;
+    int arrivals = 0;
 };
 
-// Keeps what arrives, as a protocol does that waits for the end of a message.
-class WaitingApp : public LineApp {
-public:
-    using DownloadApp::ExtractMessage;
-    using DownloadApp::messageText;
-    using LineApp::LineApp;
-
-protected:
-    void ProcessReceivedData() override {}
-};
-
-Strings TrafficOf(DownloadApp& app) {
+Strings TrafficOf(Monitor& engine) {
     Strings texts;
-    for (const TrafficLine& line : app.Traffic().Take())
+    for (const TrafficLine& line : engine.Traffic().Take())
         texts.push_back(line.text);
     return texts;
 }
@@ -70,13 +65,13 @@ TEST_CASE("the port is opened step by step, and each failed step is reported and
     };
     for (const Case& each : cases) {
         CAPTURE(each.failing);
-        EngineHarness<LineApp> harness;
-        harness.line.failures[each.failing] = {u"no luck"};
-        harness.Create();
+        EngineHarness<RawProtocol> harness;
+        harness.line.failures[each.failing] = {u"no luck", false};
+        harness.Open();
         CHECK(harness.line.calls == each.calls);
         CHECK(ToUtf8(harness.Snapshot().caption) ==
               (each.isLinked ? "LASER COM1:2400,N,8,1,Xon/Xoff" : "LASER - No Link"));
-        CHECK(harness.window.boxes ==
+        CHECK(harness.events.boxes ==
               (*each.failing == '\0' ? Strings() : Strings{each.stepName + std::string(": COM1\nno luck")}));
         // Half-configured or not, the next opening closes it first.
         harness.line.failures.clear();
@@ -106,8 +101,8 @@ TEST_CASE("each flow control sets its handshake, and an unknown one leaves it as
     };
     for (const Case& each : cases) {
         CAPTURE(each.flow);
-        EngineHarness<LineApp> harness;
-        harness.Create();
+        EngineHarness<RawProtocol> harness;
+        harness.Open();
         harness.line.calls.clear();
         auto settings = harness.engine->Settings();
         settings.flowControl = FromUtf8(each.flow);
@@ -125,40 +120,40 @@ TEST_CASE("one outage is one report, and the port comes back by itself") {
     };
     for (const Case& each : {Case{"GetStatus", "Comms Status Check"}, {"Read", "Read Data"}, {"Write", "Write Data"}}) {
         CAPTURE(each.operation);
-        EngineHarness<LineApp> harness;
-        harness.Create();
+        EngineHarness<RawProtocol> harness;
+        harness.Open();
         harness.line.failures[each.operation] = {u"Input/output error", true};
-        harness.line.failures["Open"] = {u"No such device"};
+        harness.line.failures["Open"] = {u"No such device", false};
         harness.line.Arrive("x");
-        harness.engine->SendText("answer");
+        harness.SendText("answer");
         harness.Run(1min);
-        CHECK(harness.window.boxes == Strings{each.stepName + std::string(": COM1\nInput/output error")});
+        CHECK(harness.events.boxes == Strings{each.stepName + std::string(": COM1\nInput/output error")});
         CHECK(harness.Snapshot().caption == u"LASER - No Link");
         CHECK(std::count(harness.line.calls.begin(), harness.line.calls.end(), "Open COM1") >= 59);
         harness.line.failures.clear();
         // The answer belongs to a question that was asked before the outage.
         CHECK(harness.Run(1100ms).empty());
         CHECK(harness.Snapshot().caption == u"LASER COM1:2400,N,8,1,Xon/Xoff");
-        CHECK(harness.window.boxes.size() == 1);
-        harness.engine->SendText("next");
+        CHECK(harness.events.boxes.size() == 1);
+        harness.SendText("next");
         CHECK(harness.Run(100ms) == "next");
         harness.line.isPresent = false;
         harness.Run(5s);
-        CHECK(harness.window.boxes.size() == 2);
+        CHECK(harness.events.boxes.size() == 2);
     }
 }
 
 TEST_CASE("a device that opens and fails at once is one outage, and so is one that cannot be configured any more") {
     for (const char* operation : {"GetStatus", "CommitState"}) {
         CAPTURE(operation);
-        EngineHarness<LineApp> harness;
-        harness.Create();
+        EngineHarness<RawProtocol> harness;
+        harness.Open();
         harness.line.isPresent = false;
         harness.Run(1s);
         harness.line.isPresent = true;
         harness.line.failures[operation] = {u"odd", true};
         harness.Run(20s);
-        CHECK(harness.window.boxes.size() == 1);
+        CHECK(harness.events.boxes.size() == 1);
         CHECK(harness.Snapshot().caption == u"LASER - No Link");
         harness.line.failures.clear();
         harness.Run(2s);
@@ -167,86 +162,66 @@ TEST_CASE("a device that opens and fails at once is one outage, and so is one th
 }
 
 TEST_CASE("a fault that does not take the device away is one report until the line works again") {
-    EngineHarness<LineApp> harness;
-    harness.Create();
-    harness.line.failures["GetStatus"] = {u"odd"};
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
+    harness.line.failures["GetStatus"] = {u"odd", false};
     harness.Run(10s);
-    CHECK(harness.window.boxes.size() == 1);
+    CHECK(harness.events.boxes.size() == 1);
     harness.line.failures.clear();
     harness.Exchange("x");
-    harness.line.failures["Read"] = {u"odd"};
+    harness.line.failures["Read"] = {u"odd", false};
     harness.line.Arrive("y");
     harness.Run(10s);
-    CHECK(harness.window.boxes.size() == 2);
+    CHECK(harness.events.boxes.size() == 2);
 }
 
 TEST_CASE("a full receive buffer is an overrun that is seen although the next read ends it") {
-    EngineHarness<WaitingApp> harness("[Port Settings]\nflow control=None\n");
-    harness.Create();
+    EngineHarness<WaitingProtocol> harness("[Port Settings]\nflow control=None\n");
+    harness.Open();
     harness.Exchange(std::string(4000, 'x'));
     CHECK(harness.Status() == "Waiting...");
     harness.Exchange("the rest");
-    CHECK(std::count(harness.window.statusLines.begin(), harness.window.statusLines.end(),
+    CHECK(std::count(harness.events.statusLines.begin(), harness.events.statusLines.end(),
                      u"Over Run Error! Data loss has occurred!") == 1);
     harness.Run(200ms);
     CHECK(harness.Status() == "Waiting...");
     harness.Exchange("!");
-    CHECK(harness.engine->ExtractMessage('!', false) == 9);
-    CHECK(harness.engine->messageText == "the rest!");
-}
-
-TEST_CASE("a message is its printable bytes up to the terminator") {
-    EngineHarness<WaitingApp> harness("[Port Settings]\nflow control=None\n");
-    harness.Create();
-    std::string everyByte;
-    for (int byte = 0; byte < 256; ++byte) {
-        if (byte != '\r')
-            everyByte.push_back(static_cast<char>(byte));
-    }
-    harness.Exchange(everyByte);
-    CHECK(harness.engine->ExtractMessage('\r', false) == 0);
-    harness.Exchange("\r\n\rnext");
-    CHECK(harness.engine->ExtractMessage('\r', true) == 96);
-    CHECK(harness.engine->messageText.front() == ' ');
-    CHECK(harness.engine->messageText.substr(94) == "~\r");
-    CHECK(harness.engine->ExtractMessage('\r', false) == 0);
-    CHECK(harness.engine->ExtractMessage('\r', false) == 0);
-    CHECK(harness.engine->ExtractMessage('t', false) == 4);
+    CHECK(harness.protocol->buffer->TakeMessage('!', false) == "the rest!");
 }
 
 TEST_CASE("after an XOFF an answer waits for the next queuing where only the bytes tell of it") {
-    EngineHarness<WaitingApp> harness("[Port Settings]\nflow control=None\n");
-    harness.Create();
+    EngineHarness<WaitingProtocol> harness("[Port Settings]\nflow control=None\n");
+    harness.Open();
     CHECK(harness.Exchange("\x13").empty());
-    harness.engine->SendText("held ");
+    harness.SendText("held ");
     CHECK(harness.Run(10s).empty());
     CHECK(harness.Exchange("\x11").empty());
     CHECK(harness.Run(10s).empty());
-    harness.engine->SendText("freed");
+    harness.SendText("freed");
     CHECK(harness.Run(100ms) == "held freed");
     CHECK(harness.Exchange("\x13\x11").empty());
-    harness.engine->SendText("last one wins");
+    harness.SendText("last one wins");
     CHECK(harness.Run(100ms) == "last one wins");
     // Where the driver tells, it goes out with the XON.
     auto settings = harness.engine->Settings();
     settings.flowControl = u"Xon/Xoff";
     harness.engine->ApplySettings(settings);
     harness.Exchange("\x13");
-    harness.engine->SendText("held");
+    harness.SendText("held");
     CHECK(harness.Run(10s).empty());
     harness.line.Arrive("\x11");
     CHECK(harness.Run(100ms) == "held");
 }
 
 TEST_CASE("nothing waits for a held line: timers and commands go on under an XOFF of an hour") {
-    EngineHarness<LineApp> harness;
-    harness.Create();
-    harness.engine->SetPingText("ping ", 1000ms);
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
+    harness.engine->Stations().SetPingText("ping ", 1000ms);
     harness.line.holds.cts = true;
     harness.Run(10s);
-    CHECK(harness.Snapshot().lamps.ctsHold);
+    CHECK(harness.Snapshot().lamps.holds.cts);
     bool isDone = false;
-    harness.engine->Post([&] { isDone = true; });
+    harness.engine->Post([&](Monitor&) { isDone = true; });
     harness.Run(1h);
     CHECK(isDone);
     harness.line.holds.cts = false;
@@ -254,15 +229,15 @@ TEST_CASE("nothing waits for a held line: timers and commands go on under an XOF
 }
 
 TEST_CASE("a write that took five seconds lights no lamp, but is not repeated") {
-    EngineHarness<LineApp> harness;
-    harness.Create();
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
     harness.line.writeDuration = 5s;
-    harness.engine->SendText("slow");
+    harness.SendText("slow");
     harness.engine->RunPass();
     CHECK_FALSE(harness.Snapshot().lamps.transmitted);
     CHECK(harness.Run(1s) == "slow");
     harness.line.writeDuration = 4s;
-    harness.engine->SendText("quick");
+    harness.SendText("quick");
     harness.engine->RunPass();
     CHECK(harness.Snapshot().lamps.transmitted);
     harness.Run(200ms);
@@ -270,8 +245,8 @@ TEST_CASE("a write that took five seconds lights no lamp, but is not repeated") 
 }
 
 TEST_CASE("the loop-back test succeeds if its message returns, in pieces and after noise, and fails if it does not") {
-    EngineHarness<LineApp> harness;
-    harness.Create();
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
     for (const bool isJoined : {true, false}) {
         harness.line.bytesPerSecond = 100;
         harness.engine->StartLoopbackTest();
@@ -291,9 +266,9 @@ TEST_CASE("the loop-back test succeeds if its message returns, in pieces and aft
 }
 
 TEST_CASE("the XOFF test ends with an XON after three seconds") {
-    EngineHarness<LineApp> harness;
-    harness.Create();
-    harness.engine->SendXoffTest();
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
+    harness.engine->Tests().StartXoff();
     CHECK(harness.Run(2900ms) == "\x13");
     CHECK(harness.Run(10s) == "\x11");
 }
@@ -309,40 +284,40 @@ TEST_CASE("the end of a service puts the link back and keeps an upload's file") 
     for (const Case& each : {Case{0, 0, "Waiting...", true, false},
                              {1, 1, "Waiting...", false, false},
                              {1, 0, "Client: Machine cannot find DNC Server", false, true}}) {
-        EngineHarness<LineApp> harness;
-        harness.Create();
+        EngineHarness<RawProtocol> harness;
+        harness.Open();
         auto settings = harness.engine->Settings();
         settings.networkMode = each.networkMode;
         settings.serverMode = each.serverMode;
         harness.engine->ApplySettings(settings);
-        harness.engine->SetPingText("ping", 1000ms);
+        harness.engine->Stations().SetPingText("ping", 1000ms);
         harness.engine->ReceiveFile(harness.folder / "NC/new");
         harness.Exchange("part");
-        harness.engine->EndOfServe();
+        harness.engine->Stations().ResetLink();
         CHECK(harness.Run(5s).empty() != each.keepsPinging);
         CHECK(harness.Status() == each.status);
         CHECK(harness.Snapshot().sendFile.isVisible == each.showsButtons);
         CHECK(harness.folder.ReadFile("NC/new") == "part");
-        CHECK(std::none_of(harness.window.statusLines.begin(), harness.window.statusLines.end(),
+        CHECK(std::none_of(harness.events.statusLines.begin(), harness.events.statusLines.end(),
                            [](const KelText& line) { return line.starts_with(u"Upload Cancelled"); }));
     }
 }
 
 TEST_CASE("the trace shows both directions byte for byte, and a reader that stalls loses lines but stops nothing") {
-    EngineHarness<LineApp> harness("[Port Settings]\nflow control=None\n");
-    harness.Create();
-    harness.engine->SendText("unseen");
+    EngineHarness<RawProtocol> harness("[Port Settings]\nflow control=None\n");
+    harness.Open();
+    harness.SendText("unseen");
     harness.Run(10ms);
     harness.engine->Traffic().SetWanted(true);
-    harness.engine->SendText("a%s\r");
-    harness.engine->SendText("b");
+    harness.SendText("a%s\r");
+    harness.SendText("b");
     harness.Exchange("A\r\n\x7F\x80");
-    harness.engine->SendText("line\n");
-    harness.engine->SendChar(0x12, false);
-    harness.engine->SendChar('x', false);
-    harness.engine->SendText(std::string(300, 'y'));
+    harness.SendText("line\n");
+    harness.engine->Output().SendChar(0x12, false);
+    harness.engine->Output().SendChar('x', false);
+    harness.SendText(std::string(300, 'y'));
     harness.Exchange("z");
-    CHECK(harness.window.trafficWakeUps == 1);
+    CHECK(harness.events.trafficWakeUps == 1);
     CHECK(TrafficOf(*harness.engine) == Strings{"TX a%s[0d]b", "RX A[0d][0a]\x7F[80]", "TX line[0a]", "TX [12]",
                                                 "TX x" + std::string(252, 'y'), "TX " + std::string(48, 'y'), "RX z"});
     for (int count = 0; count < 5003; ++count)

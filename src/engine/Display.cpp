@@ -1,0 +1,141 @@
+#include "engine/Display.h"
+
+#include <utility>
+
+namespace tarvin {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto tickPeriod = 100ms;
+// Each tick wakes the processor, and a link may be idle for days.
+constexpr auto quietPeriod = 500ms;
+
+}
+
+Display::Display(const Sources& sources, EngineEvents& events, Logs& logs, TimerQueue& timers, const Clock& clock)
+    : sources(sources),
+      events(events),
+      logs(logs),
+      tick(timers, clock, "DownloadApp::DisplayStatus", tickPeriod, Timer::Kind::Repeating, [this] { OnTick(); }) {}
+
+void Display::Start() {
+    FollowAt(tickPeriod);
+    Show();
+}
+
+void Display::FollowAt(Clock::Duration period) {
+    isQuiet = period == quietPeriod;
+    tick.SetPeriod(period);
+    tick.Start();
+}
+
+void Display::OnTick() {
+    if (!Show())
+        FollowAt(quietPeriod);
+}
+
+void Display::OnStateChanged(Urgency urgency) {
+    if (urgency == Urgency::AtOnce)
+        Show();
+}
+
+void Display::OnNamed(const TransferName& name) {
+    if (!name.title.empty())
+        next.caption = sources.machineName + name.title;
+}
+
+void Display::ShowLink() {
+    next.linkTitle = sources.line.Title();
+    next.hasLink = sources.line.IsLinked();
+    next.caption = next.linkTitle;
+    Publish();
+}
+
+void Display::ShowButtons(bool areVisible) {
+    for (ActionButton* button : {&next.sendFile, &next.receiveFile, &next.test})
+        button->isVisible = areVisible;
+}
+
+void Display::ShowAgain() {
+    if (!Publish())
+        events.SnapshotChanged(next);
+}
+
+void Display::FreezeUntilSent() {
+    tick.Stop();
+    resumesWhenSent = true;
+}
+
+void Display::FollowPass() {
+    if (resumesWhenSent && (sources.line.IsDrained() || !sources.line.IsOpen())) {
+        resumesWhenSent = false;
+        FollowAt(tickPeriod);
+    }
+    // News do not wait for the end of a quiet period.
+    if (isQuiet && tick.IsRunning() && HasNews())
+        FollowAt(tickPeriod);
+}
+
+bool Display::Show() {
+    const Transfer& transfer = sources.transfer;
+    const KelText peerName = u"Unknown";
+    const StatusDescription description = DescribeState(
+        transfer.State(), {transfer.Name().path, transfer.BytesDone(), transfer.BytesTotal(),
+                           sources.settings.stationName, peerName, sources.settings.serverMode != 0});
+    next.transferState = transfer.State();
+    next.transferPath = transfer.Name().path;
+    if (description.line)
+        next.statusLine = *description.line;
+    next.progressPosition = transfer.Bar().position;
+    next.progressRange = transfer.Bar().range;
+    const LineService::Activity& activity = sources.line.RecentActivity();
+    next.lamps = {activity.received, activity.transmitted, sources.line.Holds()};
+    // A second transfer must not break into the first, and without one there is nothing to end.
+    next.sendFile.isEnabled = next.receiveFile.isEnabled = !transfer.IsUnderWay();
+    next.endDialog = transfer.Dialog();
+    const bool isChanged = Publish();
+    LogStatus(description);
+    shownByteCount = transfer.BytesDone();
+    sources.line.ClearActivity();
+    return isChanged;
+}
+
+bool Display::Publish() {
+    {
+        const MutexLock lock(mutex);
+        if (next == latest)
+            return false;
+        latest = next;
+    }
+    events.SnapshotChanged(next);
+    return true;
+}
+
+// A status is logged when it appears, not at each tick at which it stays, and again if it could not be written.
+void Display::LogStatus(const StatusDescription& description) {
+    if (description.isReported && (loggedLine != next.statusLine || logs.IsStatusUnwritten())) {
+        if (description.reportedBefore)
+            logs.LogStatusChange(sources.settings, *description.reportedBefore, sources.transfer.Name().fileName);
+        logs.LogStatusChange(sources.settings, next.statusLine, sources.transfer.Name().fileName);
+    }
+    loggedLine = description.isReported ? next.statusLine : KelText();
+}
+
+bool Display::HasNews() const {
+    const LineService::Activity& activity = sources.line.RecentActivity();
+    const Lamps lamps = {activity.received, activity.transmitted, sources.line.Holds()};
+    if (sources.transfer.State() != next.transferState || sources.transfer.BytesDone() != shownByteCount ||
+        lamps != next.lamps)
+        return true;
+    const MutexLock lock(mutex);
+    return next != latest;
+}
+
+EngineSnapshot Display::Latest() const {
+    const MutexLock lock(mutex);
+    return latest;
+}
+
+}

@@ -1,0 +1,71 @@
+#pragma once
+// What the user sees of the engine, and when: the snapshot, its timer, and the activity log, which records what is seen.
+// Button states and end dialogs are derived from the state here. Monitor thread, apart from Latest.
+
+#include "base/Mutex.h"
+#include "base/Timer.h"
+#include "engine/EngineEvents.h"
+#include "engine/Logs.h"
+#include "line/LineService.h"
+
+namespace tarvin {
+
+class Display : public TransferObserver {
+public:
+    // What is shown. All of it outlives the display and may be constructed after it.
+    struct Sources {
+        const Transfer& transfer;
+        LineService& line;
+        const DownloadSettings& settings;
+        const KelText& machineName;
+    };
+
+    Display(const Sources& sources, EngineEvents& events, Logs& logs, TimerQueue& timers, const Clock& clock);
+
+    // Shows the present state and begins to follow it, ten times a second while something changes.
+    void Start();
+    void Stop() { tick.Stop(); }
+
+    void OnStateChanged(Urgency urgency) override;
+    void OnNamed(const TransferName& name) override;
+    void ShowMessage(const MessageBoxText& box) override { events.ShowMessage(box); }
+    void DrawAttention() override { events.DrawAttention(); }
+
+    // The port was opened or lost.
+    void ShowLink();
+    // Whether the window offers its action buttons.
+    void ShowButtons(bool areVisible);
+    void ShowCommsLog(bool isOn) { next.isCommsLogOn = isOn; }
+    // Publishes even without a change, for a window whose switch is ahead of the engine.
+    void ShowAgain();
+    // Shows nothing new until everything queued has left the driver: before that, the state of a test says nothing.
+    void FreezeUntilSent();
+    bool AwaitsDrain() const { return resumesWhenSent; }
+    // To be called at the end of each pass over the line.
+    void FollowPass();
+
+    // The snapshot that was published last. Any thread.
+    EngineSnapshot Latest() const EXCLUDES(mutex);
+
+private:
+    void OnTick();
+    void FollowAt(Clock::Duration period);
+    bool Show();
+    bool Publish();
+    void LogStatus(const StatusDescription& description);
+    bool HasNews() const;
+
+    const Sources sources;
+    EngineEvents& events;
+    Logs& logs;
+    EngineSnapshot next; // under construction, not yet seen
+    mutable Mutex mutex;
+    EngineSnapshot latest GUARDED_BY(mutex);
+    std::int64_t shownByteCount = 0;
+    KelText loggedLine; // the status that is in the activity log, for as long as it is shown
+    bool resumesWhenSent = false;
+    bool isQuiet = false; // nothing has changed at the last tick
+    Timer tick;
+};
+
+}

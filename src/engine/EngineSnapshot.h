@@ -1,0 +1,46 @@
+#pragma once
+// Everything that a window shows of the engine, as one plain value.
+
+#include "port/SerialPort.h"
+#include "transfer/Transfer.h"
+
+#include <cstdint>
+
+namespace tarvin {
+
+// A button of the main window that follows the engine.
+struct ActionButton {
+    bool isVisible = false;
+    bool isEnabled = true;
+    bool operator==(const ActionButton&) const = default;
+};
+
+struct Lamps {
+    bool received = false;    // since the snapshot before
+    bool transmitted = false; // since the snapshot before
+    LineHolds holds;
+    bool operator==(const Lamps&) const = default;
+};
+
+struct EngineSnapshot {
+    TransferState transferState = TransferState::NoLink;
+    KelText statusLine;
+    std::int64_t progressPosition = 0;
+    std::int64_t progressRange = 0;
+    Lamps lamps;
+    KelText caption;
+    // The machine's name with the port and its settings, or with "No Link".
+    KelText linkTitle;
+    // Whether a port is open and configured.
+    bool hasLink = false;
+    // The path of the file that is on its way, or was last.
+    KelText transferPath;
+    ActionButton sendFile;
+    ActionButton receiveFile;
+    ActionButton test = {true, true};
+    EndDialog endDialog = EndDialog::None;
+    bool isCommsLogOn = false;
+    bool operator==(const EngineSnapshot&) const = default;
+};
+
+}

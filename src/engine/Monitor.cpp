@@ -1,0 +1,225 @@
+#include "engine/Monitor.h"
+
+#include "settings/SettingsCheck.h"
+
+#include <utility>
+
+namespace tarvin {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto reopenPeriod = 1000ms;
+constexpr auto longestIdle = 1h;
+
+KelText FolderOf(const std::filesystem::path& path) {
+    return AsFolderSetting(FromPath(path.parent_path()));
+}
+
+}
+
+Monitor::Monitor(EngineSetup setup, KelText machineName)
+    : machineName(std::move(machineName)),
+      clock(setup.clock),
+      events(setup.events),
+      store(std::move(setup.installation), this->machineName, std::move(setup.ncFilesFolder)),
+      settings(std::move(setup.firstSettings)),
+      trace(traffic),
+      logs(clock, trace, events),
+      display({transfer, line, settings, this->machineName}, events, logs, timers, clock),
+      transfer(display, isClosing, thread),
+      line(std::move(setup.port), clock, logs.Recorder(), *this, thread),
+      tests(transfer, line.Transmit(), logs.Recorder(), timers, clock),
+      network(transfer, line.Transmit(), display, settings, timers, clock),
+      protocol(setup.makeProtocol({transfer, line.Transmit(), settings, timers, clock})),
+      reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
+                 [this] { ReopenPort(); }) {}
+
+void Monitor::Post(Command command) {
+    {
+        const MutexLock lock(commandMutex);
+        commands.push_back(std::move(command));
+    }
+    Wake();
+}
+
+void Monitor::RunCommands() {
+    std::vector<Command> due;
+    {
+        const MutexLock lock(commandMutex);
+        due.swap(commands);
+    }
+    for (const Command& command : due)
+        command(*this);
+}
+
+void Monitor::PrepareClose() {
+    isClosing = true;
+    line.CancelWrite();
+}
+
+void Monitor::Open() {
+    thread.AssertOwned();
+    auto loaded = store.Load(settings);
+    settings = std::move(loaded.settings);
+    events.SettingsChanged(settings);
+    if (loaded.warning)
+        events.ShowMessage(*loaded.warning);
+    OpenPort();
+    transfer.Wait(Urgency::NextTick);
+    display.Start();
+}
+
+// An answer goes out in the pass that read the question: nothing but the line comes before the logs and the display.
+bool Monitor::RunPass() {
+    thread.AssertOwned();
+    RunCommands();
+    const bool isMoreDue = line.Look();
+    trace.ShowOpenLine();
+    if (trace.TakeWakeUp())
+        events.TrafficArrived();
+    timers.RunDue(clock.Now());
+    logs.Flush();
+    display.ShowCommsLog(logs.IsCommsLogOpen());
+    display.FollowPass();
+    return isMoreDue;
+}
+
+void Monitor::WaitForWork() {
+    const auto due = timers.NextDue();
+    line.Wait(due ? *due - clock.Now() : longestIdle, display.AwaitsDrain());
+}
+
+void Monitor::Close() {
+    isClosing = true;
+    // A command that was posted last is not lost because the line was slow.
+    RunCommands();
+    display.Stop();
+    reopenPort.Stop();
+    line.ClosePort();
+    (void)store.SaveSettings(settings);
+    transfer.KeepFile();
+    logs.EndCommsLog("Application Terminated");
+    logs.Flush();
+}
+
+void Monitor::OnReceived(ReceiveBuffer& received) {
+    tests.OnReceived(received);
+    protocol->OnReceived(received);
+}
+
+void Monitor::OnPortProblem(const PortProblem& problem) {
+    events.ShowMessage({problem.text, problem.stepName, okOnly | iconInformation});
+}
+
+void Monitor::OnLinkLost() {
+    protocol->OnLinkLost();
+    display.ShowLink();
+    reopenPort.Start();
+}
+
+void Monitor::OpenPort() {
+    line.OpenPort(settings, machineName);
+    display.ShowLink();
+    if (line.IsOpen())
+        reopenPort.Stop();
+    else
+        reopenPort.Start();
+}
+
+void Monitor::ReopenPort() {
+    if (!line.Reopen(settings, machineName))
+        return;
+    reopenPort.Stop();
+    display.ShowLink();
+    logs.LogLine(ToUtf8(line.Title()), true);
+}
+
+void Monitor::ApplySettings(DownloadSettings newSettings) {
+    KeepSettings(std::move(newSettings));
+    if (!isClosing)
+        OpenPort();
+}
+
+void Monitor::KeepSettings(DownloadSettings newSettings) {
+    settings = std::move(newSettings);
+    events.SettingsChanged(settings);
+}
+
+void Monitor::SetHandshakes(bool heedsCts, bool heedsDsr) {
+    DownloadSettings changed = settings;
+    changed.ctsFlow = heedsCts ? 1 : 0;
+    changed.dsrFlow = heedsDsr ? 1 : 0;
+    ApplySettings(std::move(changed));
+}
+
+void Monitor::StartCommsLog(const std::filesystem::path& path) {
+    settings.commsLogFileName = FromPath(path);
+    events.SettingsChanged(settings);
+    logs.StartCommsLog(path, settings, 0);
+    // A full disk shows at the first write.
+    logs.Flush();
+    display.ShowCommsLog(logs.IsCommsLogOpen());
+    display.ShowAgain();
+}
+
+void Monitor::StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit) {
+    logs.StartCommsLog(path, settings, sizeLimit);
+}
+
+void Monitor::SendFile(const std::filesystem::path& path) {
+    // The controller may have begun a transfer while the user chose the file.
+    if (transfer.IsUnderWay() || isClosing)
+        return;
+    const KelText fileName = FromPath(path.filename());
+    transfer.SetName({FromPath(path), fileName, {}});
+    if (!transfer.BeginDownloadByHand(path))
+        return;
+    transfer.SetName({FromPath(path), fileName, u" " + FromPath(path)});
+    settings.downloadPath = FolderOf(path);
+    RememberExtension(path);
+}
+
+void Monitor::ReceiveFile(const std::filesystem::path& path) {
+    if (transfer.IsUnderWay() || isClosing)
+        return;
+    const KelText fileName = FromPath(path.filename());
+    transfer.SetName({FromPath(path), fileName, {}});
+    settings.uploadPath = FolderOf(path);
+    events.SettingsChanged(settings);
+    if (!transfer.BeginUploadByHand(path))
+        return;
+    transfer.SetName({FromPath(path), fileName, u" " + fileName});
+    RememberExtension(path);
+}
+
+// The dialogs look for the next file under the extension that the user has picked.
+void Monitor::RememberExtension(const std::filesystem::path& path) {
+    settings.fileExtension = AsExtensionSetting(FromPath(path.extension()));
+    events.SettingsChanged(settings);
+}
+
+// The transfer may have ended by itself while the user reached for the button.
+void Monitor::CompleteUpload() {
+    if (transfer.State() == TransferState::Uploading)
+        transfer.CompleteUpload();
+}
+
+void Monitor::CancelUpload() {
+    // The received part is kept: it may be all there is of the file.
+    if (transfer.State() == TransferState::Uploading)
+        transfer.End(TransferState::UploadCancelled);
+}
+
+void Monitor::CancelDownload() {
+    if (transfer.State() == TransferState::Downloading)
+        transfer.End(TransferState::DownloadCancelled);
+}
+
+void Monitor::StartLoopbackTest() {
+    tests.StartLoopback();
+    display.FreezeUntilSent();
+}
+
+}

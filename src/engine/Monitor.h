@@ -1,0 +1,104 @@
+#pragma once
+// Everything that the monitor thread owns: one machine's link, its transfer, its protocol, its display and its logs. The
+// program sees DownloadApp alone.
+
+#include "base/Mutex.h"
+#include "engine/Display.h"
+#include "engine/EngineSetup.h"
+#include "engine/LineTests.h"
+#include "engine/Network.h"
+#include "settings/SettingsStore.h"
+
+#include <atomic>
+#include <functional>
+
+namespace tarvin {
+
+class Monitor : private LineClient {
+public:
+    Monitor(EngineSetup setup, KelText machineName);
+    Monitor(const Monitor&) = delete;
+    Monitor& operator=(const Monitor&) = delete;
+
+    using Command = std::function<void(Monitor&)>;
+
+    // Any thread.
+    // Runs the command before the next pass.
+    void Post(Command command) EXCLUDES(commandMutex);
+    void Wake() { line.Wake(); }
+    // Makes everything that takes long give up, now and from now on.
+    void PrepareClose();
+    EngineSnapshot Snapshot() const { return display.Latest(); }
+    TrafficQueue& Traffic() { return traffic; }
+    const KelText& MachineName() const { return machineName; }
+
+    // The life of the monitor thread. Open loads the settings and opens the port. Then passes follow one another: each
+    // runs commands, looks at the line and fires timers, and returns true if the next is due at once; otherwise
+    // WaitForWork comes between. Close runs the last commands, closes the port and saves the settings.
+    void Open();
+    bool RunPass();
+    void WaitForWork();
+    void Close();
+
+    // Commands.
+    const DownloadSettings& Settings() const { return settings; }
+    // Opens the port anew.
+    void ApplySettings(DownloadSettings newSettings);
+    // For settings that say nothing new about the port.
+    void KeepSettings(DownloadSettings newSettings);
+    void SetHandshakes(bool heedsCts, bool heedsDsr);
+    void StartCommsLog(const std::filesystem::path& path);
+    void StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit);
+    void StopCommsLog() { logs.EndCommsLog("End of Logging"); }
+    void SendFile(const std::filesystem::path& path);
+    void ReceiveFile(const std::filesystem::path& path);
+    void CompleteUpload();
+    void CancelUpload();
+    void CancelDownload();
+    void StartLoopbackTest();
+
+    // The parts, for commands that concern one of them.
+    LineTests& Tests() { return tests; }
+    Network& Stations() { return network; }
+    Sender& Output() { return line.Transmit(); }
+    Protocol& Conversation() { return *protocol; }
+
+private:
+    void OnReceived(ReceiveBuffer& received) override;
+    void OnLineFree() override { protocol->OnLineFree(); }
+    void OnOverrun() override { transfer.ShowOverrun(); }
+    void OnOverrunEnded() override { transfer.EndOverrun(); }
+    void OnLinkLost() override;
+    void OnPortProblem(const PortProblem& problem) override;
+
+    void RunCommands() EXCLUDES(commandMutex);
+    void OpenPort();
+    void ReopenPort();
+    void RememberExtension(const std::filesystem::path& path);
+
+    const KelText machineName;
+    const Clock& clock;
+    EngineEvents& events;
+    ThreadOwner thread;
+    std::atomic<bool> isClosing = false;
+    Mutex commandMutex;
+    std::vector<Command> commands GUARDED_BY(commandMutex);
+
+    // In the order in which they need one another. The display reads the transfer and the line, which come after it: it
+    // keeps references only until the engine opens.
+    SettingsStore store;
+    DownloadSettings settings;
+    TimerQueue timers;
+    TrafficQueue traffic;
+    LineTrace trace;
+    Logs logs;
+    Display display;
+    Transfer transfer;
+    LineService line;
+    LineTests tests;
+    Network network;
+    std::unique_ptr<Protocol> protocol;
+    Timer reopenPort;
+};
+
+}

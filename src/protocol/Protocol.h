@@ -1,0 +1,39 @@
+#pragma once
+// What a controller's language is to the engine: it gets what the line receives and answers through the sender. It knows
+// the transfer, the sender and the settings, so it can be used without an engine, a thread or a port. Monitor thread.
+
+#include "base/Timer.h"
+#include "line/ReceiveBuffer.h"
+#include "line/Sender.h"
+#include "settings/DownloadSettings.h"
+#include "transfer/Transfer.h"
+
+#include <functional>
+#include <memory>
+
+namespace tarvin {
+
+// What a protocol works with. All of it outlives the protocol.
+struct ProtocolParts {
+    Transfer& transfer;
+    Sender& sender;
+    const DownloadSettings& settings;
+    TimerQueue& timers;
+    const Clock& clock;
+};
+
+class Protocol {
+public:
+    virtual ~Protocol() = default;
+
+    // Bytes have arrived. Removes the bytes that it has dealt with; what is left comes again with the next ones.
+    virtual void OnReceived(ReceiveBuffer& received) = 0;
+    // The driver has sent everything, and nothing holds the line.
+    virtual void OnLineFree() {}
+    // The device is gone. A protocol that would not notice the gap ends its transfer.
+    virtual void OnLinkLost() {}
+};
+
+using ProtocolMaker = std::function<std::unique_ptr<Protocol>(const ProtocolParts& parts)>;
+
+}

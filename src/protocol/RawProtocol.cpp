@@ -1,0 +1,57 @@
+#include "protocol/RawProtocol.h"
+
+#include "line/PortLink.h"
+
+#include <algorithm>
+
+namespace tarvin {
+
+namespace {
+
+constexpr int largestBlock = 100;
+
+// Half a second of line time, so that a hold takes effect soon.
+int BlockSize(int bitsPerSecond) {
+    return std::clamp(bitsPerSecond / 8 / 2, 1, largestBlock);
+}
+
+}
+
+RawProtocol::RawProtocol(const ProtocolParts& parts)
+    : parts(parts), download(parts, [transfer = &parts.transfer] { transfer->CallUser(); }) {}
+
+void RawProtocol::OnReceived(ReceiveBuffer& received) {
+    if (parts.transfer.State() == TransferState::Uploading) {
+        const auto bytes = received.Bytes();
+        parts.transfer.Store(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    }
+    if (parts.transfer.State() != TransferState::LoopbackFailure)
+        received.Clear();
+}
+
+void RawProtocol::OnLineFree() {
+    if (parts.transfer.State() != TransferState::Downloading)
+        return;
+    if (!parts.sender.IsEmpty()) {
+        // A hold or a full driver has left a rest of the last block.
+        parts.sender.Retry();
+        return;
+    }
+    const int blockSize = BlockSize(BitsPerSecond(parts.settings));
+    const auto block = parts.transfer.NextBlock(static_cast<std::size_t>(blockSize));
+    if (block.empty()) {
+        parts.transfer.End(TransferState::DownloadCompleted);
+        return;
+    }
+    parts.sender.SendBlock(blockSize, block, std::chrono::milliseconds(parts.settings.characterDelayMilliseconds));
+    parts.transfer.CountSent(static_cast<std::int64_t>(block.size()));
+}
+
+void RawProtocol::OnLinkLost() {
+    if (parts.transfer.State() == TransferState::Downloading)
+        parts.transfer.End(TransferState::DownloadErrors);
+    else if (parts.transfer.State() == TransferState::Uploading)
+        parts.transfer.End(TransferState::UploadErrors);
+}
+
+}
