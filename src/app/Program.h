@@ -1,0 +1,49 @@
+#pragma once
+// From the arguments of main() to an engine: what the programs of a machine have in common. Desktop program, service,
+// tests and benchmarks put an engine together here and nowhere else.
+
+#include "base/Clock.h"
+#include "base/Result.h"
+#include "engine/DownloadApp.h"
+#include "files/ProgramPaths.h"
+#include "port/PortNames.h"
+
+#include <memory>
+#include <optional>
+
+namespace tarvin {
+
+class Program {
+public:
+    // From the arguments of main(). None if the program has nothing more to do and ends with 0: its usage or its version
+    // was asked for and has been printed, or there is no installation, which has been said on standard error.
+    static std::optional<Program> Begin(int argumentCount, const char* const* arguments, const char* programName,
+                                        const char* usage);
+
+    // For the installation in `paths` and the machine that the command line names, or "TARVIN" without a name.
+    Program(ProgramPaths paths, KelText commandLine);
+
+    const ProgramPaths& Paths() const { return paths; }
+    const KelText& MachineName() const { return machineName; }
+    // The folder for files that programs of several machines must not share. It need not exist.
+    std::filesystem::path MachineFolder() const;
+
+    // Loads the texts in the user's language. Success without a dictionary too; one that is there but cannot be used is
+    // a failure.
+    Result<> LoadDictionary() const;
+
+    // The engine must not outlive the program, and the program must not be moved meanwhile.
+    std::unique_ptr<DownloadApp> MakeEngine(EngineEvents& events) const;
+
+private:
+    ProgramPaths paths;
+    KelText commandLine;
+    KelText machineName;
+    PortNames portNames;
+    SteadyClock clock;
+};
+
+// The installation of the environment and this system, or the reason why there is none.
+Result<ProgramPaths> FindProgramPaths();
+
+}

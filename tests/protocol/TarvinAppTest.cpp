@@ -1,0 +1,84 @@
+#include "protocol/TarvinApp.h"
+
+#include "support/ProtocolHarness.h"
+#include "support/Transcript.h"
+
+#include <doctest/doctest.h>
+
+using namespace tarvin;
+using namespace tarvin::test;
+using namespace std::chrono_literals;
+
+TEST_CASE("TarvinApp: a data line whose checksum character completes a code is data") {
+    // The checksum of this line is "F".
+    std::string line;
+    for (char filler = ' '; filler <= '~'; ++filler) {
+        line = std::string("N1 ") + filler + "ABE";
+        if (Message("ABAD" + line).ends_with("F\r"))
+            break;
+    }
+    REQUIRE(Message("ABAD" + line).ends_with("ABEF\r"));
+    ProtocolHarness<TarvinApp> harness;
+    CHECK(harness.Exchange(Message("ABST1")) == Message("AAAK"));
+    CHECK(harness.Exchange(Message("ABAD" + line)) == Message("AAAK"));
+    CHECK(harness.State() == TransferState::Uploading);
+    CHECK(harness.Exchange(Message("ABEF")) == Message("AAAK"));
+    CHECK(harness.folder.ReadFile("NC/1.nc") == line + "\r\n");
+}
+
+TEST_CASE("TarvinApp: many messages in one arrival are all answered, empty ones between them too") {
+    ProtocolHarness<TarvinApp> harness;
+    harness.folder.WriteFile("NC/7.nc", "N1\nN2\n");
+    const std::string all = "\n\r\r\n" + Message("ABTS") + "\n\r" + Message("ABSE7") + "\n" + Message("ABAK");
+    CHECK(harness.Exchange(all) == Message("AATS") + Message("AAAK") + Message("AADAN1") + Message("AADAN2"));
+    CHECK(harness.received.Count() == 0);
+}
+
+TEST_CASE("TarvinApp: whatever gives up a transfer leaves no file open, no line waiting and no bar") {
+    struct Case {
+        const char* name;
+        std::string begin;
+        std::string end;
+        TransferState state;
+    };
+    const Case cases[] = {
+        {"upload, link test", Message("ABST1") + Message("ABADN1"), Message("ABTS"), TransferState::LinkTest},
+        {"upload, another file", Message("ABST1") + Message("ABADN1"), Message("ABSE7"),
+         TransferState::DownloadCouldNotOpen},
+        {"upload, its end", Message("ABST1") + Message("ABADN1"), Message("ABEF"), TransferState::UploadCompleted},
+        {"upload, a bad number", Message("ABST1") + Message("ABADN1"), Message("ABST.."),
+         TransferState::UploadCouldNotOpen},
+        {"download, link test", Message("ABSE7"), Message("ABTS"), TransferState::LinkTest},
+        {"download, out of step", Message("ABSE7"), Message("ABXX"), TransferState::DownloadErrors},
+        {"download, its end", Message("ABSE7") + Message("ABAK"), Message("ABAK"), TransferState::DownloadCompleted},
+        {"download, a missing file", Message("ABSE7"), Message("ABSE8"), TransferState::DownloadCouldNotOpen},
+    };
+    for (const Case& each : cases) {
+        CAPTURE(each.name);
+        ProtocolHarness<TarvinApp> harness;
+        harness.folder.WriteFile("NC/7.nc", "N1\nN2\n");
+        harness.Exchange(each.begin);
+        REQUIRE(harness.observed.transfer.IsUnderWay());
+        CHECK(harness.observed.transfer.Bar().position > 0);
+        harness.Exchange(each.end);
+        CHECK(harness.State() == each.state);
+        CHECK_FALSE(harness.observed.transfer.IsStoring());
+        CHECK(harness.observed.transfer.NextLine().empty());
+        CHECK(harness.observed.transfer.Bar().position == 0);
+    }
+}
+
+TEST_CASE("TarvinApp: a request during the transmit delay starts the delay anew, and an upload ends it") {
+    ProtocolHarness<TarvinApp> harness;
+    harness.settings.transmitDelaySeconds = 2;
+    harness.folder.WriteFile("NC/7.nc", "N1\n");
+    CHECK(harness.Exchange(Message("ABSE7")).empty());
+    CHECK(harness.Wait(1500ms).empty());
+    CHECK(harness.Exchange(Message("ABSE7")).empty());
+    CHECK(harness.Wait(1500ms).empty());
+    CHECK(harness.Wait(500ms) == Message("AAAK") + Message("AADAN1"));
+    CHECK(harness.Exchange(Message("ABSE7")).empty());
+    CHECK(harness.Exchange(Message("ABST8")) == Message("AAAK"));
+    CHECK(harness.Wait(1h).empty());
+    CHECK(harness.State() == TransferState::Uploading);
+}

@@ -1,0 +1,78 @@
+#pragma once
+// A protocol with nothing but a sender, a transfer and settings: no engine, no thread, no port.
+
+#include "protocol/Protocol.h"
+#include "support/ManualClock.h"
+#include "support/TemporaryFolder.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tarvin::test {
+
+// Keeps what is sent.
+class RecordedSender : public Sender {
+public:
+    void SendText(std::string_view text) override { sent += text; }
+    void SendChar(std::uint8_t byte, bool) override { sent.push_back(static_cast<char>(byte)); }
+    void SendBlock(int, std::span<const std::uint8_t> bytes, Clock::Duration) override {
+        sent.append(bytes.begin(), bytes.end());
+    }
+    bool IsEmpty() const override { return true; }
+    void Retry() override {}
+    void Note(std::string_view) override {}
+
+    std::string sent;
+};
+
+class RecordedTransfer : public TransferObserver {
+public:
+    void OnStateChanged(Urgency) override { states.push_back(transfer.State()); }
+    void OnNamed(const TransferName&) override {}
+    void ShowMessage(const MessageBoxText& box) override { boxes.push_back(box); }
+    void DrawAttention() override {}
+
+    std::atomic<bool> isClosing = false;
+    ThreadOwner thread;
+    Transfer transfer{*this, isClosing, thread};
+    std::vector<TransferState> states;
+    std::vector<MessageBoxText> boxes;
+};
+
+template <typename ProtocolType>
+struct ProtocolHarness {
+    ProtocolHarness() {
+        std::filesystem::create_directory(folder / "NC");
+        settings.uploadPath = settings.downloadPath = FromPath(folder / "NC");
+        settings.fileExtension = u"nc";
+    }
+
+    // The bytes arrive in one piece; returns the answer.
+    std::string Exchange(std::string_view bytes) {
+        std::copy(bytes.begin(), bytes.end(), received.Room().begin());
+        received.Commit(bytes.size());
+        protocol.OnReceived(received);
+        return std::exchange(sender.sent, {});
+    }
+
+    // The time passes; returns what was sent meanwhile.
+    std::string Wait(Clock::Duration duration) {
+        clock.Advance(duration);
+        timers.RunDue(clock.Now());
+        return std::exchange(sender.sent, {});
+    }
+
+    TransferState State() const { return observed.transfer.State(); }
+
+    TemporaryFolder folder;
+    ManualClock clock;
+    TimerQueue timers;
+    RecordedSender sender;
+    RecordedTransfer observed;
+    DownloadSettings settings;
+    ReceiveBuffer received;
+    ProtocolType protocol{ProtocolParts{observed.transfer, sender, settings, timers, clock}};
+};
+
+}
