@@ -1,5 +1,7 @@
 // tarvindl-service: the engine without a display, unattended. One process for one machine.
 
+#include "app/AssignPort.h"
+#include "app/CommandLine.h"
 #include "app/ProgramStart.h"
 #include "app/ServiceApp.h"
 #include "app/ServiceOutput.h"
@@ -7,12 +9,16 @@
 #include "app/ServiceWindow.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
+#include "base/System.h"
 
+#include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
 constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
+                         "       tarvindl-service --assign-port DEVICE [MACHINE NAME]\n"
                          "\n"
                          "Holds the workstation end of the serial link to a machine's controller: answers its\n"
                          "link tests, stores the NC files that it sends and sends those that it asks for.\n"
@@ -24,6 +30,10 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "\n"
                          "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
                          "program in order.\n"
+                         "\n"
+                         "--assign-port gives DEVICE, such as /dev/ttyUSB0, a port name in KEL.INI and writes the\n"
+                         "machine's settings with that port if there are none. If there is no installation, it\n"
+                         "makes one. It fails, and changes nothing, if the settings name a port of another device.\n"
                          "\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
@@ -54,9 +64,26 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine)
     return 0;
 }
 
+// The exit code of the program. `words` are the words of the command line.
+int RunAssignPort(const std::vector<tarvin::KelText>& words) {
+    tarvin::SecureStandardStreams();
+    const auto device = words.size() > 1 ? tarvin::ToPath(words[1]) : std::filesystem::path();
+    const auto machineWords = words.begin() + (words.size() > 1 ? 2 : 1);
+    const auto done = tarvin::AssignPort(device, tarvin::JoinWords({machineWords, words.end()}));
+    if (!done) {
+        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(done.Reason().text).c_str());
+        return 1;
+    }
+    std::printf("%s\n", tarvin::ToUtf8(*done).c_str());
+    return 0;
+}
+
 }
 
 int main(int argumentCount, char** arguments) {
+    const auto words = tarvin::ProgramArguments(argumentCount, arguments);
+    if (!words.empty() && words.front() == u"--assign-port")
+        return RunAssignPort(words);
     const auto start = tarvin::BeginProgram(argumentCount, arguments, "tarvindl-service", usage);
     return start ? Serve(start->paths, start->commandLine) : 0;
 }

@@ -22,6 +22,9 @@ struct InstallationCandidates {
 // What the environment, the place of the executable and the system's conventions give.
 InstallationCandidates SystemInstallationCandidates();
 
+// The folder of the user's own installation, whether or not there is one; none if the environment names no such place.
+std::optional<std::filesystem::path> UserInstallation();
+
 // The installation folder as an absolute path; none if there is no installation.
 std::optional<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates);
 std::optional<std::filesystem::path> FindInstallation();

@@ -32,13 +32,18 @@ std::optional<std::filesystem::path> ProgramFolder() {
     return error ? std::nullopt : std::optional(executable.parent_path());
 }
 
+std::optional<std::filesystem::path> UserInstallation() {
+    const auto data = UserDataFolder();
+    return data ? std::optional(*data / "TarvinDL/2026") : std::nullopt;
+}
+
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
     candidates.chosen = FromEnvironment("TARVINDL_HOME");
     if (const auto program = ProgramFolder())
         candidates.folders.push_back(*program);
-    if (const auto userData = UserDataFolder())
-        candidates.folders.push_back(*userData / "TarvinDL/2026");
+    if (const auto user = UserInstallation())
+        candidates.folders.push_back(*user);
     candidates.folders.push_back("/var/lib/tarvindl/2026");
     return candidates;
 }

@@ -20,6 +20,11 @@ std::optional<std::filesystem::path> FromEnvironment(const wchar_t* name) {
     return value;
 }
 
+std::optional<std::filesystem::path> InstallationBelow(const wchar_t* variable) {
+    const auto data = FromEnvironment(variable);
+    return data ? std::optional(*data / "TarvinDL" / "2026") : std::nullopt;
+}
+
 }
 
 std::optional<std::filesystem::path> ProgramFolder() {
@@ -31,14 +36,18 @@ std::optional<std::filesystem::path> ProgramFolder() {
     return std::filesystem::path(path).parent_path();
 }
 
+std::optional<std::filesystem::path> UserInstallation() {
+    return InstallationBelow(L"LOCALAPPDATA");
+}
+
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
     candidates.chosen = FromEnvironment(L"TARVINDL_HOME");
     if (const auto program = ProgramFolder())
         candidates.folders.push_back(*program);
-    for (const wchar_t* name : {L"LOCALAPPDATA", L"ProgramData"}) {
-        if (const auto data = FromEnvironment(name))
-            candidates.folders.push_back(*data / "TarvinDL" / "2026");
+    for (const auto& folder : {UserInstallation(), InstallationBelow(L"ProgramData")}) {
+        if (folder)
+            candidates.folders.push_back(*folder);
     }
     return candidates;
 }

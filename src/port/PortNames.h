@@ -2,7 +2,7 @@
 // Names of serial ports: COM1, COM2 ... on every system. On Windows the system knows them. On POSIX the section PORTS
 // of the file KEL.INI gives each name its device.
 
-#include "base/Result.h"
+#include "base/KelText.h"
 
 #include <filesystem>
 #include <functional>
@@ -50,12 +50,5 @@ std::vector<FoundPort> ListPorts(const KelText& currentPort, const std::function
 
 // True for COM1 to COM256, in any case.
 bool IsPortName(KelTextView name);
-
-// Gives the device a name in KEL.INI and returns the name: `wantedName` if it is not empty, else the name that the
-// device has already, else the first that has no entry. A failure leaves KEL.INI as it was: the wanted name is none, or
-// another device has it, or the file cannot be read or written. Waits like FindPorts. Always fails on Windows, where
-// ports need no entry.
-Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std::filesystem::path& device,
-                               KelTextView wantedName);
 
 }

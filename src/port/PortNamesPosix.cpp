@@ -4,6 +4,7 @@
 #include "files/ProfileEdit.h"
 
 #include <algorithm>
+#include <cassert>
 #include <set>
 #include <string>
 #include <thread>
@@ -115,16 +116,15 @@ Result<KelText> ChooseName(const Profile& profile, const std::filesystem::path& 
         if (auto present = NameOfDevice(profile, device))
             return std::move(*present);
         const auto number = FreeNumber(profile, 1, highestPort);
-        return number ? Result<KelText>(NumberedName(*number))
-                      : Error{u"KEL.INI has an entry for every port; remove one"};
+        if (!number)
+            return Error{u"KEL.INI has an entry for each port name"};
+        return NumberedName(*number);
     }
-    if (!IsPortName(wantedName))
-        return Error{u"\"" + KelText(wantedName) + u"\" is no name of a port"};
     const auto present = PortDevice(profile, wantedName);
     if (present && !IsSameDevice(*present, device))
-        return Error{KelText(wantedName) + u" belongs to " + FromPath(*present) + u" in KEL.INI"};
+        return Error{u"KEL.INI gives " + KelText(wantedName) + u" to " + FromPath(*present)};
     if (!present && HasEntry(profile, wantedName))
-        return Error{KelText(wantedName) + u" has an empty entry in KEL.INI, so it is given to no device"};
+        return Error{u"KEL.INI has an empty entry for " + KelText(wantedName)};
     return ToUpper(wantedName);
 }
 
@@ -164,6 +164,9 @@ Profile AssignPorts(const std::filesystem::path& pathsFile, const std::vector<Se
 
 Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std::filesystem::path& device,
                                KelTextView wantedName) {
+    assert(device.is_absolute() && (wantedName.empty() || IsPortName(wantedName)));
+    if (!CanStandInEntry(device))
+        return Error{u"KEL.INI cannot hold the name of " + FromPath(device)};
     NativeFile held;
     if (!HoldFile(held, pathsFile, longestAssignWait))
         return Error{FromPath(pathsFile) + u" cannot be read, or another program is changing it"};
@@ -174,10 +177,10 @@ Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std
     const auto name = ChooseName(profile, device, wantedName);
     if (!name || HasEntry(profile, *name))
         return name;
-    // A text profile does not give back every name: an entry that leads elsewhere is worse than none.
     const std::string after = WithProfileEntry(*before, portSection, *name, FromPath(device));
-    if (PortDevice(Profile(after), *name) != device || after.size() > Profile::maxFileBytes)
-        return Error{FromPath(device) + u" cannot stand in KEL.INI"};
+    // A file of arbitrary bytes may not give the entry back.
+    if (after.size() > Profile::maxFileBytes || PortDevice(Profile(after), *name) != device)
+        return Error{FromPath(pathsFile) + u" has no room for an entry"};
     if (!ReplaceWholeFile(pathsFile, after))
         return Error{FromPath(pathsFile) + u" cannot be written"};
     return name;

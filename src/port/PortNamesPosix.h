@@ -1,6 +1,7 @@
 #pragma once
 // The section PORTS of KEL.INI: a device for each port name, as in "COM1=/dev/ttyUSB0".
 
+#include "base/Result.h"
 #include "files/Profile.h"
 #include "port/PortNames.h"
 #include "port/SerialDevicesPosix.h"
@@ -20,6 +21,14 @@ std::optional<std::filesystem::path> PortDevice(const Profile& profile, KelTextV
 // written.
 Profile AssignPorts(const std::filesystem::path& pathsFile, const std::vector<SerialDevice>& devices,
                     std::chrono::milliseconds longestWait = std::chrono::seconds(2));
+
+// Gives the device a name and returns it: `wantedName` if it is not empty, else the name that the device has already,
+// else the first number from 1 to 256 without an entry. A new name becomes an entry of KEL.INI. Fails, and leaves
+// KEL.INI as it was, if the wanted name belongs to another device or has an empty entry, or if KEL.INI cannot be read
+// or written. Waits for other programs like AssignPorts, 2 s at most. Requires the absolute path of a device, and a
+// wanted name that is a port name or empty.
+Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std::filesystem::path& device,
+                               KelTextView wantedName);
 
 // FindPorts with the devices below other folders, for tests.
 std::vector<FoundPort> FindPorts(const std::filesystem::path& pathsFile, const KelText& currentPort,

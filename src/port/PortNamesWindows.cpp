@@ -46,9 +46,4 @@ std::vector<FoundPort> FindPorts(const std::filesystem::path& pathsFile, const K
         currentPort, [&](const KelText& name) { return IsFree(names.DeviceOf(name)); }, DeviceObjectOf);
 }
 
-Result<KelText> AssignPortName(const std::filesystem::path& /*pathsFile*/, const std::filesystem::path& /*device*/,
-                               KelTextView /*wantedName*/) {
-    return Error{u"Ports need no entry in KEL.INI on Windows. Choose the port in the machine's settings"};
-}
-
 }

@@ -60,22 +60,21 @@ std::set<std::string> ConsolesInUse(const fs::path& terminalClass) {
     return consoles;
 }
 
-// True if KEL.INI can hold the path and give the same path back.
-bool CanBeWritten(const fs::path& path) {
-    const std::string& text = path.native();
-    return std::all_of(text.begin(), text.end(), [](char unit) { return unit > ' ' && unit <= '~'; });
-}
-
 // By device, the first path below by-id that leads to it.
 std::map<dev_t, fs::path> LastingPaths(const fs::path& byId) {
     std::map<dev_t, fs::path> paths;
     for (const std::string& name : NamesIn(byId)) {
-        if (const dev_t id = DeviceId(byId / name); id != 0 && CanBeWritten(byId / name))
+        if (const dev_t id = DeviceId(byId / name); id != 0 && CanStandInEntry(byId / name))
             paths.emplace(id, byId / name);
     }
     return paths;
 }
 
+}
+
+bool CanStandInEntry(const fs::path& path) {
+    const std::string& text = path.native();
+    return std::all_of(text.begin(), text.end(), [](char unit) { return unit > ' ' && unit <= '~'; });
 }
 
 dev_t DeviceId(const fs::path& path) {
@@ -95,7 +94,7 @@ std::vector<SerialDevice> FindSerialDevices(const DeviceRoots& roots) {
         const fs::path path = roots.devices / name;
         const dev_t id = DeviceId(path);
         const auto found = lasting.find(id);
-        if (id != 0 && CanBeWritten(path))
+        if (id != 0 && CanStandInEntry(path))
             devices.push_back({found != lasting.end() ? found->second : path, id});
     }
     return devices;

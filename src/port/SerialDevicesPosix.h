@@ -31,6 +31,9 @@ bool HasHardware(const SerialDevice& device);
 // are.
 bool IsFree(const std::filesystem::path& device);
 
+// True if an entry of KEL.INI can hold the path and give the same path back.
+bool CanStandInEntry(const std::filesystem::path& path);
+
 // The device that the path leads to, through links too; 0 if it leads to none.
 dev_t DeviceId(const std::filesystem::path& path);
 

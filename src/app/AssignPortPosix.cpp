@@ -1,0 +1,92 @@
+#include "app/AssignPort.h"
+#include "app/Start.h"
+#include "files/NativeFile.h"
+#include "port/PortNamesPosix.h"
+#include "settings/SettingsStore.h"
+
+#include <system_error>
+
+namespace tarvin {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* freshPathsFile = "[PROGRAM PATHS]\nNC Files=NC Files\n[PORTS]\n";
+
+bool Exists(const fs::path& path) {
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(path, ignored));
+}
+
+// The path as an entry holds it. Links are kept: a name below by-id stays with the device.
+Result<fs::path> FindDevice(const fs::path& path) {
+    if (path.empty())
+        return Error{u"--assign-port needs a device, such as /dev/ttyUSB0"};
+    if (!Exists(path))
+        return Error{u"there is no device " + FromPath(path)};
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error).lexically_normal();
+    if (error || DeviceId(absolute) == 0)
+        return Error{FromPath(path) + u" is no serial port"};
+    return absolute;
+}
+
+// Makes an installation where the program will look for one.
+Result<fs::path> MakeInstallation() {
+    const auto chosen = SystemInstallationCandidates().chosen;
+    const auto folder = chosen ? chosen : UserInstallation();
+    if (!folder)
+        return Error{u"HOME is not set; name an installation folder in TARVINDL_HOME"};
+    const fs::path pathsFile = *folder / "KEL.INI";
+    // A file that cannot be read belongs to somebody.
+    if (Exists(pathsFile))
+        return Error{FromPath(pathsFile) + u" cannot be read"};
+    std::error_code error;
+    fs::create_directories(*folder / "NC Files", error);
+    if (error || !ReplaceWholeFile(pathsFile, freshPathsFile))
+        return Error{u"an installation cannot be made in " + FromPath(*folder)};
+    return *folder;
+}
+
+Result<KelText> AssignInInstallation(const ProgramPaths& paths, const fs::path& device, const KelText& machineName) {
+    SettingsStore store(paths.Installation(), machineName, FromPath(paths.NcFilesFolder()));
+    const KelText settingsFile = FromPath(store.FilePath());
+    const bool hasSettings = Exists(store.FilePath());
+    // The port that the program will open: settings that name none, or are damaged, have a default.
+    const KelText wantedName = hasSettings ? store.Load({}).settings.port : KelText();
+    if (hasSettings && !IsPortName(wantedName))
+        return Error{u"the settings in " + settingsFile + u" name no port from COM1 to COM256"};
+    const auto name = AssignPortName(paths.PathsFile(), device, wantedName);
+    if (!name && hasSettings)
+        return Error{name.Reason().text + u"; the settings in " + settingsFile + u" name " + wantedName};
+    if (!name)
+        return name;
+    if (!hasSettings && !ReplaceWholeFile(store.FilePath(), "[Port Settings]\nport=" + ToUtf8(*name) + "\n"))
+        return Error{settingsFile + u" cannot be written"};
+    return FromPath(device) + u" is " + *name + u"; the settings of " + machineName + u" are in " + settingsFile + u".";
+}
+
+}
+
+Result<KelText> AssignPort(const fs::path& device, KelTextView commandLine) {
+    // First of all: a wrong device must not leave an installation behind.
+    const auto found = FindDevice(device);
+    if (!found)
+        return found.Reason();
+    KelText done;
+    if (!FindInstallation()) {
+        const auto made = MakeInstallation();
+        if (!made)
+            return made.Reason();
+        done = u"Made an installation in " + FromPath(*made) + u'\n';
+    }
+    KelText reason;
+    const auto paths = Start::FindPaths(reason);
+    if (!paths)
+        return Error{reason};
+    auto assigned = AssignInInstallation(*paths, *found, Start::MachineName(commandLine));
+    return assigned ? Result<KelText>(done + *assigned) : assigned;
+}
+
+}
