@@ -1,5 +1,5 @@
 #include "end-to-end/ServiceFixture.h"
-#include "support/WaitUntil.h"
+#include "harness/WaitUntil.h"
 
 #include <csignal>
 #include <filesystem>

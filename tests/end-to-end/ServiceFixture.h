@@ -1,10 +1,10 @@
 #pragma once
 // The real service in an installation of its own, on one end of a pseudo-terminal.
 
-#include "support/ChildProcessPosix.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/TemporaryFolder.h"
-#include "support/WindowsProgramsPosix.h"
+#include "harness/ChildProcessPosix.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/TemporaryFolder.h"
+#include "harness/WindowsProgramsPosix.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,5 +1,5 @@
 #include "end-to-end/ServiceFixture.h"
-#include "support/Transcript.h"
+#include "harness/Transcript.h"
 
 #include <csignal>
 #include <regex>

@@ -1,5 +1,5 @@
 #include "engine/DownloadApp.h"
-#include "support/EngineHarness.h"
+#include "harness/EngineHarness.h"
 
 #include <algorithm>
 

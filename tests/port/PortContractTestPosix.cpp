@@ -1,13 +1,13 @@
 // What every back end of SerialPort promises, checked on the fake that the engine is tested with and on a real line: by
 // this system's own back end or, where the Windows programs are meant, by that of Windows.
 
+#include "harness/FakePort.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/RemotePortPosix.h"
+#include "harness/TemporaryFolder.h"
+#include "harness/WindowsProgramsPosix.h"
 #include "port/PortNames.h"
 #include "port/SerialPort.h"
-#include "support/FakePort.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/RemotePortPosix.h"
-#include "support/TemporaryFolder.h"
-#include "support/WindowsProgramsPosix.h"
 
 #include <functional>
 #include <thread>

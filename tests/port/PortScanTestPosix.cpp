@@ -1,10 +1,10 @@
 // The ports found on a computer made of pseudo-terminals and folders.
 
 #include "files/NativeFile.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/TemporaryFolder.h"
 #include "port/PortEntriesPosix.h"
 #include "port/PortScanPosix.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/TemporaryFolder.h"
 
 #include <deque>
 #include <functional>

@@ -3,9 +3,9 @@
 
 #include "User.h"
 #include "app/Start.h"
-#include "support/ChildProcessPosix.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/TemporaryFolder.h"
+#include "harness/ChildProcessPosix.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/TemporaryFolder.h"
 #include "ui/DesktopInterface.h"
 #include "ui/MainWindow.h"
 

@@ -1,4 +1,4 @@
-#include "support/PseudoTerminalPosix.h"
+#include "harness/PseudoTerminalPosix.h"
 
 #include <cstdlib>
 

@@ -2,7 +2,7 @@
 // Conversations with a controller as data: what it sends, what it must get, what the program shows, what is on the
 // disk. Replayed on the engine with a fake port and on the real service over a pseudo-terminal.
 
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <string>
 #include <string_view>

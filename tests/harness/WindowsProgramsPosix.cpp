@@ -1,4 +1,4 @@
-#include "support/WindowsProgramsPosix.h"
+#include "harness/WindowsProgramsPosix.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "support/Transcript.h"
+#include "harness/Transcript.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
 #pragma once
 // The Windows serial port, inside the program port-host under Wine. One thread, apart from Wake and CancelWrite.
 
+#include "harness/ChildProcessPosix.h"
 #include "port/SerialPort.h"
-#include "support/ChildProcessPosix.h"
 
 #include <string>
 

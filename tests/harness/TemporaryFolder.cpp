@@ -1,4 +1,4 @@
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <fstream>
 #include <iterator>

@@ -2,8 +2,8 @@
 // A serial port without a device: the semantics of the real ones on a clock that the test moves, with every fault at
 // hand. One thread.
 
+#include "harness/ManualClock.h"
 #include "port/SerialPort.h"
-#include "support/ManualClock.h"
 
 #include <chrono>
 #include <map>

@@ -1,6 +1,6 @@
-#include "support/ChildProcessPosix.h"
+#include "harness/ChildProcessPosix.h"
 
-#include "support/WindowsProgramsPosix.h"
+#include "harness/WindowsProgramsPosix.h"
 
 #include <csignal>
 #include <cstdlib>

@@ -3,8 +3,8 @@
 
 #include "base/Clock.h"
 #include "engine/DownloadApp.h"
-#include "support/FakePort.h"
-#include "support/TemporaryFolder.h"
+#include "harness/FakePort.h"
+#include "harness/TemporaryFolder.h"
 
 #include <functional>
 #include <memory>
