@@ -1,11 +1,12 @@
 #pragma once
-// A program that a test runs, with its output read as it comes.
+// A program that a test or benchmark runs. Its output is kept as it comes. The program ends with the thread that
+// started it, however that ends. Failures throw.
+
+#include "base/Mutex.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,49 +17,67 @@ namespace tarvin::test {
 
 class ChildProcess {
 public:
+    // Captured: standard output and standard error can be read here. Discarded: standard output is dropped, standard
+    // error stays our own, and no thread of ours runs for the program.
+    enum class OutputUse { Captured, Discarded };
+
     struct Options {
         std::vector<std::string> arguments = {};
-        std::map<std::string, std::string> environment = {}; // over the test's own
-        std::function<void()> beforeStart = {};              // in the child; what is safe after a fork only
-        bool hasInput = false;                               // a pipe; the test's own standard input otherwise
+        // Variables set in addition to our own environment.
+        std::map<std::string, std::string> environment = {};
+        // Runs in the child before the program starts. May only call what is safe after a fork.
+        std::function<void()> beforeStart = {};
+        // Standard input is a pipe for WriteInput. Otherwise it is the null device.
+        bool hasInput = false;
+        OutputUse output = OutputUse::Captured;
     };
 
-    // `program` is the name of one of the project's programs. Standard error goes where standard output goes. Where the
-    // Windows programs are meant, these are started, apart from the simulated controller; the lines of their output end
-    // as elsewhere then.
+    // `program` is the name of one of the project's programs, or the whole path of another one. With
+    // TARVIN_WINDOWS_PROGRAMS set, starts the Windows program of that name under Wine, except for tarvin-controller,
+    // and removes the carriage returns from its output.
     ChildProcess(const std::string& program, const Options& options);
-    // Kills what is still running.
+    // Kills the program if it still runs.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    // True once the output holds the text; false if the time is up or the output has ended without it. Looks at what
-    // came behind the text of the last call that was true.
+    // Waits until `text` appears in the output after the place where the last successful call found its text. False if
+    // `longest` passes or the output ends first.
     bool WaitForOutput(const std::string& text, std::chrono::milliseconds longest = std::chrono::seconds(20));
-    // True once the last line of the output ends with the text.
+    // Waits until the output ends with `text` and a line end. False if `longest` passes first.
     bool WaitForLastLine(const std::string& text, std::chrono::milliseconds longest = std::chrono::seconds(20));
+    // All output so far.
     std::string Output();
-    // The next line behind what was looked at; fails the test if none comes.
+    // Waits for the next line after the place that WaitForOutput has reached. Throws if none comes.
     std::string ReadLine(std::chrono::milliseconds longest = std::chrono::seconds(20));
+    // Requires Options::hasInput.
     void WriteInput(const std::string& text);
-    // A Windows program is asked to end as by Ctrl-C, whatever the signal.
+    // Sends the signal. A Windows program gets Ctrl-C instead of every signal.
     void Signal(int signal);
-    // The exit code; a negative signal number if a signal ended it; fails the test if it does not end.
+    // Waits for the end of the program and of its output. Returns its exit code, or the negative number of the signal
+    // that ended it. Throws if `longest` passes first. Call it once.
     int WaitForExit(std::chrono::milliseconds longest = std::chrono::seconds(30));
     pid_t Id() const { return process; }
 
 private:
-    void ReadOutput(int end);
+    using TimePoint = std::chrono::steady_clock::time_point;
 
-    pid_t process = -1;
+    void ReadOutput(int descriptor);
+    bool WaitForProcess(TimePoint deadline) const;
+    bool WaitForOutputEnd(TimePoint deadline);
+
+    std::string name;
     bool isWindowsProgram = false;
-    int input = -1;
+    pid_t process = -1;
+    int processDescriptor = -1; // becomes readable when the process ends
     bool hasEnded = false;
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::string output;
-    std::size_t lookedAt = 0;
-    bool outputEnded = false;
+    int input = -1;
+    std::size_t searchedTo = 0; // place in the output that WaitForOutput has reached
+
+    Mutex mutex;
+    Condition outputChanged;
+    std::string output GUARDED_BY(mutex);
+    bool outputEnded GUARDED_BY(mutex) = false;
     std::thread reader;
 };
 

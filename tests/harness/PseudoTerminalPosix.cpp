@@ -1,8 +1,9 @@
 #include "harness/PseudoTerminalPosix.h"
 
+#include "harness/SystemCallPosix.h"
+
 #include <cstdlib>
 
-#include <doctest/doctest.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
@@ -12,34 +13,50 @@ namespace tarvin::test {
 
 namespace {
 
-// A line that echoes and edits would answer the program with its own words until the program has set it up.
-void MakeRaw(const char* device) {
-    const int other = ::open(device, O_RDWR | O_NOCTTY | O_CLOEXEC);
-    REQUIRE(other >= 0);
-    termios state = {};
-    REQUIRE(::tcgetattr(other, &state) == 0);
-    ::cfmakeraw(&state);
-    REQUIRE(::tcsetattr(other, TCSANOW, &state) == 0);
-    ::close(other);
+int OpenDevice(const std::filesystem::path& device) {
+    const int opened = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    RequireCall(opened >= 0, device.native());
+    return opened;
+}
+
+// The settings stay after this descriptor is closed, because the controller's end stays open.
+void MakeRaw(const std::filesystem::path& device) {
+    const int opened = OpenDevice(device);
+    termios settings = {};
+    RequireCall(::tcgetattr(opened, &settings) == 0, device.native());
+    ::cfmakeraw(&settings);
+    RequireCall(::tcsetattr(opened, TCSANOW, &settings) == 0, device.native());
+    ::close(opened);
+}
+
+void CloseDescriptor(int& descriptor) {
+    if (descriptor >= 0)
+        ::close(descriptor);
+    descriptor = -1;
 }
 
 }
 
-PseudoTerminal::PseudoTerminal(Mode mode) : end(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-    REQUIRE(end >= 0);
-    REQUIRE(::grantpt(end) == 0);
-    REQUIRE(::unlockpt(end) == 0);
-    char name[64] = "";
-    REQUIRE(::ptsname_r(end, name, sizeof name) == 0);
+PseudoTerminal::PseudoTerminal(Mode mode) : descriptor(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    char name[128] = "";
+    RequireCall(descriptor >= 0 && ::grantpt(descriptor) == 0 && ::unlockpt(descriptor) == 0 &&
+                    ::ptsname_r(descriptor, name, sizeof name) == 0,
+                "pseudo-terminal");
     device = name;
+    // A cooked line echoes: until the program has set it up, it would send the program its own answers.
     if (mode == Mode::Raw)
-        MakeRaw(name);
+        MakeRaw(device);
+}
+
+void PseudoTerminal::HoldDevice() {
+    if (heldDevice < 0)
+        heldDevice = OpenDevice(device);
 }
 
 void PseudoTerminal::Write(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t count = ::write(end, bytes.data(), bytes.size());
-        REQUIRE(count > 0);
+        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
+        RequireCall(count > 0, "write to the pseudo-terminal");
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
 }
@@ -50,24 +67,23 @@ std::string PseudoTerminal::Read(std::size_t byteCount, std::chrono::millisecond
     while (bytes.size() < byteCount) {
         const auto left =
             std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
-        pollfd line = {end, POLLIN, 0};
+        pollfd line = {descriptor, POLLIN, 0};
         if (left <= 0 || ::poll(&line, 1, static_cast<int>(left)) <= 0)
             break;
         char chunk[4096];
-        const ssize_t count = ::read(end, chunk, sizeof chunk);
+        const ssize_t count = ::read(descriptor, chunk, sizeof chunk);
         if (count > 0)
             bytes.append(chunk, static_cast<std::size_t>(count));
         else
-            // Nobody has opened the other end, of which nothing but another look tells.
+            // No program has the device open. poll() does not wait for that to change, so try again a little later.
             ::poll(nullptr, 0, 1);
     }
     return bytes;
 }
 
 void PseudoTerminal::Close() {
-    if (end >= 0)
-        ::close(end);
-    end = -1;
+    CloseDescriptor(heldDevice);
+    CloseDescriptor(descriptor);
 }
 
 }

@@ -1,6 +1,7 @@
 #pragma once
-// Conversations with a controller as data: what it sends, what it must get, what the program shows, what is on the
-// disk. Replayed on the engine with a fake port and on the real service over a pseudo-terminal.
+// Conversations with a controller as data: the bytes that the controller sends, the answer it must get, the program's
+// status and the files. They are replayed on the engine with a fake port, and on the real service over a
+// pseudo-terminal.
 
 #include "harness/TemporaryFolder.h"
 
@@ -11,12 +12,12 @@
 
 namespace tarvin::test {
 
-// "{NC}" in a text stands for the folder of NC files.
+// "{NC}" in a status or a settings line stands for the folder of NC files.
 struct TranscriptStep {
     std::string send;
     std::string expect;
-    std::string status = {};  // of the status line, once all is quiet; empty: not looked at
-    std::string message = {}; // caption and text of a message box that the step must bring
+    std::string status = {};  // expected status line after the exchange; empty: any
+    std::string message = {}; // caption and text of a message box that must appear; empty: none is required
 };
 
 struct Transcript {
@@ -24,26 +25,27 @@ struct Transcript {
 
     std::string name;
     std::vector<TranscriptStep> steps;
-    Files before = {}; // a name that ends in "/" makes a folder
-    Files after = {};
-    // Lines of the settings file, behind the sections "Port Settings" and "Files".
+    Files before = {}; // made first; a name that ends in "/" is a folder
+    Files after = {};  // required at the end
+    // Lines of the sections "Port Settings" and "Files" of the settings file.
     std::string portSettings = {};
     std::string fileSettings = {};
 };
 
-// The message as it stands on the line, with its checksum and carriage return. Reckoned apart from the program.
+// The bytes of a message on the line: `text`, its checksum and a carriage return. Computed without the program's own
+// code, so that the tests notice a wrong checksum.
 std::string Message(std::string_view text);
 
 const std::vector<Transcript>& Transcripts();
 
-// Puts the files of before into the folder of NC files, and requires those of after to be there.
+// `folder` holds the folder "NC". The second one fails the test if a file is missing or differs.
 void MakeFilesBefore(const Transcript& transcript, const TemporaryFolder& folder);
 void CheckFilesAfter(const Transcript& transcript, const TemporaryFolder& folder);
 
-// What a transcript's settings file holds, for files in the folder `ncFolder`.
+// The settings file of a transcript in text form, with "{NC}" still in it.
 std::string SettingsProfile(const Transcript& transcript);
 
-// With the separators of the system that the folder's name is of.
+// Replaces "{NC}" by `ncFolder`, and the slashes after it by the separator that `ncFolder` uses.
 std::string WithFolder(std::string text, const std::string& ncFolder);
 
 }

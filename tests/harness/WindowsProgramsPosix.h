@@ -1,6 +1,7 @@
 #pragma once
-// The Windows programs under Wine, for tests that hold the other end of their line. The environment variable
-// TARVIN_WINDOWS_PROGRAMS names their folder; where it is set, the tests drive them in place of this system's own.
+// Windows programs under Wine, for tests of this system that hold the controller's end of their line. With the
+// environment variable TARVIN_WINDOWS_PROGRAMS set to a folder, the tests run the programs of that folder instead of
+// this system's own.
 
 #include <filesystem>
 #include <string>
@@ -10,14 +11,14 @@ namespace tarvin::test {
 
 bool AreWindowsProgramsMeant();
 
-// The words that start one of them.
+// The command that starts a Windows program. Requires AreWindowsProgramsMeant().
 std::vector<std::string> WindowsProgramWords(const std::string& program);
 
-// Leads COM1 of the programs, or COM12, to the device, or to the link that leads to one, from the next opening on. A
-// folder is what cannot be opened: where nothing is, Wine takes a port of this machine.
+// Links the programs' port COM<number> to the device at `device`, from the next time they open it. A folder makes
+// opening the port fail. A missing path does not: Wine then takes a port of this computer.
 void LeadWindowsPortTo(const std::filesystem::path& device, int number = 1);
 
-// The name of a file as the program under test has it.
+// The path as the program under test writes it.
 std::string NameForProgram(const std::filesystem::path& path);
 
 }
