@@ -80,7 +80,7 @@ function(tarvin_test name)
         endif()
     endforeach()
     add_executable(${name}-tests ${sources})
-    target_link_libraries(${name}-tests PRIVATE ${arg_DEPENDS} test-support tarvin-options)
+    target_link_libraries(${name}-tests PRIVATE ${arg_DEPENDS} test-harness tarvin-options)
     if(CMAKE_CROSSCOMPILING)
         # One entry for all of its cases: asking each program for them would start it once for each.
         add_test(NAME "${name}: all cases" COMMAND ${name}-tests)

@@ -1,9 +1,9 @@
 // A machine gets the device that was asked for or none, and KEL.INI and settings lose nothing.
 
 #include "app/AssignPort.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/TemporaryFolder.h"
 #include "settings/SettingsRecord.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/TemporaryFolder.h"
 
 #include <optional>
 

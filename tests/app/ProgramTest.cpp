@@ -1,6 +1,6 @@
 #include "app/Program.h"
 
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
 
@@ -17,8 +17,10 @@ TEST_CASE("Program: the command line without its language switch is the machine,
         const char16_t* machineName;
         const char* folder;
     };
-    for (const Case& each : {Case{u"", u"TARVIN", "TARVIN"}, {u" /l=German ", u"TARVIN", "TARVIN"},
-                             {u"LASER 2 /L=#1", u"LASER 2", "LASER 2"}, {u"CUT/2", u"CUT/2", "CUT_2"}}) {
+    for (const Case& each : {Case{u"", u"TARVIN", "TARVIN"},
+                             {u" /l=German ", u"TARVIN", "TARVIN"},
+                             {u"LASER 2 /L=#1", u"LASER 2", "LASER 2"},
+                             {u"CUT/2", u"CUT/2", "CUT_2"}}) {
         const Program program(*paths, each.commandLine);
         CHECK(program.MachineName() == each.machineName);
         CHECK(program.MachineFolder() == folder / each.folder);

@@ -1,6 +1,6 @@
 #include "base/Timer.h"
 
-#include "support/ManualClock.h"
+#include "harness/ManualClock.h"
 
 #include <memory>
 

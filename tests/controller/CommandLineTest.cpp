@@ -1,7 +1,7 @@
 #include "controller/CommandLine.h"
 
 #include "controller/Session.h"
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <sstream>
 

@@ -3,7 +3,7 @@
 
 #include "ProgramDouble.h"
 #include "controller/ControllerLine.h"
-#include "support/ManualClock.h"
+#include "harness/ManualClock.h"
 
 #include <algorithm>
 

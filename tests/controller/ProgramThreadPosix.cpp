@@ -1,5 +1,5 @@
 #include "ProgramThread.h"
-#include "support/WaitUntil.h"
+#include "harness/WaitUntil.h"
 
 #include <cerrno>
 

@@ -1,7 +1,7 @@
 #include "ProgramThread.h"
 #include "controller/Session.h"
-#include "support/TemporaryFolder.h"
-#include "support/WaitUntil.h"
+#include "harness/TemporaryFolder.h"
+#include "harness/WaitUntil.h"
 
 #include <csignal>
 #include <cstdlib>

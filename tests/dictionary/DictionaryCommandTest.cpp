@@ -2,7 +2,7 @@
 
 #include "dictionary/DictionaryFile.h"
 #include "dictionary/TextHolder.h"
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <sstream>
 

@@ -2,7 +2,7 @@
 
 #include "dictionary/DictionaryFile.h"
 #include "files/PackedBytes.h"
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
 

@@ -1,5 +1,5 @@
 #include "end-to-end/ServiceFixture.h"
-#include "support/WaitUntil.h"
+#include "harness/WaitUntil.h"
 
 #include <csignal>
 #include <filesystem>
@@ -10,13 +10,13 @@ using namespace tarvin::test;
 
 namespace {
 
-// The service on the line that the simulated controller makes, both as they are.
+// The real service and the real simulated controller, on the line that the controller makes.
 class TwoPrograms {
 public:
     TwoPrograms() {
         fixture.Disconnect();
-        fixture.folder.WriteFile("part", Part());
-        fixture.folder.WriteFile("NC/200.nc", Part());
+        fixture.installation.WriteFile("part", Part());
+        fixture.installation.WriteFile("NC/200.nc", Part());
     }
 
     static std::string Part() {
@@ -26,14 +26,15 @@ public:
         return part;
     }
 
-    std::string File(const std::string& name) const { return (fixture.folder / name).string(); }
+    std::string File(const std::string& name) const { return (fixture.installation / name).string(); }
 
-    // Until the controller has made its end.
+    // Waits until the controller has made the line.
     void WaitForLine() const {
-        REQUIRE(WaitUntil([this] { return std::filesystem::exists(fixture.folder / "line"); }));
+        REQUIRE(WaitUntil([this] { return std::filesystem::exists(fixture.installation / "line"); }));
     }
 
-    // The controller's exit code; FILE stands for the file that is sent.
+    // Runs the controller to its end and returns its exit code. FILE stands for the file that it sends, RECEIVED for
+    // the file that it writes. The first call starts the service as well.
     int Run(std::vector<std::string> arguments) {
         for (std::string& argument : arguments)
             argument = argument == "FILE" ? File("part") : argument == "RECEIVED" ? File("received") : argument;
@@ -59,7 +60,7 @@ public:
 
 TEST_SUITE_BEGIN("service on any system");
 
-TEST_CASE("files come through whole, however the controller misbehaves on a line that is not lossy") {
+TEST_CASE("Service and controller: files arrive whole through noise, split messages, refusals and damaged answers") {
     struct Case {
         std::vector<std::string> misbehaviour;
         bool isRepeating;
@@ -77,41 +78,39 @@ TEST_CASE("files come through whole, however the controller misbehaves on a line
                                            "FILE", "refuse-get", "1"});
         CHECK(programs.Run(arguments) == 0);
         CAPTURE(programs.output);
-        CHECK(programs.fixture.folder.ReadFile("NC/100.nc") == TwoPrograms::Part());
-        CHECK(programs.fixture.folder.ReadFile("received") == TwoPrograms::Part());
+        CHECK(programs.fixture.installation.ReadFile("NC/100.nc") == TwoPrograms::Part());
+        CHECK(programs.fixture.installation.ReadFile("received") == TwoPrograms::Part());
         CHECK((programs.output.find(" 0 repeats, ok\ncheck") == std::string::npos) == each.isRepeating);
-        // A line of its own each time, at which the program finds the controller again.
+        // The line went with the controller. The next controller makes a new one, which the service has to open.
         CHECK(programs.fixture.service->WaitForOutput("LASER - No Link"));
     }
-    programs.fixture.service->Signal(SIGTERM);
-    CHECK(programs.fixture.service->WaitForExit() == 0);
+    CHECK(programs.fixture.Stop() == 0);
 }
 
-TEST_CASE("a fault is noticed: wrong content, lost messages, a controller that falls silent") {
+TEST_CASE("Service and controller: the controller notices wrong content, a missing file and lost messages") {
     TwoPrograms programs;
     std::string changed = TwoPrograms::Part();
     changed[changed.size() / 2] ^= 1;
-    programs.fixture.folder.WriteFile("NC/201.nc", changed);
+    programs.fixture.installation.WriteFile("NC/201.nc", changed);
     CHECK(programs.Run({"check", "201", "FILE"}) == 1);
     CHECK(programs.Run({"get", "404"}) == 1);
     CHECK(programs.Run({"--drop", "20", "--timeout", "0.3", "--seed", "5", "put", "100", "FILE"}) == 1);
-    // After a link test the next exchange starts over, whatever became of the last.
+    // A link test ends the abandoned upload, so that the next one starts anew.
     CHECK(programs.Run(
               {"--stop-after", "50", "put", "100", "FILE", "test", "put", "100", "FILE", "check", "100", "FILE"}) == 3);
     CHECK(programs.Run({"test", "put", "100", "FILE", "check", "100", "FILE"}) == 0);
-    CHECK(programs.fixture.folder.ReadFile("NC/100.nc") == TwoPrograms::Part());
+    CHECK(programs.fixture.installation.ReadFile("NC/100.nc") == TwoPrograms::Part());
 }
 
 TEST_SUITE_END();
 
-TEST_CASE("a controller that stays keeps the line, whatever comes, until the program has gone") {
+TEST_CASE("Service and controller: a controller that stays keeps the line until the program has closed it") {
     TwoPrograms programs;
     ChildProcess controller("tarvin-controller", {{"--pty", programs.File("line"), "test", "stay"}});
     programs.WaitForLine();
     programs.fixture.Start();
     REQUIRE(controller.WaitForOutput("stay: until the program closes the line"));
-    programs.fixture.service->Signal(SIGTERM);
-    CHECK(programs.fixture.service->WaitForExit() == 0);
+    CHECK(programs.fixture.Stop() == 0);
     CHECK(controller.WaitForExit() == 0);
     CHECK(controller.Output().ends_with("stay: ok\n"));
     CHECK(programs.fixture.service->Output().find("No Link") == std::string::npos);

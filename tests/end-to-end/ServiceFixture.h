@@ -1,12 +1,13 @@
 #pragma once
-// The real service in an installation of its own, on one end of a pseudo-terminal.
+// The real service in an installation of its own, at one end of a line. The test holds the other end, or lets the
+// simulated controller make the line. Failures throw.
 
-#include "support/ChildProcessPosix.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/TemporaryFolder.h"
-#include "support/WindowsProgramsPosix.h"
+#include "harness/ChildProcessPosix.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/TemporaryInstallation.h"
+#include "harness/WindowsProgramsPosix.h"
 
-#include <algorithm>
+#include <csignal>
 #include <memory>
 #include <string>
 
@@ -14,52 +15,52 @@ namespace tarvin::test {
 
 class ServiceFixture {
 public:
-    explicit ServiceFixture(std::string machine = "LASER") : machineName(std::move(machine)) {
-        std::filesystem::create_directory(folder / "NC");
-        folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n[PORTS]\nCOM1=" + (folder / "line").string() + "\n");
-        WriteSettings("[Port Settings]\ntransmit delay=0\nflow control=None\n[Files]\nfile extension=nc\n");
+    // `serviceEntries` are lines of the section "Service" of KEL.INI.
+    explicit ServiceFixture(const std::string& machine = "LASER", const std::string& serviceEntries = {})
+        : machine(machine), installation({.machine = machine, .service = serviceEntries}) {
         Connect();
     }
 
-    // A new line, to which the port's device leads. By a name of its own: the system gives a terminal's name to the
-    // next one at once, which may be another test's.
+    // Makes a new line. The port's device is a link of our own to it: the system soon reuses the name of a closed
+    // pseudo-terminal, perhaps for another test.
     void Connect(PseudoTerminal::Mode mode = PseudoTerminal::Mode::Raw) {
         terminal = std::make_unique<PseudoTerminal>(mode);
-        std::filesystem::create_symlink(terminal->Device(), folder / "line");
+        std::filesystem::create_symlink(terminal->Device(), installation / "line");
         LetPortBeThere(true);
     }
     void Disconnect() {
         LetPortBeThere(false);
-        std::filesystem::remove(folder / "line");
+        std::filesystem::remove(installation / "line");
         terminal->Close();
     }
 
-    // For whoever makes the line that the port leads to.
+    // Tells Wine whether the port exists. For a test whose line comes from the simulated controller.
     void LetPortBeThere(bool isThere) {
         if (AreWindowsProgramsMeant())
-            LeadWindowsPortTo(isThere ? folder / "line" : folder.Path());
+            LeadWindowsPortTo(isThere ? installation / "line" : installation.Path());
     }
 
-    void WriteSettings(std::string_view profile) { folder.WriteFile(SettingsName(), profile); }
-    std::string SettingsName() const {
-        std::string name = machineName + ".INI";
-        std::replace(name.begin(), name.end(), '/', '_');
-        return name;
-    }
+    void WriteSettings(std::string_view profile) { installation.WriteFile(installation.SettingsName(), profile); }
 
-    // Starts it and waits until it serves the line.
+    // Starts the service and returns at once. `furtherWords` follow the machine's name on its command line.
     void Start(std::function<void()> beforeStart = {}, std::vector<std::string> furtherWords = {}) {
-        furtherWords.insert(furtherWords.begin(), machineName);
+        furtherWords.insert(furtherWords.begin(), machine);
         service = std::make_unique<ChildProcess>(
             "tarvindl-service", ChildProcess::Options{furtherWords,
-                                                      {{"TARVINDL_HOME", NameForProgram(folder.Path())}},
+                                                      {{"TARVINDL_HOME", NameForProgram(installation.Path())}},
                                                       std::move(beforeStart)});
     }
 
-    std::string NcFolder() const { return NameForProgram(folder / "NC"); }
+    // Ends the service as its operator does. Returns its exit code.
+    int Stop() {
+        service->Signal(SIGTERM);
+        return service->WaitForExit();
+    }
 
-    std::string machineName;
-    TemporaryFolder folder;
+    std::string NcFolder() const { return NameForProgram(installation.NcFolder()); }
+
+    const std::string machine;
+    TemporaryInstallation installation;
     std::unique_ptr<PseudoTerminal> terminal;
     std::unique_ptr<ChildProcess> service;
 };

@@ -1,5 +1,5 @@
 #include "end-to-end/ServiceFixture.h"
-#include "support/Transcript.h"
+#include "harness/Transcript.h"
 
 #include <csignal>
 #include <regex>
@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// For those that the Windows programs are put to as well; the others are about this system's own ways.
+// Cases that the Windows programs run as well. The others test what only this system has.
 const auto onAnySystem = doctest::test_suite("service on any system");
 
 std::string Ask(ServiceFixture& fixture, std::string_view question, std::size_t answerLength) {
@@ -22,7 +22,7 @@ std::string Ask(ServiceFixture& fixture, std::string_view question, std::size_t 
     return fixture.terminal->Read(answerLength);
 }
 
-// For a service that says nothing one could wait for: until it answers, and has answered all.
+// For a service whose output cannot be read: tests the link until the service has answered everything.
 void Connect(ServiceFixture& fixture) {
     std::string answer;
     for (int attempt = 0; attempt < 100 && answer.empty(); ++attempt) {
@@ -43,7 +43,8 @@ int LineCount(const std::string& text, const std::string& line) {
 
 }
 
-TEST_CASE("the command line is the machine's name, and without an installation nothing happens" * onAnySystem) {
+TEST_CASE("Service: its command line is the machine's name, and it ends at once without an installation" *
+          onAnySystem) {
     const TemporaryFolder folder;
     ChildProcess lost("tarvindl-service", {{"LASER"}, {{"TARVINDL_HOME", NameForProgram(folder / "nowhere")}}});
     CHECK(lost.WaitForExit() == 0);
@@ -57,7 +58,7 @@ TEST_CASE("the command line is the machine's name, and without an installation n
     CHECK(help.Output().starts_with("Usage: tarvindl-service"));
 }
 
-TEST_CASE("each line of output is headed by the local time, and the end of the program saves the settings" *
+TEST_CASE("Service: each line of output begins with the local time, and the end of the program saves the settings" *
           onAnySystem) {
     for (const int signal : {SIGTERM, SIGINT}) {
         ServiceFixture fixture("CUT/2");
@@ -73,51 +74,47 @@ TEST_CASE("each line of output is headed by the local time, and the end of the p
         const std::regex headed("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} .+");
         for (std::string line; std::getline(lines, line);)
             CHECK_MESSAGE(std::regex_match(line, headed), line);
-        // A dot at the end of a name is none on Windows.
-        CHECK(fixture.folder.ReadFile(AreWindowsProgramsMeant() ? "NC/1" : "NC/1.") == "half\r\n");
-        // A record now, with the type of the program's settings at its head.
-        CHECK(fixture.folder.ReadFile("CUT_2.INI").starts_with("\x41\x45\xF7\x05"));
+        // Windows drops a dot at the end of a file name.
+        CHECK(fixture.installation.ReadFile(AreWindowsProgramsMeant() ? "NC/1" : "NC/1.") == "half\r\n");
+        // The text profile has become a record, which begins with the type number of its object.
+        CHECK(fixture.installation.ReadFile("CUT_2.INI").starts_with("\x41\x45\xF7\x05"));
         fixture.Start();
         CHECK(fixture.service->WaitForOutput("CUT/2 COM1:19200,N,8,1,Xon/Xoff"));
     }
 }
 
-TEST_CASE("the texts of the dictionary and the logs of the installation are the machine's own" * onAnySystem) {
-    ServiceFixture fixture;
+TEST_CASE("Service: it uses the dictionary of the installation and writes its logs there" * onAnySystem) {
+    ServiceFixture fixture("LASER", "comms log=%s line.log\n");
     std::filesystem::copy_file(std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/diction.ary",
-                               fixture.folder / "diction.ary");
-    fixture.folder.WriteFile("KEL.INI", fixture.folder.ReadFile("KEL.INI") + "[Service]\ncomms log=%s line.log\n");
+                               fixture.installation / "diction.ary");
     fixture.Disconnect();
     fixture.Start({}, {"/l=German"});
-    // A box that nobody sees names the button that was pressed for them.
+    // The service answers a message box itself and prints the button that it chose.
     REQUIRE(fixture.service->WaitForOutput("Open Comm: COM1 - "));
     REQUIRE(fixture.service->WaitForOutput(" (OK)"));
     fixture.Connect();
     REQUIRE(fixture.service->WaitForOutput("LASER COM1:2400"));
     CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
-    const std::string log = fixture.folder.ReadFile("LASER line.log");
+    CHECK(fixture.Stop() == 0);
+    const std::string log = fixture.installation.ReadFile("LASER line.log");
     for (const char* line : {") Start of logging\r\n", ") LASER COM1:2400,N,8,1,None\r\n", ") TX AATSV[0d]\r\n",
                              ") Application Terminated\r\n"})
         CHECK_MESSAGE(log.find(line) != std::string::npos, log);
 
-    fixture.folder.WriteFile("diction.ary", "no dictionary");
+    fixture.installation.WriteFile("diction.ary", "no dictionary");
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
-    CHECK(fixture.folder.ReadFile("LASER/Debug.Log").find("MSG:WARN: \"Error Opening Specified Dictionary") !=
+    CHECK(fixture.Stop() == 0);
+    CHECK(fixture.installation.ReadFile("LASER/Debug.Log").find("MSG:WARN: \"Error Opening Specified Dictionary") !=
           std::string::npos);
-    // Each run is added to what is there.
-    const std::string longer = fixture.folder.ReadFile("LASER line.log");
+    // The second run appends to the log of the first.
+    const std::string longer = fixture.installation.ReadFile("LASER line.log");
     CHECK(longer.starts_with(log));
     CHECK(LineCount(longer, ") Start of logging\r\n") == 2);
 }
 
-TEST_CASE("a comms log on a full disk says so once, and the transfer goes on") {
-    ServiceFixture fixture;
-    fixture.folder.WriteFile("KEL.INI", fixture.folder.ReadFile("KEL.INI") + "[Service]\ncomms log=all.log\n");
+TEST_CASE("Service: a full disk for the comms log is told once, and the transfer goes on") {
+    ServiceFixture fixture("LASER", "comms log=all.log\n");
     fixture.Start([] {
         const rlimit limit = {3000, 3000};
         ::setrlimit(RLIMIT_FSIZE, &limit);
@@ -127,13 +124,12 @@ TEST_CASE("a comms log on a full disk says so once, and the transfer goes on") {
     for (int line = 0; line < 100; ++line)
         REQUIRE(Ask(fixture, "ABADN" + std::to_string(line), 6) == Message("AAAK"));
     CHECK(Ask(fixture, "ABEF", 6) == Message("AAAK"));
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
+    CHECK(fixture.Stop() == 0);
     CHECK(LineCount(fixture.service->Output(), "Unable to write to log file") == 1);
-    CHECK(fixture.folder.ReadFile("all LASER.log").size() == 3000);
+    CHECK(fixture.installation.ReadFile("all LASER.log").size() == 3000);
 }
 
-TEST_CASE("a settings file that is no such thing gives a warning or the defaults, and is kept" * onAnySystem) {
+TEST_CASE("Service: a damaged settings file is kept, and the defaults apply" * onAnySystem) {
     for (const std::string& content :
          {std::string("\x41\x45\xF7\x05\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 16),
           std::string("\x01\x02\x03\x04 foreign"), std::string("\x41\x45\xF7", 3)}) {
@@ -142,27 +138,25 @@ TEST_CASE("a settings file that is no such thing gives a warning or the defaults
         fixture.Start();
         REQUIRE(fixture.service->WaitForOutput("LASER COM1:2400,N,8,1,Xon/Xoff"));
         CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
-        fixture.service->Signal(SIGTERM);
-        CHECK(fixture.service->WaitForExit() == 0);
-        CHECK(fixture.folder.ReadFile("LASER.INI.bad") == content);
+        CHECK(fixture.Stop() == 0);
+        CHECK(fixture.installation.ReadFile("LASER.INI.bad") == content);
     }
 }
 
-TEST_CASE("a machine's folder is made for its own debug log alone" * onAnySystem) {
+TEST_CASE("Service: the folder of a machine is made only when its debug log has an entry" * onAnySystem) {
     ServiceFixture fixture("CUT/2");
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
-    CHECK_FALSE(std::filesystem::exists(fixture.folder / "CUT_2"));
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
-    std::filesystem::create_directory(fixture.folder / "CUT_2");
-    fixture.folder.WriteFile("CUT_2/Suppressed.txt", "12\nno number\n");
+    CHECK_FALSE(std::filesystem::exists(fixture.installation / "CUT_2"));
+    CHECK(fixture.Stop() == 0);
+    std::filesystem::create_directory(fixture.installation / "CUT_2");
+    fixture.installation.WriteFile("CUT_2/Suppressed.txt", "12\nno number\n");
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
-    CHECK(fixture.folder.ReadFile("CUT_2/Debug.Log").starts_with("\r\n----------------\r\nMSG:WARN: \""));
+    CHECK(fixture.installation.ReadFile("CUT_2/Debug.Log").starts_with("\r\n----------------\r\nMSG:WARN: \""));
 }
 
-TEST_CASE("a port that is not there, or vanishes, comes back by itself" * onAnySystem) {
+TEST_CASE("Service: a port that is missing or vanishes is opened again when it returns" * onAnySystem) {
     ServiceFixture fixture;
     fixture.Disconnect();
     fixture.Start();
@@ -175,13 +169,12 @@ TEST_CASE("a port that is not there, or vanishes, comes back by itself" * onAnyS
         fixture.Disconnect();
         REQUIRE(fixture.service->WaitForOutput("LASER - No Link"));
     }
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
+    CHECK(fixture.Stop() == 0);
     CHECK(LineCount(fixture.service->Output(), "Open Comm") == 1);
     CHECK(LineCount(fixture.service->Output(), "COM1 - ") == 3);
 }
 
-TEST_CASE("a file that may not grow ends the upload with what fitted") {
+TEST_CASE("Service: a file that cannot grow ends the upload and keeps the bytes that fitted") {
     ServiceFixture fixture;
     fixture.Start([] {
         const rlimit limit = {20, 20};
@@ -193,25 +186,24 @@ TEST_CASE("a file that may not grow ends the upload with what fitted") {
     CHECK(Ask(fixture, "ABAD0123456789", 8) == Message("AAAK03"));
     CHECK(fixture.service->WaitForOutput("Upload Error(s) " + fixture.NcFolder() + "/1.nc"));
     CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
-    CHECK(fixture.folder.ReadFile("NC/1.nc") == "0123456789\r\n01234567");
+    CHECK(fixture.installation.ReadFile("NC/1.nc") == "0123456789\r\n01234567");
 }
 
-TEST_CASE("the program ends without waiting for a line that is held") {
+TEST_CASE("Service: it ends without waiting for a held line") {
     ServiceFixture fixture;
     fixture.WriteSettings("[Port Settings]\ntransmit delay=0\nflow control=Xon/Xoff\n[Files]\nfile extension=nc\n");
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
-    fixture.folder.WriteFile("NC/1.nc", "N1\n");
+    fixture.installation.WriteFile("NC/1.nc", "N1\n");
     fixture.terminal->Write("\x13" + Message("ABSE1"));
     REQUIRE(fixture.service->WaitForOutput("Downloading"));
     const auto asked = std::chrono::steady_clock::now();
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
-    // Far from the ten seconds that a write may take, and from what a closing device may wait for its last bytes.
+    CHECK(fixture.Stop() == 0);
+    // Well below the 10 s that a write may take, and below the time that closing a device may wait for its last bytes.
     CHECK(std::chrono::steady_clock::now() - asked < 5s);
 }
 
-TEST_CASE("nothing but answers goes onto the line, even where the program has no standard streams") {
+TEST_CASE("Service: without standard streams, still only answers go out on the line") {
     ServiceFixture fixture;
     fixture.Start([] {
         for (const int stream : {0, 1, 2})
@@ -221,11 +213,10 @@ TEST_CASE("nothing but answers goes onto the line, even where the program has no
     CHECK(Ask(fixture, "ABST1", 6) == Message("AAAK"));
     CHECK(Ask(fixture, "ABEF", 6) == Message("AAAK"));
     CHECK(fixture.terminal->Read(1, 300ms).empty());
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
+    CHECK(fixture.Stop() == 0);
 }
 
-TEST_CASE("a reader that has stopped reading keeps neither the line nor the end of the program waiting") {
+TEST_CASE("Service: a full output pipe delays neither the line nor the end of the program") {
     ServiceFixture fixture;
     int ends[2] = {-1, -1};
     REQUIRE(::pipe(ends) == 0);
@@ -237,13 +228,12 @@ TEST_CASE("a reader that has stopped reading keeps neither the line nor the end 
         REQUIRE(Ask(fixture, "ABST1", 6) == Message("AAAK"));
         REQUIRE(Ask(fixture, "ABEF", 6) == Message("AAAK"));
     }
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
+    CHECK(fixture.Stop() == 0);
     ::close(ends[0]);
     ::close(ends[1]);
 }
 
-TEST_CASE("a port whose settings are refused is not served half-set, and a second program does not get it") {
+TEST_CASE("Service: refused port settings leave the line raw, and a second program does not get the port") {
     ServiceFixture fixture;
     fixture.WriteSettings("[Port Settings]\nstopbits=1.5\n");
     fixture.Disconnect();
@@ -251,22 +241,21 @@ TEST_CASE("a port whose settings are refused is not served half-set, and a secon
     fixture.Start();
     REQUIRE(fixture.service->WaitForOutput("Update Comm State: COM1 - Unsupported line settings"));
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
-    // No echo, no line editing: as raw as any other.
+    // The line still became raw: no echo, no line editing.
     CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
     fixture.terminal->Write("\x04");
     CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
-    ChildProcess second("tarvindl-service", {{"OTHER"}, {{"TARVINDL_HOME", fixture.folder.Path().string()}}});
+    ChildProcess second("tarvindl-service", {{"OTHER"}, {{"TARVINDL_HOME", fixture.installation.Path().string()}}});
     CHECK(second.WaitForOutput("Open Comm: COM1 - Device or resource busy"));
     CHECK(second.WaitForOutput("OTHER - No Link"));
     CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
 }
 
-TEST_CASE("a signal that was ignored from the start stays ignored") {
+TEST_CASE("Service: a signal that was ignored at the start stays ignored") {
     ServiceFixture fixture;
     fixture.Start([] { std::signal(SIGHUP, SIG_IGN); });
     REQUIRE(fixture.service->WaitForOutput("Waiting..."));
     fixture.service->Signal(SIGHUP);
     CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
-    fixture.service->Signal(SIGTERM);
-    CHECK(fixture.service->WaitForExit() == 0);
+    CHECK(fixture.Stop() == 0);
 }

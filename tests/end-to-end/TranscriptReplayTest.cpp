@@ -1,5 +1,5 @@
 #include "end-to-end/ServiceFixture.h"
-#include "support/Transcript.h"
+#include "harness/Transcript.h"
 
 #include <csignal>
 
@@ -9,12 +9,12 @@ using namespace tarvin::test;
 
 TEST_SUITE_BEGIN("service on any system");
 
-TEST_CASE("the real service holds every transcript over a real line") {
+TEST_CASE("Service: it holds every transcript over a pseudo-terminal") {
     for (const Transcript& transcript : Transcripts()) {
         CAPTURE(transcript.name);
         ServiceFixture fixture;
         fixture.WriteSettings(WithFolder(SettingsProfile(transcript), fixture.NcFolder()));
-        MakeFilesBefore(transcript, fixture.folder);
+        MakeFilesBefore(transcript, fixture.installation);
         fixture.Start();
         REQUIRE(fixture.service->WaitForOutput("Waiting..."));
         for (const TranscriptStep& step : transcript.steps) {
@@ -24,14 +24,13 @@ TEST_CASE("the real service holds every transcript over a real line") {
             if (!step.status.empty())
                 CHECK(fixture.service->WaitForLastLine(" " + WithFolder(step.status, fixture.NcFolder())));
         }
-        // Nothing is left over that nobody asked for.
+        // The next bytes are the answer to this test, so the service has sent no unexpected message before.
         fixture.terminal->Write(Message("ABTS"));
         CHECK(fixture.terminal->Read(6) == Message("AATS"));
-        fixture.service->Signal(SIGTERM);
-        CHECK(fixture.service->WaitForExit() == 0);
+        CHECK(fixture.Stop() == 0);
         for (const TranscriptStep& step : transcript.steps)
             CHECK(fixture.service->Output().find(step.message) != std::string::npos);
-        CheckFilesAfter(transcript, fixture.folder);
+        CheckFilesAfter(transcript, fixture.installation);
     }
 }
 

@@ -1,5 +1,5 @@
+#include "harness/EngineHarness.h"
 #include "protocol/RawProtocol.h"
-#include "support/EngineHarness.h"
 
 #include <doctest/doctest.h>
 

@@ -1,6 +1,6 @@
 #include "files/KelFile.h"
 
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
 

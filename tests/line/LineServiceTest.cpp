@@ -1,6 +1,6 @@
 #include "line/LineService.h"
 
-#include "support/FakePort.h"
+#include "harness/FakePort.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
+#include "harness/ManualClock.h"
+#include "harness/TemporaryFolder.h"
 #include "logging/ActivityLog.h"
 #include "logging/CommsLog.h"
-#include "support/ManualClock.h"
-#include "support/TemporaryFolder.h"
 
 #include <regex>
 

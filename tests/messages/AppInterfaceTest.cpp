@@ -1,6 +1,6 @@
 #include "messages/AppInterface.h"
 
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "messages/DebugLog.h"
 
 #include "files/NativeFile.h"
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <thread>
 #include <vector>

@@ -1,5 +1,5 @@
+#include "harness/TemporaryFolder.h"
 #include "messages/DebugLog.h"
-#include "support/TemporaryFolder.h"
 
 #include <csignal>
 

@@ -1,6 +1,6 @@
 #include "messages/SuppressedMessages.h"
 
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <utility>
 

@@ -1,5 +1,5 @@
+#include "harness/TemporaryFolder.h"
 #include "messages/SuppressedMessages.h"
-#include "support/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
 #include <sys/stat.h>

@@ -1,13 +1,13 @@
 // The contract of SerialPort, checked on the fake port and on a pseudo-terminal. The pseudo-terminal is served by the
 // POSIX back end or, with TARVIN_WINDOWS_PROGRAMS, by the Windows back end under Wine.
 
+#include "harness/FakePort.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/RemotePortPosix.h"
+#include "harness/TemporaryFolder.h"
+#include "harness/WindowsProgramsPosix.h"
 #include "port/PortNames.h"
 #include "port/SerialPort.h"
-#include "support/FakePort.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/RemotePortPosix.h"
-#include "support/TemporaryFolder.h"
-#include "support/WindowsProgramsPosix.h"
 
 #include <functional>
 #include <thread>

@@ -1,9 +1,9 @@
 // Ports are found and named on a computer made of pseudo-terminals and folders.
 
 #include "files/NativeFile.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/TemporaryFolder.h"
 #include "port/PortNamesPosix.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/TemporaryFolder.h"
 
 #include <deque>
 #include <functional>

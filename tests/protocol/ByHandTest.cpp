@@ -1,5 +1,5 @@
+#include "harness/EngineHarness.h"
 #include "protocol/TarvinApp.h"
-#include "support/EngineHarness.h"
 
 namespace tarvin::test {
 

@@ -1,7 +1,7 @@
 #include "protocol/TarvinApp.h"
 
-#include "support/ProtocolHarness.h"
-#include "support/Transcript.h"
+#include "harness/ProtocolHarness.h"
+#include "harness/Transcript.h"
 
 #include <doctest/doctest.h>
 

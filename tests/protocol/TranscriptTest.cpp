@@ -1,7 +1,7 @@
-#include "support/Transcript.h"
+#include "harness/Transcript.h"
 
+#include "harness/EngineHarness.h"
 #include "protocol/TarvinApp.h"
-#include "support/EngineHarness.h"
 
 #include <algorithm>
 

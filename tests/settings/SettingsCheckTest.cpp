@@ -1,7 +1,7 @@
 #include "settings/SettingsCheck.h"
 
+#include "harness/TemporaryFolder.h"
 #include "settings/ControlCharacters.h"
-#include "support/TemporaryFolder.h"
 
 #include <set>
 #include <string>

@@ -1,6 +1,6 @@
 #include "settings/SettingsStore.h"
 
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <iterator>
 #include <string>

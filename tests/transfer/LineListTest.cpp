@@ -1,6 +1,6 @@
 #include "transfer/LineList.h"
 
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <vector>
 

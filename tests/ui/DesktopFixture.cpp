@@ -6,11 +6,7 @@
 
 namespace tarvin::test {
 
-DesktopFixture::DesktopFixture(const std::string& profile) {
-    std::filesystem::create_directory(folder / "NC");
-    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n[PORTS]\nCOM1=" + (folder / "line").string() + "\n");
-    folder.WriteFile("LASER.INI", profile);
-}
+DesktopFixture::DesktopFixture(const std::string& profile) : folder({.settings = profile}) {}
 
 DesktopFixture::~DesktopFixture() {
     if (window != nullptr)

@@ -3,9 +3,9 @@
 
 #include "User.h"
 #include "app/Start.h"
-#include "support/ChildProcessPosix.h"
-#include "support/PseudoTerminalPosix.h"
-#include "support/TemporaryFolder.h"
+#include "harness/ChildProcessPosix.h"
+#include "harness/PseudoTerminalPosix.h"
+#include "harness/TemporaryInstallation.h"
 #include "ui/DesktopInterface.h"
 #include "ui/MainWindow.h"
 
@@ -42,7 +42,7 @@ public:
     bool CaptionBecomes(const std::string& text);
     MainPanel& Panel() { return window->Panel(); }
 
-    TemporaryFolder folder;
+    TemporaryInstallation folder;
     std::unique_ptr<PseudoTerminal> terminal;
     std::unique_ptr<ChildProcess> controller;
     std::unique_ptr<TarvinApp> engine;

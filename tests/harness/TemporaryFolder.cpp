@@ -1,10 +1,9 @@
-#include "support/TemporaryFolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <fstream>
 #include <iterator>
 #include <random>
-
-#include <doctest/doctest.h>
+#include <stdexcept>
 
 namespace tarvin::test {
 
@@ -17,7 +16,7 @@ TemporaryFolder::TemporaryFolder() {
 
 TemporaryFolder::~TemporaryFolder() {
     std::error_code ignored;
-    // A test may have taken the right to write away.
+    // A test may have removed the right to write.
     std::filesystem::permissions(path, std::filesystem::perms::owner_all, std::filesystem::perm_options::add, ignored);
     std::filesystem::remove_all(path, ignored);
 }
@@ -25,12 +24,14 @@ TemporaryFolder::~TemporaryFolder() {
 void TemporaryFolder::WriteFile(std::string_view name, std::string_view content) const {
     std::ofstream file(path / name, std::ios::binary);
     file.write(content.data(), static_cast<std::streamsize>(content.size()));
-    REQUIRE(file.flush());
+    if (!file.flush())
+        throw std::runtime_error((path / name).string() + " cannot be written");
 }
 
 std::string TemporaryFolder::ReadFile(std::string_view name) const {
     std::ifstream file(path / name, std::ios::binary);
-    REQUIRE_MESSAGE(file.is_open(), (path / name).string());
+    if (!file.is_open())
+        throw std::runtime_error((path / name).string() + " cannot be read");
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 

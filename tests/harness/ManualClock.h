@@ -1,5 +1,5 @@
 #pragma once
-// A clock that stands still until the test moves it.
+// A clock that stands still until a test moves it. One thread.
 
 #include "base/Clock.h"
 

@@ -1,6 +1,7 @@
-#include "support/WindowsProgramsPosix.h"
+#include "harness/WindowsProgramsPosix.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdlib>
 
 namespace tarvin::test {
@@ -18,11 +19,12 @@ bool AreWindowsProgramsMeant() {
 }
 
 std::vector<std::string> WindowsProgramWords(const std::string& program) {
+    assert(AreWindowsProgramsMeant());
     return {TARVIN_SOURCE_FOLDER "/tools/wine", std::string(Folder()) + "/" + program + ".exe"};
 }
 
 void LeadWindowsPortTo(const std::filesystem::path& device, int number) {
-    // tools/wine has put a link there for each name of a port.
+    // tools/wine maps each port name to such a path.
     const std::filesystem::path link = TARVIN_SOURCE_FOLDER "/build/wine/line" + std::to_string(number);
     std::filesystem::remove(link);
     std::filesystem::create_symlink(device, link);

@@ -1,5 +1,5 @@
 #pragma once
-// A fresh folder that is gone, with all that is in it, when the test ends.
+// A new folder in the system's temporary folder. The destructor removes it with all that is in it. Failures throw.
 
 #include <filesystem>
 #include <string>
@@ -17,7 +17,7 @@ public:
     const std::filesystem::path& Path() const { return path; }
     std::filesystem::path operator/(std::string_view name) const { return path / name; }
 
-    // Writes and reads whole files below the folder, byte for byte. Reading a missing file fails the test.
+    // Write and read a whole file below the folder, byte for byte.
     void WriteFile(std::string_view name, std::string_view content) const;
     std::string ReadFile(std::string_view name) const;
 

@@ -1,12 +1,12 @@
 #pragma once
-// For what nothing tells of when it has come.
+// Waiting for a condition that announces nothing when it comes true.
 
 #include <chrono>
 #include <thread>
 
 namespace tarvin::test {
 
-// Looks again and again until the condition holds, for 20 s at most; then false.
+// Looks every millisecond until the condition holds. False if it does not hold within 20 s.
 template <typename Condition>
 bool WaitUntil(Condition condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);

@@ -1,9 +1,9 @@
 #pragma once
 // A protocol with nothing but a sender, a transfer and settings: no engine, no thread, no port.
 
+#include "harness/ManualClock.h"
+#include "harness/TemporaryFolder.h"
 #include "protocol/Protocol.h"
-#include "support/ManualClock.h"
-#include "support/TemporaryFolder.h"
 
 #include <string>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "support/RemotePortPosix.h"
+#include "harness/RemotePortPosix.h"
 
 #include <sstream>
 

@@ -1,4 +1,4 @@
-#include "support/Transcript.h"
+#include "harness/Transcript.h"
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ std::string Message(std::string_view text) {
 }
 
 std::string SettingsProfile(const Transcript& transcript) {
-    // Later keys of the same name do not count, so that a transcript may set any of these.
+    // The first of several equal keys counts, so the transcript's own lines come first.
     return "[Port Settings]\n" + transcript.portSettings + "transmit delay=0\nflow control=None\n[Files]\n" +
            transcript.fileSettings + "file extension=nc\n";
 }

@@ -2,8 +2,8 @@
 // The engine on a fake port, a clock that the test moves and events that are remembered, all on the test's own thread.
 
 #include "engine/Monitor.h"
-#include "support/FakePort.h"
-#include "support/TemporaryFolder.h"
+#include "harness/FakePort.h"
+#include "harness/TemporaryFolder.h"
 
 #include <functional>
 #include <memory>

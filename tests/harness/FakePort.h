@@ -2,8 +2,8 @@
 // A serial port without a device: the semantics of the real ports on a clock that the test moves, and any fault that a
 // test asks for. One thread.
 
+#include "harness/ManualClock.h"
 #include "port/SerialPort.h"
-#include "support/ManualClock.h"
 
 #include <chrono>
 #include <map>

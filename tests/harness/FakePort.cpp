@@ -1,4 +1,4 @@
-#include "support/FakePort.h"
+#include "harness/FakePort.h"
 
 #include <algorithm>
 #include <cassert>

@@ -2,8 +2,8 @@
 // The Windows serial port, inside the program port-host under Wine. One thread uses it, apart from Wake and
 // CancelWrite.
 
+#include "harness/ChildProcessPosix.h"
 #include "port/SerialPort.h"
-#include "support/ChildProcessPosix.h"
 
 #include <string>
 
