@@ -2,7 +2,7 @@
 // What every program of the machine does with its command line before anything else. Knows nothing of what comes then.
 
 #include "base/KelText.h"
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 
 #include <optional>
 
@@ -10,7 +10,7 @@ namespace tarvin {
 
 struct ProgramStart {
     KelText commandLine;
-    ProgramPaths paths;
+    Installation paths;
 };
 
 // From what main() is given. None if the program has nothing more to do and ends with 0: it has been asked for its

@@ -9,17 +9,14 @@
 
 namespace tarvin {
 
-std::optional<ProgramPaths> Start::FindPaths(KelText& reason) {
-    const auto installation = FindInstallation();
+std::optional<Installation> Start::FindPaths(KelText& reason) {
+    const auto folder = FindInstallation();
+    const auto installation = folder ? Installation::Read(*folder) : Result<Installation>(folder.Reason());
     if (!installation) {
-        reason = u"No installation of TarvinDL was found: no folder with a readable KEL.INI.";
+        reason = installation.Reason().text + u".";
         return std::nullopt;
     }
-    auto paths = ProgramPaths::Read(*installation);
-    if (!paths)
-        reason = u"Unable to locate Program Paths in " + FromPath(*installation) +
-                 u": KEL.INI there has no section PROGRAM PATHS.";
-    return paths;
+    return *installation;
 }
 
 KelText Start::MachineName(KelTextView commandLine) {
@@ -27,10 +24,10 @@ KelText Start::MachineName(KelTextView commandLine) {
     return name.empty() ? KelText(TarvinApp::defaultMachineName) : name;
 }
 
-void Start::LoadDictionary(const ProgramPaths& programPaths, const KelText& commandLine,
+void Start::LoadDictionary(const Installation& programPaths, const KelText& commandLine,
                            const std::function<void(const MessageBoxText&)>& reportFailure) {
     DictionaryRequest request;
-    request.programFolder = programPaths.Installation();
+    request.programFolder = programPaths.Folder();
     request.commandLine = commandLine;
     std::error_code ignored;
     const auto loaded = Dictionary().Load(request);
@@ -38,16 +35,15 @@ void Start::LoadDictionary(const ProgramPaths& programPaths, const KelText& comm
         reportFailure({loaded.Reason().text, Dictionary().Text(290), okOnly | iconExclamation});
 }
 
-std::filesystem::path Start::MachineFolder(const ProgramPaths& programPaths, KelTextView machineName) {
-    return programPaths.Installation() / ToPath(FileNameFor(machineName));
+std::filesystem::path Start::MachineFolder(const Installation& programPaths, KelTextView machineName) {
+    return programPaths.Folder() / ToPath(FileNameFor(machineName));
 }
 
-Start::Start(const ProgramPaths& programPaths, DownloadWindow& downloadWindow)
+Start::Start(const Installation& programPaths, DownloadWindow& downloadWindow)
     : paths(programPaths), portNames(paths.PathsFile()), window(downloadWindow) {}
 
 std::unique_ptr<TarvinApp> Start::MakeEngine(KelText machineName) const {
-    EngineSetup setup = {MakeSerialPort(portNames), clock, window, paths.Installation(),
-                         FromPath(paths.NcFilesFolder())};
+    EngineSetup setup = {MakeSerialPort(portNames), clock, window, paths.Folder(), FromPath(paths.NcFilesFolder())};
     return std::make_unique<TarvinApp>(std::move(setup), std::move(machineName));
 }
 

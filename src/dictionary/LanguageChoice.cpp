@@ -52,6 +52,7 @@ std::int32_t ChooseLanguage(const std::vector<DictionaryLanguage>& languages, Ke
             return isThere ? *place - 1 : languageUnknown;
         }
     }
+    // A whole name goes before the start of one, or a short name could never be chosen.
     constexpr KelText DictionaryLanguage::*namings[] = {&DictionaryLanguage::name, &DictionaryLanguage::folder};
     for (const auto naming : namings) {
         std::int32_t language = FirstLanguage(languages, [&](const auto& each) { return each.*naming == name; });

@@ -15,7 +15,7 @@ constexpr std::size_t indexBlock = 16;
 constexpr std::int32_t languageNoteText = 323;
 constexpr std::int32_t languageNoteTitle = 324;
 
-// What message boxes cannot do without, whatever has become of the dictionary.
+// The texts of message boxes, for a program without a dictionary.
 const char16_t* BuiltInText(std::int32_t id) noexcept {
     switch (id) {
     case 47:
@@ -78,16 +78,18 @@ Result<> TextHolder::Load(const DictionaryRequest& request) {
     language = request.language;
     dictionaryFile = WholePath(request);
     if (auto bytes = ReadWholeFile(dictionaryFile, maximumDictionarySize)) {
-        DictionaryReader reader(std::move(*bytes));
-        if (Take(reader))
+        DictionaryReader reader;
+        if (reader.Open(std::move(*bytes))) {
+            Take(reader);
             return {};
+        }
     }
     language = languageNone;
     return Error{u"Error Opening Specified Dictionary\n" + FromPath(dictionaryFile)};
 }
 
 void TextHolder::Clear() {
-    // Whole new ones: the memory of one language is not kept for another.
+    // New objects rather than clear(): they give the memory of the last language back.
     pool = std::vector<char16_t>();
     index = std::vector<std::uint64_t>();
     entries = std::vector<TextEntry>();
@@ -95,19 +97,14 @@ void TextHolder::Clear() {
     skippedEntryCount = 0;
 }
 
-bool TextHolder::Take(DictionaryReader& reader) {
-    if (!reader.Fault().empty())
-        return false;
-    const bool isOpen = language == languageByName || language == languageUnknown;
-    if (isOpen)
+void TextHolder::Take(DictionaryReader& reader) {
+    if (language == languageByName || language == languageUnknown)
         language = ChooseLanguage(reader.Languages(), languageName);
     if (language == languageUnknown)
         language = languageNone;
     if (language == languageAll) {
-        DictionaryContent content;
-        ReadContent(reader, content);
-        entries = std::move(content.entries);
-        return true;
+        entries = ReadContent(reader).entries;
+        return;
     }
     AddChosenTexts(reader);
     const auto loadedText = [&](std::int32_t id) {
@@ -115,11 +112,11 @@ bool TextHolder::Take(DictionaryReader& reader) {
         return KelText(text == nullptr ? u"" : text);
     };
     languageNote = loadedText(languageNoteTitle) + u"\n\n" + loadedText(languageNoteText);
-    return true;
 }
 
 void TextHolder::AddChosenTexts(DictionaryReader& reader) {
-    // Room for all of it at once: growing block by block copies everything each time.
+    // The first pass counts, so that the memory is allocated once. Growing block by block would copy the texts each
+    // time.
     DictionaryReader::Entry entry;
     std::int32_t highestId = 0;
     std::size_t unitCount = 0;
@@ -172,7 +169,7 @@ const char16_t* TextHolder::Text(std::int32_t id) const noexcept {
 }
 
 const char16_t* TextHolder::TextOrNull(std::int32_t id) const noexcept {
-    // An id below 0 becomes one beyond every index.
+    // A negative id becomes a slot beyond every index.
     const std::size_t slot = static_cast<std::uint32_t>(id);
     const std::uint64_t place = slot < index.size() ? index[slot] : 0;
     return place != 0 ? pool.data() + (place - 1) : nullptr;

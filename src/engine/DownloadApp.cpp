@@ -87,7 +87,7 @@ void DownloadApp::ProcessReceivedData() {
     if (transferState == TransferState::Uploading) {
         const auto bytes = line.Receive().Bytes();
         bytesDone += static_cast<std::int64_t>(bytes.size());
-        const bool isWritten =
+        const auto isWritten =
             transferFile.Write(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
         SetProgress(bytesDone, uploadRange);
         if (!isWritten)

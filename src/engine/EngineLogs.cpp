@@ -15,7 +15,7 @@ void EngineLogs::StartCommsLog(const std::filesystem::path& path, const Download
                                std::uint64_t sizeLimit) {
     // What waits belongs to the run that ends here.
     recorder.FlushPending();
-    commsLog.Flush();
+    (void)commsLog.Flush();
     if (!(sizeLimit == 0 ? commsLog.Open(path) : commsLog.OpenRolling(path, sizeLimit))) {
         Complain();
         return;

@@ -66,9 +66,9 @@ void LinkEngine::Terminate() {
     reopenPort.Stop();
     displayTicker.Stop();
     line.ClosePort();
-    store.SaveSettings(settings);
+    (void)store.SaveSettings(settings);
     if (transferFile.IsWriting())
-        transferFile.Sync();
+        (void)transferFile.Sync();
     transferFile.Close();
     logs.EndCommsLog("Application Terminated");
     logs.Flush();

@@ -1,4 +1,4 @@
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 
 #include "files/FileNames.h"
 #include "files/NativeFile.h"
@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 namespace tarvin {
 
@@ -18,11 +19,11 @@ constexpr std::size_t maximumPathUnits = 32767;
 
 bool HoldsInstallation(const std::filesystem::path& folder) {
     NativeFile file;
-    return file.Open(folder / pathsFileName, NativeFile::Access::Read);
+    return static_cast<bool>(file.Open(folder / pathsFileName, NativeFile::Access::Read));
 }
 
-// A KEL.INI written on Windows must name the same folder elsewhere. A full path is left alone: it belongs to the system
-// that it was written for, where a backslash may be part of a name.
+// A KEL.INI written on Windows names the same folder on every system, so separators are replaced. A full path belongs
+// to the system that it was written for, where a backslash may be part of a name. It stays as it is.
 std::filesystem::path BelowInstallation(const std::filesystem::path& installation, KelText folder) {
     if (ToPath(folder).is_absolute())
         return ToPath(folder);
@@ -31,36 +32,41 @@ std::filesystem::path BelowInstallation(const std::filesystem::path& installatio
 
 }
 
-std::optional<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates) {
+Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates) {
+    const Error notFound = {u"No installation of TarvinDL was found: no folder with a readable KEL.INI"};
     const auto folders = candidates.chosen ? std::vector{*candidates.chosen} : candidates.folders;
     const auto found = std::find_if(folders.begin(), folders.end(), HoldsInstallation);
     if (found == folders.end())
-        return std::nullopt;
-    // The working folder may change later.
+        return notFound;
+    // Absolute, because the working folder may change later.
     std::error_code error;
-    const auto absolute = std::filesystem::absolute(*found, error);
-    return error ? std::nullopt : std::optional(absolute);
+    auto absolute = std::filesystem::absolute(*found, error);
+    if (error)
+        return notFound;
+    return absolute;
 }
 
-std::optional<std::filesystem::path> FindInstallation() {
+Result<std::filesystem::path> FindInstallation() {
     return FindInstallation(SystemInstallationCandidates());
 }
 
-std::filesystem::path ProgramPaths::PathsFile() const {
-    return installation / pathsFileName;
+Installation::Installation(std::filesystem::path folder, std::filesystem::path ncFilesFolder)
+    : folder(std::move(folder)), ncFilesFolder(std::move(ncFilesFolder)) {}
+
+std::filesystem::path Installation::PathsFile() const {
+    return folder / pathsFileName;
 }
 
-std::optional<ProgramPaths> ProgramPaths::Read(const std::filesystem::path& installation) {
-    const auto profile = Profile::Read(installation / pathsFileName);
-    if (!profile || !profile->HasSection(pathsSection))
-        return std::nullopt;
+Result<Installation> Installation::Read(const std::filesystem::path& folder) {
+    const auto profile = Profile::Read(folder / pathsFileName);
+    if (!profile || !profile->HasSection(pathsSection)) {
+        return Error{u"Unable to locate Program Paths in " + FromPath(folder) +
+                     u": KEL.INI there has no section PROGRAM PATHS"};
+    }
     KelText ncFiles = profile->Text(pathsSection, u"NC Files", u"", maximumPathUnits);
     if (ncFiles.empty())
         ncFiles = u"NC Files";
-    ProgramPaths paths;
-    paths.installation = installation;
-    paths.ncFilesFolder = BelowInstallation(installation, ncFiles);
-    return paths;
+    return Installation(folder, BelowInstallation(folder, std::move(ncFiles)));
 }
 
 }

@@ -1,6 +1,8 @@
 #pragma once
-// The installation: where it is, and the folders that its KEL.INI names. Knows nothing of what is in those folders.
-// Any thread that does not run beside a change of the environment.
+// The installation: its folder, and the folders that its KEL.INI names. Any thread, as long as no other thread changes
+// the environment.
+
+#include "base/Result.h"
 
 #include <filesystem>
 #include <optional>
@@ -8,37 +10,39 @@
 
 namespace tarvin {
 
-// The folder that the running program's file is in; none if the system does not tell.
+// The folder of the running program's file. None if the system does not tell it.
 std::optional<std::filesystem::path> ProgramFolder();
 
-// Where an installation may be.
+// The folders that may hold an installation.
 struct InstallationCandidates {
-    // Named by the user. Right or wrong, nothing else counts then.
+    // The user's choice. With a choice no other folder is tried, even if this one holds no installation.
     std::optional<std::filesystem::path> chosen;
-    // The first that holds a readable KEL.INI is taken.
+    // The first of these with a readable KEL.INI is the installation.
     std::vector<std::filesystem::path> folders;
 };
 
-// What the environment, the place of the executable and the system's conventions give.
+// The candidates by the environment, the program's folder and the conventions of the system.
 InstallationCandidates SystemInstallationCandidates();
 
-// The installation folder as an absolute path; none if there is no installation.
-std::optional<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates);
-std::optional<std::filesystem::path> FindInstallation();
+// The installation folder as an absolute path. Fails if no candidate holds an installation.
+Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates);
+Result<std::filesystem::path> FindInstallation();
 
-class ProgramPaths {
+class Installation {
 public:
-    // None if KEL.INI in the installation cannot be read or has no section "PROGRAM PATHS".
-    static std::optional<ProgramPaths> Read(const std::filesystem::path& installation);
+    // Fails if KEL.INI in `folder` cannot be read or has no section "PROGRAM PATHS".
+    static Result<Installation> Read(const std::filesystem::path& folder);
 
-    const std::filesystem::path& Installation() const { return installation; }
-    // KEL.INI itself, which has sections of others too.
+    const std::filesystem::path& Folder() const { return folder; }
+    // KEL.INI. It has further sections, which other parts of the program read.
     std::filesystem::path PathsFile() const;
-    // Need not exist.
+    // May be missing on the disk.
     const std::filesystem::path& NcFilesFolder() const { return ncFilesFolder; }
 
 private:
-    std::filesystem::path installation;
+    Installation(std::filesystem::path folder, std::filesystem::path ncFilesFolder);
+
+    std::filesystem::path folder;
     std::filesystem::path ncFilesFolder;
 };
 

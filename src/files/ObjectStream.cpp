@@ -1,5 +1,8 @@
 #include "files/ObjectStream.h"
 
+#include <cassert>
+#include <limits>
+
 namespace tarvin {
 
 std::string_view ObjectReader::Bytes(std::size_t byteCount) {
@@ -13,6 +16,7 @@ std::string_view ObjectReader::Bytes(std::size_t byteCount) {
 }
 
 std::uint32_t ObjectReader::Count(std::size_t elementSize, std::uint32_t maximum) {
+    assert(elementSize > 0);
     const std::uint32_t count = Number();
     if (count <= maximum && count <= rest.size() / elementSize)
         return count;
@@ -22,6 +26,7 @@ std::uint32_t ObjectReader::Count(std::size_t elementSize, std::uint32_t maximum
 
 void ObjectReader::Fail() {
     hasFailed = true;
+    // With nothing left, every later read fails too.
     rest = {};
 }
 
@@ -33,6 +38,7 @@ std::uint32_t ObjectReader::LittleEndian(std::string_view bytes) {
 }
 
 void ObjectWriter::Text(std::string_view text) {
+    assert(text.size() <= std::numeric_limits<std::uint32_t>::max());
     Number(static_cast<std::uint32_t>(text.size()));
     Bytes(text);
 }

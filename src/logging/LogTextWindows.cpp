@@ -1,5 +1,5 @@
 #include "base/WindowsApi.h"
-#include "logging/LocalTimeText.h"
+#include "logging/LogText.h"
 
 namespace tarvin {
 

@@ -1,7 +1,7 @@
 #include "port/PortEntriesPosix.h"
 
 #include "files/NativeFile.h"
-#include "files/ProfileEdit.h"
+#include "files/Profile.h"
 
 #include <algorithm>
 #include <set>
@@ -36,7 +36,7 @@ bool HoldFile(NativeFile& file, const std::filesystem::path& path, std::chrono::
 }
 
 std::string ReadEntries(const std::filesystem::path& path) {
-    return ReadWholeFile(path, Profile::maxFileBytes).value_or(std::string());
+    return ReadWholeFile(path, Profile::maxFileBytes).ValueOr(std::string());
 }
 
 std::set<dev_t> DevicesWithEntry(const Profile& profile) {
@@ -91,7 +91,7 @@ Profile AssignPorts(const std::filesystem::path& pathsFile, const std::vector<Se
     NativeFile held;
     const bool isHeld = HoldFile(held, pathsFile, longestWait);
     const auto before = ReadWholeFile(pathsFile, Profile::maxFileBytes);
-    const std::string after = WithDevices(before.value_or(std::string()), fresh);
+    const std::string after = WithDevices(before.ValueOr(std::string()), fresh);
     // A file that cannot be read is no profile, and is not made one.
     if (isHeld && before && after != *before && after.size() <= Profile::maxFileBytes)
         (void)ReplaceWholeFile(pathsFile, after);

@@ -139,7 +139,7 @@ void TarvinApp::OnUploadRequest() {
 void TarvinApp::OnDataLine() {
     incomingLine = DataPayload(incomingLine);
     if (!incomingLine.empty()) {
-        const bool isWritten = transferFile.Write(incomingLine + '\n');
+        const auto isWritten = transferFile.Write(incomingLine + '\n');
         bytesDone = static_cast<std::int64_t>(transferFile.BytesWritten());
         if (!isWritten) {
             FailUpload();

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Empty if there is nothing wrong, as below.
+// Each of these gives the problem in words for the user, or an empty text.
 KelText FolderProblem(const KelText& folder) {
     if (Trimmed(folder).empty())
         return u"A folder is needed here.";
@@ -23,6 +23,7 @@ KelText FolderProblem(const KelText& folder) {
 }
 
 KelText ExtensionProblem(const KelText& extension) {
+    // As part of a whole name: "con" is no file name, but a good extension.
     const KelText name = u"x." + extension;
     if (extension.empty() || FileNameFor(name) == name)
         return {};
@@ -51,7 +52,7 @@ std::vector<SettingsProblem> CheckSettings(const DownloadSettings& wanted, const
     take(&DownloadSettings::uploadPath, FolderProblem(wanted.uploadPath), false);
     take(&DownloadSettings::downloadPath, FolderProblem(wanted.downloadPath), false);
     take(&DownloadSettings::fileExtension, ExtensionProblem(wanted.fileExtension), false);
-    // Turning the log on decides about its file, too.
+    // A user who turns the log on chooses its file too, so a bad one may not stay.
     if (wanted.writeLog != 0)
         take(&DownloadSettings::logFile, LogFileProblem(wanted.logFile), present.writeLog == 0);
     return problems;
