@@ -30,6 +30,7 @@ Decoded Decode(std::string_view utf8, std::size_t position) {
     const unsigned char lead = static_cast<unsigned char>(utf8[position]);
     if (lead < 0x80)
         return {lead, 1};
+    // The number of leading one bits is the length.
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
     for (std::size_t offset = 1; offset < length; ++offset) {
         if (!IsContinuation(static_cast<unsigned char>(byteAt(offset))))
@@ -37,6 +38,7 @@ Decoded Decode(std::string_view utf8, std::size_t position) {
     }
     if (length == 2) {
         const char32_t codePoint = static_cast<char32_t>((lead & 0x1F) << 6) | tail(1);
+        // 0xC0 and 0xC1 begin overlong forms only.
         return lead >= 0xC2 ? Decoded{codePoint, 2} : Decoded{0, 0};
     }
     if (length == 3) {
@@ -80,6 +82,7 @@ void AppendCharacter(KelText& text, char32_t character) {
         text.push_back(static_cast<char16_t>(character));
         return;
     }
+    // A surrogate pair: ten bits in each half.
     const char32_t offset = character - 0x10000;
     text.push_back(static_cast<char16_t>(0xD800 + (offset >> 10)));
     text.push_back(static_cast<char16_t>(0xDC00 + (offset & 0x3FF)));

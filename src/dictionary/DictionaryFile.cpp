@@ -8,6 +8,7 @@ namespace tarvin {
 
 namespace {
 
+// A change that older programs cannot read needs a new version.
 constexpr std::string_view headerText = "TarvinDL diction";
 constexpr std::uint32_t formatVersion = 1;
 constexpr std::size_t numberSize = 4;
@@ -51,6 +52,7 @@ Result<> DictionaryReader::Check() {
     ObjectReader reader(content);
     if (content.size() > maximumDictionarySize || reader.Bytes(headerText.size()) != headerText)
         return noDictionary;
+    // The version before the checksum: a newer form may have its checksum in another place.
     if (const std::uint32_t version = reader.Number(); version != formatVersion)
         return reader.HasFailed() ? damaged : newerForm;
     if (const std::uint32_t checksum = reader.Number(); checksum != Checksum(reader.Rest()))
@@ -64,10 +66,12 @@ Result<> DictionaryReader::Check() {
         language.name = FromUtf8(reader.Text());
     }
     entryCount = reader.Count(entrySize, maximumEntryCount);
+    // Entries differ in size. Next starts again from here.
     entryBytes = reader.Rest();
     Entry entry;
     for (std::uint32_t index = 0; index < entryCount && !reader.HasFailed(); ++index)
         ReadEntry(reader, entry);
+    // Each further object is a kind and its bytes, so that a program can skip a kind that it does not know.
     furtherObjectCount = reader.Count(furtherObjectSize, maximumEntryCount);
     for (std::uint32_t index = 0; index < furtherObjectCount && !reader.HasFailed(); ++index) {
         reader.Number();
@@ -78,6 +82,7 @@ Result<> DictionaryReader::Check() {
     return {};
 }
 
+// Check calls this before the entry is known to be whole, so each count is bounded here.
 void DictionaryReader::ReadEntry(ObjectReader& reader, Entry& entry) const {
     entry.id = reader.Integer();
     entry.phrase = reader.Text();
@@ -140,6 +145,7 @@ std::string EncodeDictionary(const DictionaryContent& content) {
     ObjectWriter file;
     file.Bytes(headerText);
     file.Number(formatVersion);
+    // Of everything after it.
     file.Number(Checksum(body.Written()));
     file.Bytes(body.Written());
     return file.Written();

@@ -61,6 +61,7 @@ public:
     Result<DictionaryContent> Read(std::string_view xml);
 
 private:
+    // Expat calls plain functions and hands the object to them.
     static Reader& Self(void* reader) { return *static_cast<Reader*>(reader); }
     static void XMLCALL OnBegin(void* reader, const XML_Char* name, const XML_Char** attributes) {
         Self(reader).Begin(name, attributes);
@@ -127,6 +128,7 @@ void Reader::Begin(std::string_view name, const XML_Char** attributes) {
         return BeginLanguage(attributes);
     if (*attributes != nullptr)
         return Fail("<" + std::string(name) + "> has no attribute " + *attributes);
+    // The fields of the entry before this one must not remain.
     if (rule->element == Element::Entry) {
         entry = {};
         fields.clear();
@@ -159,6 +161,7 @@ void Reader::BeginLanguage(const XML_Char** attributes) {
         Fail("<Language> needs folder, lcid and codepage");
 }
 
+// Expat delivers a text in pieces, and the white space between elements as text too.
 void Reader::Text(std::string_view more) {
     if (!open.empty() && open.back()->holdsText)
         text += more;
@@ -167,6 +170,7 @@ void Reader::Text(std::string_view more) {
 }
 
 void Reader::End() {
+    // After a fault the stack of open elements may lack the element that ends here.
     if (hasFailed)
         return;
     const Element element = open.back()->element;
@@ -181,6 +185,7 @@ void Reader::End() {
         TakeField(element);
 }
 
+// The other fields may be missing. Their order is free, so this is checked at the end of the entry.
 void Reader::EndEntry() {
     for (const Element needed : {Element::Id, Element::Phrase}) {
         if (std::find(fields.begin(), fields.end(), needed) == fields.end())

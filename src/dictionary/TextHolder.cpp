@@ -9,9 +9,11 @@ namespace tarvin {
 
 namespace {
 
+// The pool grows by so many code units at a time, the index by so many slots.
 constexpr std::size_t poolBlock = 8192;
 constexpr std::size_t indexBlock = 16;
 
+// The texts in which a dictionary describes the language.
 constexpr std::int32_t languageNoteText = 323;
 constexpr std::int32_t languageNoteTitle = 324;
 
@@ -55,6 +57,7 @@ bool IsTextId(std::int32_t id) {
     return id >= 0 && id <= highestTextId;
 }
 
+// The phrase replaces a missing or empty translation.
 std::string_view ChosenText(const DictionaryReader::Entry& entry, std::int32_t language) {
     const auto place = static_cast<std::size_t>(language);
     const bool isTranslated = language >= 0 && place < entry.translations.size() && !entry.translations[place].empty();
@@ -64,6 +67,7 @@ std::string_view ChosenText(const DictionaryReader::Entry& entry, std::int32_t l
 std::filesystem::path WholePath(const DictionaryRequest& request) {
     const auto& name = request.fileName;
     const std::filesystem::path path = name.has_parent_path() ? name : request.programFolder / name;
+    // Absolute, because the working folder may change later.
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     return error ? path : absolute;
@@ -107,6 +111,7 @@ void TextHolder::Take(DictionaryReader& reader) {
         return;
     }
     AddChosenTexts(reader);
+    // A missing text gives an empty one here: the built-in texts describe no language.
     const auto loadedText = [&](std::int32_t id) {
         const char16_t* text = TextOrNull(id);
         return KelText(text == nullptr ? u"" : text);
@@ -137,6 +142,7 @@ void TextHolder::AddChosenTexts(DictionaryReader& reader) {
 }
 
 bool TextHolder::Add(KelTextView text, std::int32_t id) {
+    // The first text wins, so the order of the entries in the file decides.
     if (!IsTextId(id) || TextOrNull(id) != nullptr)
         return false;
     text = text.substr(0, text.find(u'\0'));
@@ -145,6 +151,7 @@ bool TextHolder::Add(KelTextView text, std::int32_t id) {
     const auto slot = static_cast<std::size_t>(id);
     if (index.size() <= slot)
         index.resize(slot + 1);
+    // 0 stands for a missing text, so places count from 1.
     index[slot] = pool.size() + 1;
     pool.insert(pool.end(), text.begin(), text.end());
     pool.push_back(u'\0');

@@ -17,6 +17,7 @@ constexpr KelTextView pathsSection = u"PROGRAM PATHS";
 // The longest path that any of the systems takes.
 constexpr std::size_t maximumPathUnits = 32767;
 
+// An unreadable KEL.INI counts as none, so that the next candidate is tried.
 bool HoldsInstallation(const std::filesystem::path& folder) {
     NativeFile file;
     return static_cast<bool>(file.Open(folder / pathsFileName, NativeFile::Access::Read));

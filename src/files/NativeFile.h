@@ -38,7 +38,7 @@ public:
     // Blocks until the content is on the disk.
     Result<> Sync();
     // Takes the lock on the file and holds it until the file is closed. Does not block: fails if another open file
-    // holds the lock. The lock stops nobody from reading or writing.
+    // holds the lock. Reading and writing need no lock.
     Result<> Lock();
     // True if the path still leads to this file: it may have been deleted, moved or replaced.
     bool IsAt(const std::filesystem::path& path);

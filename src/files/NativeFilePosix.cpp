@@ -65,6 +65,7 @@ Result<> NativeFile::Open(const std::filesystem::path& path, Access access) {
     if (descriptor < 0)
         return LastSystemError();
     struct stat state = {};
+    // close() may change errno, so the error is kept until the descriptor is closed.
     int error = 0;
     if (::fstat(descriptor, &state) != 0)
         error = errno;
@@ -87,6 +88,7 @@ Result<std::size_t> NativeFile::Read(void* bytes, std::size_t byteCount) {
         const ssize_t count = ::read(Descriptor(handle), bytes, byteCount);
         if (count >= 0)
             return static_cast<std::size_t>(count);
+        // A signal may interrupt a call before it has read anything.
         if (errno != EINTR)
             return LastSystemError();
     }
@@ -120,6 +122,7 @@ Result<> NativeFile::Lock() {
     return ::flock(Descriptor(handle), LOCK_EX | LOCK_NB) == 0 ? Result<>() : LastSystemError();
 }
 
+// Device and inode number identify a file, whatever its names are.
 bool NativeFile::IsAt(const std::filesystem::path& path) {
     struct stat own = {};
     struct stat named = {};
@@ -144,6 +147,7 @@ Result<> ReplaceWholeFile(const std::filesystem::path& named, std::string_view c
         return SystemError(S_ISDIR(state.st_mode) ? EISDIR : EINVAL);
     // The process number stands in the name, so that two programs that save at once do not write into one file.
     const std::filesystem::path fresh = path.native() + "." + std::to_string(::getpid()) + ".new";
+    // The content is on the disk before the file takes its name. After a crash the name never leads to an empty file.
     Result<> result = WriteNewFile(fresh, content);
     if (result && isThere)
         ::chmod(fresh.c_str(), state.st_mode & 07777);

@@ -30,6 +30,7 @@ constexpr std::size_t largestPiece = std::size_t{1} << 30;
 Result<> NativeFile::Open(const std::filesystem::path& path, Access access) {
     Close();
     bytesWritten = 0;
+    // FILE_APPEND_DATA alone: the system puts each write at the end of the file, also while another program writes.
     const DWORD rights = access == Access::Read      ? GENERIC_READ
                          : access == Access::Replace ? GENERIC_WRITE
                                                      : FILE_APPEND_DATA | SYNCHRONIZE;
@@ -92,6 +93,8 @@ Result<> NativeFile::Lock() {
     return ::LockFileEx(Handle(handle), flags, 0, 1, 0, &place) ? Result<>() : LastSystemError();
 }
 
+// Volume and file index identify a file, whatever its names are. Opened without any right, so that no other program is
+// disturbed.
 bool NativeFile::IsAt(const std::filesystem::path& path) {
     HANDLE named = ::CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -114,6 +117,7 @@ void NativeFile::Close() {
 
 Result<> ReplaceWholeFile(const std::filesystem::path& path, std::string_view content) {
     const std::filesystem::path fresh = path.native() + L"." + std::to_wstring(::GetCurrentProcessId()) + L".new";
+    // The content is on the disk before the file takes its name, and WRITE_THROUGH waits for the name too.
     Result<> result = WriteNewFile(fresh, content);
     if (result && !::MoveFileExW(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
         result = LastSystemError();

@@ -27,7 +27,7 @@ public:
     // elementSize > 0.
     std::uint32_t Count(std::size_t elementSize, std::uint32_t maximum);
 
-    // Makes the reader fail, for a caller that has found an error of its own.
+    // Makes the reader fail. For a caller that finds wrong values in bytes that could be read.
     void Fail();
     bool HasFailed() const { return hasFailed; }
     // The bytes that are still to be read.

@@ -16,6 +16,7 @@ KelTextView WithoutQuotes(KelTextView value) {
     return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
+// A cut pair would leave half a character.
 KelTextView Cut(KelTextView text, std::size_t maxUnits) {
     if (text.size() <= maxUnits)
         return text;

@@ -37,6 +37,7 @@ ProfileText::ProfileText(std::string_view fileBytes) {
         content = FromUtf16(fileBytes.substr(markLength), encoding == Encoding::BigEndian);
         return;
     }
+    // A file in an 8-bit code page is hardly ever valid UTF-8 by chance, so no mark is needed.
     if (fileBytes.starts_with("\xEF\xBB\xBF"))
         markLength = 3;
     content = FromUtf8(fileBytes.substr(markLength));
@@ -52,6 +53,7 @@ std::size_t ProfileText::ByteOffset(std::size_t position) const {
     case Encoding::Bytes:
         return position;
     case Encoding::Utf8:
+        // Characters differ in length, so those before the position are encoded again.
         return markLength + ToUtf8(KelTextView(content).substr(0, position)).size();
     case Encoding::LittleEndian:
     case Encoding::BigEndian:

@@ -47,6 +47,7 @@ void AppendDigits(std::string& text, std::int64_t number, int leastDigits) {
 
 // Seconds with six decimals.
 void AppendSeconds(std::string& text, std::int64_t nanoseconds, int leastDigits) {
+    // Rounded to the nearest microsecond.
     const std::int64_t microseconds = (nanoseconds + 500) / 1000;
     AppendDigits(text, microseconds / 1'000'000, leastDigits);
     text.push_back('.');
@@ -95,7 +96,7 @@ Result<> CommsLog::Begin(const std::filesystem::path& path, KelFile::Mode mode) 
     return file.Open(path, mode);
 }
 
-// Opens the rolling file if it is closed, and takes its lock: no other program of ours may rename it.
+// Opens the rolling file if it is closed, and locks it, so that no other running program rolls it over.
 Result<> CommsLog::OpenLocked() {
     Result<> result = file.Open(filePath, KelFile::Mode::AppendBytes);
     if (result)
@@ -157,6 +158,7 @@ Result<> CommsLog::RollOver() {
 // A file that was deleted or moved still takes bytes, but its path no longer leads to them.
 bool CommsLog::IsFileLost() {
     const auto now = clock.Now();
+    // The look costs system calls, so not every flush makes one.
     if (now - lastLookAtFile < fileLookInterval)
         return false;
     lastLookAtFile = now;

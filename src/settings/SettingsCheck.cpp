@@ -35,6 +35,7 @@ KelText LogFileProblem(const KelText& file) {
         return u"A file is needed here as long as the log is written.";
     const fs::path path = ToPath(file);
     std::error_code error;
+    // A path that ends with a separator names a folder, even if none is there yet.
     if (!path.has_filename() || fs::is_directory(path, error))
         return u"This is a folder; a file is needed.";
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
