@@ -1,8 +1,8 @@
 #include "AllocationCount.h"
 #include "Measures.h"
 #include "dictionary/DictionaryFile.h"
+#include "dictionary/PackedBytes.h"
 #include "dictionary/TextHolder.h"
-#include "files/PackedBytes.h"
 
 #include <algorithm>
 #include <fstream>

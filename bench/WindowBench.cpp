@@ -172,13 +172,13 @@ void OpenView(MainWindow& window) {
 
 class BenchApp : public wxApp {
 public:
-    BenchApp(const ProgramPaths& programPaths, Load chosenLoad) : paths(programPaths), load(std::move(chosenLoad)) {}
+    BenchApp(const Installation& programPaths, Load chosenLoad) : paths(programPaths), load(std::move(chosenLoad)) {}
 
     bool OnInit() override { return true; }
 
     int OnRun() override {
         EngineEvents events;
-        DesktopInterface app({paths.Installation() / "bench"});
+        DesktopInterface app({paths.Folder() / "bench"});
         HelpBook help({});
         const Start start(paths, events);
         const auto engine = start.MakeEngine(u"TARVIN");
@@ -205,7 +205,7 @@ public:
     }
 
 private:
-    const ProgramPaths paths;
+    const Installation paths;
     const Load load;
 };
 

@@ -1,5 +1,5 @@
 #include "app/AssignPort.h"
-#include "app/Start.h"
+#include "app/Program.h"
 #include "files/NativeFile.h"
 #include "port/PortNamesPosix.h"
 #include "settings/SettingsStore.h"
@@ -49,15 +49,15 @@ Result<fs::path> MakeInstallation() {
     return *folder;
 }
 
-Result<KelText> AssignInInstallation(const ProgramPaths& paths, const fs::path& device, const KelText& machineName) {
-    SettingsStore store(paths.Installation(), machineName, FromPath(paths.NcFilesFolder()));
+Result<KelText> AssignInInstallation(const Installation& installation, const fs::path& device, const KelText& machineName) {
+    SettingsStore store(installation.Folder(), machineName, FromPath(installation.NcFilesFolder()));
     const KelText settingsFile = FromPath(store.FilePath());
     const bool hasSettings = Exists(store.FilePath());
     // The port that the program will open: settings that name none, or are damaged, have a default.
     const KelText wantedName = hasSettings ? store.Load({}).settings.port : KelText();
     if (hasSettings && !IsPortName(wantedName))
         return Error{u"the settings in " + settingsFile + u" name no port from COM1 to COM256"};
-    const auto name = AssignPortName(paths.PathsFile(), device, wantedName);
+    const auto name = AssignPortName(installation.PathsFile(), device, wantedName);
     if (!name && hasSettings)
         return Error{name.Reason().text + u"; the settings in " + settingsFile + u" name " + wantedName};
     if (!name)
@@ -81,11 +81,10 @@ Result<KelText> AssignPort(const fs::path& device, KelTextView commandLine) {
             return made.Reason();
         done = u"Made an installation in " + FromPath(*made) + u'\n';
     }
-    KelText reason;
-    const auto paths = Start::FindPaths(reason);
-    if (!paths)
-        return Error{reason};
-    auto assigned = AssignInInstallation(*paths, *found, Start::MachineName(commandLine));
+    const auto installation = FindProgramInstallation();
+    if (!installation)
+        return installation.Reason();
+    auto assigned = AssignInInstallation(*installation, *found, MachineNameOf(commandLine));
     return assigned ? Result<KelText>(done + *assigned) : assigned;
 }
 

@@ -26,9 +26,9 @@ constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
                          "  --version  the version\n";
 
 // The help book is part of the installation, or lies where the program was built or installed.
-std::vector<std::filesystem::path> HelpFiles(const tarvin::ProgramPaths& paths) {
+std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& paths) {
     constexpr char name[] = "comshelp.htb";
-    std::vector<std::filesystem::path> files = {paths.Installation() / name};
+    std::vector<std::filesystem::path> files = {paths.Folder() / name};
     if (const auto program = tarvin::ProgramFolder()) {
         for (const char* folder : {".", "../share", "../share/tarvindl"})
             files.push_back(*program / folder / name);
@@ -38,7 +38,7 @@ std::vector<std::filesystem::path> HelpFiles(const tarvin::ProgramPaths& paths) 
 
 class DesktopApp : public wxApp {
 public:
-    DesktopApp(const tarvin::ProgramPaths& programPaths, tarvin::KelText text)
+    DesktopApp(const tarvin::Installation& programPaths, tarvin::KelText text)
         : paths(programPaths), commandLine(std::move(text)) {
         SetAppName("TarvinDL");
     }
@@ -48,7 +48,7 @@ public:
     int OnRun() override;
 
 private:
-    const tarvin::ProgramPaths paths;
+    const tarvin::Installation paths;
     const tarvin::KelText commandLine;
 };
 

@@ -13,25 +13,16 @@
 
 namespace tarvin {
 
-namespace {
-
-KelText MachineNameOrDefault(KelTextView commandLine) {
+KelText MachineNameOf(KelTextView commandLine) {
     KelText name = MachineNameIn(commandLine);
     return name.empty() ? KelText(TarvinApp::defaultMachineName) : name;
 }
 
-}
-
-Result<ProgramPaths> FindProgramPaths() {
-    const auto installation = FindInstallation();
-    if (!installation)
-        return Error{u"No installation of TarvinDL was found: no folder with a readable KEL.INI."};
-    auto paths = ProgramPaths::Read(*installation);
-    if (!paths) {
-        return Error{u"Unable to locate Program Paths in " + FromPath(*installation) +
-                     u": KEL.INI there has no section PROGRAM PATHS."};
-    }
-    return *std::move(paths);
+Result<Installation> FindProgramInstallation() {
+    const auto folder = FindInstallation();
+    if (!folder)
+        return folder.Reason();
+    return Installation::Read(*folder);
 }
 
 std::optional<Program> Program::Begin(int argumentCount, const char* const* arguments, const char* programName,
@@ -46,27 +37,27 @@ std::optional<Program> Program::Begin(int argumentCount, const char* const* argu
         std::printf("%s %s\n", programName, programVersion);
         return std::nullopt;
     }
-    auto paths = FindProgramPaths();
-    if (!paths) {
-        std::fprintf(stderr, "%s: %s\n", programName, ToUtf8(paths.Reason().text).c_str());
+    auto installation = FindProgramInstallation();
+    if (!installation) {
+        std::fprintf(stderr, "%s: %s.\n", programName, ToUtf8(installation.Reason().text).c_str());
         return std::nullopt;
     }
-    return std::optional<Program>(std::in_place, std::move(*paths), std::move(commandLine));
+    return std::optional<Program>(std::in_place, std::move(*installation), std::move(commandLine));
 }
 
-Program::Program(ProgramPaths paths, KelText commandLine)
-    : paths(std::move(paths)),
+Program::Program(Installation installation, KelText commandLine)
+    : installation(std::move(installation)),
       commandLine(std::move(commandLine)),
-      machineName(MachineNameOrDefault(this->commandLine)),
-      portNames(this->paths.PathsFile()) {}
+      machineName(MachineNameOf(this->commandLine)),
+      portNames(this->installation.PathsFile()) {}
 
 std::filesystem::path Program::MachineFolder() const {
-    return paths.Installation() / ToPath(FileNameFor(machineName));
+    return installation.Folder() / ToPath(FileNameFor(machineName));
 }
 
 Result<> Program::LoadDictionary() const {
     DictionaryRequest request;
-    request.programFolder = paths.Installation();
+    request.programFolder = installation.Folder();
     request.commandLine = commandLine;
     auto loaded = Dictionary().Load(request);
     std::error_code ignored;
@@ -77,7 +68,7 @@ Result<> Program::LoadDictionary() const {
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {
     const auto makeProtocol = [](const ProtocolParts& parts) { return std::make_unique<TarvinApp>(parts); };
     return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, makeProtocol,
-                                                     paths.Installation(), FromPath(paths.NcFilesFolder()),
+                                                     installation.Folder(), FromPath(installation.NcFilesFolder()),
                                                      TarvinApp::FirstSettings()},
                                          machineName);
 }

@@ -5,7 +5,7 @@
 #include "base/Clock.h"
 #include "base/Result.h"
 #include "engine/DownloadApp.h"
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 #include "port/PortNames.h"
 
 #include <memory>
@@ -20,10 +20,10 @@ public:
     static std::optional<Program> Begin(int argumentCount, const char* const* arguments, const char* programName,
                                         const char* usage);
 
-    // For the installation in `paths` and the machine that the command line names, or "TARVIN" without a name.
-    Program(ProgramPaths paths, KelText commandLine);
+    // For the machine that the command line names.
+    Program(Installation installation, KelText commandLine);
 
-    const ProgramPaths& Paths() const { return paths; }
+    const Installation& Place() const { return installation; }
     const KelText& MachineName() const { return machineName; }
     // The folder for files that programs of several machines must not share. It need not exist.
     std::filesystem::path MachineFolder() const;
@@ -36,14 +36,17 @@ public:
     std::unique_ptr<DownloadApp> MakeEngine(EngineEvents& events) const;
 
 private:
-    ProgramPaths paths;
+    Installation installation;
     KelText commandLine;
     KelText machineName;
     PortNames portNames;
     SteadyClock clock;
 };
 
-// The installation of the environment and this system, or the reason why there is none.
-Result<ProgramPaths> FindProgramPaths();
+// The installation that the environment and the conventions of the system lead to, or the reason why there is none.
+Result<Installation> FindProgramInstallation();
+
+// The machine that the command line names; "TARVIN" without a name.
+KelText MachineNameOf(KelTextView commandLine);
 
 }

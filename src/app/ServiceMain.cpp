@@ -38,7 +38,7 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
 
-int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine) {
+int Serve(const tarvin::Installation& paths, const tarvin::KelText& commandLine) {
     const tarvin::KelText machineName = tarvin::Start::MachineName(commandLine);
     tarvin::PrepareStopRequests();
     tarvin::ServiceOutput output;

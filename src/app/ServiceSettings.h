@@ -2,7 +2,7 @@
 // What an installation's KEL.INI says to the service program, in its section "Service". Knows nothing of the engine.
 
 #include "base/KelText.h"
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -20,6 +20,6 @@ struct ServiceSettings {
 };
 
 // What cannot be read counts as not given.
-ServiceSettings ReadServiceSettings(const ProgramPaths& paths, const KelText& machineName);
+ServiceSettings ReadServiceSettings(const Installation& paths, const KelText& machineName);
 
 }

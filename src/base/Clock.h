@@ -15,6 +15,7 @@ public:
     virtual TimePoint Now() const = 0;
 };
 
+// The system's clock.
 class SteadyClock : public Clock {
 public:
     TimePoint Now() const override { return std::chrono::steady_clock::now(); }

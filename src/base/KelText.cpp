@@ -13,13 +13,16 @@ bool IsContinuation(unsigned char byte) {
     return (byte & 0xC0) == 0x80;
 }
 
-// The code point that starts at `position` and its length in bytes, or length 0 for an invalid sequence.
+// One decoded code point and its length in bytes. Length 0 means an invalid sequence.
 struct Decoded {
     char32_t codePoint;
     std::size_t length;
 };
 
+// Decodes at `position`. Refuses overlong forms, surrogates and values beyond U+10FFFF: two spellings of one character
+// could not both be turned back into their own bytes.
 Decoded Decode(std::string_view utf8, std::size_t position) {
+    // Bytes beyond the end read as 0, which no sequence continues with.
     const auto byteAt = [&](std::size_t offset) {
         return position + offset < utf8.size() ? static_cast<unsigned char>(utf8[position + offset]) : 0;
     };
@@ -27,6 +30,7 @@ Decoded Decode(std::string_view utf8, std::size_t position) {
     const unsigned char lead = static_cast<unsigned char>(utf8[position]);
     if (lead < 0x80)
         return {lead, 1};
+    // The number of leading one bits is the length.
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
     for (std::size_t offset = 1; offset < length; ++offset) {
         if (!IsContinuation(static_cast<unsigned char>(byteAt(offset))))
@@ -34,6 +38,7 @@ Decoded Decode(std::string_view utf8, std::size_t position) {
     }
     if (length == 2) {
         const char32_t codePoint = static_cast<char32_t>((lead & 0x1F) << 6) | tail(1);
+        // 0xC0 and 0xC1 begin overlong forms only.
         return lead >= 0xC2 ? Decoded{codePoint, 2} : Decoded{0, 0};
     }
     if (length == 3) {
@@ -64,14 +69,6 @@ void AppendUtf8(std::string& utf8, char32_t codePoint) {
     }
 }
 
-bool IsHighSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
-
-bool IsLowSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
 bool IsPairAt(KelTextView text, std::size_t position) {
     return IsHighSurrogate(text[position]) && position + 1 < text.size() && IsLowSurrogate(text[position + 1]);
 }
@@ -85,11 +82,20 @@ void AppendCharacter(KelText& text, char32_t character) {
         text.push_back(static_cast<char16_t>(character));
         return;
     }
+    // A surrogate pair: ten bits in each half.
     const char32_t offset = character - 0x10000;
     text.push_back(static_cast<char16_t>(0xD800 + (offset >> 10)));
     text.push_back(static_cast<char16_t>(0xDC00 + (offset & 0x3FF)));
 }
 
+}
+
+bool IsHighSurrogate(char16_t unit) {
+    return (unit & 0xFC00) == 0xD800;
+}
+
+bool IsLowSurrogate(char16_t unit) {
+    return (unit & 0xFC00) == 0xDC00;
 }
 
 KelText FromUtf8(std::string_view utf8) {
@@ -115,6 +121,7 @@ std::string ToUtf8(KelTextView text) {
         const char16_t unit = text[position];
         if (IsPairAt(text, position)) {
             AppendUtf8(utf8, CharacterOfPair(unit, text[++position]));
+            // FromUtf8 escapes bytes from 0x80 on only.
         } else if (unit >= escapedByteBase + 0x80 && unit <= escapedByteBase + 0xFF) {
             utf8.push_back(static_cast<char>(unit - escapedByteBase));
         } else {
@@ -162,6 +169,7 @@ std::optional<std::int32_t> LeadingNumber(KelTextView text) {
     for (const char16_t unit : text) {
         if (unit < u'0' || unit > u'9')
             break;
+        // Stops growing at the largest number, so that no count of digits overflows.
         number = std::min(number.value_or(0) * 10 + (unit - u'0'), largest);
     }
     return number;

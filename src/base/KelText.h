@@ -1,5 +1,5 @@
 #pragma once
-// Text as the program keeps it: UTF-16 code units, with the conversions at its borders. Knows nothing of files.
+// The program's text: UTF-16 code units, with conversions from and to UTF-8, bytes, numbers and paths. Any thread.
 
 #include <cstdint>
 #include <filesystem>
@@ -12,32 +12,37 @@ namespace tarvin {
 using KelText = std::u16string;
 using KelTextView = std::u16string_view;
 
-// A byte that is not part of valid UTF-8 becomes the lone surrogate 0xDC00 + byte, and ToUtf8 turns that back into the
-// byte, so that any POSIX path survives the way in and out.
+// Each byte that is not part of valid UTF-8 becomes the lone surrogate 0xDC00 + byte. ToUtf8 turns that surrogate back
+// into the byte, so every POSIX path survives both conversions.
 KelText FromUtf8(std::string_view utf8);
+// Any other lone surrogate becomes U+FFFD.
 std::string ToUtf8(KelTextView text);
 
-// The characters of the text, with U+FFFD for each lone surrogate, and the text of such characters.
+// Converts to and from whole characters. Each lone surrogate becomes U+FFFD.
 std::u32string ToCharacters(KelTextView text);
 KelText FromCharacters(std::u32string_view characters);
 
-// One code unit 0 to 255 for each byte.
+// One code unit, 0 to 255, for each byte.
 KelText FromBytes(std::string_view bytes);
 
-// Decimal digits, with a minus sign where needed.
+// Decimal digits, with a minus sign for negative numbers.
 KelText ToText(std::int64_t number);
 
-// The number that the text begins with, the largest there is if the digits say more; none if the first is no digit.
+// The decimal number at the start of the text, at most the largest int32. None if the text does not start with a digit.
 std::optional<std::int32_t> LeadingNumber(KelTextView text);
 
 std::filesystem::path ToPath(KelTextView text);
 KelText FromPath(const std::filesystem::path& path);
 
-// ASCII letters only: the names and switches that the program compares are ASCII.
+// High surrogates are the first halves of pairs, low surrogates the second halves.
+bool IsHighSurrogate(char16_t unit);
+bool IsLowSurrogate(char16_t unit);
+
+// Both change ASCII letters only. All names and switches that the program compares are ASCII.
 bool EqualIgnoringCase(KelTextView left, KelTextView right);
 char16_t ToUpperAscii(char16_t unit);
 
-// Without the blanks and tabs at both ends.
+// Drops the blanks and tabs at both ends.
 KelTextView Trimmed(KelTextView text);
 
 }

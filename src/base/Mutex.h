@@ -1,6 +1,6 @@
 #pragma once
-// A mutex, its lock and its condition, with annotations by which Clang's -Wthread-safety finds a guarded field that is
-// used without its lock.
+// A mutex, its lock and its condition, annotated for Clang: -Wthread-safety reports each use of a guarded field without
+// its lock.
 
 #include <chrono>
 #include <condition_variable>
@@ -12,10 +12,11 @@
 #define TARVIN_THREAD_ANNOTATION(x)
 #endif
 
-// A field that may only be used while the mutex is held.
+// Marks a field that a thread uses only while it holds the mutex.
 #define GUARDED_BY(mutex) TARVIN_THREAD_ANNOTATION(guarded_by(mutex))
-// An operation whose caller holds the mutex, and one whose caller does not.
+// Marks an operation whose caller holds the mutex.
 #define REQUIRES(mutex) TARVIN_THREAD_ANNOTATION(requires_capability(mutex))
+// Marks an operation whose caller must not hold the mutex.
 #define EXCLUDES(mutex) TARVIN_THREAD_ANNOTATION(locks_excluded(mutex))
 
 namespace tarvin {
@@ -26,7 +27,7 @@ public:
     Mutex(const Mutex&) = delete;
     Mutex& operator=(const Mutex&) = delete;
 
-    // Lower case: the names that std::condition_variable_any calls.
+    // Lower case: std::condition_variable_any calls these names.
     void lock() TARVIN_THREAD_ANNOTATION(acquire_capability()) { mutex.lock(); }
     void unlock() TARVIN_THREAD_ANNOTATION(release_capability()) { mutex.unlock(); }
 
@@ -34,10 +35,10 @@ private:
     std::mutex mutex;
 };
 
-// Holds the mutex for as long as it lives.
+// Locks the mutex, and unlocks it in the destructor.
 class TARVIN_THREAD_ANNOTATION(scoped_lockable) MutexLock {
 public:
-    explicit MutexLock(Mutex& newMutex) TARVIN_THREAD_ANNOTATION(acquire_capability(newMutex)) : mutex(newMutex) {
+    explicit MutexLock(Mutex& mutex) TARVIN_THREAD_ANNOTATION(acquire_capability(mutex)) : mutex(mutex) {
         mutex.lock();
     }
     ~MutexLock() TARVIN_THREAD_ANNOTATION(release_capability()) { mutex.unlock(); }
@@ -48,12 +49,14 @@ private:
     Mutex& mutex;
 };
 
-// A wait may end early: the caller looks at its condition in a loop.
+// Lets threads wait for a change of what the mutex guards. A wait may return early, so the caller tests the guarded
+// fields in a loop.
 class Condition {
 public:
     void NotifyAll() { condition.notify_all(); }
+    // Releases the mutex while it waits.
     void Wait(Mutex& mutex) REQUIRES(mutex) { condition.wait(mutex); }
-    // False once `deadline` has passed.
+    // Like Wait, until `deadline` at the latest. False once the deadline has passed.
     bool WaitUntil(Mutex& mutex, std::chrono::steady_clock::time_point deadline) REQUIRES(mutex) {
         return condition.wait_until(mutex, deadline) == std::cv_status::no_timeout;
     }

@@ -1,5 +1,5 @@
 #pragma once
-// The one form in which an operation says that it failed.
+// The one form in which an operation reports a failure.
 
 #include "base/KelText.h"
 
@@ -9,24 +9,24 @@
 
 namespace tarvin {
 
-// Why an operation failed.
+// The reason for a failure.
 struct Error {
-    // For people: the system's words, or our own. Without a full stop, so that it can follow a colon.
+    // For people: the system's words or the program's own. Without a full stop, so that it can follow a colon.
     KelText text;
-    // The device itself no longer exists: another attempt needs it to be opened again.
+    // The device no longer exists: another attempt must open it again first.
     bool isGone = false;
 };
 
-// A value, or the reason why there is none. Tests as true with a value.
+// A value, or the reason for the failure. Tests as true if it holds a value.
 template <class T = void>
 class [[nodiscard]] Result {
 public:
-    Result(T newValue) : value(std::move(newValue)) {}
-    Result(Error newError) : error(std::move(newError)) {}
+    Result(T value) : value(std::move(value)) {}
+    Result(Error error) : error(std::move(error)) {}
 
     explicit operator bool() const { return value.has_value(); }
 
-    // Require a value.
+    // Each of these requires a value.
     T& operator*() {
         assert(value);
         return *value;
@@ -37,6 +37,9 @@ public:
     }
     T* operator->() { return &**this; }
     const T* operator->() const { return &**this; }
+
+    // The value; after a failure `fallback`.
+    T ValueOr(T fallback) const { return value.value_or(std::move(fallback)); }
 
     // Requires a failure.
     const Error& Reason() const {
@@ -49,12 +52,12 @@ private:
     Error error;
 };
 
-// Success, or the reason for the failure.
+// Success, or the reason for the failure. Tests as true on success.
 template <>
 class [[nodiscard]] Result<void> {
 public:
     Result() = default;
-    Result(Error newError) : error(std::move(newError)) {}
+    Result(Error error) : error(std::move(error)) {}
 
     explicit operator bool() const { return !error; }
 

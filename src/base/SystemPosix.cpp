@@ -1,5 +1,6 @@
 #include "base/System.h"
 
+#include <cerrno>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -23,6 +24,11 @@ KelText SystemErrorText(unsigned long errorNumber) {
     return FromUtf8(std::generic_category().message(static_cast<int>(errorNumber & 0xFFFF)));
 }
 
+Error LastSystemError() {
+    return {SystemErrorText(static_cast<unsigned long>(errno))};
+}
+
+// Distributions name themselves in this file; uname() knows the kernel alone.
 KelText SystemName() {
     std::ifstream release("/etc/os-release");
     constexpr std::string_view key = "PRETTY_NAME=\"";
@@ -43,7 +49,7 @@ std::vector<KelText> ProgramArguments(int argumentCount, const char* const* argu
 }
 
 void SecureStandardStreams() {
-    // The system gives the lowest free number.
+    // The system hands out the lowest free number, so the closed streams are filled in order.
     int opened = 0;
     do {
         opened = ::open("/dev/null", O_RDWR);

@@ -25,14 +25,19 @@ KelText SystemErrorText(unsigned long errorNumber) {
                          reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
     KelText text(reinterpret_cast<const char16_t*>(buffer), length);
     ::LocalFree(buffer);
+    // The system ends its texts with a line end, some of them with a blank before it.
     while (!text.empty() && (text.back() == u'\r' || text.back() == u'\n' || text.back() == u' '))
         text.pop_back();
     return text;
 }
 
+Error LastSystemError() {
+    return {SystemErrorText(::GetLastError())};
+}
+
 namespace {
 
-// The system's own answer; the documented call tells programs what their manifest says they know.
+// Asks the kernel. The documented call hides versions that are newer than those in the program's manifest.
 OSVERSIONINFOW Version() {
     using GetVersionCall = LONG(WINAPI*)(OSVERSIONINFOW*);
     OSVERSIONINFOW version = {};
@@ -57,7 +62,7 @@ KelText SystemName() {
                            : u"Windows X";
 }
 
-// main() is given the words in the system's code page, which does not have all characters of a file's name.
+// The arguments of main() are in the system's code page, which lacks characters that file names may have.
 std::vector<KelText> ProgramArguments(int, const char* const*) {
     int count = 0;
     LPWSTR* const arguments = ::CommandLineToArgvW(::GetCommandLineW(), &count);
@@ -70,7 +75,7 @@ std::vector<KelText> ProgramArguments(int, const char* const*) {
     return words;
 }
 
-// Handles are not given out by number here.
+// Windows gives no handle the number of a closed stream.
 void SecureStandardStreams() {}
 
 }

@@ -1,12 +1,12 @@
 #pragma once
-// Asserts that what belongs to one thread is used by that thread alone. Costs nothing in release builds.
+// Asserts that one thread alone uses an object. Does nothing in release builds.
 
 #include <cassert>
 #include <thread>
 
 namespace tarvin {
 
-// The owner is the thread that calls AssertOwned first.
+// The first thread that calls AssertOwned becomes the owner.
 class ThreadOwner {
 public:
     ThreadOwner() = default;
@@ -22,8 +22,8 @@ public:
             owner = std::this_thread::get_id();
         assert(owner == std::this_thread::get_id());
     }
-    // Lets the next thread that calls AssertOwned take over. The caller makes sure that this thread has ended or is
-    // done with the object.
+    // Makes the next thread that calls AssertOwned the owner. The caller makes sure that the present owner has ended or
+    // no longer uses the object.
     void Release() const {
         owner = std::thread::id();
     }

@@ -6,14 +6,11 @@
 
 namespace tarvin {
 
-Timer::Timer(TimerQueue& ownerQueue, const Clock& timeSource, std::string timerName, Clock::Duration timerPeriod,
-             Kind timerKind, std::function<void()> whenDue)
-    : queue(ownerQueue),
-      clock(timeSource),
-      name(std::move(timerName)),
-      period(timerPeriod),
-      kind(timerKind),
-      callback(std::move(whenDue)) {}
+Timer::Timer(TimerQueue& queue, const Clock& clock, std::string name, Clock::Duration period, Kind kind,
+             std::function<void()> callback)
+    : queue(queue), clock(clock), name(std::move(name)), period(period), kind(kind), callback(std::move(callback)) {
+    assert(this->callback);
+}
 
 void Timer::Start() {
     due = clock.Now() + period;
@@ -34,18 +31,20 @@ std::optional<Clock::TimePoint> TimerQueue::NextDue() const {
 }
 
 void TimerQueue::RunDue(Clock::TimePoint now) {
+    // Callbacks change `running`, so the due timers are collected first.
     std::vector<Timer*> due;
     std::copy_if(running.begin(), running.end(), std::back_inserter(due),
                  [&](Timer* timer) { return timer->due <= now; });
     for (Timer* timer : due) {
-        // An earlier callback may have stopped or destroyed it, or started it anew.
+        // An earlier callback may have stopped or destroyed this timer, or restarted it. The address is compared before
+        // it is followed. A new timer at the address of a destroyed one counts as restarted.
         if (std::find(running.begin(), running.end(), timer) == running.end() || timer->due > now)
             continue;
-        // A late tick is not made up for: the next one is a whole period away.
+        // Ticks that were missed are dropped: the next one is a whole period away.
         timer->due = now + timer->period;
         if (timer->kind == Timer::Kind::OneShot)
             timer->Stop();
-        // The callback may destroy its own timer.
+        // A copy, because the callback may destroy its own timer.
         const auto whenDue = timer->callback;
         whenDue();
     }

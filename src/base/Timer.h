@@ -1,9 +1,9 @@
 #pragma once
-// Named timers, fired by the thread that owns their queue. They know nothing of what they call.
-// A queue and its timers belong to one thread.
+// Named timers and the queue that fires them. A queue and its timers belong to one thread.
 
 #include "base/Clock.h"
 
+#include <cassert>
 #include <functional>
 #include <optional>
 #include <string>
@@ -13,11 +13,17 @@ namespace tarvin {
 
 class Timer;
 
+// Outlives its timers.
 class TimerQueue {
 public:
+    TimerQueue() = default;
+    ~TimerQueue() { assert(running.empty()); }
+    TimerQueue(const TimerQueue&) = delete;
+    TimerQueue& operator=(const TimerQueue&) = delete;
+
     // Calls each timer that is due at `now`, once. A callback may start, stop, create and destroy timers.
     void RunDue(Clock::TimePoint now);
-    // When the next timer is due; none while no timer runs.
+    // The time at which the next timer is due. None while no timer runs.
     std::optional<Clock::TimePoint> NextDue() const;
 
 private:
@@ -29,16 +35,16 @@ class Timer {
 public:
     enum class Kind { Repeating, OneShot };
 
-    Timer(TimerQueue& ownerQueue, const Clock& timeSource, std::string timerName, Clock::Duration timerPeriod,
-          Kind timerKind, std::function<void()> whenDue);
+    Timer(TimerQueue& queue, const Clock& clock, std::string name, Clock::Duration period, Kind kind,
+          std::function<void()> callback);
     ~Timer() { Stop(); }
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
 
-    // Due one period from now, whether or not it was running.
+    // Makes the timer due one period from now, also if it is running already.
     void Start();
     void Stop();
-    // Holds from the next start on.
+    // Takes effect at the next start or repetition.
     void SetPeriod(Clock::Duration newPeriod) { period = newPeriod; }
     bool IsRunning() const { return isRunning; }
     const std::string& Name() const { return name; }

@@ -1,6 +1,6 @@
 #pragma once
-// The one way to <windows.h>: without the macros that would rename the program's own operations.
-// For sources named *Windows.cpp only.
+// Includes <windows.h> without the macros that would rename the program's own operations. Every source named
+// *Windows.cpp includes this header in its place.
 
 #include <windows.h>
 

@@ -1,9 +1,12 @@
 #include "base/wThread.h"
 
+#include <cassert>
+
 namespace tarvin {
 
 namespace {
 
+// Threads may be made on several threads at once, so the step from the highest number back to 1 is an atomic exchange.
 std::uint32_t NextIdentifier() {
     static std::atomic<std::uint32_t> last = 0;
     std::uint32_t previous = last;
@@ -19,17 +22,24 @@ std::uint32_t NextIdentifier() {
 wThread::wThread() : identifier(NextIdentifier()) {}
 
 void wThread::Start() {
+    assert(!thread.joinable());
     thread = std::thread([this] {
         Body();
-        const std::lock_guard lock(mutex);
+        const MutexLock lock(mutex);
         hasEnded = true;
-        ended.notify_all();
+        // Under the lock: once it is released, the owner may destroy this object.
+        ended.NotifyAll();
     });
 }
 
 bool wThread::WaitFor(std::chrono::milliseconds longest) {
-    std::unique_lock lock(mutex);
-    return ended.wait_for(lock, longest, [this] { return hasEnded; });
+    const auto deadline = std::chrono::steady_clock::now() + longest;
+    const MutexLock lock(mutex);
+    while (!hasEnded) {
+        if (!ended.WaitUntil(mutex, deadline))
+            return hasEnded;
+    }
+    return true;
 }
 
 void wThread::Wait() {

@@ -1,11 +1,11 @@
 #pragma once
-// A thread with a stop flag that its body polls. Knows nothing of what the body does.
+// A thread with a stop flag that its body polls. Derived classes supply the body.
+
+#include "base/Mutex.h"
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
 #include <thread>
 
 namespace tarvin {
@@ -19,16 +19,16 @@ public:
 
     // Asks the body to return. Any thread.
     virtual void Stop() { stopRequested = true; }
-    // Blocks until the body has returned. The owner only.
+    // Blocks until the body has returned. Only the thread that owns this object calls it.
     void Wait();
-    // The same for so long at the most; true if the body has returned.
+    // Blocks until the body has returned, or for `longest`. True if the body has returned.
     bool WaitFor(std::chrono::milliseconds longest);
-    // Unique in the process while fewer than 0xEFFFFFFF threads have been made. Starts at 1.
+    // 1 for the first thread of the process. Unique until 0xEFFFFFFF threads have been made.
     std::uint32_t Identifier() const { return identifier; }
 
 protected:
-    // For the constructor of the most derived class, as its last step: the body may run before it returns. Whoever
-    // derives stops and waits in the destructor, while the body's fields still live.
+    // The most derived constructor calls this as its last step, once: the body may run before Start returns. Each
+    // derived class calls Stop and Wait in its destructor, while the fields that the body uses still exist.
     void Start();
     bool StopRequested() const { return stopRequested; }
     virtual int Body() = 0;
@@ -36,9 +36,9 @@ protected:
 private:
     const std::uint32_t identifier;
     std::atomic<bool> stopRequested = false;
-    std::mutex mutex;
-    std::condition_variable ended;
-    bool hasEnded = false;
+    Mutex mutex;
+    Condition ended;
+    bool hasEnded GUARDED_BY(mutex) = false;
     std::thread thread;
 };
 

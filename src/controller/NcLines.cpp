@@ -31,9 +31,7 @@ std::optional<std::vector<std::string>> SplitNcLines(std::string_view content, s
 std::optional<std::vector<std::string>> ReadNcLines(const std::filesystem::path& path, std::string& error) {
     const auto content = ReadWholeFile(path, longestFile);
     if (!content) {
-        NativeFile file;
-        const bool opens = file.Open(path, NativeFile::Access::Read);
-        error = path.string() + ": " + (opens ? "cannot be read, or is too long" : ToUtf8(file.LastError()));
+        error = path.string() + ": " + ToUtf8(content.Reason().text);
         return std::nullopt;
     }
     auto lines = SplitNcLines(*content, error);

@@ -3,8 +3,8 @@
 #include "base/Version.h"
 #include "dictionary/DictionaryFile.h"
 #include "dictionary/DictionaryXml.h"
+#include "dictionary/PackedBytes.h"
 #include "files/NativeFile.h"
-#include "files/PackedBytes.h"
 
 #include <ostream>
 
@@ -24,7 +24,7 @@ constexpr char help[] = "Usage: tarvin-dictionary compile [--compress] IN.xml OU
                         "\n"
                         "Exit code: 0 done, 1 bad input (with file and line) or output, 2 wrong usage.\n";
 
-// XML is wordier than what is made of it.
+// XML is several times as long as the dictionary that is made of it.
 constexpr std::size_t maximumXmlSize = 8 * maximumDictionarySize;
 
 struct Job {
@@ -32,20 +32,10 @@ struct Job {
     std::filesystem::path output;
     std::ostream& errors;
 
+    // Prints the reason. Gives false, the result of a job that has failed.
     bool Fail(const std::filesystem::path& file, const std::string& reason) const {
         errors << "tarvin-dictionary: " << ToUtf8(FromPath(file)) << ": " << reason << '\n';
         return false;
-    }
-    std::optional<std::string> ReadInput(std::size_t maximum) const {
-        NativeFile file;
-        if (!file.Open(input, NativeFile::Access::Read)) {
-            Fail(input, "cannot be read: " + ToUtf8(file.LastError()));
-            return std::nullopt;
-        }
-        auto content = ReadWholeFile(input, maximum);
-        if (!content)
-            Fail(input, "cannot be read, or is larger than " + std::to_string(maximum >> 20) + " MiB");
-        return content;
     }
     bool WriteOutput(std::string_view content) const {
         return ReplaceWholeFile(output, content) || Fail(output, "cannot be written");
@@ -53,13 +43,12 @@ struct Job {
 };
 
 bool Compile(const Job& job, bool compresses) {
-    const auto xml = job.ReadInput(maximumXmlSize);
+    const auto xml = ReadWholeFile(job.input, maximumXmlSize);
     if (!xml)
-        return false;
-    XmlFault fault;
-    const auto content = ReadXml(*xml, fault);
+        return job.Fail(job.input, "cannot be read: " + ToUtf8(xml.Reason().text));
+    const auto content = ReadXml(*xml);
     if (!content)
-        return job.Fail(job.input, "line " + std::to_string(fault.line) + ": " + fault.message);
+        return job.Fail(job.input, ToUtf8(content.Reason().text));
     const std::string plain = EncodeDictionary(*content);
     if (plain.size() > maximumDictionarySize)
         return job.Fail(job.input, "has more text than a dictionary can hold");
@@ -67,19 +56,17 @@ bool Compile(const Job& job, bool compresses) {
 }
 
 bool Export(const Job& job) {
-    auto bytes = job.ReadInput(maximumDictionarySize);
+    auto bytes = ReadWholeFile(job.input, maximumDictionarySize);
     if (!bytes)
-        return false;
-    DictionaryReader reader(std::move(*bytes));
-    DictionaryContent content;
-    if (!ReadContent(reader, content))
-        return job.Fail(job.input, std::string(reader.Fault()));
+        return job.Fail(job.input, "cannot be read: " + ToUtf8(bytes.Reason().text));
+    DictionaryReader reader;
+    if (const auto opened = reader.Open(std::move(*bytes)); !opened)
+        return job.Fail(job.input, ToUtf8(opened.Reason().text));
     if (reader.FurtherObjectCount() > 0)
         return job.Fail(job.input, "holds objects that XML has no place for");
-    XmlFault fault;
-    const auto xml = WriteXml(content, fault);
+    const auto xml = WriteXml(ReadContent(reader));
     if (!xml)
-        return job.Fail(job.input, "gives no right XML: line " + std::to_string(fault.line) + ": " + fault.message);
+        return job.Fail(job.input, "gives no right XML: " + ToUtf8(xml.Reason().text));
     return job.WriteOutput(*xml);
 }
 

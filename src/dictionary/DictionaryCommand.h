@@ -1,5 +1,5 @@
 #pragma once
-// tarvin-dictionary, from its arguments to its exit code. One thread.
+// The program tarvin-dictionary from its arguments to its exit code, without main(), so that tests can run it.
 
 #include "base/KelText.h"
 
@@ -8,7 +8,8 @@
 
 namespace tarvin::dictionary {
 
-// 0: done; 1: bad input, or an output that cannot be written; 2: wrong usage.
+// The exit code: 0 if the output is written, 1 for a wrong input or an output that cannot be written, 2 for wrong
+// usage.
 int RunDictionaryCommand(std::span<const KelText> arguments, std::ostream& output, std::ostream& errors);
 
 }

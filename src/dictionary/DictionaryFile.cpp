@@ -1,56 +1,62 @@
 #include "dictionary/DictionaryFile.h"
 
-#include "files/PackedBytes.h"
+#include "dictionary/PackedBytes.h"
 
-#include <optional>
+#include <utility>
 
 namespace tarvin {
 
 namespace {
 
+// A change that older programs cannot read needs a new version.
 constexpr std::string_view headerText = "TarvinDL diction";
 constexpr std::uint32_t formatVersion = 1;
 constexpr std::size_t numberSize = 4;
-constexpr std::size_t languageSize = 4 * numberSize; // with empty texts, as the others
+// The fewest bytes that each of these takes, with all its texts empty.
+constexpr std::size_t languageSize = 4 * numberSize;
 constexpr std::size_t entrySize = 5 * numberSize;
 constexpr std::size_t furtherObjectSize = 2 * numberSize;
 
-constexpr std::string_view noDictionary = "is no dictionary";
-constexpr std::string_view newerForm = "is a dictionary in a form that this program does not know";
-constexpr std::string_view damaged = "is damaged or not whole";
+const Error noDictionary = {u"is no dictionary"};
+const Error newerForm = {u"is a dictionary in a form that this program does not know"};
+const Error damaged = {u"is damaged or not whole"};
 
 }
 
-DictionaryReader::DictionaryReader(std::string fileBytes) : content(std::move(fileBytes)), entries({}) {
+Result<> DictionaryReader::Open(std::string fileBytes) {
+    Clear();
+    content = std::move(fileBytes);
     if (IsPacked(content)) {
-        std::optional<std::string> unpacked = Unpack(content, maximumDictionarySize);
+        auto unpacked = Unpack(content, maximumDictionarySize);
         if (!unpacked) {
-            fault = damaged;
-            return;
+            Clear();
+            return unpacked.Reason();
         }
         content = std::move(*unpacked);
     }
-    Read();
-    if (fault.empty())
-        return;
-    languages.clear();
-    entryCount = 0;
+    Result<> checked = Check();
+    if (!checked)
+        Clear();
+    return checked;
 }
 
-void DictionaryReader::Read() {
+void DictionaryReader::Clear() {
+    content.clear();
+    languages.clear();
+    entryCount = furtherObjectCount = position = 0;
+    entryBytes = {};
+}
+
+// Walks through all of the file before the first entry is given out: a dictionary is loaded whole or not at all.
+Result<> DictionaryReader::Check() {
     ObjectReader reader(content);
-    if (content.size() > maximumDictionarySize || reader.Bytes(headerText.size()) != headerText) {
-        fault = noDictionary;
-        return;
-    }
-    if (const std::uint32_t version = reader.Number(); version != formatVersion) {
-        fault = reader.HasFailed() ? damaged : newerForm;
-        return;
-    }
-    if (const std::uint32_t checksum = reader.Number(); checksum != Checksum(reader.Rest())) {
-        fault = damaged;
-        return;
-    }
+    if (content.size() > maximumDictionarySize || reader.Bytes(headerText.size()) != headerText)
+        return noDictionary;
+    // The version before the checksum: a newer form may have its checksum in another place.
+    if (const std::uint32_t version = reader.Number(); version != formatVersion)
+        return reader.HasFailed() ? damaged : newerForm;
+    if (const std::uint32_t checksum = reader.Number(); checksum != Checksum(reader.Rest()))
+        return damaged;
     const std::uint32_t languageCount = reader.Count(languageSize, maximumLanguageCount);
     for (std::uint32_t index = 0; index < languageCount; ++index) {
         DictionaryLanguage& language = languages.emplace_back();
@@ -60,19 +66,23 @@ void DictionaryReader::Read() {
         language.name = FromUtf8(reader.Text());
     }
     entryCount = reader.Count(entrySize, maximumEntryCount);
+    // Entries differ in size. Next starts again from here.
     entryBytes = reader.Rest();
     Entry entry;
     for (std::uint32_t index = 0; index < entryCount && !reader.HasFailed(); ++index)
         ReadEntry(reader, entry);
+    // Each further object is a kind and its bytes, so that a program can skip a kind that it does not know.
     furtherObjectCount = reader.Count(furtherObjectSize, maximumEntryCount);
     for (std::uint32_t index = 0; index < furtherObjectCount && !reader.HasFailed(); ++index) {
         reader.Number();
         reader.Text();
     }
     if (reader.HasFailed() || !reader.Rest().empty())
-        fault = damaged;
+        return damaged;
+    return {};
 }
 
+// Check calls this before the entry is known to be whole, so each count is bounded here.
 void DictionaryReader::ReadEntry(ObjectReader& reader, Entry& entry) const {
     entry.id = reader.Integer();
     entry.phrase = reader.Text();
@@ -95,9 +105,9 @@ bool DictionaryReader::Next(Entry& entry) {
     return true;
 }
 
-bool ReadContent(DictionaryReader& reader, DictionaryContent& content) {
+DictionaryContent ReadContent(DictionaryReader& reader) {
+    DictionaryContent content;
     content.languages = reader.Languages();
-    content.entries.clear();
     content.entries.reserve(reader.EntryCount());
     for (DictionaryReader::Entry entry; reader.Next(entry);) {
         TextEntry& whole = content.entries.emplace_back();
@@ -108,7 +118,7 @@ bool ReadContent(DictionaryReader& reader, DictionaryContent& content) {
         whole.textPosition = FromUtf8(entry.textPosition);
         whole.comment = FromUtf8(entry.comment);
     }
-    return reader.Fault().empty();
+    return content;
 }
 
 std::string EncodeDictionary(const DictionaryContent& content) {
@@ -130,10 +140,12 @@ std::string EncodeDictionary(const DictionaryContent& content) {
         body.Text(ToUtf8(entry.textPosition));
         body.Text(ToUtf8(entry.comment));
     }
+    // No further objects.
     body.Number(0);
     ObjectWriter file;
     file.Bytes(headerText);
     file.Number(formatVersion);
+    // Of everything after it.
     file.Number(Checksum(body.Written()));
     file.Bytes(body.Written());
     return file.Written();

@@ -1,8 +1,9 @@
 #pragma once
-// A dictionary as bytes, the form of diction.ary (docs/dictionary.md has it byte by byte). Knows nothing of which
-// language is wanted. Any thread, each object by one at a time.
+// A dictionary as bytes: the form of diction.ary, which docs/dictionary.md describes byte by byte. Any thread, one at a
+// time for each object.
 
-#include "dictionary/TextEntry.h"
+#include "base/Result.h"
+#include "dictionary/DictionaryContent.h"
 #include "files/ObjectStream.h"
 
 #include <string>
@@ -11,45 +12,45 @@
 
 namespace tarvin {
 
-// Longer is neither a file nor what a compressed one expands to.
+// The largest file, and the most that a compressed file may expand to, in bytes.
 constexpr std::size_t maximumDictionarySize = 32 * 1024 * 1024;
 constexpr std::uint32_t maximumLanguageCount = 255;
 constexpr std::uint32_t maximumEntryCount = highestTextId + 1;
 
-// Reads a dictionary entry by entry, so that nobody has to hold texts that are not wanted. All of it is checked before
-// the first entry is handed out: there is no such thing as half a dictionary.
+// Reads a dictionary entry by entry, so that the caller keeps only the texts that it wants.
 class DictionaryReader {
 public:
-    // An entry as it stands in the file, its texts in UTF-8. Valid as long as the reader.
+    // An entry as it is in the file, with texts in UTF-8. Valid until the next Open and as long as the reader.
     struct Entry {
         std::int32_t id = 0;
         std::string_view phrase;
-        std::vector<std::string_view> translations; // never more than there are languages
+        std::vector<std::string_view> translations; // at most one for each language
         std::string_view textPosition;
         std::string_view comment;
     };
 
-    // Plain or compressed.
-    explicit DictionaryReader(std::string fileBytes);
+    DictionaryReader() : entries({}) {}
     DictionaryReader(const DictionaryReader&) = delete;
     DictionaryReader& operator=(const DictionaryReader&) = delete;
 
-    // What is wrong with it, as the end of a sentence; empty if nothing is. With a fault there are no entries.
-    std::string_view Fault() const { return fault; }
+    // Takes the bytes of a file, plain or compressed, and checks all of them. After a failure the reader is empty. The
+    // reason is the end of a sentence that starts with the file's name.
+    Result<> Open(std::string fileBytes);
+
     const std::vector<DictionaryLanguage>& Languages() const { return languages; }
     std::uint32_t EntryCount() const { return entryCount; }
-    // Objects behind the entries that this program does not know. They are passed over.
+    // Objects after the entries, of kinds that this program does not know. It skips them.
     std::uint32_t FurtherObjectCount() const { return furtherObjectCount; }
 
-    // False behind the last entry; the next call gives the first one again.
+    // Gives the next entry. False after the last one; the next call starts again with the first.
     bool Next(Entry& entry);
 
 private:
-    void Read();
+    Result<> Check();
+    void Clear();
     void ReadEntry(ObjectReader& reader, Entry& entry) const;
 
     std::string content;
-    std::string_view fault;
     std::vector<DictionaryLanguage> languages;
     std::uint32_t entryCount = 0;
     std::uint32_t furtherObjectCount = 0;
@@ -58,10 +59,10 @@ private:
     ObjectReader entries;
 };
 
-// The whole dictionary with its texts taken out of the file. False if it has a fault.
-bool ReadContent(DictionaryReader& reader, DictionaryContent& content);
+// The whole content of an open reader, independent of it.
+DictionaryContent ReadContent(DictionaryReader& reader);
 
-// In the plain form, which may be longer than can be read. Texts must be without zeros.
+// The plain form, which may be longer than maximumDictionarySize.
 std::string EncodeDictionary(const DictionaryContent& content);
 
 }

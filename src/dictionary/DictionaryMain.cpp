@@ -1,4 +1,4 @@
-// The dictionary compiler as a program.
+// tarvin-dictionary, the compiler of the text dictionary.
 
 #include "base/System.h"
 #include "dictionary/DictionaryCommand.h"

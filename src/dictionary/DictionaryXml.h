@@ -1,25 +1,19 @@
 #pragma once
-// A dictionary as XML, the form in which people edit it (docs/dictionary.md describes the elements). Knows nothing of
-// files. Any thread.
+// A dictionary as XML, the form in which people edit it. docs/dictionary.md describes the elements. Any thread.
 
-#include "dictionary/TextEntry.h"
+#include "base/Result.h"
+#include "dictionary/DictionaryContent.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tarvin::dictionary {
 
-struct XmlFault {
-    std::size_t line = 0; // counted from 1
-    std::string message;
-};
+// Fails if any detail is wrong. The reason is "line N: " and the first fault; lines count from 1.
+Result<DictionaryContent> ReadXml(std::string_view xml);
 
-// None, with the first fault, for anything that is not a dictionary in every detail.
-std::optional<DictionaryContent> ReadXml(std::string_view xml, XmlFault& fault);
-
-// XML from which ReadXml makes the same content. None, with the fault, for content that has none: it breaks a rule that
-// ReadXml holds, or has characters that XML does not know.
-std::optional<std::string> WriteXml(const DictionaryContent& content, XmlFault& fault);
+// XML from which ReadXml makes the same content. Fails, with a reason as above, if there is no such XML: the content
+// breaks a rule of ReadXml or holds characters that XML does not allow.
+Result<std::string> WriteXml(const DictionaryContent& content);
 
 }

@@ -1,33 +1,33 @@
 #pragma once
-// Which language the user wants, and which of a dictionary's languages that is. Pure, any thread.
+// Finds the language that the user asks for, and its place among the languages of a dictionary. Any thread.
 
-#include "dictionary/TextEntry.h"
+#include "dictionary/DictionaryContent.h"
 
 #include <optional>
 
 namespace tarvin {
 
-// The base phrases.
+// English, the base phrases.
 constexpr std::int32_t languageNone = -1;
-// To be chosen by its name.
+// Both let Load choose by the name; languageUnknown is also the answer for a name that fits no language.
 constexpr std::int32_t languageUnknown = -2;
 constexpr std::int32_t languageByName = -3;
-// No language at all: the dictionary is kept whole, for editing.
+// All languages: the whole dictionary, for editing.
 constexpr std::int32_t languageAll = 0x7FFFFFFF;
 
-// The switch "/l=NAME" in a command line. It begins a word and ends with the next blank that is not within double
-// quotes.
+// The switch "/l=NAME" in a command line. It begins a word and ends before the next blank outside double quotes.
 struct LanguageSwitch {
     std::size_t begin;
     std::size_t end;
-    KelText name; // without quotes, trimmed
+    KelText name; // trimmed and without quotes
 };
 
+// The first switch; none if the command line has none.
 std::optional<LanguageSwitch> FindLanguageSwitch(KelTextView commandLine);
 
-// The index of the language that the name means, languageNone or languageAll; languageUnknown if it means none. Meant
-// is "all", "English", "#" with a place counted from 1, a language's name, or the first language whose name begins so;
-// failing that, a language's folder in the same way.
+// The index of the named language, languageNone or languageAll; languageUnknown if the name fits no language. A name
+// is, in this order: "all", "English", "#" with a place counted from 1, the name of a language or the start of one, the
+// folder of a language or the start of one.
 std::int32_t ChooseLanguage(const std::vector<DictionaryLanguage>& languages, KelTextView name);
 
 }

@@ -9,13 +9,15 @@ namespace tarvin {
 
 namespace {
 
+// The pool grows by so many code units at a time, the index by so many slots.
 constexpr std::size_t poolBlock = 8192;
 constexpr std::size_t indexBlock = 16;
 
+// The texts in which a dictionary describes the language.
 constexpr std::int32_t languageNoteText = 323;
 constexpr std::int32_t languageNoteTitle = 324;
 
-// What message boxes cannot do without, whatever has become of the dictionary.
+// The texts of message boxes, for a program without a dictionary.
 const char16_t* BuiltInText(std::int32_t id) noexcept {
     switch (id) {
     case 47:
@@ -55,6 +57,7 @@ bool IsTextId(std::int32_t id) {
     return id >= 0 && id <= highestTextId;
 }
 
+// The phrase replaces a missing or empty translation.
 std::string_view ChosenText(const DictionaryReader::Entry& entry, std::int32_t language) {
     const auto place = static_cast<std::size_t>(language);
     const bool isTranslated = language >= 0 && place < entry.translations.size() && !entry.translations[place].empty();
@@ -64,6 +67,7 @@ std::string_view ChosenText(const DictionaryReader::Entry& entry, std::int32_t l
 std::filesystem::path WholePath(const DictionaryRequest& request) {
     const auto& name = request.fileName;
     const std::filesystem::path path = name.has_parent_path() ? name : request.programFolder / name;
+    // Absolute, because the working folder may change later.
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     return error ? path : absolute;
@@ -78,16 +82,18 @@ Result<> TextHolder::Load(const DictionaryRequest& request) {
     language = request.language;
     dictionaryFile = WholePath(request);
     if (auto bytes = ReadWholeFile(dictionaryFile, maximumDictionarySize)) {
-        DictionaryReader reader(std::move(*bytes));
-        if (Take(reader))
+        DictionaryReader reader;
+        if (reader.Open(std::move(*bytes))) {
+            Take(reader);
             return {};
+        }
     }
     language = languageNone;
     return Error{u"Error Opening Specified Dictionary\n" + FromPath(dictionaryFile)};
 }
 
 void TextHolder::Clear() {
-    // Whole new ones: the memory of one language is not kept for another.
+    // New objects rather than clear(): they give the memory of the last language back.
     pool = std::vector<char16_t>();
     index = std::vector<std::uint64_t>();
     entries = std::vector<TextEntry>();
@@ -95,31 +101,27 @@ void TextHolder::Clear() {
     skippedEntryCount = 0;
 }
 
-bool TextHolder::Take(DictionaryReader& reader) {
-    if (!reader.Fault().empty())
-        return false;
-    const bool isOpen = language == languageByName || language == languageUnknown;
-    if (isOpen)
+void TextHolder::Take(DictionaryReader& reader) {
+    if (language == languageByName || language == languageUnknown)
         language = ChooseLanguage(reader.Languages(), languageName);
     if (language == languageUnknown)
         language = languageNone;
     if (language == languageAll) {
-        DictionaryContent content;
-        ReadContent(reader, content);
-        entries = std::move(content.entries);
-        return true;
+        entries = ReadContent(reader).entries;
+        return;
     }
     AddChosenTexts(reader);
+    // A missing text gives an empty one here: the built-in texts describe no language.
     const auto loadedText = [&](std::int32_t id) {
         const char16_t* text = TextOrNull(id);
         return KelText(text == nullptr ? u"" : text);
     };
     languageNote = loadedText(languageNoteTitle) + u"\n\n" + loadedText(languageNoteText);
-    return true;
 }
 
 void TextHolder::AddChosenTexts(DictionaryReader& reader) {
-    // Room for all of it at once: growing block by block copies everything each time.
+    // The first pass counts, so that the memory is allocated once. Growing block by block would copy the texts each
+    // time.
     DictionaryReader::Entry entry;
     std::int32_t highestId = 0;
     std::size_t unitCount = 0;
@@ -140,6 +142,7 @@ void TextHolder::AddChosenTexts(DictionaryReader& reader) {
 }
 
 bool TextHolder::Add(KelTextView text, std::int32_t id) {
+    // The first text wins, so the order of the entries in the file decides.
     if (!IsTextId(id) || TextOrNull(id) != nullptr)
         return false;
     text = text.substr(0, text.find(u'\0'));
@@ -148,6 +151,7 @@ bool TextHolder::Add(KelTextView text, std::int32_t id) {
     const auto slot = static_cast<std::size_t>(id);
     if (index.size() <= slot)
         index.resize(slot + 1);
+    // 0 stands for a missing text, so places count from 1.
     index[slot] = pool.size() + 1;
     pool.insert(pool.end(), text.begin(), text.end());
     pool.push_back(u'\0');
@@ -172,7 +176,7 @@ const char16_t* TextHolder::Text(std::int32_t id) const noexcept {
 }
 
 const char16_t* TextHolder::TextOrNull(std::int32_t id) const noexcept {
-    // An id below 0 becomes one beyond every index.
+    // A negative id becomes a slot beyond every index.
     const std::size_t slot = static_cast<std::uint32_t>(id);
     const std::uint64_t place = slot < index.size() ? index[slot] : 0;
     return place != 0 ? pool.data() + (place - 1) : nullptr;

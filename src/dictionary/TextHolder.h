@@ -1,6 +1,6 @@
 #pragma once
-// The texts of the program by number, in the language of the user. Knows nothing of who shows them.
-// Loaded by one thread while no other looks; lookups come from any thread, take constant time and allocate nothing.
+// The program's texts by number, in the user's language. One thread loads or adds texts while no other thread looks any
+// up. After that any thread may look texts up: in constant time and without allocating memory.
 
 #include "base/Result.h"
 #include "dictionary/LanguageChoice.h"
@@ -9,50 +9,50 @@ namespace tarvin {
 
 class DictionaryReader;
 
-// What to load, and how.
+// The file and the language to load.
 struct DictionaryRequest {
-    // One without a folder is in the program folder.
+    // A name without a folder is a file in `programFolder`.
     std::filesystem::path fileName = "diction.ary";
     std::filesystem::path programFolder = {};
-    // May hold the switch "/l=", which goes before the default.
+    // A switch "/l=" in it takes precedence over the default.
     KelText commandLine = {};
     KelText defaultLanguage = {};
-    // An index among the file's languages, or one of the values in LanguageChoice.h.
+    // The index of one of the file's languages, or one of the values in LanguageChoice.h.
     std::int32_t language = languageByName;
 };
 
 class TextHolder {
 public:
-    // Replaces everything that is loaded. If the file cannot be read or is not whole, nothing is loaded, and the reason
-    // names the file.
+    // Replaces all texts by those of the file. Fails if the file cannot be read or is damaged: then no texts are
+    // loaded, and the reason names the file.
     Result<> Load(const DictionaryRequest& request);
 
-    // The text, or the built-in English one, or the empty text.
+    // The loaded text, else the built-in English one, else the empty text. Valid until the next Load or Add.
     const char16_t* Text(std::int32_t id) const noexcept;
-    // The loaded text, or null.
+    // The loaded text, else null.
     const char16_t* TextOrNull(std::int32_t id) const noexcept;
-    // The loaded text that a reference such as "^66" means. The empty text, or null, for one that means none and for
-    // what is no reference.
+    // The loaded text for a reference such as "^66". If no text is loaded for it, or the text is no reference, the
+    // first gives the empty text and the second null.
     const char16_t* TextByReference(KelTextView reference) const noexcept;
     const char16_t* TextByReferenceOrNull(KelTextView reference) const noexcept;
 
-    // The first text for an id wins. False, with nothing changed, for a later one and for an id out of range (0 to
-    // highestTextId). What follows a zero is left out.
+    // Adds the text up to its first zero. False, without a change, if the id has a text already or is not in the range
+    // 0 to highestTextId.
     bool Add(KelTextView text, std::int32_t id);
 
-    // Absolute path of the file of the last load, whether it succeeded or not.
+    // The absolute path of the file of the last Load, also after a failure.
     const std::filesystem::path& DictionaryFile() const { return dictionaryFile; }
-    // As it was asked for.
+    // The name by which the last Load was asked for the language.
     const KelText& LanguageName() const { return languageName; }
     std::int32_t Language() const { return language; }
-    // What the dictionary says about itself: empty without one.
+    // The dictionary's note about the language. Empty without a dictionary.
     const KelText& LanguageNote() const { return languageNote; }
-    // Only if loaded with languageAll, and then instead of texts.
+    // All entries if the language is languageAll; then no texts are loaded. Else empty.
     const std::vector<TextEntry>& Entries() const { return entries; }
-    // Entries of the last load whose ids are out of range.
+    // The number of entries that the last Load skipped because their ids are out of range.
     std::size_t SkippedEntryCount() const { return skippedEntryCount; }
 
-    // In code units and in slots.
+    // The pool is counted in code units, the index in slots.
     struct MemoryUse {
         std::size_t poolUsed;
         std::size_t poolCapacity;
@@ -63,13 +63,13 @@ public:
 
 private:
     void Clear();
-    bool Take(DictionaryReader& reader);
+    void Take(DictionaryReader& reader);
     void AddChosenTexts(DictionaryReader& reader);
     void ReserveIndex(std::int32_t id);
     void ReservePool(std::size_t unitCount);
 
-    std::vector<char16_t> pool;       // each text with its zero
-    std::vector<std::uint64_t> index; // by id: 1 + where in the pool the text begins, or 0
+    std::vector<char16_t> pool;       // each text with a zero after it
+    std::vector<std::uint64_t> index; // by id: 1 + the text's place in the pool, or 0 without a text
     std::filesystem::path dictionaryFile;
     KelText languageName;
     std::int32_t language = languageNone;
@@ -78,7 +78,7 @@ private:
     std::size_t skippedEntryCount = 0;
 };
 
-// The dictionary of the process.
+// The dictionary of this process.
 TextHolder& Dictionary();
 
 }

@@ -7,7 +7,7 @@ namespace tarvin {
 
 namespace {
 
-bool CannotStand(char16_t unit) {
+bool IsForbidden(char16_t unit) {
     constexpr KelTextView reserved = u"/\\:*?\"<>|";
     return unit < 0x20 || unit == 0x7F || reserved.find(unit) != KelTextView::npos;
 }
@@ -16,8 +16,9 @@ bool CannotStand(char16_t unit) {
 
 bool IsDeviceName(KelTextView fileName) {
     constexpr KelTextView devices[] = {u"CON", u"PRN", u"AUX", u"NUL", u"CONIN$", u"CONOUT$", u"CLOCK$"};
-    // The superscript digits count as digits here.
+    // Windows takes the superscript digits 1 to 3 for digits of a device's name.
     constexpr KelTextView digits = u"123456789\u00B9\u00B2\u00B3";
+    // Windows ignores the extension and the blanks before it.
     const KelTextView base = Trimmed(fileName.substr(0, fileName.find(u'.')));
     if (base.size() == 4 && digits.find(base.back()) != KelTextView::npos) {
         const KelTextView kind = base.substr(0, 3);
@@ -29,8 +30,8 @@ bool IsDeviceName(KelTextView fileName) {
 
 KelText FileNameFor(KelTextView name) {
     KelText fileName(name);
-    std::replace_if(fileName.begin(), fileName.end(), CannotStand, u'_');
-    // Windows drops dots and blanks at the end, and dots alone mean a folder everywhere.
+    std::replace_if(fileName.begin(), fileName.end(), IsForbidden, u'_');
+    // Windows drops dots and blanks at the end. A name of dots alone is a folder on every system.
     for (auto unit = fileName.rbegin(); unit != fileName.rend() && (*unit == u'.' || *unit == u' '); ++unit)
         *unit = u'_';
     return IsDeviceName(fileName) ? u'_' + fileName : fileName;

@@ -1,6 +1,6 @@
 #pragma once
-// Which names can stand for a file, by the strictest of the systems, so that a folder can move between them, and what
-// stands between the parts of a path. Knows nothing of what is on a disk. Any thread.
+// The rules for names of files and for separators in paths. Names follow the strictest of the systems, so that a folder
+// can move from one system to another. Any thread; does not access the disk.
 
 #include "base/KelText.h"
 
@@ -8,16 +8,16 @@
 
 namespace tarvin {
 
-// `name` with each character that cannot stand in a file name, or not at its end, replaced by '_'. A device's name gets
-// a '_' in front. Everything else is returned as it is, the empty name too.
+// Replaces by '_' each character of `name` that no file name may hold, and each dot or blank at the end. Puts a '_' in
+// front of the name of a device. Keeps everything else; an empty name stays empty.
 KelText FileNameFor(KelTextView name);
 
-// True for CON, NUL, COM1 and their like, whatever extension follows.
+// True for CON, NUL, COM1 and the other names of devices, with any extension.
 bool IsDeviceName(KelTextView fileName);
 
 inline constexpr char16_t pathSeparator = std::filesystem::path::preferred_separator;
 
-// The path with this system's separator wherever that of any system stands.
+// Replaces each '/' and '\' by this system's separator.
 KelText WithOwnSeparators(KelText path);
 
 }

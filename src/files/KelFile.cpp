@@ -2,35 +2,46 @@
 
 namespace tarvin {
 
-bool KelFile::Open(const std::filesystem::path& path, Mode newMode) {
-    if (IsOpen())
-        return true;
-    const bool reading = newMode == Mode::ReadBytes || newMode == Mode::ReadText;
-    const auto access = reading                                                       ? NativeFile::Access::Read
-                        : newMode == Mode::AppendText || newMode == Mode::AppendBytes ? NativeFile::Access::Append
-                                                                                      : NativeFile::Access::Replace;
-    mode = newMode;
-    lastWasCarriageReturn = false;
-    bytesWritten = 0;
-    return file.Open(path, access);
+namespace {
+
+NativeFile::Access AccessFor(KelFile::Mode mode) {
+    switch (mode) {
+    case KelFile::Mode::ReadBytes:
+    case KelFile::Mode::ReadText:
+        return NativeFile::Access::Read;
+    case KelFile::Mode::WriteBytes:
+    case KelFile::Mode::WriteText:
+        return NativeFile::Access::Replace;
+    case KelFile::Mode::AppendBytes:
+    case KelFile::Mode::AppendText:
+        break;
+    }
+    return NativeFile::Access::Append;
 }
 
-bool KelFile::Write(std::string_view bytes) {
+}
+
+Result<> KelFile::Open(const std::filesystem::path& path, Mode newMode) {
+    if (IsOpen())
+        return {};
+    mode = newMode;
+    lastWasCarriageReturn = false;
+    return file.Open(path, AccessFor(mode));
+}
+
+Result<> KelFile::Write(std::string_view bytes) {
+    if (mode == Mode::WriteBytes || mode == Mode::AppendBytes)
+        return file.Write(bytes);
     std::string text;
-    if (mode != Mode::WriteBytes && mode != Mode::AppendBytes) {
-        text.reserve(bytes.size() + 2);
-        for (const char byte : bytes) {
-            if (byte == '\n' && !lastWasCarriageReturn)
-                text.push_back('\r');
-            text.push_back(byte);
-            lastWasCarriageReturn = byte == '\r';
-        }
-        bytes = text;
+    text.reserve(bytes.size() + 2);
+    for (const char byte : bytes) {
+        // A CR may have come at the end of the piece before.
+        if (byte == '\n' && !lastWasCarriageReturn)
+            text.push_back('\r');
+        text.push_back(byte);
+        lastWasCarriageReturn = byte == '\r';
     }
-    std::size_t written = 0;
-    const bool complete = file.Write(bytes, written);
-    bytesWritten += written;
-    return complete;
+    return file.Write(text);
 }
 
 }

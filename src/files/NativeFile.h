@@ -1,13 +1,12 @@
 #pragma once
-// A regular file of the operating system, unbuffered: what KelFile and the settings store stand on. Knows nothing of
-// text. One thread at a time. No operation throws; a failed one leaves its reason in LastError.
+// A regular file of the operating system, without a buffer of the program's own. One thread at a time. No operation
+// throws. On a closed file every operation but Open and Close fails.
 
-#include "base/KelText.h"
+#include "base/Result.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,40 +21,42 @@ public:
     NativeFile(const NativeFile&) = delete;
     NativeFile& operator=(const NativeFile&) = delete;
 
-    // Opens a regular file; anything else (a folder, a device, a pipe) is refused, and never waited for.
-    bool Open(const std::filesystem::path& path, Access access);
+    // Closes the present file and opens a regular one. Refuses a folder, a device and a pipe, and never waits for them.
+    // Replace and Append create a file that is missing. After a failure the object is closed.
+    Result<> Open(const std::filesystem::path& path, Access access);
     bool IsOpen() const { return handle != closedHandle; }
 
-    // Up to `byteCount` bytes; 0 at the end of the file, none on an error.
-    std::optional<std::size_t> Read(void* bytes, std::size_t byteCount);
-    // All of `bytes` handed to the operating system, or false with `written` telling how many were.
-    bool Write(std::string_view bytes, std::size_t& written);
-    std::optional<std::uint64_t> Size();
+    // Reads up to `byteCount` bytes and gives their number: 0 at the end of the file.
+    Result<std::size_t> Read(void* bytes, std::size_t byteCount);
+    // Hands all of `bytes` to the operating system. After a failure it may have taken some of them; BytesWritten counts
+    // these.
+    Result<> Write(std::string_view bytes);
+    // Bytes that the operating system has taken since the last Open. Stays known after Close.
+    std::uint64_t BytesWritten() const { return bytesWritten; }
+    // The size of the file in bytes.
+    Result<std::uint64_t> Size();
     // Blocks until the content is on the disk.
-    bool Sync();
-    // Keeps others who ask for the same from getting it, until the file is closed. At once; false if somebody has it.
-    bool Lock();
-    // Whether the path still leads to this file: it may have been deleted, moved or replaced.
+    Result<> Sync();
+    // Takes the lock on the file and holds it until the file is closed. Does not block: fails if another open file
+    // holds the lock. Reading and writing need no lock.
+    Result<> Lock();
+    // True if the path still leads to this file: it may have been deleted, moved or replaced.
     bool IsAt(const std::filesystem::path& path);
     void Close();
 
-    // The system's words for the last failure.
-    const KelText& LastError() const { return lastError; }
-
 private:
-    bool Fail(int systemError);
-
     static constexpr std::intptr_t closedHandle = -1;
     std::intptr_t handle = closedHandle;
-    KelText lastError;
+    std::uint64_t bytesWritten = 0;
 };
 
-// The whole content of a file of at most `maximum` bytes; none if it cannot be read or is longer.
-std::optional<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maximum);
+// The whole content of a file. Fails if the file cannot be read or holds more than `maximum` bytes.
+Result<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maximum);
 
-// Replaces the file in one step: whoever looks, before or after a crash, finds the old content or the new one, whole.
-// The permissions of an existing file are kept, and what is no regular file is not replaced. False leaves the old file
-// as it was.
-bool ReplaceWholeFile(const std::filesystem::path& path, std::string_view content);
+// Replaces a file in one step: at every moment, also after a crash, the path leads to the whole old content or the
+// whole new one. Keeps the permissions of an existing file, and refuses to replace anything but a regular file. Blocks
+// until the new content is on the disk. A failure leaves the old file as it was, unless the step itself could not be
+// brought to the disk: then the new content is in place.
+Result<> ReplaceWholeFile(const std::filesystem::path& path, std::string_view content);
 
 }

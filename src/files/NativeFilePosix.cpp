@@ -18,8 +18,8 @@ int Descriptor(std::intptr_t handle) {
 }
 
 int OpenFlags(NativeFile::Access access) {
-    // Without blocking, so that a pipe somebody put in place of a file cannot stop the machine; truncated only once it
-    // is known to be a regular file.
+    // O_NONBLOCK: opening a pipe would otherwise wait for its other end, and stop the machine. No O_TRUNC: the file is
+    // emptied once it is known to be a regular one.
     constexpr int always = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     switch (access) {
     case NativeFile::Access::Read:
@@ -32,29 +32,40 @@ int OpenFlags(NativeFile::Access access) {
     return always;
 }
 
-bool SyncFolderOf(const std::filesystem::path& path) {
+Error SystemError(int errorNumber) {
+    return {SystemErrorText(static_cast<unsigned long>(errorNumber))};
+}
+
+// A new name is on the disk once its folder is.
+Result<> SyncFolderOf(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
     const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0)
-        return false;
-    const bool synced = ::fsync(descriptor) == 0;
+        return LastSystemError();
+    const Result<> synced = ::fsync(descriptor) == 0 ? Result<>() : LastSystemError();
     ::close(descriptor);
     return synced;
 }
 
+Result<> WriteNewFile(const std::filesystem::path& path, std::string_view content) {
+    NativeFile file;
+    if (const auto opened = file.Open(path, NativeFile::Access::Replace); !opened)
+        return opened;
+    if (const auto written = file.Write(content); !written)
+        return written;
+    return file.Sync();
 }
 
-bool NativeFile::Fail(int systemError) {
-    lastError = SystemErrorText(static_cast<unsigned long>(systemError));
-    return false;
 }
 
-bool NativeFile::Open(const std::filesystem::path& path, Access access) {
+Result<> NativeFile::Open(const std::filesystem::path& path, Access access) {
     Close();
+    bytesWritten = 0;
     const int descriptor = ::open(path.c_str(), OpenFlags(access), 0666);
     if (descriptor < 0)
-        return Fail(errno);
+        return LastSystemError();
     struct stat state = {};
+    // close() may change errno, so the error is kept until the descriptor is closed.
     int error = 0;
     if (::fstat(descriptor, &state) != 0)
         error = errno;
@@ -66,53 +77,52 @@ bool NativeFile::Open(const std::filesystem::path& path, Access access) {
         error = errno;
     if (error != 0) {
         ::close(descriptor);
-        return Fail(error);
+        return SystemError(error);
     }
     handle = descriptor;
-    return true;
+    return {};
 }
 
-std::optional<std::size_t> NativeFile::Read(void* bytes, std::size_t byteCount) {
+Result<std::size_t> NativeFile::Read(void* bytes, std::size_t byteCount) {
     for (;;) {
         const ssize_t count = ::read(Descriptor(handle), bytes, byteCount);
         if (count >= 0)
             return static_cast<std::size_t>(count);
-        if (errno != EINTR) {
-            Fail(errno);
-            return std::nullopt;
+        // A signal may interrupt a call before it has read anything.
+        if (errno != EINTR)
+            return LastSystemError();
+    }
+}
+
+Result<> NativeFile::Write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(Descriptor(handle), bytes.data(), bytes.size());
+        if (count >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+            bytesWritten += static_cast<std::uint64_t>(count);
+        } else if (errno != EINTR) {
+            return LastSystemError();
         }
     }
+    return {};
 }
 
-bool NativeFile::Write(std::string_view bytes, std::size_t& written) {
-    written = 0;
-    while (written < bytes.size()) {
-        const ssize_t count = ::write(Descriptor(handle), bytes.data() + written, bytes.size() - written);
-        if (count >= 0)
-            written += static_cast<std::size_t>(count);
-        else if (errno != EINTR)
-            return Fail(errno);
-    }
-    return true;
-}
-
-std::optional<std::uint64_t> NativeFile::Size() {
+Result<std::uint64_t> NativeFile::Size() {
     struct stat state = {};
-    if (::fstat(Descriptor(handle), &state) != 0) {
-        Fail(errno);
-        return std::nullopt;
-    }
+    if (::fstat(Descriptor(handle), &state) != 0)
+        return LastSystemError();
     return static_cast<std::uint64_t>(state.st_size);
 }
 
-bool NativeFile::Sync() {
-    return ::fsync(Descriptor(handle)) == 0 || Fail(errno);
+Result<> NativeFile::Sync() {
+    return ::fsync(Descriptor(handle)) == 0 ? Result<>() : LastSystemError();
 }
 
-bool NativeFile::Lock() {
-    return ::flock(Descriptor(handle), LOCK_EX | LOCK_NB) == 0 || Fail(errno);
+Result<> NativeFile::Lock() {
+    return ::flock(Descriptor(handle), LOCK_EX | LOCK_NB) == 0 ? Result<>() : LastSystemError();
 }
 
+// Device and inode number identify a file, whatever its names are.
 bool NativeFile::IsAt(const std::filesystem::path& path) {
     struct stat own = {};
     struct stat named = {};
@@ -126,27 +136,27 @@ void NativeFile::Close() {
     handle = closedHandle;
 }
 
-bool ReplaceWholeFile(const std::filesystem::path& named, std::string_view content) {
-    // A link stays a link: what it leads to is replaced.
+Result<> ReplaceWholeFile(const std::filesystem::path& named, std::string_view content) {
+    // A link stays a link: its target is replaced.
     std::error_code isMissing;
     const std::filesystem::path target = std::filesystem::canonical(named, isMissing);
     const std::filesystem::path& path = isMissing ? named : target;
     struct stat state = {};
     const bool isThere = ::stat(path.c_str(), &state) == 0;
     if (isThere && !S_ISREG(state.st_mode))
-        return false;
-    // A name of its own for each process: two programs that save at once must not write into one another's copy.
+        return SystemError(S_ISDIR(state.st_mode) ? EISDIR : EINVAL);
+    // The process number stands in the name, so that two programs that save at once do not write into one file.
     const std::filesystem::path fresh = path.native() + "." + std::to_string(::getpid()) + ".new";
-    NativeFile file;
-    std::size_t written = 0;
-    const bool complete = file.Open(fresh, NativeFile::Access::Replace) && file.Write(content, written) && file.Sync();
-    file.Close();
-    if (complete && isThere)
+    // The content is on the disk before the file takes its name. After a crash the name never leads to an empty file.
+    Result<> result = WriteNewFile(fresh, content);
+    if (result && isThere)
         ::chmod(fresh.c_str(), state.st_mode & 07777);
-    if (complete && ::rename(fresh.c_str(), path.c_str()) == 0)
+    if (result && ::rename(fresh.c_str(), path.c_str()) != 0)
+        result = LastSystemError();
+    if (result)
         return SyncFolderOf(path);
     ::unlink(fresh.c_str());
-    return false;
+    return result;
 }
 
 }

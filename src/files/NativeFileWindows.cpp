@@ -13,80 +13,88 @@ HANDLE Handle(std::intptr_t handle) {
     return reinterpret_cast<HANDLE>(handle);
 }
 
+Result<> WriteNewFile(const std::filesystem::path& path, std::string_view content) {
+    NativeFile file;
+    if (const auto opened = file.Open(path, NativeFile::Access::Replace); !opened)
+        return opened;
+    if (const auto written = file.Write(content); !written)
+        return written;
+    return file.Sync();
 }
 
-bool NativeFile::Fail(int systemError) {
-    lastError = SystemErrorText(static_cast<unsigned long>(systemError));
-    return false;
+// The largest piece handed over in one call, whose count has 32 bits.
+constexpr std::size_t largestPiece = std::size_t{1} << 30;
+
 }
 
-bool NativeFile::Open(const std::filesystem::path& path, Access access) {
+Result<> NativeFile::Open(const std::filesystem::path& path, Access access) {
     Close();
+    bytesWritten = 0;
+    // FILE_APPEND_DATA alone: the system puts each write at the end of the file, also while another program writes.
     const DWORD rights = access == Access::Read      ? GENERIC_READ
                          : access == Access::Replace ? GENERIC_WRITE
                                                      : FILE_APPEND_DATA | SYNCHRONIZE;
     const DWORD disposition = access == Access::Read ? OPEN_EXISTING : OPEN_ALWAYS;
+    // Shared in every way, as files are on POSIX: other programs may read, move and delete the file while it is open.
     HANDLE opened = ::CreateFileW(path.c_str(), rights, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (opened == INVALID_HANDLE_VALUE)
-        return Fail(static_cast<int>(::GetLastError()));
-    // Truncated only once it is known to be a file on a disk, not a device or a pipe.
-    DWORD error = 0;
+        return LastSystemError();
+    // The file is emptied once it is known to be on a disk, and neither a device nor a pipe.
+    DWORD error = ERROR_SUCCESS;
     if (::GetFileType(opened) != FILE_TYPE_DISK)
         error = ERROR_INVALID_NAME;
     else if (access == Access::Replace && !::SetEndOfFile(opened))
         error = ::GetLastError();
-    if (error != 0) {
+    if (error != ERROR_SUCCESS) {
         ::CloseHandle(opened);
-        return Fail(static_cast<int>(error));
+        return Error{SystemErrorText(error)};
     }
     handle = reinterpret_cast<std::intptr_t>(opened);
-    return true;
+    return {};
 }
 
-std::optional<std::size_t> NativeFile::Read(void* bytes, std::size_t byteCount) {
-    const DWORD wanted = static_cast<DWORD>(std::min<std::size_t>(byteCount, 1U << 30));
+Result<std::size_t> NativeFile::Read(void* bytes, std::size_t byteCount) {
+    const DWORD wanted = static_cast<DWORD>(std::min(byteCount, largestPiece));
     DWORD count = 0;
-    if (!::ReadFile(Handle(handle), bytes, wanted, &count, nullptr)) {
-        Fail(static_cast<int>(::GetLastError()));
-        return std::nullopt;
-    }
-    return count;
+    if (!::ReadFile(Handle(handle), bytes, wanted, &count, nullptr))
+        return LastSystemError();
+    return static_cast<std::size_t>(count);
 }
 
-bool NativeFile::Write(std::string_view bytes, std::size_t& written) {
-    written = 0;
-    while (written < bytes.size()) {
-        const DWORD wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - written, 1U << 30));
+Result<> NativeFile::Write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), largestPiece));
         DWORD count = 0;
-        if (!::WriteFile(Handle(handle), bytes.data() + written, wanted, &count, nullptr))
-            return Fail(static_cast<int>(::GetLastError()));
-        written += count;
+        if (!::WriteFile(Handle(handle), bytes.data(), wanted, &count, nullptr))
+            return LastSystemError();
+        bytes.remove_prefix(count);
+        bytesWritten += count;
     }
-    return true;
+    return {};
 }
 
-std::optional<std::uint64_t> NativeFile::Size() {
+Result<std::uint64_t> NativeFile::Size() {
     LARGE_INTEGER size = {};
-    if (!::GetFileSizeEx(Handle(handle), &size)) {
-        Fail(static_cast<int>(::GetLastError()));
-        return std::nullopt;
-    }
+    if (!::GetFileSizeEx(Handle(handle), &size))
+        return LastSystemError();
     return static_cast<std::uint64_t>(size.QuadPart);
 }
 
-bool NativeFile::Sync() {
-    return ::FlushFileBuffers(Handle(handle)) || Fail(static_cast<int>(::GetLastError()));
+Result<> NativeFile::Sync() {
+    return ::FlushFileBuffers(Handle(handle)) ? Result<>() : LastSystemError();
 }
 
-bool NativeFile::Lock() {
-    // A byte that no file reaches: what is locked on this system cannot be read either.
+Result<> NativeFile::Lock() {
+    // Windows refuses to read locked bytes, so the lock is on a byte far beyond the end of every file.
     OVERLAPPED place = {};
     place.OffsetHigh = 0x7FFFFFFF;
-    return ::LockFileEx(Handle(handle), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) ||
-           Fail(static_cast<int>(::GetLastError()));
+    constexpr DWORD flags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+    return ::LockFileEx(Handle(handle), flags, 0, 1, 0, &place) ? Result<>() : LastSystemError();
 }
 
+// Volume and file index identify a file, whatever its names are. Opened without any right, so that no other program is
+// disturbed.
 bool NativeFile::IsAt(const std::filesystem::path& path) {
     HANDLE named = ::CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -107,16 +115,15 @@ void NativeFile::Close() {
     handle = closedHandle;
 }
 
-bool ReplaceWholeFile(const std::filesystem::path& path, std::string_view content) {
+Result<> ReplaceWholeFile(const std::filesystem::path& path, std::string_view content) {
     const std::filesystem::path fresh = path.native() + L"." + std::to_wstring(::GetCurrentProcessId()) + L".new";
-    NativeFile file;
-    std::size_t written = 0;
-    const bool complete = file.Open(fresh, NativeFile::Access::Replace) && file.Write(content, written) && file.Sync();
-    file.Close();
-    if (complete && ::MoveFileExW(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        return true;
-    ::DeleteFileW(fresh.c_str());
-    return false;
+    // The content is on the disk before the file takes its name, and WRITE_THROUGH waits for the name too.
+    Result<> result = WriteNewFile(fresh, content);
+    if (result && !::MoveFileExW(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        result = LastSystemError();
+    if (!result)
+        ::DeleteFileW(fresh.c_str());
+    return result;
 }
 
 }

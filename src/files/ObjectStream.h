@@ -1,6 +1,5 @@
 #pragma once
-// Objects as bytes: little-endian numbers, and texts and lists behind a count. Knows nothing of files and of what the
-// objects mean. One thread at a time.
+// Objects as bytes: little-endian numbers, and texts and lists with a count in front. One thread at a time.
 
 #include <cstddef>
 #include <cstdint>
@@ -9,27 +8,29 @@
 
 namespace tarvin {
 
-// Reads bytes that need not be what they claim. Once something is not there whole, the reader has failed: from then on
-// every number is 0, every text is empty and nothing is left. What it returns are views of the bytes it was given.
+// Reads bytes that may hold anything. The reader fails at the first object that the bytes do not hold whole: from then
+// on every number is 0, every text is empty and no bytes are left. The texts are views of the bytes that the
+// constructor got.
 class ObjectReader {
 public:
-    explicit ObjectReader(std::string_view objectBytes) : rest(objectBytes) {}
+    explicit ObjectReader(std::string_view bytes) : rest(bytes) {}
 
     std::uint8_t Byte() { return static_cast<std::uint8_t>(LittleEndian(Bytes(1))); }
     std::uint16_t Unit() { return static_cast<std::uint16_t>(LittleEndian(Bytes(2))); }
     std::uint32_t Number() { return LittleEndian(Bytes(4)); }
     std::int32_t Integer() { return static_cast<std::int32_t>(Number()); }
     std::string_view Bytes(std::size_t byteCount);
-    // The count of bytes, then the bytes: what ObjectWriter::Text writes.
+    // A count of bytes, then the bytes, as ObjectWriter::Text writes them.
     std::string_view Text() { return Bytes(Number()); }
-    // How many elements follow. Fails if they are more than `maximum`, or more than can be there when each takes at
-    // least `elementSize` bytes, so that the result may size an allocation.
+    // The number of elements that follow. Fails if it is more than `maximum`, or if the bytes left cannot hold that
+    // many elements of at least `elementSize` bytes each. The caller may therefore allocate that many. Requires
+    // elementSize > 0.
     std::uint32_t Count(std::size_t elementSize, std::uint32_t maximum);
 
-    // For a reader whose own rules are broken.
+    // Makes the reader fail. For a caller that finds wrong values in bytes that could be read.
     void Fail();
     bool HasFailed() const { return hasFailed; }
-    // The bytes that have not been read.
+    // The bytes that are still to be read.
     std::string_view Rest() const { return rest; }
 
 private:
@@ -46,6 +47,7 @@ public:
     void Number(std::uint32_t number) { Append(number, 4); }
     void Integer(std::int32_t number) { Number(static_cast<std::uint32_t>(number)); }
     void Bytes(std::string_view more) { bytes += more; }
+    // Requires fewer than 2^32 bytes.
     void Text(std::string_view text);
 
     const std::string& Written() const { return bytes; }

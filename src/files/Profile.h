@@ -1,15 +1,14 @@
 #pragma once
-// A text profile (sections of key=value lines), read by the rules of the Windows private-profile calls, so that a file
-// means the same on every system. Knows nothing of what is in it.
-// Immutable once made: any thread.
+// A text profile: sections of key=value lines. Read by the rules of the Windows private-profile calls, so that a file
+// means the same on every system. Immutable once made: any thread.
 
-#include "base/KelText.h"
+#include "base/Result.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -17,10 +16,10 @@ namespace tarvin {
 
 class Profile {
 public:
-    // The longest text that a caller gets who does not ask for more, in code units.
+    // The longest text, in code units, that Text gives unless the caller asks for more.
     static constexpr std::size_t usualMaxUnits = 79;
 
-    // No profile is longer.
+    // Read refuses longer files.
     static constexpr std::size_t maxFileBytes = 1024 * 1024;
 
     struct Entry {
@@ -28,22 +27,24 @@ public:
         KelText value;
     };
 
-    // Takes any bytes, as ProfileText does; what is no profile has no sections.
+    // Takes any bytes, in the encodings of ProfileText. Bytes that are no profile give one without sections.
     explicit Profile(std::string_view fileBytes);
-    // None if the file cannot be read or is too long.
-    static std::optional<Profile> Read(const std::filesystem::path& file);
+    // Fails if the file cannot be read or is too long.
+    static Result<Profile> Read(const std::filesystem::path& file);
 
     // Names of sections and keys are compared without case. Of several with one name the first counts.
     bool HasSection(KelTextView section) const;
-    // As they stand in the file, those of a name that came before included. Valid as long as the profile.
+    // All entries of the section in the order of the file, with those whose key has come before. Valid as long as the
+    // profile.
     std::span<const Entry> Entries(KelTextView section) const;
 
-    // The value, cut to `maxUnits` but never within a surrogate pair; `defaultText` as it is if there is no such key.
+    // The value, cut to `maxUnits` code units but never within a surrogate pair. Without such a key `defaultText`,
+    // which is not cut.
     KelText Text(KelTextView section, KelTextView key, KelTextView defaultText,
                  std::size_t maxUnits = usualMaxUnits) const;
 
-    // The number at the beginning of the value, 0 if there is none, modulo 2^32; `defaultNumber` if there is no such
-    // key.
+    // The number at the start of the value modulo 2^32, or 0 if the value starts with no number. Without such a key
+    // `defaultNumber`.
     std::int32_t Integer(KelTextView section, KelTextView key, std::int32_t defaultNumber) const;
 
 private:
@@ -58,5 +59,10 @@ private:
 
     std::vector<Section> sections;
 };
+
+// The file's bytes with one more entry at the end of the section. Adds the section at the end of the file if it is
+// missing. Uses the file's encoding and line ends, and keeps every byte of the file. Does not search for
+// an entry with this key: the first of two entries counts.
+std::string WithProfileEntry(std::string_view fileBytes, KelTextView section, KelTextView key, KelTextView value);
 
 }

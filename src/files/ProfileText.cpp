@@ -1,19 +1,13 @@
 #include "files/ProfileText.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace tarvin {
 
 namespace {
 
-bool IsHighSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
-
-bool IsLowSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
+// A single byte at the end is dropped.
 KelText FromUtf16(std::string_view bytes, bool highByteFirst) {
     KelText text;
     text.reserve(bytes.size() / 2);
@@ -25,7 +19,7 @@ KelText FromUtf16(std::string_view bytes, bool highByteFirst) {
     return text;
 }
 
-// FromUtf8 leaves an invalid byte as a low surrogate on its own; valid UTF-8 never gives one.
+// FromUtf8 turns an invalid byte into a low surrogate without its high one. Valid UTF-8 never gives that.
 bool CameFromValidUtf8(KelTextView text) {
     for (std::size_t position = 0; position < text.size(); ++position) {
         if (IsLowSurrogate(text[position]) && (position == 0 || !IsHighSurrogate(text[position - 1])))
@@ -43,6 +37,7 @@ ProfileText::ProfileText(std::string_view fileBytes) {
         content = FromUtf16(fileBytes.substr(markLength), encoding == Encoding::BigEndian);
         return;
     }
+    // A file in an 8-bit code page is hardly ever valid UTF-8 by chance, so no mark is needed.
     if (fileBytes.starts_with("\xEF\xBB\xBF"))
         markLength = 3;
     content = FromUtf8(fileBytes.substr(markLength));
@@ -53,10 +48,12 @@ ProfileText::ProfileText(std::string_view fileBytes) {
 }
 
 std::size_t ProfileText::ByteOffset(std::size_t position) const {
+    assert(position <= content.size());
     switch (encoding) {
     case Encoding::Bytes:
         return position;
     case Encoding::Utf8:
+        // Characters differ in length, so those before the position are encoded again.
         return markLength + ToUtf8(KelTextView(content).substr(0, position)).size();
     case Encoding::LittleEndian:
     case Encoding::BigEndian:
@@ -65,20 +62,22 @@ std::size_t ProfileText::ByteOffset(std::size_t position) const {
     return markLength + 2 * position;
 }
 
-std::string ProfileText::Encoded(KelTextView ascii) const {
+std::string ProfileText::Encoded(KelTextView text) const {
+    if (encoding == Encoding::Utf8)
+        return ToUtf8(text);
     std::string bytes;
-    for (const char16_t unit : ascii) {
+    for (const char16_t unit : text) {
         if (encoding == Encoding::BigEndian)
-            bytes.push_back('\0');
+            bytes.push_back(static_cast<char>(unit >> 8));
         bytes.push_back(static_cast<char>(unit));
         if (encoding == Encoding::LittleEndian)
-            bytes.push_back('\0');
+            bytes.push_back(static_cast<char>(unit >> 8));
     }
     return bytes;
 }
 
 KelTextView TakeProfileLine(KelTextView& text) {
-    // A NUL ends a line too: no name or value can hold one.
+    // A NUL ends a line too, because no name and no value can hold one. CR LF gives an empty line, which means nothing.
     constexpr KelTextView lineEnds(u"\r\n\0", 3);
     const std::size_t end = std::min(text.find_first_of(lineEnds), text.size());
     const KelTextView line = text.substr(0, end);

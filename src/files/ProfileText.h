@@ -1,6 +1,5 @@
 #pragma once
-// A text profile's bytes as text, and its lines, by the one set of rules that reading and editing share. Knows nothing
-// of keys and values. Immutable once made: any thread.
+// The text and the lines of a profile, by rules that reading and adding share. Immutable once made: any thread.
 
 #include "base/KelText.h"
 
@@ -12,15 +11,16 @@ namespace tarvin {
 
 class ProfileText {
 public:
-    // Takes any bytes. UTF-16 is known by its mark, UTF-8 by its mark or by being valid; anything else counts as one
-    // character for each byte.
+    // Takes any bytes. A byte order mark tells UTF-16 and UTF-8. Other bytes are UTF-8 if they are valid UTF-8, else
+    // one character for each byte.
     explicit ProfileText(std::string_view fileBytes);
 
     const KelText& Content() const { return content; }
-    // Where in the file's bytes the code unit at `position` of the content begins.
+    // The place in the file's bytes of the code unit at `position` of the content. Requires position <=
+    // Content().size().
     std::size_t ByteOffset(std::size_t position) const;
-    // ASCII text in the file's encoding.
-    std::string Encoded(KelTextView ascii) const;
+    // The text in the file's encoding. With one byte for each character it holds the characters up to U+00FF alone.
+    std::string Encoded(KelTextView text) const;
 
 private:
     enum class Encoding { Bytes, Utf8, LittleEndian, BigEndian };
@@ -30,10 +30,10 @@ private:
     KelText content;
 };
 
-// Takes the first line and the unit that ends it away from the text; the line comes without that unit.
+// Removes the first line and the one code unit that ends it from the text. Gives the line without that unit.
 KelTextView TakeProfileLine(KelTextView& text);
 
-// The name if the line begins a section.
+// The name of the section that the line begins. None for every other line.
 std::optional<KelTextView> ProfileSection(KelTextView line);
 
 }

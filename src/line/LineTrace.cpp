@@ -1,6 +1,6 @@
 #include "line/LineTrace.h"
 
-#include "logging/TrafficText.h"
+#include "logging/LogText.h"
 
 #include <utility>
 

@@ -9,6 +9,7 @@ namespace tarvin {
 
 namespace {
 
+// Names are right-aligned, so that the times of most lines stand below each other.
 constexpr std::size_t nameColumns = 8;
 
 std::string LineOf(const KelText& statusText, const KelText& programName) {
@@ -32,21 +33,21 @@ void ActivityLog::LogStatusChange(const std::filesystem::path& path, const KelTe
 bool ActivityLog::Flush() {
     if (entries.empty())
         return true;
-    const std::string complainedBefore = std::exchange(complainedOf, {});
+    const std::string failedBefore = std::exchange(failedStatus, {});
     std::vector<Entry> failed;
     for (Entry& entry : std::exchange(entries, {})) {
         if (!Append(entry))
             failed.push_back(std::move(entry));
     }
-    // They were not logged after all, the last one first: they are tried again, and the comms log may say them.
+    // Undone from the last line back: the same texts may be logged again, here and in the comms log.
     for (auto entry = failed.rbegin(); entry != failed.rend(); ++entry) {
         if (lastLogged.Is(entry->statusText))
             lastLogged.text = std::move(entry->lastLoggedBefore);
     }
     if (failed.empty())
         return true;
-    complainedOf = std::move(failed.back().statusText);
-    return complainedOf == complainedBefore;
+    failedStatus = std::move(failed.back().statusText);
+    return failedStatus == failedBefore;
 }
 
 bool ActivityLog::Append(const Entry& entry) {

@@ -1,11 +1,9 @@
 #pragma once
-// A history of status texts, one line each, in a file that is opened and closed for every line. Lines are kept until
-// Flush, so that an answer to the controller never waits for the disk. Knows nothing of what the texts mean.
-// Monitor thread only.
+// A history of status texts, one line each. Flush opens the file, appends the lines and closes it. Until then the lines
+// wait in memory, so that no answer to the controller waits for the disk. Monitor thread only.
 
 #include "base/KelText.h"
-#include "logging/LastLogged.h"
-#include "logging/LocalTimeText.h"
+#include "logging/LogText.h"
 
 #include <filesystem>
 #include <string>
@@ -15,16 +13,17 @@ namespace tarvin {
 
 class ActivityLog {
 public:
-    explicit ActivityLog(LastLogged& sharedMemory) : lastLogged(sharedMemory) {}
+    explicit ActivityLog(LastLogged& lastLogged) : lastLogged(lastLogged) {}
 
-    // Takes a status text, unless it repeats the line logged last. `programName` is the number of the file in hand.
+    // Adds a status text for the file at `path`, unless it repeats the line logged last. `programName` is the number of
+    // the NC file.
     void LogStatusChange(const std::filesystem::path& path, const KelText& statusText, const KelText& programName);
 
-    // Appends the texts since the last time to their files. False if a file could not be opened or written, but only
-    // once for each status text: nobody wants to be told of the same line ten times a second.
+    // Appends the waiting lines to their files. Lines that a file does not take are dropped. True also for a failure
+    // with the same status text as the failure before: the user is told of each status text once.
     bool Flush();
-    // Whether the text of the last flush could not be written.
-    bool HasFailed() const { return !complainedOf.empty(); }
+    // True if the last Flush with a line to write has lost one.
+    bool HasFailed() const { return !failedStatus.empty(); }
 
 private:
     struct Entry {
@@ -38,7 +37,7 @@ private:
 
     LastLogged& lastLogged;
     std::vector<Entry> entries;
-    std::string complainedOf;
+    std::string failedStatus;
 };
 
 }

@@ -1,6 +1,7 @@
 #include "logging/CommsLog.h"
 
 #include <algorithm>
+#include <cassert>
 #include <charconv>
 #include <iterator>
 #include <system_error>
@@ -12,9 +13,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto fileLook = 1s;
+// The time between two looks at the file's path.
+constexpr auto fileLookInterval = 1s;
 
-// Whether the file is one of these logs, or is yet to be one. By its first line, which has its time in front.
+// True if the file is missing, is empty or begins with the time stamp of a comms log.
 bool IsCommsLog(const std::filesystem::path& path) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
@@ -45,16 +47,17 @@ void AppendDigits(std::string& text, std::int64_t number, int leastDigits) {
 
 // Seconds with six decimals.
 void AppendSeconds(std::string& text, std::int64_t nanoseconds, int leastDigits) {
+    // Rounded to the nearest microsecond.
     const std::int64_t microseconds = (nanoseconds + 500) / 1000;
     AppendDigits(text, microseconds / 1'000'000, leastDigits);
     text.push_back('.');
     AppendDigits(text, microseconds % 1'000'000, 6);
 }
 
-// "hh:mm:ss.ssssss (+d.dddddd) ", hours beyond 24 as they come. By hand: it is done twice for every line of a transfer,
-// and a formatted print takes longer than all else that logging costs.
+// "hh:mm:ss.ssssss (+d.dddddd) ", with hours that go on beyond 24. Made digit by digit: every line of a transfer needs
+// two times, and a formatted print takes longer than the rest of the logging.
 void AppendTimeStamp(std::string& text, std::int64_t nanoseconds, std::int64_t sincePrevious) {
-    // What is a hair short of a whole minute is a whole minute.
+    // Up to 60 ns short of a whole minute count as the whole minute.
     const std::int64_t minutes = (nanoseconds + 60) / nanosecondsPerMinute;
     AppendDigits(text, minutes / 60, 2);
     text.push_back(':');
@@ -68,17 +71,22 @@ void AppendTimeStamp(std::string& text, std::int64_t nanoseconds, std::int64_t s
 
 }
 
-bool CommsLog::Open(const std::filesystem::path& path) {
+Result<> CommsLog::Open(const std::filesystem::path& path) {
     sizeLimit = sizeBefore = 0;
     return Begin(path, KelFile::Mode::WriteBytes);
 }
 
-bool CommsLog::OpenRolling(const std::filesystem::path& path, std::uint64_t largestSize) {
-    sizeLimit = largestSize;
-    return IsCommsLog(path) && Begin(path, KelFile::Mode::AppendBytes) && OpenOwn();
+Result<> CommsLog::OpenRolling(const std::filesystem::path& path, std::uint64_t newSizeLimit) {
+    assert(newSizeLimit > 0);
+    if (!IsCommsLog(path))
+        return Error{FromPath(path) + u" is no comms log"};
+    sizeLimit = newSizeLimit;
+    if (const auto begun = Begin(path, KelFile::Mode::AppendBytes); !begun)
+        return begun;
+    return OpenLocked();
 }
 
-bool CommsLog::Begin(const std::filesystem::path& path, KelFile::Mode mode) {
+Result<> CommsLog::Begin(const std::filesystem::path& path, KelFile::Mode mode) {
     file.Close();
     pending.clear();
     filePath = path;
@@ -88,14 +96,16 @@ bool CommsLog::Begin(const std::filesystem::path& path, KelFile::Mode mode) {
     return file.Open(path, mode);
 }
 
-// The rolling file, opened or not: nobody else may move it away.
-bool CommsLog::OpenOwn() {
-    if (file.Open(filePath, KelFile::Mode::AppendBytes) && file.Lock()) {
-        sizeBefore = file.Size().value_or(0);
-        return true;
-    }
-    file.Close();
-    return false;
+// Opens the rolling file if it is closed, and locks it, so that no other running program rolls it over.
+Result<> CommsLog::OpenLocked() {
+    Result<> result = file.Open(filePath, KelFile::Mode::AppendBytes);
+    if (result)
+        result = file.Lock();
+    if (result)
+        sizeBefore = file.Size().ValueOr(0);
+    else
+        file.Close();
+    return result;
 }
 
 void CommsLog::LogLine(std::string_view text, bool force) {
@@ -109,38 +119,47 @@ void CommsLog::LogLine(std::string_view text, bool force) {
     previousTime = time;
 }
 
-bool CommsLog::Flush() {
+Result<> CommsLog::Flush() {
     if (!IsOpen() || pending.empty())
-        return true;
-    const bool isWritten = !IsFileLost() && file.Write(pending);
+        return {};
+    Result<> result = WritePending();
+    if (result && sizeLimit > 0 && sizeBefore + file.BytesWritten() >= sizeLimit)
+        result = RollOver();
+    if (!result)
+        file.Close();
+    return result;
+}
+
+Result<> CommsLog::WritePending() {
+    Result<> result = IsFileLost() ? Error{FromPath(filePath) + u" was moved or deleted"} : file.Write(pending);
     pending.clear();
-    if (isWritten && (sizeLimit == 0 || sizeBefore + file.BytesWritten() < sizeLimit || RollOver()))
-        return true;
-    file.Close();
-    return false;
+    return result;
 }
 
-bool CommsLog::Close() {
-    const bool isWritten = Flush();
+Result<> CommsLog::Close() {
+    const Result<> flushed = Flush();
     file.Close();
-    return isWritten;
+    return flushed;
 }
 
-bool CommsLog::RollOver() {
+Result<> CommsLog::RollOver() {
     std::filesystem::path kept = filePath;
     kept += ".1";
     std::error_code error;
-    // Before the file is given up: as long as it is locked it is nobody else's.
+    // The file is renamed while it is still locked. Otherwise another program could take it over in between.
     std::filesystem::rename(filePath, kept, error);
     file.Close();
     hasRolledOver = true;
-    return !error && OpenOwn();
+    if (error)
+        return Error{FromUtf8(error.message())};
+    return OpenLocked();
 }
 
-// A file that was deleted or moved, with its folder or alone, goes on taking bytes, and nobody finds them.
+// A file that was deleted or moved still takes bytes, but its path no longer leads to them.
 bool CommsLog::IsFileLost() {
     const auto now = clock.Now();
-    if (now - lastLookAtFile < fileLook)
+    // The look costs system calls, so not every flush makes one.
+    if (now - lastLookAtFile < fileLookInterval)
         return false;
     lastLookAtFile = now;
     return !file.IsAt(filePath);

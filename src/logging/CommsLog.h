@@ -1,11 +1,10 @@
 #pragma once
-// A trace of one logging run: every line with the time since the start and since the line before. Lines are kept until
-// Flush, so that the line to the controller never waits for the disk. Knows nothing of what the lines say.
-// Monitor thread only.
+// A trace of one logging run: each line with the time since the start and the time since the line before. The lines
+// wait in memory until Flush, so that no answer to the controller waits for the disk. Monitor thread only.
 
 #include "base/Clock.h"
 #include "files/KelFile.h"
-#include "logging/LastLogged.h"
+#include "logging/LogText.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -17,31 +16,34 @@ namespace tarvin {
 
 class CommsLog {
 public:
-    CommsLog(const Clock& timeSource, LastLogged& sharedMemory) : clock(timeSource), lastLogged(sharedMemory) {}
+    CommsLog(const Clock& clock, LastLogged& lastLogged) : clock(clock), lastLogged(lastLogged) {}
 
-    // Starts a run in a fresh file; a run that is under way is ended without a word. False if the file cannot be
-    // opened.
-    bool Open(const std::filesystem::path& path);
-    // A run that goes on for weeks: it is added to the file, and once that has grown to `largestSize` bytes it becomes
-    // "<path>.1", in place of the one before, and a fresh one is begun. False also if the file belongs to another
-    // program that runs, or is none of these logs: it would be moved away and lost.
-    bool OpenRolling(const std::filesystem::path& path, std::uint64_t largestSize);
+    // Starts a run in a new file. A run in progress ends without its waiting lines. After a failure no run is in
+    // progress.
+    Result<> Open(const std::filesystem::path& path);
+    // Starts a run that goes on for weeks. It appends to the file; at `sizeLimit` bytes the file becomes "<path>.1", in
+    // place of the one before, and a new one begins. Requires sizeLimit > 0. Fails also if another running program
+    // writes this log, or if the file is no comms log: renaming would lose it. A file that is no comms log leaves a run
+    // in progress as it is.
+    Result<> OpenRolling(const std::filesystem::path& path, std::uint64_t sizeLimit);
     bool IsOpen() const { return file.IsOpen(); }
 
-    // A line, without its line end; UTF-8. An empty text is none, and one that repeats the last only counts if forced.
+    // Adds a line of UTF-8 without its line end. Ignores an empty text, and one that repeats the last line unless
+    // `force`.
     void LogLine(std::string_view text, bool force);
 
-    // Writes the lines since the last time. False, with the log closed, if the file does not take them any more.
-    bool Flush();
-    // Whether a fresh file has been begun since the last call.
+    // Writes the waiting lines. A failure closes the log.
+    Result<> Flush();
+    // True if a new file has begun since the last call.
     bool TakeRolledOver() { return std::exchange(hasRolledOver, false); }
-    // Writes what is left and ends the run. False if not all could be written.
-    bool Close();
+    // Writes the waiting lines and ends the run. Fails if some of them could not be written.
+    Result<> Close();
 
 private:
-    bool Begin(const std::filesystem::path& path, KelFile::Mode mode);
-    bool OpenOwn();
-    bool RollOver();
+    Result<> Begin(const std::filesystem::path& path, KelFile::Mode mode);
+    Result<> OpenLocked();
+    Result<> WritePending();
+    Result<> RollOver();
     bool IsFileLost();
 
     const Clock& clock;

@@ -6,7 +6,7 @@
 namespace tarvin {
 
 std::vector<std::string> DiagnosticsReport(const DownloadSettings& settings) {
-    // The settings' banner closes the report too: a reader finds the end of the settings by the line they began with.
+    // The same banner begins and ends the settings, so that a reader finds both by one text.
     const std::string settingsBanner = "==================== Settings ======================";
     const auto number = [](int value) { return std::to_string(value); };
     return {

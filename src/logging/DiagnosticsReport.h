@@ -1,6 +1,6 @@
 #pragma once
-// The head of a comms log: version, system and settings, so that a log that was sent in tells how the link was set up.
-// Knows nothing of the engine. Pure, any thread.
+// The first lines of a comms log: version, system and settings. A reader of the log learns from them how the link was
+// set up. Any thread.
 
 #include "settings/DownloadSettings.h"
 
@@ -9,7 +9,7 @@
 
 namespace tarvin {
 
-// The lines in order, UTF-8, without line ends.
+// The lines in their order, as UTF-8 without line ends.
 std::vector<std::string> DiagnosticsReport(const DownloadSettings& settings);
 
 }

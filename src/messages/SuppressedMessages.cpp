@@ -98,7 +98,7 @@ bool SuppressedMessages::Add(std::int32_t id) {
         return false;
     std::error_code error;
     std::filesystem::create_directories(file.parent_path(), error);
-    return ReplaceWholeFile(file, content);
+    return static_cast<bool>(ReplaceWholeFile(file, content));
 }
 
 }

@@ -1,7 +1,7 @@
 #include "port/PortNamesPosix.h"
 
 #include "files/NativeFile.h"
-#include "files/ProfileEdit.h"
+#include "files/Profile.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,6 +1,5 @@
 #pragma once
-// The settings of one machine as plain values, port parameters as the very texts that the user picks. Knows nothing of
-// where they are kept or what may be put in.
+// The settings of one machine as plain values. Port parameters are the texts that the user chooses.
 
 #include "base/KelText.h"
 
@@ -36,7 +35,7 @@ struct DownloadSettings {
     std::int32_t serverMode = 0;
     KelText stationName = u"Machine";
 
-    // What a program that knows more settings has put behind these, as it stands in the settings record.
+    // The bytes of further fields, which a newer program has added to the settings record.
     std::string extensionFields;
 
     bool operator==(const DownloadSettings&) const = default;

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Empty if there is nothing wrong, as below.
+// Each of these gives the problem in words for the user, or an empty text.
 KelText FolderProblem(const KelText& folder) {
     if (Trimmed(folder).empty())
         return u"A folder is needed here.";
@@ -23,6 +23,7 @@ KelText FolderProblem(const KelText& folder) {
 }
 
 KelText ExtensionProblem(const KelText& extension) {
+    // As part of a whole name: "con" is no file name, but a good extension.
     const KelText name = u"x." + extension;
     if (extension.empty() || FileNameFor(name) == name)
         return {};
@@ -34,6 +35,7 @@ KelText LogFileProblem(const KelText& file) {
         return u"A file is needed here as long as the log is written.";
     const fs::path path = ToPath(file);
     std::error_code error;
+    // A path that ends with a separator names a folder, even if none is there yet.
     if (!path.has_filename() || fs::is_directory(path, error))
         return u"This is a folder; a file is needed.";
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
@@ -51,7 +53,7 @@ std::vector<SettingsProblem> CheckSettings(const DownloadSettings& wanted, const
     take(&DownloadSettings::uploadPath, FolderProblem(wanted.uploadPath), false);
     take(&DownloadSettings::downloadPath, FolderProblem(wanted.downloadPath), false);
     take(&DownloadSettings::fileExtension, ExtensionProblem(wanted.fileExtension), false);
-    // Turning the log on decides about its file, too.
+    // A user who turns the log on chooses its file too, so a bad one may not stay.
     if (wanted.writeLog != 0)
         take(&DownloadSettings::logFile, LogFileProblem(wanted.logFile), present.writeLog == 0);
     return problems;

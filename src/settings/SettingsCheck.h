@@ -1,6 +1,6 @@
 #pragma once
-// What is wrong with settings that a user wants, in words for the user. Any thread; looks at the file system, which may
-// take as long as a lost network drive takes.
+// Checks the settings that a user enters, and describes each problem for the user. Any thread. CheckSettings accesses
+// the file system, and blocks as long as a lost network drive does.
 
 #include "settings/DownloadSettings.h"
 
@@ -9,24 +9,25 @@
 namespace tarvin {
 
 struct SettingsProblem {
-    // The setting that it is about.
+    // The setting with the problem.
     KelText DownloadSettings::*field;
     KelText message;
-    // The setting was so before. A drive that is away today must not keep a user from changing the baud rate, so it may
-    // stay once the user has been told.
+    // The setting has not changed, so the user may keep it after a warning. A drive that is away today must not prevent
+    // a change of the baud rate.
     bool mayStay;
 };
 
-// In the order in which a user sees the settings. At most one for each setting.
+// The problems in the order in which the window shows the settings. At most one for each setting.
 std::vector<SettingsProblem> CheckSettings(const DownloadSettings& wanted, const DownloadSettings& present);
 
-// Something the user should know about the choice and may still choose; empty if there is nothing.
+// A note about a choice that the user may make but should know about. Empty for all others.
 KelText StopBitsNote(KelTextView stopBits);
 
-// A folder as the settings keep it: whoever opens a file in it puts the file's name directly behind.
+// The folder as the settings keep it: with a separator at the end, so that a file's name can follow. An empty one stays
+// empty.
 KelText AsFolderSetting(KelText folder);
 
-// An extension as the settings keep it: without the dot in front of it.
+// The extension as the settings keep it: without the dots in front.
 KelText AsExtensionSetting(KelText extension);
 
 }

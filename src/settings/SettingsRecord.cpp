@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t recordType = 100091201;
 constexpr std::uint32_t numberSize = 4;
 
-// The one place that knows the order of the fields. A new field goes to the end.
+// The order of the fields, for reading and writing. A new field goes to the end, or older programs read wrong values.
 template <class Settings, class Visitor>
 void VisitFields(Settings& settings, Visitor&& visit) {
     visit(settings.port);
@@ -60,7 +60,7 @@ private:
     ObjectWriter writer;
 };
 
-// Reads fields until one is not there whole. What it allocates is never more than the bytes it was given.
+// Reads fields until the bytes hold no further whole one. Allocates no more memory than the bytes it got.
 class FieldReader {
 public:
     explicit FieldReader(std::string_view fieldBytes) : reader(fieldBytes) {}
@@ -76,11 +76,11 @@ public:
     void operator()(KelText& field);
 
     bool IsDamaged() const { return isDamaged; }
-    // The bytes behind the fields read.
+    // The bytes after the fields that were read.
     std::string_view Rest() const { return reader.Rest(); }
 
 private:
-    // A record may end before any field, but not within one.
+    // A record may end before a field, but not within one.
     bool HasNext(std::size_t byteCount) {
         ended = ended || reader.Rest().size() < byteCount;
         isDamaged = isDamaged || (ended && !reader.Rest().empty());
@@ -95,6 +95,7 @@ private:
 void FieldReader::operator()(KelText& field) {
     if (!HasNext(numberSize))
         return;
+    // A count that the bytes left cannot hold gives 0, like an empty text, which has at least its zero.
     const std::uint32_t unitCount = reader.Count(sizeof(char16_t), std::numeric_limits<std::uint32_t>::max());
     if (unitCount == 0) {
         ended = true;
@@ -105,8 +106,8 @@ void FieldReader::operator()(KelText& field) {
     units.reserve(unitCount);
     for (std::uint32_t unit = 0; unit < unitCount; ++unit)
         units.push_back(reader.Unit());
-    // The zero stands at the end and nowhere else. Where it does not, the count still tells where the next field
-    // begins.
+    // The only zero of a text is its last unit. In a text that breaks this rule the count still tells where the next
+    // field begins, so reading goes on.
     const std::size_t length = std::min<std::size_t>(units.find(u'\0'), unitCount - 1);
     isDamaged = isDamaged || length != unitCount - 1 || units.back() != u'\0';
     field = units.substr(0, length);
@@ -119,7 +120,7 @@ std::string EncodeRecord(const DownloadSettings& settings) {
     VisitFields(settings, fields);
     const auto fieldsSize = static_cast<std::uint32_t>(fields.Bytes().size() + settings.extensionFields.size());
     ObjectWriter record;
-    // Each length counts what follows it, up to the record's end.
+    // Each length counts the bytes after it, up to the end of the record.
     record.Number(recordType);
     record.Number(fieldsSize + numberSize);
     record.Number(fieldsSize);
@@ -137,8 +138,8 @@ RecordState DecodeRecord(std::string_view fileBytes, DownloadSettings& settings)
     if (header.HasFailed())
         return RecordState::Damaged;
     const std::string_view body = header.Rest();
-    // Lengths that contradict one another (both are zero when a writer died before it knew them) are not believed: the
-    // fields are then read for as long as the file has any.
+    // The fields tell their own sizes. If the lengths contradict each other, the fields are read up to the end of the
+    // file. Both lengths are zero if the writer was stopped before it set them.
     const bool lengthsAgree = std::uint64_t{outerLength} == std::uint64_t{fieldsSize} + numberSize;
     const bool isCut = !lengthsAgree || fieldsSize > body.size();
     FieldReader reader(isCut ? body : body.substr(0, fieldsSize));

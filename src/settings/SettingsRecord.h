@@ -1,6 +1,6 @@
 #pragma once
-// The settings as one stored object: a header with type number and lengths, then the fields in a fixed order, all
-// little-endian. Knows nothing of files. Any thread.
+// The settings as the bytes of a record: a header with type number and lengths, then the fields in a fixed order, all
+// little-endian. Any thread.
 
 #include "settings/DownloadSettings.h"
 
@@ -9,17 +9,17 @@
 namespace tarvin {
 
 enum class RecordState {
-    None,         // something else, or an object of another type
-    Whole,        // understood; an older record with fewer fields is whole too
-    WholeAndMore, // a whole record with bytes behind its end
+    None,         // the bytes begin with no record, or with one of another type
+    Whole,        // all fields understood; an older record with fewer fields is whole too
+    WholeAndMore, // a whole record, and more bytes after it
     Damaged,      // cut short or inconsistent
 };
 
-// Texts end at their first zero, if they hold one.
+// Each text ends before its first zero.
 std::string EncodeRecord(const DownloadSettings& settings);
 
-// Takes what is whole from the record at the beginning of `fileBytes`; the other fields keep the values that they have.
-// Of a damaged record that is what stands before the damage. Without a record nothing is changed.
+// Sets each field that the record at the start of `fileBytes` holds whole: in a damaged record the fields before the
+// damage. The other fields keep their values. Without a record nothing changes.
 RecordState DecodeRecord(std::string_view fileBytes, DownloadSettings& settings);
 
 }

@@ -13,13 +13,14 @@ namespace tarvin {
 
 namespace {
 
-// Far more than settings need; whatever is longer is something else.
+// Settings need a few hundred bytes. A longer file is something else.
 constexpr std::size_t maximumFileSize = 1024 * 1024;
 
 constexpr KelTextView portSection = u"Port Settings";
 constexpr KelTextView filesSection = u"Files";
 constexpr KelTextView logSection = u"Log";
 
+// A record that another program has damaged or is writing mostly shows it here.
 bool HasUsablePort(const DownloadSettings& settings) {
     return settings.port.starts_with(u"COM");
 }
@@ -29,7 +30,7 @@ bool IsTextProfile(std::string_view content) {
     return profile.HasSection(portSection) || profile.HasSection(filesSection) || profile.HasSection(logSection);
 }
 
-// True if replacing a file with this content loses nothing but the settings that were loaded from it.
+// True if the content is nothing but settings, so that new settings may replace it.
 bool IsUnderstood(std::string_view content) {
     DownloadSettings settings;
     const RecordState state = DecodeRecord(content, settings);
@@ -42,46 +43,51 @@ bool Exists(const std::filesystem::path& path) {
     return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
-// Gives the file a second name, or another name where it cannot have two. `content` is none if it could not be read.
-bool KeepBeside(const std::filesystem::path& file, const std::optional<std::string>& content) {
+// Keeps the file under a second name: as a link, or renamed where links are impossible. `content` is none if the file
+// could not be read.
+Result<> KeepBeside(const std::filesystem::path& file, const std::optional<std::string>& content) {
     std::error_code ignored;
     if (std::filesystem::is_directory(file, ignored))
-        return false;
+        return Error{FromPath(file) + u" is a folder"};
     for (int number = 1;; ++number) {
         std::filesystem::path kept = file;
         kept += number == 1 ? ".bad" : ".bad" + std::to_string(number);
         if (Exists(kept)) {
-            if (content && ReadWholeFile(kept, maximumFileSize) == content)
-                return true;
+            // A file that comes back with the same content needs one copy.
+            const auto present = ReadWholeFile(kept, maximumFileSize);
+            if (content && present && *present == *content)
+                return {};
             continue;
         }
         std::error_code error;
         if (content) {
             std::filesystem::create_hard_link(file, kept, error);
             if (!error)
-                return true;
+                return {};
         }
-        // One that cannot be read must go: its permissions would be handed on to the file that replaces it.
+        // An unreadable file is always renamed. The file that replaces it would otherwise take over its permissions.
         std::filesystem::rename(file, kept, error);
-        return !error;
+        if (error)
+            return Error{FromUtf8(error.message())};
+        return {};
     }
 }
 
 }
 
-SettingsStore::SettingsStore(std::filesystem::path folder, KelText baseName, KelText defaultTransferFolder)
-    : programFolder(std::move(folder)),
-      settingsBaseName(std::move(baseName)),
-      ncFilesFolder(std::move(defaultTransferFolder)) {}
+SettingsStore::SettingsStore(std::filesystem::path folder, KelText machineName, KelText transferFolder)
+    : folder(std::move(folder)), machineName(std::move(machineName)), transferFolder(std::move(transferFolder)) {}
 
 std::filesystem::path SettingsStore::FilePath() const {
-    return programFolder / ToPath(FileNameFor(settingsBaseName) + u".INI");
+    return folder / ToPath(FileNameFor(machineName) + u".INI");
 }
 
 std::optional<std::string> SettingsStore::ReadFile() {
     auto content = ReadWholeFile(FilePath(), maximumFileSize);
-    isUnread = isUnread || (!content && Exists(FilePath()));
-    return content;
+    if (content)
+        return std::move(*content);
+    isUnread = isUnread || Exists(FilePath());
+    return std::nullopt;
 }
 
 RecordState SettingsStore::ReadRecord(DownloadSettings& settings) {
@@ -101,14 +107,14 @@ SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructo
     if (state == RecordState::None)
         return {ReadProfile(constructorValues), std::nullopt};
     if (!HasUsablePort(result.settings)) {
-        // Another program may have been writing the file just then.
+        // Another program may have been writing the file at that moment, so it is read a second time.
         result.settings = constructorValues;
         state = ReadRecord(result.settings);
         if (state == RecordState::None || !HasUsablePort(result.settings))
             return {ReadProfile(constructorValues), warning};
     }
     if (state == RecordState::Damaged) {
-        // What it has lost gets the values of a first run: without line settings there would be no link.
+        // The lost fields get the values of a first run. Without line settings the port could not be opened.
         result = {FromProfile(Profile(""), constructorValues), warning};
         ReadRecord(result.settings);
     }
@@ -127,8 +133,8 @@ DownloadSettings SettingsStore::FromProfile(const Profile& profile, const Downlo
     settings.dataBits = profile.Text(portSection, u"databits", u"8");
     settings.stopBits = profile.Text(portSection, u"stopbits", u"1");
     settings.flowControl = profile.Text(portSection, u"flow control", u"Xon/Xoff");
-    settings.uploadPath = profile.Text(filesSection, u"upload path", ncFilesFolder);
-    settings.downloadPath = profile.Text(filesSection, u"download path", ncFilesFolder);
+    settings.uploadPath = profile.Text(filesSection, u"upload path", transferFolder);
+    settings.downloadPath = profile.Text(filesSection, u"download path", transferFolder);
     settings.fileExtension = profile.Text(filesSection, u"file extension", settings.fileExtension);
     settings.transmitDelaySeconds = profile.Integer(portSection, u"transmit delay", 2);
     settings.logFile = profile.Text(logSection, u"log file", settings.logFile);
@@ -136,16 +142,18 @@ DownloadSettings SettingsStore::FromProfile(const Profile& profile, const Downlo
     return settings;
 }
 
-bool SettingsStore::SaveSettings(const DownloadSettings& settings) {
+Result<> SettingsStore::SaveSettings(const DownloadSettings& settings) {
     const std::filesystem::path file = FilePath();
     const auto content = ReadFile();
     const bool losesNothing = !isUnread && (!content || IsUnderstood(*content));
-    if (!losesNothing && Exists(file) && !KeepBeside(file, content))
-        return false;
-    if (!ReplaceWholeFile(file, EncodeRecord(settings)))
-        return false;
+    if (!losesNothing && Exists(file)) {
+        if (const auto kept = KeepBeside(file, content); !kept)
+            return kept;
+    }
+    if (const auto replaced = ReplaceWholeFile(file, EncodeRecord(settings)); !replaced)
+        return replaced;
     isUnread = false;
-    return true;
+    return {};
 }
 
 }

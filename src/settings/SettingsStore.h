@@ -1,8 +1,8 @@
 #pragma once
-// The file that one machine's settings are kept in: a record, or a text profile that an older release or a person has
-// written. Knows nothing of what the settings mean, but for the port, which tells whether a record is sound.
-// One thread at a time. All operations wait for the disk; none throws for what it finds there.
+// The file with one machine's settings: a record, or a text profile that an older release or a person has written. One
+// thread at a time. All operations block for the disk. None throws, whatever the file holds.
 
+#include "base/Result.h"
 #include "messages/MessageReport.h"
 #include "settings/SettingsRecord.h"
 
@@ -22,23 +22,26 @@ public:
         std::optional<MessageBoxText> warning;
     };
 
-    // `baseName` is the machine's name. `defaultTransferFolder` is where files go as long as no settings say otherwise.
-    SettingsStore(std::filesystem::path folder, KelText baseName, KelText defaultTransferFolder);
+    // The file is in `folder` and named after the machine. `transferFolder` is the upload and download path of a
+    // machine that has no settings yet.
+    SettingsStore(std::filesystem::path folder, KelText machineName, KelText transferFolder);
 
     std::filesystem::path FilePath() const;
 
-    // The settings to start with. From the record if there is a sound one, else from the text profile with its own
-    // defaults; what neither gives has the value that `constructorValues` has.
+    // The settings to start with: from the record if it is usable, else from the text profile, else the values of a
+    // first run. Settings that none of these has keep the values of `constructorValues`. A record is usable if its port
+    // is a COM port.
     LoadResult Load(const DownloadSettings& constructorValues);
 
-    // Reads the record once. False, with `settings` as they were, if the file cannot be read or begins with anything
-    // else. A damaged record is read as far as it goes and is no error.
+    // Reads the record once, as far as it is undamaged. False, with `settings` unchanged, if the file cannot be read or
+    // does not begin with a record.
     bool LoadSettings(DownloadSettings& settings);
 
-    // Replaces the file in one step. A file whose content would be lost, because it is not what this program writes or
-    // reads or could not be read on loading, is first kept beside as "<name>.bad" ("<name>.bad2" ...); where that
-    // fails, nothing is saved. False if the settings are not on the disk afterwards.
-    bool SaveSettings(const DownloadSettings& settings);
+    // Replaces the file in one step, and returns when the settings are on the disk. If this would lose content, it
+    // first keeps the old file as "<name>.bad" ("<name>.bad2" ...): content that is neither settings nor a profile of
+    // this program, is damaged, or could not be read at the last Load. If the old file cannot be kept, nothing is
+    // saved.
+    Result<> SaveSettings(const DownloadSettings& settings);
 
 private:
     std::optional<std::string> ReadFile();
@@ -46,10 +49,10 @@ private:
     DownloadSettings ReadProfile(const DownloadSettings& constructorValues);
     DownloadSettings FromProfile(const Profile& profile, const DownloadSettings& constructorValues) const;
 
-    std::filesystem::path programFolder;
-    KelText settingsBaseName;
-    KelText ncFilesFolder;
-    // The file was there but could not be read: what is in use did not come from it.
+    std::filesystem::path folder;
+    KelText machineName;
+    KelText transferFolder;
+    // The file exists but could not be read, so the settings in use are not its own.
     bool isUnread = false;
 };
 

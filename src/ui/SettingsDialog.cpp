@@ -1,7 +1,6 @@
 #include "ui/SettingsDialog.h"
 
-#include "settings/ControlCharacters.h"
-#include "settings/LineChoices.h"
+#include "settings/SettingsChoices.h"
 #include "ui/HelpKey.h"
 #include "ui/Pictures.h"
 #include "ui/UiText.h"

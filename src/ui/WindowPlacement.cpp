@@ -63,7 +63,8 @@ void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     const std::filesystem::path file = PlacementFile(machineName);
     const wxRect place(window.GetPosition(), window.GetClientSize());
     // A maximised window's own place is not known; the last one known stays.
-    const auto known = window.IsMaximized() ? Profile::Read(file) : std::nullopt;
+    const auto stored = Profile::Read(file);
+    const Profile* const known = window.IsMaximized() && stored ? &*stored : nullptr;
     std::string text = "[Window]\n";
     const auto add = [&](const char* key, int value) {
         const KelText name = FromUtf8(key);
@@ -78,7 +79,7 @@ void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     text += std::string("maximised=") + (window.IsMaximized() ? "1" : "0") + "\n";
     std::error_code ignored;
     std::filesystem::create_directories(file.parent_path(), ignored);
-    ReplaceWholeFile(file, text);
+    (void)ReplaceWholeFile(file, text);
 }
 
 }

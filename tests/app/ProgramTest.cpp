@@ -10,7 +10,7 @@ using namespace tarvin::test;
 TEST_CASE("Program: the command line without its language switch is the machine, TARVIN without a name") {
     const TemporaryFolder folder;
     folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n");
-    const auto paths = ProgramPaths::Read(folder.Path());
+    const auto paths = Installation::Read(folder.Path());
     REQUIRE(paths);
     struct Case {
         const char16_t* commandLine;
@@ -30,7 +30,7 @@ TEST_CASE("Program: the command line without its language switch is the machine,
 TEST_CASE("Program: a missing dictionary is no failure, and a damaged one is") {
     const TemporaryFolder folder;
     folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n");
-    const Program program(*ProgramPaths::Read(folder.Path()), u"");
+    const Program program(*Installation::Read(folder.Path()), u"");
     CHECK(program.LoadDictionary());
     folder.WriteFile("diction.ary", "no dictionary");
     CHECK_FALSE(program.LoadDictionary());

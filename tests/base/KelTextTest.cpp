@@ -4,7 +4,7 @@
 
 using namespace tarvin;
 
-TEST_CASE("text survives the way in and out, valid UTF-8 or not") {
+TEST_CASE("KelText: any bytes come back unchanged from UTF-8 and from a path") {
     std::string everyByte;
     for (int byte = 0; byte < 256; ++byte)
         everyByte.push_back(static_cast<char>(byte));

@@ -10,7 +10,7 @@ using namespace tarvin;
 using namespace std::chrono_literals;
 using tarvin::test::ManualClock;
 
-TEST_CASE("a late repeating timer fires once and a one-shot timer only ever once") {
+TEST_CASE("Timer: a late repeating timer fires once, and a one-shot timer once for each start") {
     ManualClock clock;
     TimerQueue queue;
     int repeated = 0;
@@ -29,7 +29,7 @@ TEST_CASE("a late repeating timer fires once and a one-shot timer only ever once
     CHECK(queue.NextDue() == clock.Now() + 100ms);
 }
 
-TEST_CASE("a callback may stop, restart and destroy timers, its own included") {
+TEST_CASE("TimerQueue: a callback destroys a due timer and its own") {
     ManualClock clock;
     TimerQueue queue;
     int fired = 0;

@@ -39,7 +39,7 @@ public:
     TemporaryFolder folder;
 };
 
-// In a dictionary of one language, which takes the first two lines.
+// A dictionary of one language. The entries begin in line 3.
 std::string WithEntries(const std::string& entries) {
     return "<Dictionary>\n<Language folder='German' lcid='1031' codepage='1252'>Deutsch</Language>\n" + entries +
            "</Dictionary>\n";
@@ -51,7 +51,8 @@ std::string Entry(const std::string& fields) {
 
 }
 
-TEST_CASE("any text that XML knows comes back as it was, and a second round gives the same bytes") {
+TEST_CASE(
+    "DictionaryCommand: every text that XML allows comes back unchanged, and a second round gives the same bytes") {
     DictionaryContent content;
     content.languages = {{u"a\"<&>'\t\n\r b", -1, 0x7FFFFFFF, u" \u00E9 \n"}, {u"", 0, 0, u""}};
     content.entries = {
@@ -69,16 +70,15 @@ TEST_CASE("any text that XML knows comes back as it was, and a second round give
         CHECK(tool.folder.ReadFile("1.ary") == tool.folder.ReadFile("2.ary"));
         CHECK((tool.folder.ReadFile("1.ary") == tool.folder.ReadFile("plain.ary")) == !compresses);
     }
-    DictionaryReader reader(tool.folder.ReadFile("2.ary"));
-    DictionaryContent read;
-    CHECK(ReadContent(reader, read));
-    CHECK(read == content);
+    DictionaryReader reader;
+    REQUIRE(reader.Open(tool.folder.ReadFile("2.ary")));
+    CHECK(ReadContent(reader) == content);
 }
 
-TEST_CASE("XML that is not right is refused with its line, and the old output stays") {
+TEST_CASE("DictionaryCommand: wrong XML is refused with its line, and the old output stays") {
     struct Case {
         std::string xml;
-        std::string fault; // behind "line "
+        std::string fault; // after "line "
     };
     const std::string right = "<id>1</id><phrase>x</phrase>";
     const std::string entity = "<!DOCTYPE Dictionary [\n<!ENTITY a 'aaaa'>]>\n";
@@ -133,7 +133,7 @@ TEST_CASE("XML that is not right is refused with its line, and the old output st
     }
 }
 
-TEST_CASE("a dictionary that XML cannot hold is not exported") {
+TEST_CASE("DictionaryCommand: a dictionary that XML cannot hold is not exported") {
     const DictionaryLanguage german = {u"German", 1031, 1252, u"Deutsch"};
     const DictionaryContent cases[] = {
         {{}, {}},
@@ -156,7 +156,7 @@ TEST_CASE("a dictionary that XML cannot hold is not exported") {
     CHECK(tool.Run(u"export", "in.ary", "out.xml").errors.find("in.ary: is damaged") != std::string::npos);
 }
 
-TEST_CASE("wrong usage is told from an input or output that fails") {
+TEST_CASE("DictionaryCommand: wrong usage and a failed input or output have different exit codes") {
     const std::vector<std::vector<KelText>> wrong = {{},
                                                      {u"compile"},
                                                      {u"compile", u"a"},

@@ -1,7 +1,7 @@
 #include "dictionary/TextHolder.h"
 
 #include "dictionary/DictionaryFile.h"
-#include "files/PackedBytes.h"
+#include "dictionary/PackedBytes.h"
 #include "harness/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
@@ -28,7 +28,7 @@ std::string PlainFile(std::string_view body) {
     return Header("TarvinDL diction", Checksum(body)).append(body);
 }
 
-// The numbers of a dictionary's body in order, with text in between where it is not empty.
+// The body of a dictionary: numbers, each with the text that follows it.
 std::string Body(std::initializer_list<std::pair<std::uint32_t, std::string_view>> parts) {
     ObjectWriter writer;
     for (const auto& [number, text] : parts) {
@@ -57,7 +57,7 @@ public:
 
 }
 
-TEST_CASE("the language is chosen by the switch, and without one by the default") {
+TEST_CASE("TextHolder: the switch chooses the language, without it the default") {
     struct Case {
         KelText commandLine;
         KelText defaultLanguage;
@@ -98,7 +98,7 @@ TEST_CASE("the language is chosen by the switch, and without one by the default"
     }
 }
 
-TEST_CASE("a text not loaded is the built-in one or empty, and a reference means what is loaded only") {
+TEST_CASE("TextHolder: a missing text is the built-in one or empty, and a reference finds loaded texts only") {
     Loader loader;
     CHECK(KelText(loader.holder.Text(48)) == u"Cancel");
     CHECK(loader.holder.TextOrNull(48) == nullptr);
@@ -123,7 +123,7 @@ TEST_CASE("a text not loaded is the built-in one or empty, and a reference means
     }
 }
 
-TEST_CASE("memory grows in blocks, by text and by id") {
+TEST_CASE("TextHolder: memory grows in blocks, by text and by id") {
     struct Case {
         std::size_t length;
         std::int32_t id;
@@ -150,7 +150,7 @@ TEST_CASE("memory grows in blocks, by text and by id") {
     CHECK(KelText(holder.Text(1000)).size() == 20000);
 }
 
-TEST_CASE("a dictionary that is cut or changed anywhere is not loaded at all") {
+TEST_CASE("TextHolder: a dictionary that is cut or changed anywhere is not loaded at all") {
     Loader loader;
     for (const std::string& file : {EncodeDictionary(Sample()), Pack(EncodeDictionary(Sample()))}) {
         REQUIRE(loader.Load(file));
@@ -173,7 +173,7 @@ TEST_CASE("a dictionary that is cut or changed anywhere is not loaded at all") {
     CHECK_FALSE(loader.holder.Load({.fileName = loader.folder / "missing/diction.ary"}));
 }
 
-TEST_CASE("a file that claims what is not there is refused, whatever its checksum") {
+TEST_CASE("TextHolder: a file that claims more than it holds is refused, with a right checksum too") {
     const std::uint32_t huge = ~0U;
     struct Case {
         std::string_view what;
@@ -216,7 +216,7 @@ TEST_CASE("a file that claims what is not there is refused, whatever its checksu
     }
 }
 
-TEST_CASE("entries whose ids are out of range are counted and passed over") {
+TEST_CASE("TextHolder: entries with ids out of range are counted and skipped") {
     DictionaryContent content;
     for (const std::int32_t id : {-1, 0, 0x7FFFFFFF, highestTextId, highestTextId + 1, -0x7FFFFFFF - 1})
         content.entries.push_back({id, u"text"});

@@ -4,7 +4,7 @@
 
 using namespace tarvin;
 
-TEST_CASE("a file name keeps all of the name that can stand in one on every system") {
+TEST_CASE("FileNames: a name changes only where a system forbids it") {
     struct Case {
         KelText name;
         KelText fileName;

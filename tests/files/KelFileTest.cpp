@@ -7,7 +7,7 @@
 using namespace tarvin;
 using tarvin::test::TemporaryFolder;
 
-TEST_CASE("text mode ends each line with CR LF, whatever pieces it arrives in") {
+TEST_CASE("KelFile: text mode ends each line with CR LF, in pieces too") {
     const TemporaryFolder folder;
     KelFile file;
     REQUIRE(file.Open(folder / "upload", KelFile::Mode::WriteText));
@@ -22,7 +22,7 @@ TEST_CASE("text mode ends each line with CR LF, whatever pieces it arrives in") 
     CHECK(folder.ReadFile("upload") == "a\r\nb\r\nc\r\nd\r\n\r\n\re\r\n");
 }
 
-TEST_CASE("opening an open file succeeds and changes nothing") {
+TEST_CASE("KelFile: opening an open file succeeds and changes nothing") {
     const TemporaryFolder folder;
     KelFile file;
     REQUIRE(file.Open(folder / "first", KelFile::Mode::WriteBytes));
@@ -35,20 +35,21 @@ TEST_CASE("opening an open file succeeds and changes nothing") {
     CHECK_FALSE(std::filesystem::exists(folder / "second"));
 }
 
-TEST_CASE("only regular files are opened, and a refusal says why") {
+TEST_CASE("KelFile: only regular files are opened, and a refusal has a reason") {
     const TemporaryFolder folder;
     folder.WriteFile("precious", "content");
     for (const auto mode : {KelFile::Mode::ReadText, KelFile::Mode::WriteText}) {
         for (const auto& path : {folder.Path(), folder / "missing/file"}) {
             KelFile file;
-            CHECK_FALSE(file.Open(path, mode));
+            const auto opened = file.Open(path, mode);
+            REQUIRE_FALSE(opened);
             CHECK_FALSE(file.IsOpen());
-            CHECK_FALSE(file.LastError().empty());
+            CHECK_FALSE(opened.Reason().text.empty());
         }
     }
 }
 
-TEST_CASE("replacing a file keeps the old one when the new one cannot be written") {
+TEST_CASE("ReplaceWholeFile: a failure keeps the old file and leaves no other behind") {
     const TemporaryFolder folder;
     folder.WriteFile("settings", "old");
     CHECK(ReplaceWholeFile(folder / "settings", "new"));
@@ -56,8 +57,7 @@ TEST_CASE("replacing a file keeps the old one when the new one cannot be written
     CHECK_FALSE(ReplaceWholeFile(folder / "settings/below", "lost"));
     std::filesystem::create_directory(folder / "folder");
     CHECK_FALSE(ReplaceWholeFile(folder / "folder", "lost"));
-    // Nothing is left lying about.
     CHECK(std::distance(std::filesystem::directory_iterator(folder.Path()), {}) == 2);
-    CHECK(ReadWholeFile(folder / "settings", 3) == "new");
+    CHECK(ReadWholeFile(folder / "settings", 3).ValueOr("") == "new");
     CHECK_FALSE(ReadWholeFile(folder / "settings", 2));
 }

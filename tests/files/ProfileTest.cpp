@@ -7,11 +7,12 @@
 #include <doctest/doctest.h>
 
 using namespace tarvin;
+using namespace std::string_literals;
 
-TEST_CASE("a key is found by the rules of the private-profile calls") {
+TEST_CASE("Profile: a key is found by the rules of the private-profile calls") {
     struct Case {
         std::string content;
-        KelText value; // "none" where no such key is to be found
+        KelText value; // "none" if the key must not be found
     };
     const Case cases[] = {{"[Port]\nkey=COM3", u"COM3"},
                           {"[PORT]\r\nKEY=COM3\r\n", u"COM3"},
@@ -41,8 +42,7 @@ TEST_CASE("a key is found by the rules of the private-profile calls") {
     }
 }
 
-TEST_CASE("a profile means the same in every encoding, and what is none has no sections") {
-    using namespace std::string_literals;
+TEST_CASE("Profile: every encoding means the same, and other bytes have no sections") {
     const std::string littleEndian = "\xFF\xFE[\0p\0]\0\r\0\n\0k\0=\0\xAC\x20\xFC\0"s;
     const std::string bigEndian = "\xFE\xFF\0[\0p\0]\0\n\0k\0=\x20\xAC\0\xFC"s;
     for (const std::string& content : {littleEndian, littleEndian + "x", bigEndian, "[p]\nk=\xE2\x82\xAC\xC3\xBC"s,
@@ -58,7 +58,7 @@ TEST_CASE("a profile means the same in every encoding, and what is none has no s
     }
 }
 
-TEST_CASE("values are cut, never within a surrogate pair, and default texts are not") {
+TEST_CASE("Profile: values are cut, never within a surrogate pair, and default texts are not") {
     const Profile profile("[p]\nlong=" + std::string(100, 'x') + "\npair=" + std::string(78, 'x') + "\xF0\x9F\x98\x80");
     const KelText cut(79, u'x');
     CHECK(profile.Text(u"p", u"long", u"") == cut);
@@ -68,7 +68,7 @@ TEST_CASE("values are cut, never within a surrogate pair, and default texts are 
     CHECK(profile.Text(u"p", u"pair", u"", 80).size() == 80);
 }
 
-TEST_CASE("a number is what the value begins with") {
+TEST_CASE("Profile: a number is what the value begins with") {
     struct Case {
         std::string value;
         std::int32_t number;
@@ -95,5 +95,35 @@ TEST_CASE("a number is what the value begins with") {
         const Profile profile("[p]\nk=" + each.value);
         CHECK(profile.Integer(u"p", u"k", 77) == each.number);
         CHECK(profile.Integer(u"p", u"missing", 77) == 77);
+    }
+}
+
+TEST_CASE("WithProfileEntry: an entry joins its section in the form of the file, and every other byte stays") {
+    struct Case {
+        std::string before;
+        std::string after;
+    };
+    const Case cases[] = {
+        {"", "[P]\nk=v\n"},
+        {"[O]\r\na=1", "[O]\r\na=1\r\n[P]\r\nk=v\r\n"},
+        {"[O]\na=1\n", "[O]\na=1\n[P]\nk=v\n"},
+        {"\xEF\xBB\xBF[O]\n\xC3\xBC=1\n[ p ]\r\n\n[Q]", "\xEF\xBB\xBF[O]\n\xC3\xBC=1\n[ p ]\r\nk=v\r\n\n[Q]"},
+        {"\xFC=1\n[p]", "\xFC=1\n[p]\nk=v"},
+        {"[P]\na=1\n\n; of the next\n[Q]\n[P]\nb=2\n", "[P]\na=1\nk=v\n\n; of the next\n[Q]\n[P]\nb=2\n"},
+        {"[P]\ra=1\r[Q]\r", "[P]\ra=1\rk=v\r[Q]\r"},
+        {"[P]\na=1\0b=2"s, "[P]\na=1\0b=2\nk=v"s},
+        {"[P\n", "[P\n[P]\nk=v\n"},
+        {"\xFF\xFE[\0p\0]\0\n\0[\0q\0]\0x"s, "\xFF\xFE[\0p\0]\0\n\0k\0=\0v\0\n\0[\0q\0]\0x"s},
+        {"\xFE\xFF\0\r"s, "\xFE\xFF\0\r\0[\0P\0]\0\r\0k\0=\0v\0\r"s},
+    };
+    for (const Case& each : cases) {
+        CAPTURE(each.before);
+        const std::string after = WithProfileEntry(each.before, u"P", u"k", u"v");
+        CHECK(after == each.after);
+        CHECK(Profile(after).Text(u"P", u"k", u"") == u"v");
+    }
+    for (const std::string mark : {"", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"}) {
+        const Profile profile(WithProfileEntry(mark, u"P", u"k", u"/dev/\u20AC"));
+        CHECK(profile.Text(u"P", u"k", u"") == u"/dev/\u20AC");
     }
 }

@@ -1,8 +1,8 @@
-// The dictionary's reader and the loading of texts, on any bytes.
+// Feeds any bytes to the dictionary's reader and to the loading of texts.
 
 #include "dictionary/DictionaryFile.h"
+#include "dictionary/PackedBytes.h"
 #include "dictionary/TextHolder.h"
-#include "files/PackedBytes.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -18,8 +18,8 @@ void Require(bool condition) {
         std::abort();
 }
 
-// No fuzzer finds a checksum. What the first byte says is put in front of the rest: 'b' the header of a plain file, 'd'
-// that of a compressed one, whose size the next three bytes give; anything else nothing.
+// A fuzzer does not find the right checksum, so the header is made here. The first byte chooses it: 'b' for a plain
+// file, 'd' for a compressed one, whose size the next three bytes give. Any other byte gives no header.
 std::string FileBytes(std::string_view input) {
     ObjectReader reader(input);
     const char form = static_cast<char>(reader.Byte());
@@ -38,17 +38,16 @@ std::string FileBytes(std::string_view input) {
     return file.Written();
 }
 
-// What is read says exactly what the file says, or nothing is read.
+// True if the bytes are a dictionary. Its content must then say exactly what the bytes say.
 bool ReadsRight(const std::string& bytes) {
-    DictionaryReader reader(bytes);
-    DictionaryContent content;
-    if (!ReadContent(reader, content)) {
-        Require(content == DictionaryContent());
+    DictionaryReader reader;
+    if (!reader.Open(bytes)) {
+        Require(ReadContent(reader) == DictionaryContent());
         return false;
     }
-    const auto plain = IsPacked(bytes) ? Unpack(bytes, maximumDictionarySize) : bytes;
-    Require(plain.has_value());
-    const std::string written = EncodeDictionary(content);
+    const Result<std::string> plain = IsPacked(bytes) ? Unpack(bytes, maximumDictionarySize) : bytes;
+    Require(static_cast<bool>(plain));
+    const std::string written = EncodeDictionary(ReadContent(reader));
     Require(reader.FurtherObjectCount() > 0 ? written.size() < plain->size() : written == *plain);
     return true;
 }

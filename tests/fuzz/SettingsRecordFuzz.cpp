@@ -1,4 +1,4 @@
-// The settings record's reader, on any bytes.
+// Feeds any bytes to the reader of the settings record.
 
 #include "settings/SettingsRecord.h"
 
@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool staysWhole = DecodeRecord(written, again) == RecordState::Whole && again == settings;
     const bool isBounded = written.size() <= constructedSize + size;
     const bool isUntouched = state != RecordState::None || settings == DownloadSettings();
-    // A record with all the fields is written as it was read.
+    // A record with all fields is written back byte for byte.
     const bool isSame = state != RecordState::Whole || written.size() != size || written == bytes;
     if (!staysWhole || !isBounded || !isUntouched || !isSame)
         std::abort();

@@ -11,7 +11,7 @@ using namespace tarvin;
 using namespace tarvin::test;
 using namespace std::chrono_literals;
 
-TEST_CASE("each line of the comms log has both times, however long the run") {
+TEST_CASE("CommsLog: each line has both times, in long runs too") {
     const TemporaryFolder folder;
     ManualClock clock;
     LastLogged last;
@@ -34,7 +34,7 @@ TEST_CASE("each line of the comms log has both times, however long the run") {
                                     "100:00:00.000000 (+0.000001) %s four\r\n");
 }
 
-TEST_CASE("a line that repeats the last counts only if forced, and both logs share that memory") {
+TEST_CASE("CommsLog, ActivityLog: a repeated line is written only if forced, and both share the last line") {
     const TemporaryFolder folder;
     ManualClock clock;
     LastLogged last;
@@ -59,7 +59,7 @@ TEST_CASE("a line that repeats the last counts only if forced, and both logs sha
     CHECK(std::regex_match(folder.ReadFile("activity"), lines));
 }
 
-TEST_CASE("an activity log that cannot be opened is told of once for each status, and tried again") {
+TEST_CASE("ActivityLog: a failure is reported once for each status, and the log is tried again") {
     const TemporaryFolder folder;
     LastLogged last;
     ActivityLog log(last);
@@ -82,7 +82,7 @@ TEST_CASE("an activity log that cannot be opened is told of once for each status
     CHECK(last.text == "second");
 }
 
-TEST_CASE("a rolling log never takes more than two files, and keeps what was there before") {
+TEST_CASE("CommsLog: a rolling log fills two files at most, and keeps earlier lines") {
     const TemporaryFolder folder;
     const std::string before = "00:00:00.000000 (+0.000000) of the run before\r\n";
     folder.WriteFile("log", before);
@@ -101,12 +101,12 @@ TEST_CASE("a rolling log never takes more than two files, and keeps what was the
         const std::string present = std::filesystem::exists(folder / "log") ? folder.ReadFile("log") : "";
         CHECK(present.size() < 1000);
         CHECK(folder.ReadFile("log.1").size() < 1100);
-        // Nothing is lost between the two.
+        // No line is lost between the two files.
         CHECK((folder.ReadFile("log.1") + present).ends_with(" line " + std::to_string(line) + "\r\n"));
     }
 }
 
-TEST_CASE("what is no comms log is not taken for one and moved away") {
+TEST_CASE("CommsLog: a file that is no comms log is not rolled over") {
     const TemporaryFolder folder;
     ManualClock clock;
     LastLogged last;
@@ -122,7 +122,7 @@ TEST_CASE("what is no comms log is not taken for one and moved away") {
     CHECK(log.OpenRolling(folder / "empty", 10));
 }
 
-TEST_CASE("a comms log that loses its file ends, and says so once") {
+TEST_CASE("CommsLog: a log that loses its file ends, and reports it once") {
     const TemporaryFolder folder;
     ManualClock clock;
     LastLogged last;

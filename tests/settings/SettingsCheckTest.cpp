@@ -1,7 +1,7 @@
 #include "settings/SettingsCheck.h"
 
 #include "harness/TemporaryFolder.h"
-#include "settings/ControlCharacters.h"
+#include "settings/SettingsChoices.h"
 
 #include <set>
 #include <string>
@@ -11,7 +11,7 @@
 using namespace tarvin;
 using tarvin::test::TemporaryFolder;
 
-TEST_CASE("a wrong setting is named, and may stay only if it was so before") {
+TEST_CASE("CheckSettings: a wrong setting is named, and may stay only if it has not changed") {
     const TemporaryFolder folder;
     folder.WriteFile("file", "");
     DownloadSettings sound;
@@ -68,7 +68,7 @@ TEST_CASE("a wrong setting is named, and may stay only if it was so before") {
     CHECK_FALSE(CheckSettings(logOn, logOff).front().mayStay);
 }
 
-TEST_CASE("folders end with one separator and extensions begin without a dot") {
+TEST_CASE("AsFolderSetting, AsExtensionSetting: folders end with one separator, extensions begin without a dot") {
     const KelText separator{static_cast<char16_t>(std::filesystem::path::preferred_separator)};
     CHECK(AsFolderSetting(u"a") == u"a" + separator);
     CHECK(AsFolderSetting(u"a" + separator) == u"a" + separator);
@@ -78,18 +78,18 @@ TEST_CASE("folders end with one separator and extensions begin without a dot") {
     CHECK(AsExtensionSetting(u".") == u"");
 }
 
-TEST_CASE("each control character is shown by an entry that carries it") {
-    std::set<int> carried;
+TEST_CASE("ControlCharacterEntry: each value is shown by an entry that has it") {
+    std::set<int> offered;
     for (const ControlCharacter& entry : controlCharacters) {
-        carried.insert(entry.value);
+        offered.insert(entry.value);
         CHECK(entry.name.size() == 3);
     }
     for (int value = 0; value < 256; ++value) {
         CAPTURE(value);
         const auto entry = ControlCharacterEntry(static_cast<std::uint8_t>(value));
-        REQUIRE(entry.has_value() == carried.contains(value));
+        REQUIRE(entry.has_value() == offered.contains(value));
         CHECK((!entry || controlCharacters[*entry].value == value));
     }
-    CHECK((carried.size() == 31 && !carried.contains(15)));
+    CHECK((offered.size() == 31 && !offered.contains(15)));
     CHECK(controlCharacters[*ControlCharacterEntry(31)].name == u"US ");
 }

@@ -31,7 +31,7 @@ std::string Record(const std::string& fields) {
     return "\x41\x45\xF7\x05" + Int(size + 4) + Int(size) + fields;
 }
 
-// Each field as it is to stand in the file, unlike all others.
+// The bytes of each field. Every value is different, so that a field in a wrong place shows.
 const std::vector<std::string> distinctFields = {Text(u"COM3"),  Text(u"9600"), Text(u"Even"),
                                                  Text(u"7"),     Text(u"2"),    Text(u"Hardware"),
                                                  Text(u"up"),    Text(u""),     "\4\0\0\0\xAC\x20\x3D\xD8\x00\xDE\0\0"s,
@@ -51,7 +51,7 @@ std::string FirstFields(std::size_t count) {
 
 }
 
-TEST_CASE("the record has each field at its place, and fields of other programs come back unchanged") {
+TEST_CASE("SettingsRecord: each field has its place, and fields of newer programs come back unchanged") {
     for (const std::string& extension : {""s, "more\0"s}) {
         const std::string record = Record(FirstFields(distinctFields.size()) + extension);
         DownloadSettings read;
@@ -74,21 +74,21 @@ TEST_CASE("the record has each field at its place, and fields of other programs 
     }
 }
 
-TEST_CASE("an older record is whole after any number of fields and leaves the others as they were") {
+TEST_CASE("SettingsRecord: an older record is whole after any number of fields and leaves the others unchanged") {
     const std::string constructed = EncodeRecord(DownloadSettings());
     for (std::size_t count = 0; count < distinctFields.size(); ++count) {
         CAPTURE(count);
         const std::string fields = FirstFields(count);
         DownloadSettings decoded;
         CHECK(DecodeRecord(Record(fields), decoded) == RecordState::Whole);
-        // The fields read, then those of the constructor: nothing in between is shifted.
+        // First the fields that were read, then the constructor's, with nothing shifted.
         const std::string merged = EncodeRecord(decoded);
         CHECK(merged.substr(12, fields.size()) == fields);
         CHECK(constructed.ends_with(merged.substr(12 + fields.size())));
     }
 }
 
-TEST_CASE("of a record cut at any byte the complete fields are taken") {
+TEST_CASE("SettingsRecord: a record cut at any byte gives its complete fields") {
     const std::string record = Record(FirstFields(distinctFields.size()));
     std::size_t complete = 0;
     for (std::size_t length = 0; length < record.size(); ++length) {
@@ -104,7 +104,7 @@ TEST_CASE("of a record cut at any byte the complete fields are taken") {
     }
 }
 
-TEST_CASE("no corruption of a byte makes a record claim more than the file holds") {
+TEST_CASE("SettingsRecord: no corrupt byte makes a record larger than its file") {
     const std::string record = Record(FirstFields(distinctFields.size()) + "more");
     for (std::size_t position = 0; position < record.size(); ++position) {
         for (int value = 0; value < 256; ++value) {
@@ -114,14 +114,14 @@ TEST_CASE("no corruption of a byte makes a record claim more than the file holds
             const RecordState state = DecodeRecord(corrupted, decoded);
             REQUIRE((state == RecordState::None) == (position < 4 && corrupted != record));
             REQUIRE(EncodeRecord(decoded).size() <= EncodeRecord(DownloadSettings()).size() + record.size());
-            // What is called whole says exactly what the file says.
+            // A record that counts as whole says exactly what the file says.
             if (state == RecordState::Whole)
                 REQUIRE(EncodeRecord(decoded) == corrupted);
         }
     }
 }
 
-TEST_CASE("a record that contradicts itself is read up to the contradiction") {
+TEST_CASE("SettingsRecord: a record that contradicts itself is read up to the contradiction") {
     struct Case {
         std::string what;
         std::string record;

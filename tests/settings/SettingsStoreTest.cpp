@@ -14,7 +14,7 @@ using tarvin::test::TemporaryFolder;
 
 namespace {
 
-// Unlike any default, so that a value's origin shows.
+// Different from every default, so that the origin of a value shows.
 DownloadSettings ConstructorValues() {
     DownloadSettings settings;
     settings.fileExtension = u"ext";
@@ -24,7 +24,7 @@ DownloadSettings ConstructorValues() {
     return settings;
 }
 
-// The constructor's values but for the keyed texts, in the order of their keys, and numbers.
+// The constructor's values with the settings of a profile: its texts in the order of their keys, and its numbers.
 DownloadSettings FromProfile(const KelText (&texts)[10], std::int32_t transmitDelaySeconds, std::int32_t writeLog) {
     DownloadSettings settings = ConstructorValues();
     std::tie(settings.port, settings.baudRate, settings.parity, settings.dataBits, settings.stopBits) =
@@ -53,7 +53,7 @@ std::size_t FileCount(const TemporaryFolder& folder) {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder.Path()), {}));
 }
 
-// A file as it may be found, and what becomes of it.
+// A file that may be there, and what must happen to it.
 struct Found {
     std::string what;
     std::string content;
@@ -82,7 +82,7 @@ const Found foundFiles[] = {
 
 }
 
-TEST_CASE("each file that may be found is read as far as it can be, and kept beside if saving would lose it") {
+TEST_CASE("SettingsStore: every file is read as far as possible, and kept if saving would lose content") {
     for (const Found& each : foundFiles) {
         CAPTURE(each.what);
         const TemporaryFolder folder;
@@ -105,13 +105,13 @@ TEST_CASE("each file that may be found is read as far as it can be, and kept bes
         CHECK(folder.ReadFile("LASER2.INI") == EncodeRecord(FirstRun()));
         if (each.keptBeside)
             CHECK(folder.ReadFile("LASER2.INI.bad") == each.content);
-        // A second save has nothing to keep.
+        // The second save replaces settings, so it keeps nothing.
         REQUIRE(store.SaveSettings(FirstRun()));
         CHECK(FileCount(folder) == (each.keptBeside ? 2 : 1));
     }
 }
 
-TEST_CASE("a record is taken as it stands, a profile only for the keys that it may have") {
+TEST_CASE("SettingsStore: a record gives all settings, a profile those that have keys") {
     const TemporaryFolder folder;
     SettingsStore store(folder.Path(), u"A/B", u"/nc");
     CHECK(store.Load(ConstructorValues()).settings == FirstRun());
@@ -134,7 +134,7 @@ TEST_CASE("a record is taken as it stands, a profile only for the keys that it m
                       5, 1));
 }
 
-TEST_CASE("each different lost file gets a name of its own, and one that cannot be kept is not replaced") {
+TEST_CASE("SettingsStore: each different lost file gets its own name, and one that cannot be kept is not replaced") {
     const TemporaryFolder folder;
     SettingsStore store(folder.Path(), u"TARVIN", u"");
     for (const char* content : {"first", "second", "first", "third"}) {
@@ -152,7 +152,7 @@ TEST_CASE("each different lost file gets a name of its own, and one that cannot 
     CHECK(store.Load(ConstructorValues()).settings.port == u"COM1");
     CHECK_FALSE(store.SaveSettings(FirstRun()));
     CHECK(std::filesystem::exists(folder / "TARVIN.INI/precious"));
-    // What could not be read on loading may be precious too, however sound it looks on saving.
+    // A file that could not be read at Load is kept, even if it is readable and sound when settings are saved.
     std::filesystem::remove_all(folder / "TARVIN.INI");
     folder.WriteFile("TARVIN.INI", RecordWithPort(u"COM2"));
     CHECK(store.SaveSettings(FirstRun()));

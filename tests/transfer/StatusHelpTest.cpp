@@ -31,7 +31,7 @@ std::string RowOf(const std::string& page, int number) {
 
 TEST_CASE("the help book explains every status text under its number and tells which ones are logged") {
     const std::string page =
-        ReadWholeFile(std::filesystem::path(TARVIN_HELP_FOLDER) / "status-texts.htm", 1 << 20).value_or("");
+        ReadWholeFile(std::filesystem::path(TARVIN_HELP_FOLDER) / "status-texts.htm", 1 << 20).ValueOr("");
     constexpr int highestCode = 38;
     for (int code = 0; code <= highestCode; ++code) {
         CAPTURE(code);

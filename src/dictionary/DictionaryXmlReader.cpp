@@ -5,6 +5,7 @@
 #include <charconv>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <vector>
 
@@ -16,6 +17,7 @@ namespace {
 
 enum class Element { None, Dictionary, Language, Entry, Id, Phrase, TextPosition, Comment, Translation };
 
+// An element, the one element that it may stand in, and whether it holds text.
 struct Rule {
     std::string_view name;
     Element element;
@@ -36,6 +38,7 @@ constexpr Rule rules[] = {
 
 constexpr std::string_view whiteSpace = " \t\r\n";
 
+// None unless the text is one decimal number, with white space around it at most.
 std::optional<std::int32_t> Number(std::string_view text) {
     const std::size_t begin = std::min(text.find_first_not_of(whiteSpace), text.size());
     text = text.substr(begin, text.find_last_not_of(whiteSpace) + 1 - begin);
@@ -44,20 +47,21 @@ std::optional<std::int32_t> Number(std::string_view text) {
     return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
-// Takes the document element by element. The first fault stops it.
+// Builds the content element by element. The first fault stops the parser.
 class Reader {
 public:
-    explicit Reader(XmlFault& firstFault) : fault(firstFault), parser(::XML_ParserCreate(nullptr), ::XML_ParserFree) {
+    Reader() : parser(::XML_ParserCreate(nullptr), ::XML_ParserFree) {
         ::XML_SetUserData(parser.get(), this);
         ::XML_SetElementHandler(parser.get(), &Reader::OnBegin, &Reader::OnEnd);
         ::XML_SetCharacterDataHandler(parser.get(), &Reader::OnText);
         ::XML_SetStartDoctypeDeclHandler(parser.get(), &Reader::OnDocumentType);
     }
 
-    bool Read(std::string_view xml);
-    DictionaryContent& Content() { return content; }
+    // Once for each object.
+    Result<DictionaryContent> Read(std::string_view xml);
 
 private:
+    // Expat calls plain functions and hands the object to them.
     static Reader& Self(void* reader) { return *static_cast<Reader*>(reader); }
     static void XMLCALL OnBegin(void* reader, const XML_Char* name, const XML_Char** attributes) {
         Self(reader).Begin(name, attributes);
@@ -66,7 +70,7 @@ private:
     static void XMLCALL OnText(void* reader, const XML_Char* text, int byteCount) {
         Self(reader).Text({text, static_cast<std::size_t>(byteCount)});
     }
-    // Entities can make much of little, and a dictionary needs none.
+    // Entities are declared in a document type. A short one can expand to gigabytes, and a dictionary needs none.
     static void XMLCALL OnDocumentType(void* reader, const XML_Char*, const XML_Char*, const XML_Char*, int) {
         Self(reader).Fail("a document type is not accepted");
     }
@@ -78,33 +82,35 @@ private:
     void EndEntry();
     void TakeField(Element element);
     void TakeId();
-    void Fail(std::string message);
+    void Fail(const std::string& message);
 
-    XmlFault& fault;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&::XML_ParserFree)> parser;
     bool hasFailed = false;
+    Error fault;
     DictionaryContent content;
     std::vector<const Rule*> open;
-    std::string text;                                                  // of the innermost element
-    TextEntry entry;                                                   // the one that is open
-    std::vector<Element> fields;                                       // of that entry, so far
+    std::string text;                                                  // of the innermost open element
+    TextEntry entry;                                                   // the open one
+    std::vector<Element> fields;                                       // of the open entry, so far
     std::vector<bool> hasEntry = std::vector<bool>(maximumEntryCount); // by id
 };
 
-bool Reader::Read(std::string_view xml) {
-    if (::XML_Parse(parser.get(), xml.data(), static_cast<int>(xml.size()), XML_TRUE) == XML_STATUS_OK)
-        return !hasFailed;
-    if (!hasFailed)
+Result<DictionaryContent> Reader::Read(std::string_view xml) {
+    const auto status = ::XML_Parse(parser.get(), xml.data(), static_cast<int>(xml.size()), XML_TRUE);
+    if (status != XML_STATUS_OK && !hasFailed)
         Fail(::XML_ErrorString(::XML_GetErrorCode(parser.get())));
-    return false;
+    if (hasFailed)
+        return fault;
+    return std::move(content);
 }
 
-void Reader::Fail(std::string message) {
-    // The parser may hand out what it has at hand even after it was stopped.
+void Reader::Fail(const std::string& message) {
+    // A stopped parser may still deliver what it has read. The first fault is the one to report.
     if (hasFailed)
         return;
     hasFailed = true;
-    fault = {static_cast<std::size_t>(::XML_GetCurrentLineNumber(parser.get())), std::move(message)};
+    const auto line = static_cast<std::int64_t>(::XML_GetCurrentLineNumber(parser.get()));
+    fault = {u"line " + ToText(line) + u": " + FromUtf8(message)};
     ::XML_StopParser(parser.get(), XML_FALSE);
 }
 
@@ -122,6 +128,7 @@ void Reader::Begin(std::string_view name, const XML_Char** attributes) {
         return BeginLanguage(attributes);
     if (*attributes != nullptr)
         return Fail("<" + std::string(name) + "> has no attribute " + *attributes);
+    // The fields of the entry before this one must not remain.
     if (rule->element == Element::Entry) {
         entry = {};
         fields.clear();
@@ -149,11 +156,12 @@ void Reader::BeginLanguage(const XML_Char** attributes) {
             return Fail("\"" + std::string(value) + "\" is no number");
         (name == "lcid" ? language.lcid : language.codePage) = *number;
     }
-    // XML itself lets none stand twice.
+    // XML allows each attribute once, so three are these three.
     if (attributeCount != 3)
         Fail("<Language> needs folder, lcid and codepage");
 }
 
+// Expat delivers a text in pieces, and the white space between elements as text too.
 void Reader::Text(std::string_view more) {
     if (!open.empty() && open.back()->holdsText)
         text += more;
@@ -162,6 +170,7 @@ void Reader::Text(std::string_view more) {
 }
 
 void Reader::End() {
+    // After a fault the stack of open elements may lack the element that ends here.
     if (hasFailed)
         return;
     const Element element = open.back()->element;
@@ -176,6 +185,7 @@ void Reader::End() {
         TakeField(element);
 }
 
+// The other fields may be missing. Their order is free, so this is checked at the end of the entry.
 void Reader::EndEntry() {
     for (const Element needed : {Element::Id, Element::Phrase}) {
         if (std::find(fields.begin(), fields.end(), needed) == fields.end())
@@ -217,9 +227,8 @@ void Reader::TakeId() {
 
 }
 
-std::optional<DictionaryContent> ReadXml(std::string_view xml, XmlFault& fault) {
-    Reader reader(fault);
-    return reader.Read(xml) ? std::optional(std::move(reader.Content())) : std::nullopt;
+Result<DictionaryContent> ReadXml(std::string_view xml) {
+    return Reader().Read(xml);
 }
 
 }

@@ -1,5 +1,5 @@
 #pragma once
-// What a dictionary is made of: its languages, and a text in all of them. Plain values.
+// The content of a dictionary as plain values: its languages, and texts in all of them.
 
 #include "base/KelText.h"
 
@@ -7,10 +7,10 @@
 
 namespace tarvin {
 
-// A language besides English, which is the base.
+// A language besides English, the base language.
 struct DictionaryLanguage {
     KelText folder;
-    std::int32_t lcid = 0; // as Windows numbers the locales
+    std::int32_t lcid = 0; // the locale's number on Windows
     std::int32_t codePage = 0;
     KelText name;
 
@@ -20,9 +20,9 @@ struct DictionaryLanguage {
 struct TextEntry {
     std::int32_t id = 0;
     KelText phrase; // English
-    // By language, in the order of the dictionary's languages. Empty or not there: the phrase stands for it.
+    // One for each language, in the order of the dictionary's languages. The phrase replaces an empty or missing one.
     std::vector<KelText> translations = {};
-    KelText textPosition = u"TXTPOS_VOID"; // where on a window the text belongs, as a symbol; this one: nowhere
+    KelText textPosition = u"TXTPOS_VOID"; // the text's place in a window, as a symbol; this one means no place
     KelText comment = {};
 
     bool operator==(const TextEntry&) const = default;
@@ -35,7 +35,7 @@ struct DictionaryContent {
     bool operator==(const DictionaryContent&) const = default;
 };
 
-// The text ids that a dictionary may give a text.
+// Text ids range from 0 to this one.
 constexpr std::int32_t highestTextId = 999'999;
 
 }

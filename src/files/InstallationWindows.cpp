@@ -1,5 +1,5 @@
 #include "base/WindowsApi.h"
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 
 #include <string>
 
@@ -7,7 +7,7 @@ namespace tarvin {
 
 namespace {
 
-// More than any path or environment variable can have.
+// One more than the longest path or environment variable has.
 constexpr DWORD bufferUnits = 32768;
 
 // An empty variable counts as unset.

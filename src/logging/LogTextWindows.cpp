@@ -1,11 +1,12 @@
 #include "base/WindowsApi.h"
-#include "logging/LocalTimeText.h"
+#include "logging/LogText.h"
 
 namespace tarvin {
 
 LocalTimeText LocalTimeNow() {
     SYSTEMTIME now = {};
     ::GetLocalTime(&now);
+    // Windows limits the formats of time and date to 79 characters.
     wchar_t time[80] = L"";
     wchar_t date[80] = L"";
     ::GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &now, nullptr, time, 80);

@@ -4,7 +4,7 @@ namespace tarvin::dictionary {
 
 namespace {
 
-// Line ends and tabs are written as references, because a reader of XML may take them for others.
+// Line ends and tabs become references, because XML parsers turn them into other white space.
 std::string Escaped(KelTextView text) {
     std::string escaped;
     for (const char unit : ToUtf8(text)) {
@@ -43,7 +43,7 @@ std::string Field(const char* name, const std::string& value) {
 
 }
 
-std::optional<std::string> WriteXml(const DictionaryContent& content, XmlFault& fault) {
+Result<std::string> WriteXml(const DictionaryContent& content) {
     std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Dictionary>\n";
     for (const DictionaryLanguage& language : content.languages) {
         xml += "  <Language" + Attribute("folder", Escaped(language.folder)) +
@@ -59,13 +59,12 @@ std::optional<std::string> WriteXml(const DictionaryContent& content, XmlFault& 
         xml += "  </Entry>\n";
     }
     xml += "</Dictionary>\n";
-    const auto readBack = ReadXml(xml, fault);
+    // Reading the result back holds the content to every rule of the reader, without a second copy of the rules.
+    const auto readBack = ReadXml(xml);
     if (!readBack)
-        return std::nullopt;
-    if (*readBack != content) {
-        fault = {1, "a text is not valid Unicode"};
-        return std::nullopt;
-    }
+        return readBack.Reason();
+    if (*readBack != content)
+        return Error{u"line 1: a text is not valid Unicode"};
     return xml;
 }
 

@@ -1,4 +1,4 @@
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 
 #include <cstdlib>
 #include <system_error>
@@ -13,7 +13,7 @@ std::optional<std::filesystem::path> FromEnvironment(const char* name) {
     return value == nullptr || *value == '\0' ? std::nullopt : std::optional<std::filesystem::path>(value);
 }
 
-// A relative folder in these variables is to be ignored, not searched for wherever the program was started.
+// A relative path in these variables is ignored. It would mean another folder each time the program is started.
 std::optional<std::filesystem::path> UserDataFolder() {
     const auto dataHome = FromEnvironment("XDG_DATA_HOME");
     if (dataHome && dataHome->is_absolute())

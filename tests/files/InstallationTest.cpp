@@ -1,4 +1,4 @@
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 
 #include "harness/TemporaryFolder.h"
 
@@ -7,7 +7,7 @@
 using namespace tarvin;
 using tarvin::test::TemporaryFolder;
 
-TEST_CASE("the first candidate that holds an installation is taken, unless one was chosen") {
+TEST_CASE("FindInstallation: the first candidate with an installation is taken, unless the user has chosen one") {
     const TemporaryFolder folder;
     for (const char* name : {"user", "system", "empty", "odd/KEL.INI"})
         std::filesystem::create_directories(folder / name);
@@ -31,15 +31,17 @@ TEST_CASE("the first candidate that holds an installation is taken, unless one w
         {{std::nullopt, {empty, missing}}, std::nullopt},
         {{std::nullopt, {}}, std::nullopt},
     };
-    for (const Case& each : cases)
-        CHECK(FindInstallation(each.candidates) == each.installation);
+    for (const Case& each : cases) {
+        const auto found = FindInstallation(each.candidates);
+        CHECK((found ? std::optional(*found) : std::nullopt) == each.installation);
+    }
     const auto found = FindInstallation({std::filesystem::proximate(user), {}});
     REQUIRE(found);
     CHECK(found->is_absolute());
     CHECK(std::filesystem::equivalent(*found, user));
 }
 
-TEST_CASE("the folder for NC files is below the installation unless KEL.INI gives a full path") {
+TEST_CASE("Installation: the folder for NC files is below it, unless KEL.INI gives a full path") {
     const TemporaryFolder folder;
     const auto full = (folder / "elsewhere").generic_string() + '\\' + std::string(100, 'x');
     struct Case {
@@ -56,14 +58,14 @@ TEST_CASE("the folder for NC files is below the installation unless KEL.INI give
     for (const Case& each : cases) {
         CAPTURE(each.content);
         folder.WriteFile("KEL.INI", each.content);
-        const auto paths = ProgramPaths::Read(folder.Path());
-        REQUIRE(paths);
-        CHECK(paths->Installation() == folder.Path());
-        CHECK(paths->NcFilesFolder() == each.ncFiles);
+        const auto installation = Installation::Read(folder.Path());
+        REQUIRE(installation);
+        CHECK(installation->Folder() == folder.Path());
+        CHECK(installation->NcFilesFolder() == each.ncFiles);
     }
-    CHECK_FALSE(ProgramPaths::Read(folder / "missing"));
+    CHECK_FALSE(Installation::Read(folder / "missing"));
     folder.WriteFile("KEL.INI", "[PORTS]\nNC Files=Parts\n");
-    CHECK_FALSE(ProgramPaths::Read(folder.Path()));
+    CHECK_FALSE(Installation::Read(folder.Path()));
     folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n" + std::string(1024 * 1024, '\n'));
-    CHECK_FALSE(ProgramPaths::Read(folder.Path()));
+    CHECK_FALSE(Installation::Read(folder.Path()));
 }

@@ -1,11 +1,11 @@
-#include "files/ProgramPaths.h"
+#include "files/Installation.h"
 
 #include <doctest/doctest.h>
 #include <stdlib.h>
 
 using namespace tarvin;
 
-TEST_CASE("what the environment says amiss about folders is passed over") {
+TEST_CASE("SystemInstallationCandidates: empty and relative folders in the environment are ignored") {
     const auto set = [](const char* name, const char* value) {
         return value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1);
     };
@@ -30,7 +30,7 @@ TEST_CASE("what the environment says amiss about folders is passed over") {
         InstallationCandidates found = SystemInstallationCandidates();
         CHECK(found.chosen == each.expectedChosen);
         REQUIRE(found.folders.size() >= 2);
-        CHECK(std::filesystem::exists(found.folders.front() / "framework-tests"));
+        CHECK(std::filesystem::exists(found.folders.front() / "files-tests"));
         CHECK(found.folders.back() == "/var/lib/tarvindl/2026");
         CHECK(std::vector(found.folders.begin() + 1, found.folders.end() - 1) == each.expectedUser);
     }

@@ -1,4 +1,4 @@
-#include "logging/LocalTimeText.h"
+#include "logging/LogText.h"
 
 #include <ctime>
 
@@ -9,7 +9,7 @@ namespace tarvin {
 
 namespace {
 
-// The user's locale for time alone, whatever the program has set for the rest of itself.
+// The user's locale, for time alone: the program's own locale stays as it is, so that numbers keep their form.
 locale_t TimeLocale() {
     static const locale_t users = ::newlocale(LC_TIME_MASK, "", nullptr);
     static const locale_t plain = ::newlocale(LC_TIME_MASK, "C", nullptr);

@@ -1,0 +1,73 @@
+#include "files/Installation.h"
+
+#include "files/FileNames.h"
+#include "files/NativeFile.h"
+#include "files/Profile.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace tarvin {
+
+namespace {
+
+constexpr const char* pathsFileName = "KEL.INI";
+constexpr KelTextView pathsSection = u"PROGRAM PATHS";
+// The longest path that any of the systems takes.
+constexpr std::size_t maximumPathUnits = 32767;
+
+// An unreadable KEL.INI counts as none, so that the next candidate is tried.
+bool HoldsInstallation(const std::filesystem::path& folder) {
+    NativeFile file;
+    return static_cast<bool>(file.Open(folder / pathsFileName, NativeFile::Access::Read));
+}
+
+// A KEL.INI written on Windows names the same folder on every system, so separators are replaced. A full path belongs
+// to the system that it was written for, where a backslash may be part of a name. It stays as it is.
+std::filesystem::path BelowInstallation(const std::filesystem::path& installation, KelText folder) {
+    if (ToPath(folder).is_absolute())
+        return ToPath(folder);
+    return installation / ToPath(WithOwnSeparators(std::move(folder)));
+}
+
+}
+
+Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates) {
+    const Error notFound = {u"No installation of TarvinDL was found: no folder with a readable KEL.INI"};
+    const auto folders = candidates.chosen ? std::vector{*candidates.chosen} : candidates.folders;
+    const auto found = std::find_if(folders.begin(), folders.end(), HoldsInstallation);
+    if (found == folders.end())
+        return notFound;
+    // Absolute, because the working folder may change later.
+    std::error_code error;
+    auto absolute = std::filesystem::absolute(*found, error);
+    if (error)
+        return notFound;
+    return absolute;
+}
+
+Result<std::filesystem::path> FindInstallation() {
+    return FindInstallation(SystemInstallationCandidates());
+}
+
+Installation::Installation(std::filesystem::path folder, std::filesystem::path ncFilesFolder)
+    : folder(std::move(folder)), ncFilesFolder(std::move(ncFilesFolder)) {}
+
+std::filesystem::path Installation::PathsFile() const {
+    return folder / pathsFileName;
+}
+
+Result<Installation> Installation::Read(const std::filesystem::path& folder) {
+    const auto profile = Profile::Read(folder / pathsFileName);
+    if (!profile || !profile->HasSection(pathsSection)) {
+        return Error{u"Unable to locate Program Paths in " + FromPath(folder) +
+                     u": KEL.INI there has no section PROGRAM PATHS"};
+    }
+    KelText ncFiles = profile->Text(pathsSection, u"NC Files", u"", maximumPathUnits);
+    if (ncFiles.empty())
+        ncFiles = u"NC Files";
+    return Installation(folder, BelowInstallation(folder, std::move(ncFiles)));
+}
+
+}

@@ -1,0 +1,52 @@
+#pragma once
+// The installation: its folder, and the folders that its KEL.INI names. Any thread, as long as no other thread changes
+// the environment.
+
+#include "base/Result.h"
+
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+namespace tarvin {
+
+// The folder of the running program's file. None if the system does not tell it.
+std::optional<std::filesystem::path> ProgramFolder();
+
+// The folders that may hold an installation.
+struct InstallationCandidates {
+    // The user's choice. With a choice no other folder is tried, even if this one holds no installation.
+    std::optional<std::filesystem::path> chosen;
+    // The first of these with a readable KEL.INI is the installation.
+    std::vector<std::filesystem::path> folders;
+};
+
+// The candidates by the environment, the program's folder and the conventions of the system.
+InstallationCandidates SystemInstallationCandidates();
+
+// The folder of the user's own installation, whether or not there is one. None if the environment names no such place.
+std::optional<std::filesystem::path> UserInstallation();
+
+// The installation folder as an absolute path. Fails if no candidate holds an installation.
+Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates);
+Result<std::filesystem::path> FindInstallation();
+
+class Installation {
+public:
+    // Fails if KEL.INI in `folder` cannot be read or has no section "PROGRAM PATHS".
+    static Result<Installation> Read(const std::filesystem::path& folder);
+
+    const std::filesystem::path& Folder() const { return folder; }
+    // KEL.INI. It has further sections, which other parts of the program read.
+    std::filesystem::path PathsFile() const;
+    // May be missing on the disk.
+    const std::filesystem::path& NcFilesFolder() const { return ncFilesFolder; }
+
+private:
+    Installation(std::filesystem::path folder, std::filesystem::path ncFilesFolder);
+
+    std::filesystem::path folder;
+    std::filesystem::path ncFilesFolder;
+};
+
+}
