@@ -39,7 +39,7 @@ Result<fs::path> MakeInstallation() {
     if (!folder)
         return Error{u"HOME is not set; name an installation folder in TARVINDL_HOME"};
     const fs::path pathsFile = *folder / "KEL.INI";
-    // A file that cannot be read belongs to somebody.
+    // The search found no readable KEL.INI. One that exists all the same is kept.
     if (Exists(pathsFile))
         return Error{FromPath(pathsFile) + u" cannot be read"};
     std::error_code error;

@@ -3,7 +3,7 @@
 //
 // One thread at a time uses a port; Wake and CancelWrite may be called from any thread. A failure of Open leaves the
 // port closed; a failure of anything else but Close leaves it open. `Error::isGone` says that the device has vanished:
-// every further operation fails until the port is closed and opened again.
+// the port works again only after Close and a new Open.
 
 #include "base/Result.h"
 
