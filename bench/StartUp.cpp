@@ -1,19 +1,18 @@
-#include "Installation.h"
 #include "Measures.h"
+#include "RunningProgram.h"
 
 namespace tarvin::bench {
 
 using namespace std::chrono_literals;
 
 void MeasureStart(const Effort& effort, Table& table) {
-    ControllerLine line;
-    const Installation installation(line.DevicePath());
-    const std::vector<std::string> command = {OwnProgram(serviceProgram)};
+    FrameLine line;
+    const test::TemporaryInstallation installation = MakeInstallation(line);
     std::vector<Nanoseconds> samples;
     for (std::size_t start = 0; start < effort.starts; ++start) {
         const Deadline deadline(10s);
         const auto started = SteadyTime::now();
-        ChildProcess process(command, installation.Folder());
+        MeasuredProcess process(serviceProgram, {}, installation.Path());
         AwaitLink(line);
         samples.push_back(SteadyTime::now() - started);
         process.Stop();

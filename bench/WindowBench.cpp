@@ -1,9 +1,9 @@
-// bench-window: shows the desktop program's window with its traffic view open and has its engine trace so many lines a
-// second. What it observes goes into a file, see Observations in TrafficView.cpp.
+// bench-window: shows the desktop program's window with its traffic view open, and feeds the engine's traffic queue
+// with a given number of lines a second. Writes its observations into a file, see Observations in TrafficView.cpp.
 
 #include "app/Start.h"
 #include "dictionary/TextHolder.h"
-#include "line/LineTrace.h"
+#include "line/TrafficQueue.h"
 #include "ui/DesktopInterface.h"
 #include "ui/MainWindow.h"
 
@@ -48,10 +48,10 @@ std::size_t PeakBytes() {
     return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
 }
 
-// What the window's thread sees of its own work.
+// Counts the lines and paints of the traffic view. Runs on the window's thread.
 class Observer {
 public:
-    explicit Observer(TextPane& trafficPane) : pane(trafficPane) {}
+    explicit Observer(TextPane& pane) : pane(pane) {}
 
     void Begin() {
         seenEnd = pane.Lines().End();
@@ -64,7 +64,7 @@ public:
         LookAtLines();
     }
 
-    // The time ends here; what is still on its way is counted until Finish.
+    // Ends the measured time. Lines that are still on their way count until Finish.
     void End(std::chrono::duration<double> elapsed) {
         seconds = elapsed.count();
         paints = pane.PaintCount() - paintsBefore;
@@ -82,7 +82,8 @@ public:
     }
 
 private:
-    // More often than the pane can lose a line that it has shown: only the notes need to be found again.
+    // Called so often that the pane has not dropped any line since the last call. A note stands for lines that the
+    // traffic queue could not hold.
     void LookAtLines() {
         const TextLines& lines = pane.Lines();
         for (; seenEnd < lines.End(); ++seenEnd) {
@@ -108,13 +109,14 @@ private:
     double threadSeconds = 0;
 };
 
-// Has the engine's own thread trace lines, and asks the window's thread for an answer again and again.
+// Pushes received lines into the traffic queue, as the engine does, and asks the window's thread for an answer every
+// 10 ms. Runs on a thread of its own.
 class Feeder {
 public:
-    Feeder(TarvinApp& app, EngineEvents& window, Observer& sight)
-        : engine(app), events(window), observer(sight), trace(app.Traffic(), [&window] { window.TrafficArrived(); }) {}
+    Feeder(TrafficQueue& traffic, EngineEvents& events, Observer& observer)
+        : traffic(traffic), events(events), observer(observer) {}
 
-    // Number of lines. Blocks until all have been traced.
+    // Blocks until all lines are in the queue. Returns their number.
     std::size_t Run(const Load& load) {
         OnWindowThread([this] { observer.Begin(); });
         const auto started = Time::now();
@@ -122,7 +124,7 @@ public:
         for (auto now = started; now < started + load.duration; now = Time::now()) {
             const std::chrono::duration<double> elapsed = now - started;
             const auto due = static_cast<std::size_t>(elapsed.count() * load.linesPerSecond);
-            engine.Post([this, due] { TraceUpTo(due); });
+            PushUpTo(due);
             if (now >= nextQuestion) {
                 events.Post([this, now] { observer.Answer(now); });
                 nextQuestion = now + questionPeriod;
@@ -130,9 +132,7 @@ public:
             std::this_thread::sleep_for(feedPeriod);
         }
         OnWindowThread([this, started] { observer.End(Time::now() - started); });
-        std::promise<std::size_t> count;
-        engine.Post([this, &count] { count.set_value(lineCount); });
-        return count.get_future().get();
+        return lineCount;
     }
 
     void OnWindowThread(const std::function<void()>& call) {
@@ -145,19 +145,20 @@ public:
     }
 
 private:
-    void TraceUpTo(std::size_t due) {
+    void PushUpTo(std::size_t due) {
         for (; lineCount < due; ++lineCount) {
             char text[96];
             std::snprintf(text, sizeof text, "RX ABDL%06zu N%zu G01 X%zu.000 Y45.500[0d]", lineCount, lineCount * 10,
                           lineCount % 1000);
-            trace.Received(text);
+            // Push returns true if the window had taken all earlier lines, and so has to be woken.
+            if (traffic.Push({TrafficLine::Kind::Received, text}))
+                events.TrafficArrived();
         }
     }
 
-    TarvinApp& engine;
+    TrafficQueue& traffic;
     EngineEvents& events;
     Observer& observer;
-    LineTrace trace;
     std::size_t lineCount = 0;
 };
 
@@ -172,7 +173,7 @@ void OpenView(MainWindow& window) {
 
 class BenchApp : public wxApp {
 public:
-    BenchApp(const ProgramPaths& programPaths, Load chosenLoad) : paths(programPaths), load(std::move(chosenLoad)) {}
+    BenchApp(const ProgramPaths& paths, Load load) : paths(paths), load(std::move(load)) {}
 
     bool OnInit() override { return true; }
 
@@ -190,7 +191,7 @@ public:
         OpenView(*window);
 
         Observer observer(window->Panel().monitor->Traffic());
-        Feeder feeder(*engine, events, observer);
+        Feeder feeder(engine->Traffic(), events, observer);
         bool isWritten = false;
         std::thread feeding([&] {
             std::this_thread::sleep_for(restPeriod);
