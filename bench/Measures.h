@@ -5,9 +5,13 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
 
 namespace tarvin::bench {
 
+class MeasuredProcess;
 struct RunningProgram;
 
 // How long and how often to measure. Larger values give steadier figures.
@@ -37,6 +41,11 @@ void MeasureIdle(const Effort& effort, Table& table);
 // The time from the request of a large NC file to its first line, beside counting the lines of the file, and the
 // memory.
 void MeasureLargeFile(const Effort& effort, Table& table);
+// Starts a program again and again, and calls `afterLink` after each first answer to a link test, if it is not empty.
+// Returns the times from the start to that answer.
+using AfterLink = std::function<void(const MeasuredProcess& process, SteadyTime::time_point started)>;
+std::vector<Nanoseconds> MeasureStarts(const std::string& programName, std::size_t starts,
+                                       const AfterLink& afterLink = {});
 // The time from the start of the service to its first answer.
 void MeasureStart(const Effort& effort, Table& table);
 // The time to load a large dictionary and to look up its texts.

@@ -129,21 +129,12 @@ void MeasureDesktop(const Effort& effort, Table& table) {
         table.Inform("desktop idle: wake-ups per second", idle.wakeUpsPerSecond);
         desktop.process.Stop();
     }
-    FrameLine line;
-    const test::TemporaryInstallation installation = MakeInstallation(line);
-    std::vector<Nanoseconds> linked;
     std::vector<Nanoseconds> shown;
-    for (std::size_t start = 0; start < effort.starts; ++start) {
-        const Deadline deadline(10s);
-        const auto started = SteadyTime::now();
-        MeasuredProcess process(desktopProgram, {}, installation.Path());
-        AwaitLink(line);
-        linked.push_back(SteadyTime::now() - started);
-        AwaitWindow(process);
-        shown.push_back(SteadyTime::now() - started);
-        process.Stop();
-        line.DropInput();
-    }
+    std::vector<Nanoseconds> linked = MeasureStarts(
+        desktopProgram, effort.starts, [&](const MeasuredProcess& process, SteadyTime::time_point started) {
+            AwaitWindow(process);
+            shown.push_back(SteadyTime::now() - started);
+        });
     table.Inform("desktop start to link test: median", Milliseconds(Median(linked)));
     table.Inform("desktop start to link test and window: median", Milliseconds(Median(shown)));
     table.Inform("desktop start to link test and window: longest", Milliseconds(Longest(shown)));
