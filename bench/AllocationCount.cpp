@@ -10,7 +10,7 @@ std::atomic<std::size_t> count = 0;
 
 }
 
-// The other forms of operator new come down to this one.
+// All other forms of operator new call this one.
 void* operator new(std::size_t byteCount) {
     count.fetch_add(1, std::memory_order_relaxed);
     if (void* memory = std::malloc(byteCount > 0 ? byteCount : 1))

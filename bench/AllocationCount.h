@@ -1,5 +1,5 @@
 #pragma once
-// How often this program has asked for memory.
+// Counts the memory allocations of this program, by replacing operator new in all of it.
 
 #include <cstddef>
 

@@ -1,5 +1,5 @@
-// tarvin-bench: measures the programs from outside, as the controller and the operator meet them, and prints one table.
-// bench/run builds what it needs and calls it.
+// tarvin-bench: measures the programs from outside, as a controller and an operator see them, and prints one table.
+// bench/run builds and starts it.
 
 #include "Measures.h"
 
@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <exception>
 #include <iterator>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -31,16 +32,18 @@ constexpr Measure measures[] = {
     {"desktop", MeasureDesktop},
 };
 
-// Enough to see that everything works, too little to judge a figure.
+// Shows that everything works. Too little for a valid figure.
 constexpr Effort quickEffort = {2, 2000, std::chrono::seconds(1), 20, 3, 5, std::chrono::seconds(2)};
 
 struct Options {
     Effort effort;
     bool isStrict = false;
-    std::vector<std::string_view> names; // none: all
+    std::vector<std::string_view> names; // empty: all measures
 };
 
-bool Parse(int argumentCount, char** arguments, Options& options) {
+// None if an argument is unknown.
+std::optional<Options> Parse(int argumentCount, char** arguments) {
+    Options options;
     for (int index = 1; index < argumentCount; ++index) {
         const std::string_view argument = arguments[index];
         const bool isMeasure = std::any_of(std::begin(measures), std::end(measures),
@@ -52,9 +55,9 @@ bool Parse(int argumentCount, char** arguments, Options& options) {
         else if (isMeasure)
             options.names.push_back(argument);
         else
-            return false;
+            return std::nullopt;
     }
-    return true;
+    return options;
 }
 
 void PrintUsage() {
@@ -73,23 +76,23 @@ void PrintUsage() {
 }
 
 int main(int argumentCount, char** arguments) {
-    Options options;
-    if (!Parse(argumentCount, arguments, options)) {
+    const auto options = Parse(argumentCount, arguments);
+    if (!options) {
         PrintUsage();
         return 2;
     }
     Table table;
     for (const Measure& measure : measures) {
-        const auto& names = options.names;
+        const auto& names = options->names;
         if (!names.empty() && std::find(names.begin(), names.end(), measure.name) == names.end())
             continue;
         try {
-            measure.run(options.effort, table);
+            measure.run(options->effort, table);
         } catch (const std::exception& error) {
             std::fprintf(stderr, "%s: %s\n", measure.name, error.what());
             return 2;
         }
     }
     table.Print();
-    return options.isStrict && table.HasMissedTarget() ? 1 : 0;
+    return options->isStrict && table.HasMissedTarget() ? 1 : 0;
 }

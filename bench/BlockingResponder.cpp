@@ -1,5 +1,6 @@
-// bench-responder: the least that can answer a controller, and so the limit of the machine: one blocking read, a look
-// for the end of the frame, one write of a frame that was made beforehand. Runs until it is ended.
+// bench-responder: does the least work that can answer a controller, and so shows the limit of the computer. For each
+// frame it makes one blocking read, finds the end, and writes a frame that it prepared before. Runs until a signal ends
+// it.
 
 #include "NcText.h"
 #include "protocol/Frame.h"
@@ -20,10 +21,9 @@ using namespace tarvin;
 
 class Responder {
 public:
-    Responder(int lineDevice, std::vector<std::string> dataFrames)
-        : device(lineDevice), frames(std::move(dataFrames)) {}
+    Responder(int device, std::vector<std::string> frames) : device(device), frames(std::move(frames)) {}
 
-    // Returns when the line fails.
+    // Answers until the line fails.
     void Run() {
         char buffer[256];
         std::size_t length = 0;
@@ -32,7 +32,7 @@ public:
             if (count <= 0)
                 return;
             length += static_cast<std::size_t>(count);
-            // The controller waits for an answer before it goes on, so that an end is the end of all there is.
+            // The controller waits for each answer, so nothing can follow the end of a frame.
             if (buffer[length - 1] != frameEnd)
                 continue;
             if (!Answer(std::string_view(buffer, length)))

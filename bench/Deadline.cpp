@@ -27,7 +27,7 @@ Deadline::Deadline(std::chrono::seconds allowed) {
     struct sigaction action = {};
     action.sa_handler = OnAlarm;
     ::sigaction(SIGALRM, &action, nullptr);
-    // Again and again: an alarm just before a call that blocks interrupts nothing.
+    // Repeated, because an alarm that comes just before a call begins to block does not interrupt it.
     SetTimer(allowed, std::chrono::seconds(1));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
-// Ends a wait for a program that does not answer, without a system call of its own in each exchange. One at a time.
+// Ends a wait for a program that does not answer. It adds no system call to an exchange, because an alarm interrupts
+// the call that blocks. One deadline at a time.
 
 #include <chrono>
 
@@ -7,13 +8,13 @@ namespace tarvin::bench {
 
 class Deadline {
 public:
-    // From now on.
+    // The time runs from now on.
     explicit Deadline(std::chrono::seconds allowed);
     ~Deadline();
     Deadline(const Deadline&) = delete;
     Deadline& operator=(const Deadline&) = delete;
 
-    // Throws once the time is over. A call that blocks is interrupted by then, and every second after that.
+    // Throws once the time is over. At that moment, and every second after it, a call that blocks is interrupted.
     static void ThrowIfPassed();
 };
 

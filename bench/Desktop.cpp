@@ -14,7 +14,7 @@ namespace tarvin::bench {
 
 namespace {
 
-// What xdotool says, and whether it has done what was asked.
+// The output of xdotool, and whether it succeeded.
 struct Reply {
     std::string text;
     bool isDone;
@@ -38,14 +38,14 @@ void RequireDisplay() {
         throw std::runtime_error("there is no display; bench/run brings one");
 }
 
-std::string ShownWindow(const ChildProcess& program) {
-    // Nothing found is no failure to be told of.
+std::string ShownWindow(const MeasuredProcess& program) {
+    // xdotool fails when it finds no window, which is normal here.
     const Reply found = RunXdotool("search --all --onlyvisible --pid " + std::to_string(program.Id()) +
                                    " --name '^TARVIN' 2>/dev/null");
     return found.text.substr(0, found.text.find('\n'));
 }
 
-std::string AwaitWindow(const ChildProcess& program) {
+std::string AwaitWindow(const MeasuredProcess& program) {
     for (;;) {
         if (std::string window = ShownWindow(program); !window.empty())
             return window;
@@ -59,7 +59,8 @@ std::string DisplayPixels() {
     std::ifstream stream(file != nullptr ? file : "", std::ios::binary);
     std::string pixels{std::istreambuf_iterator<char>(stream), {}};
     if (pixels.empty())
-        throw std::runtime_error("the display keeps its pixels to itself; bench/run brings one that does not");
+        throw std::runtime_error(
+            "the pixels of this display cannot be read; bench/run brings a display with readable ones");
     return pixels;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
-// The desktop program's window as its user finds it on the display, and what can be done to it there. Needs xdotool and
-// a window manager. All failures are thrown.
+// The desktop program's window on the display: finds it, sees its pixels and presses its keys. Needs xdotool and a
+// window manager. Failures throw.
 
-#include "ChildProcess.h"
+#include "MeasuredProcess.h"
 
 #include <string>
 
@@ -11,17 +11,17 @@ namespace tarvin::bench {
 // Throws if there is no display.
 void RequireDisplay();
 
-// The window of the process, as the display names it; empty while it is not mapped.
-std::string ShownWindow(const ChildProcess& program);
+// The display's number of the process' main window. Empty while the window is not visible.
+std::string ShownWindow(const MeasuredProcess& program);
 
-// The same, waited for.
-std::string AwaitWindow(const ChildProcess& program);
+// Waits until the window is visible or a Deadline has passed.
+std::string AwaitWindow(const MeasuredProcess& program);
 
-// What the whole display shows, and in how many pixels that has changed.
+// The pixels of the whole display, and the number of pixels that differ between two of these.
 std::string DisplayPixels();
 std::size_t ChangedPixels(const std::string& before, const std::string& after);
 
-// Presses a key, "alt+v" say, in the window, which comes to the front.
+// Brings the window to the front and presses a key in it, for example "alt+v".
 void PressKey(const std::string& window, const std::string& key);
 
 }

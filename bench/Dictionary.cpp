@@ -3,13 +3,11 @@
 #include "dictionary/DictionaryFile.h"
 #include "dictionary/PackedBytes.h"
 #include "dictionary/TextHolder.h"
+#include "harness/TemporaryFolder.h"
 
 #include <algorithm>
-#include <fstream>
 #include <random>
 #include <stdexcept>
-
-#include <unistd.h>
 
 namespace tarvin::bench {
 
@@ -21,7 +19,7 @@ constexpr std::int32_t entryCount = 10000;
 constexpr std::size_t translationCount = 5; // beside English
 constexpr std::size_t lookupCount = 1000000;
 
-// Texts of one to twelve words out of many, as a program's texts are.
+// Makes texts of one to twelve words, of the length of a program's texts.
 class TextMaker {
 public:
     TextMaker() {
@@ -59,25 +57,17 @@ DictionaryContent MakeContent() {
     return content;
 }
 
-// The file while the measure runs.
-struct DictionaryFile {
-    explicit DictionaryFile(std::string_view bytes) { std::ofstream(path, std::ios::binary) << bytes; }
-    ~DictionaryFile() { std::filesystem::remove(path); }
-
-    const std::filesystem::path path =
-        std::filesystem::temp_directory_path() / ("tarvin-bench-" + std::to_string(::getpid()) + ".ary");
-};
-
 std::vector<Nanoseconds> TimesToLoad(const DictionaryContent& content, std::string_view bytes, std::size_t repetitions,
                                      TextHolder& holder) {
-    const DictionaryFile file(bytes);
+    const test::TemporaryFolder folder;
+    folder.WriteFile("diction.ary", bytes);
     std::vector<Nanoseconds> samples;
     for (std::size_t repetition = 0; repetition < repetitions; ++repetition) {
         const auto started = SteadyTime::now();
-        const auto isLoaded = holder.Load({.fileName = file.path, .language = 2});
+        const auto isLoaded = holder.Load({.fileName = folder / "diction.ary", .language = 2});
         samples.push_back(SteadyTime::now() - started);
         if (!isLoaded || content.entries.back().translations[2] != holder.Text(entryCount - 1))
-            throw std::runtime_error("the dictionary was not loaded right");
+            throw std::runtime_error("loading the dictionary gave wrong texts");
     }
     return samples;
 }
@@ -97,9 +87,9 @@ void MeasureLookups(const DictionaryContent& content, const TextHolder& holder, 
     const Nanoseconds time = SteadyTime::now() - started;
     const std::size_t allocations = AllocationCount() - allocationsBefore;
     if (sum != expected)
-        throw std::runtime_error("a text was looked up wrong");
+        throw std::runtime_error("looking up a text gave a wrong one");
     if (allocations > 0)
-        throw std::runtime_error("looking a text up asks for memory");
+        throw std::runtime_error("looking up a text allocates memory");
     const double nanoseconds = static_cast<double>(time.count()) / static_cast<double>(lookupCount);
     table.Inform("text by id, any of 10,000", {nanoseconds, "ns", 1});
 }
@@ -115,7 +105,7 @@ void MeasureDictionary(const Effort& effort, Table& table) {
     const std::size_t allocationsBefore = AllocationCount();
     auto packedTimes = TimesToLoad(content, packed, effort.starts, holder);
     if (AllocationCount() == allocationsBefore)
-        throw std::runtime_error("what loading allocates is not counted");
+        throw std::runtime_error("the allocations of loading are not counted");
     table.Inform("dictionary of 10,000 texts, six languages: size", Mebibytes(plain.size()));
     table.Check("dictionary: load, median", Milliseconds(Median(plainTimes)), Milliseconds(20ms));
     table.Inform("dictionary, compressed: load, median", Milliseconds(Median(packedTimes)));

@@ -1,5 +1,5 @@
-#include "Installation.h"
 #include "Measures.h"
+#include "RunningProgram.h"
 
 #include <thread>
 
@@ -27,8 +27,6 @@ void MeasureIdle(const Effort& effort, Table& table) {
     table.Check("idle: share of a core", idle.share, {0.1, "%", 3});
     table.Check("idle: memory", idle.memory, Mebibytes(8 * 1024 * 1024));
     table.Inform("idle: wake-ups per second", idle.wakeUpsPerSecond);
-
-    const Deadline deadline(10s);
     service.process.Stop();
 }
 

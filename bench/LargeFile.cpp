@@ -1,6 +1,6 @@
-#include "Installation.h"
 #include "Measures.h"
 #include "NcText.h"
+#include "RunningProgram.h"
 #include "protocol/Frame.h"
 
 #include <stdexcept>
@@ -13,7 +13,7 @@ namespace {
 
 const std::string number = "200";
 
-Nanoseconds TimeToFirstLine(ControllerLine& line, const std::string& firstFrame) {
+Nanoseconds TimeToFirstLine(FrameLine& line, const std::string& firstFrame) {
     const Deadline deadline(60s);
     const std::string request = FrameOf(std::string(code::downloadRequest) + number);
     const auto requested = SteadyTime::now();
@@ -23,17 +23,16 @@ Nanoseconds TimeToFirstLine(ControllerLine& line, const std::string& firstFrame)
     const bool isRight = line.ReadFrame() == firstFrame;
     const Nanoseconds time = SteadyTime::now() - requested;
     if (!isRight)
-        throw std::runtime_error("the first line of the large file arrived wrong");
-    // A link test ends the download, so that the next request begins anew.
+        throw std::runtime_error("the first line of the large file is wrong");
+    // A link test ends the download, so that the next request starts a new one.
     EstablishLink(line);
     return time;
 }
 
 Nanoseconds TimeToCountLines(const std::filesystem::path& file) {
-    const Deadline deadline(60s);
     const auto started = SteadyTime::now();
-    ChildProcess counter({"wc", "-l", file.string()});
-    counter.Wait();
+    MeasuredProcess counter("/usr/bin/wc", {"-l", file.string()});
+    counter.Wait(60s);
     return SteadyTime::now() - started;
 }
 
@@ -41,11 +40,11 @@ Nanoseconds TimeToCountLines(const std::filesystem::path& file) {
 
 void MeasureLargeFile(const Effort& effort, Table& table) {
     RunningProgram service(serviceProgram);
-    const auto file = service.installation.NcFile(number);
+    const auto file = service.NcFile(number);
     WriteNcBytes(file, effort.largeFileMegabytes * 1000 * 1000);
     const std::string firstFrame = ReadDataFrames(file, 1).front();
 
-    // The file is in the page cache by now; the first of each may still find other things cold.
+    // Writing has put the file into the page cache. One run of each, not counted, warms everything else.
     TimeToCountLines(file);
     TimeToFirstLine(service.line, firstFrame);
     service.process.ResetPeak();
@@ -61,8 +60,6 @@ void MeasureLargeFile(const Effort& effort, Table& table) {
     table.Compare(name + "longest / wc -l", Milliseconds(Longest(loading)), Milliseconds(Longest(counting)));
     table.Compare(name + "peak memory / size", Mebibytes(service.process.PeakResidentBytes()),
                   Mebibytes(std::filesystem::file_size(file)), 1.3);
-
-    const Deadline deadline(10s);
     service.process.Stop();
 }
 

@@ -1,17 +1,20 @@
 #pragma once
-// What is measured. Each measure adds its rows to the table and throws if the program does not do what it is measured
-// at.
+// The measures. Each adds its rows to the table, and throws if the program fails at the task that is measured.
 
 #include "Table.h"
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
 
 namespace tarvin::bench {
 
+class MeasuredProcess;
 struct RunningProgram;
 
-// How long and how often. More of it makes the figures steadier.
+// How long and how often to measure. Larger values give steadier figures.
 struct Effort {
     std::size_t rounds = 5;
     std::size_t linesPerRound = 20000;
@@ -22,31 +25,37 @@ struct Effort {
     std::chrono::seconds viewTime{10};
 };
 
-// The program's answers to acknowledged data lines, beside those of a responder that does nothing else.
+// The time of the service's answers to acknowledged data lines, beside a responder that does nothing else.
 void MeasureTurnaround(const Effort& effort, Table& table);
-// The same with the comms log on, beside the same without.
+// The same with the comms log on, beside the service with the comms log off.
 void MeasureLoggedTurnaround(const Effort& effort, Table& table);
-// What a program costs while nothing happens.
+// The cost of a program while nothing happens.
 struct IdleFigures {
     Figure share; // of a core
     Figure memory;
     Figure wakeUpsPerSecond;
 };
 IdleFigures MeasureIdleProgram(const RunningProgram& program, std::chrono::seconds idleTime);
-// What the service costs while nothing happens.
+// The cost of the service while nothing happens.
 void MeasureIdle(const Effort& effort, Table& table);
-// A large NC file from the request to its first line, and the memory for it, beside counting its lines.
+// The time from the request of a large NC file to its first line, beside counting the lines of the file, and the
+// memory.
 void MeasureLargeFile(const Effort& effort, Table& table);
-// From the start of the service to its first answer.
+// Starts a program again and again, and calls `afterLink` after each first answer to a link test, if it is not empty.
+// Returns the times from the start to that answer.
+using AfterLink = std::function<void(const MeasuredProcess& process, SteadyTime::time_point started)>;
+std::vector<Nanoseconds> MeasureStarts(const std::string& programName, std::size_t starts,
+                                       const AfterLink& afterLink = {});
+// The time from the start of the service to its first answer.
 void MeasureStart(const Effort& effort, Table& table);
-// Loading a large dictionary, and looking its texts up.
+// The time to load a large dictionary and to look up its texts.
 void MeasureDictionary(const Effort& effort, Table& table);
-// The desktop program's answers with its traffic view open, and hidden, beside those of the service. These three need a
-// display.
+// The time of the desktop program's answers with its traffic view open and hidden, beside the service. This measure and
+// the next two need a display.
 void MeasureWindow(const Effort& effort, Table& table);
-// The traffic view under more lines than anybody can read: paints, lines left out, and how soon the window answers.
+// The traffic view under more lines than a person can read: paints, lines left out, and the window's response time.
 void MeasureTrafficView(const Effort& effort, Table& table);
-// What the desktop program costs while nothing happens, and how soon its window is there.
+// The cost of the desktop program while nothing happens, and the time until its window appears.
 void MeasureDesktop(const Effort& effort, Table& table);
 
 }

@@ -10,7 +10,7 @@ namespace tarvin::bench {
 
 namespace {
 
-// The number at the head of each line tells a lost or repeated line from the one that is due.
+// Each line begins with its number, so that a lost or repeated line is noticed.
 class LineMaker {
 public:
     const std::string& Next() {

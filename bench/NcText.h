@@ -1,5 +1,5 @@
 #pragma once
-// NC text to be sent: made, written and read back. The same lines on every run.
+// NC files for the measures, and the frames of their lines. The lines are the same on every run. Failures throw.
 
 #include <cstddef>
 #include <filesystem>
@@ -8,15 +8,15 @@
 
 namespace tarvin::bench {
 
-// Replaces the file by lines of 20 to 40 characters, each ended by CR LF: by `lineCount` lines, or by as many as reach
-// `byteCount`. Throws if the file cannot be written.
+// Write a new file of lines of 20 to 40 characters with CR LF ends: `lineCount` lines, or as many as make at least
+// `byteCount` bytes.
 void WriteNcLines(const std::filesystem::path& file, std::size_t lineCount);
 void WriteNcBytes(const std::filesystem::path& file, std::size_t byteCount);
 
-// The frames in which the lines of such a file go out, without the end of the download. `mostLines` bounds them.
+// The data frames of the first `mostLines` lines of such a file.
 std::vector<std::string> ReadDataFrames(const std::filesystem::path& file, std::size_t mostLines);
 
-// The frame of a message text.
+// The frame of a message: its text, checksum and carriage return.
 std::string FrameOf(std::string_view text);
 
 }

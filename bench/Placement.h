@@ -1,6 +1,6 @@
 #pragma once
-// On which core the benchmark and the programs that it starts run. Where the scheduler happens to put them decides more
-// about a turnaround than the programs do, so that it must not be left to chance.
+// Chooses the core for the benchmark and the programs that it starts. The choice changes a turnaround more than the
+// programs do, so it is not left to the scheduler.
 
 #include <vector>
 
@@ -11,15 +11,15 @@ namespace tarvin::bench {
 class Placement {
 public:
     Placement();
-    // Back to the cores of the beginning.
+    // Restores the cores that were allowed before.
     ~Placement();
     Placement(const Placement&) = delete;
     Placement& operator=(const Placement&) = delete;
 
-    // Those that the benchmark may use; at least one.
+    // The cores that the benchmark may use: at least one.
     const std::vector<int>& Cores() const { return cores; }
 
-    // The benchmark, and each program that it starts from now on. Throws if the system refuses.
+    // Moves the benchmark, and each program that it starts from now on, to one core. Throws if the system refuses.
     void Use(int core);
 
 private:

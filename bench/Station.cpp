@@ -13,8 +13,8 @@ constexpr std::chrono::seconds longestTurn{30};
 
 }
 
-Station::Station(ControllerLine& controllerLine, const std::vector<std::string>& dataFrames, std::size_t sampleCount)
-    : line(controllerLine), frames(dataFrames), received(FrameOf(code::dataGood)) {
+Station::Station(FrameLine& line, const std::vector<std::string>& frames, std::size_t sampleCount)
+    : line(line), frames(frames), dataGood(FrameOf(code::dataGood)) {
     samples.reserve(sampleCount);
 }
 
@@ -29,9 +29,9 @@ void Station::Fetch(std::size_t first, std::size_t last) {
     const Deadline deadline(longestTurn);
     const auto started = SteadyTime::now();
     for (std::size_t next = first; next < last; ++next) {
-        // Before the write: the other end may be served, and even have answered, before a write returns.
+        // The time starts before the write: the program may have answered before the write returns.
         const auto asked = SteadyTime::now();
-        line.Write(received);
+        line.Write(dataGood);
         const std::string_view frame = line.ReadFrame();
         samples.push_back(SteadyTime::now() - asked);
         if (frame != frames[next])
@@ -42,7 +42,7 @@ void Station::Fetch(std::size_t first, std::size_t last) {
 
 void Station::End() {
     const Deadline deadline(longestTurn);
-    line.Write(received);
+    line.Write(dataGood);
     Expect(FrameOf(code::downloadEnd));
 }
 
@@ -53,7 +53,7 @@ double Station::LinesPerSecond() const {
 void Station::Expect(std::string_view frame) {
     const std::string_view actual = line.ReadFrame();
     if (actual != frame)
-        throw std::runtime_error(std::string(frame) + " was due and arrived as " + std::string(actual));
+        throw std::runtime_error(std::string(frame) + " was expected, but the program sent " + std::string(actual));
 }
 
 }

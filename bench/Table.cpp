@@ -1,6 +1,8 @@
 #include "Table.h"
 
 #include <algorithm>
+#include <cassert>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -18,8 +20,33 @@ std::string RatioText(double ratio, double mostAllowed) {
 
 }
 
+std::string Figure::Text() const {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f%s%s", decimals, value, *unit == '\0' ? "" : " ", unit);
+    return text;
+}
+
+Figure Microseconds(Nanoseconds time) {
+    return {static_cast<double>(time.count()) / 1e3, "us", 1};
+}
+
+Figure Milliseconds(Nanoseconds time) {
+    return {static_cast<double>(time.count()) / 1e6, "ms", 1};
+}
+
+Figure Mebibytes(std::size_t byteCount) {
+    return {static_cast<double>(byteCount) / (1024 * 1024), "MiB", 1};
+}
+
+Nanoseconds Quantile(std::vector<Nanoseconds>& samples, double share) {
+    assert(!samples.empty());
+    std::sort(samples.begin(), samples.end());
+    const auto rank = static_cast<std::size_t>(std::ceil(share * static_cast<double>(samples.size())));
+    return samples.at(std::clamp<std::size_t>(rank, 1, samples.size()) - 1);
+}
+
 const char* Table::Verdict(double ratio, double mostAllowed) {
-    // A ratio that is no number meets nothing.
+    // Compared this way round, a ratio that is not a number counts as missed.
     if (ratio <= mostAllowed)
         return "ok";
     hasMissedTarget = true;

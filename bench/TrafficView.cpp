@@ -1,10 +1,9 @@
-// The traffic view under a steady stream of lines. The window is real and lives in a process of its own, bench-window,
-// which leaves its observations in a file.
+// The traffic view under a steady stream of lines. The window is real and runs in a process of its own, bench-window,
+// which writes its observations into a file.
 
-#include "Deadline.h"
 #include "Desktop.h"
-#include "Installation.h"
 #include "Measures.h"
+#include "RunningProgram.h"
 
 #include <fstream>
 #include <stdexcept>
@@ -34,8 +33,8 @@ Observations ReadObservations(const std::filesystem::path& file) {
     for (Nanoseconds::rep answer; stream >> answer;)
         seen.answers.emplace_back(answer);
     if (seen.answers.empty())
-        throw std::runtime_error("bench-window has observed nothing");
-    // Whatever the view leaves out it has to count.
+        throw std::runtime_error("bench-window has written no observations");
+    // The view must count every line that it leaves out.
     if (seen.shown + seen.notShown != seen.lines)
         throw std::runtime_error("of " + std::to_string(seen.lines) + " lines the view has shown " +
                                  std::to_string(seen.shown) + " and counted " + std::to_string(seen.notShown));
@@ -43,14 +42,13 @@ Observations ReadObservations(const std::filesystem::path& file) {
 }
 
 void MeasureRate(const Effort& effort, std::size_t linesPerSecond, Table& table) {
-    ControllerLine line;
-    const Installation installation(line.DevicePath());
-    const auto file = installation.Folder() / "observations";
-    const Deadline deadline(effort.viewTime + 30s);
-    ChildProcess window({OwnProgram("bench-window"), std::to_string(effort.viewTime.count()),
-                         std::to_string(linesPerSecond), file.string()},
-                        installation.Folder());
-    window.Wait();
+    FrameLine line;
+    const test::TemporaryInstallation installation = MakeInstallation(line);
+    const auto file = installation.Path() / "observations";
+    MeasuredProcess window("bench-window",
+                           {std::to_string(effort.viewTime.count()), std::to_string(linesPerSecond), file.string()},
+                           installation.Path());
+    window.Wait(effort.viewTime + 30s);
     Observations seen = ReadObservations(file);
     const auto perSecond = [&](std::size_t count) { return static_cast<double>(count) / seen.seconds; };
     const std::string name = "view, " + std::to_string(linesPerSecond) + " lines/s: ";
@@ -68,7 +66,7 @@ void MeasureRate(const Effort& effort, std::size_t linesPerSecond, Table& table)
 
 void MeasureTrafficView(const Effort& effort, Table& table) {
     RequireDisplay();
-    // The second is more than is kept for the view between two of its paints.
+    // The second rate brings more lines between two paints than the traffic queue holds.
     for (const std::size_t linesPerSecond : {std::size_t{20000}, std::size_t{200000}})
         MeasureRate(effort, linesPerSecond, table);
 }

@@ -1,7 +1,7 @@
-#include "Installation.h"
 #include "Measures.h"
 #include "NcText.h"
 #include "Placement.h"
+#include "RunningProgram.h"
 #include "Station.h"
 
 #include <algorithm>
@@ -11,9 +11,8 @@ namespace tarvin::bench {
 
 namespace {
 
-// The two programs take turns after so many lines, so that both meet the same disturbances.
+// The two programs take turns after this many lines, so that both meet the same disturbances.
 constexpr std::size_t linesPerTurn = 100;
-constexpr std::chrono::seconds longestTurn{30};
 const std::string number = "100";
 
 void RunRound(Station& program, Station& limit, std::size_t lineCount) {
@@ -28,7 +27,7 @@ void RunRound(Station& program, Station& limit, std::size_t lineCount) {
     limit.End();
 }
 
-// How much longer than the limit's a program's answers may take.
+// How many times longer than the limit's answers the program's answers may take.
 struct Allowance {
     const char* name;
     double median;
@@ -44,8 +43,8 @@ void AddRows(const Allowance& allowed, bool isOneCore, Station& program, Station
                       mostAllowed...);
     };
     if (isOneCore) {
-        // The system's worker that carries the bytes may run on another core, for one side more often than for the
-        // other. The median is then a matter of luck; the fastest tenth is free of that.
+        // The system's worker that carries the bytes may run on the other core, and does so more often for one side
+        // than for the other. The median then depends on luck. The fastest tenth does not.
         compare(0.1, "10th percentile", allowed.median);
         compare(0.5, "median");
     } else {
@@ -62,11 +61,11 @@ void MeasureOnCores(const Effort& effort, int ownCore, int programCore, Table& t
     Placement placement;
     placement.Use(programCore);
     RunningProgram service(serviceProgram);
-    const auto file = service.installation.NcFile(number);
+    const auto file = service.NcFile(number);
     WriteNcLines(file, lineCount);
     const auto frames = ReadDataFrames(file, lineCount);
-    ControllerLine limitLine;
-    const ChildProcess responder({OwnProgram("bench-responder"), limitLine.DevicePath(), file.string()});
+    FrameLine limitLine;
+    const MeasuredProcess responder("bench-responder", {limitLine.DevicePath(), file.string()});
 
     placement.Use(ownCore);
     const std::size_t sampleCount = effort.rounds * effort.linesPerRound;
@@ -74,7 +73,6 @@ void MeasureOnCores(const Effort& effort, int ownCore, int programCore, Table& t
     Station limit(limitLine, frames, sampleCount);
     for (std::size_t round = 0; round < effort.rounds; ++round)
         RunRound(program, limit, lineCount);
-    const Deadline deadline(longestTurn);
     service.process.Stop();
     AddRows({"turnaround", 1.5, 2.0}, ownCore == programCore, program, limit, table);
 }
@@ -86,8 +84,8 @@ void MeasureLoggedOnCores(const Effort& effort, int ownCore, int programCore, Ta
     RunningProgram logged(serviceProgram, "comms log=%s.log\ncomms log size=1000\n");
     RunningProgram plain(serviceProgram);
     for (const RunningProgram* service : {&logged, &plain})
-        WriteNcLines(service->installation.NcFile(number), lineCount);
-    const auto frames = ReadDataFrames(plain.installation.NcFile(number), lineCount);
+        WriteNcLines(service->NcFile(number), lineCount);
+    const auto frames = ReadDataFrames(plain.NcFile(number), lineCount);
 
     placement.Use(ownCore);
     const std::size_t sampleCount = effort.rounds * effort.linesPerRound;
@@ -95,13 +93,12 @@ void MeasureLoggedOnCores(const Effort& effort, int ownCore, int programCore, Ta
     Station limit(plain.line, frames, sampleCount);
     for (std::size_t round = 0; round < effort.rounds; ++round)
         RunRound(program, limit, lineCount);
-    const Deadline deadline(longestTurn);
     logged.process.Stop();
     plain.process.Stop();
-    // Each line crosses the log twice: as it was sent, and with its acknowledgement.
-    const auto logSize = std::filesystem::file_size(logged.installation.Folder() / "TARVIN.log");
+    // The log holds two entries for each line: the line and its acknowledgement.
+    const auto logSize = std::filesystem::file_size(logged.installation / (std::string(machineName) + ".log"));
     if (logSize < sampleCount * 100)
-        throw std::runtime_error("the comms log holds less than was sent");
+        throw std::runtime_error("the comms log lacks lines that were sent");
     AddRows({"logged turnaround", 1.2, 2.0}, ownCore == programCore, program, limit, table);
 }
 
@@ -116,10 +113,10 @@ void MeasureLoggedTurnaround(const Effort& effort, Table& table) {
 
 void MeasureTurnaround(const Effort& effort, Table& table) {
     const std::vector<int> cores = Placement().Cores();
-    // As at the machine: the controller is a computer of its own. The time is mostly the system's.
+    // As at a machine: the controller is a computer of its own. The system uses most of the time.
     if (cores.size() > 1)
         MeasureOnCores(effort, cores.front(), cores.back(), table);
-    // No other core to be woken, so that the work of the program itself shows.
+    // The system need not wake another core, so the program's own work shows.
     MeasureOnCores(effort, cores.front(), cores.front(), table);
 }
 

@@ -1,11 +1,11 @@
-// The controller's turnaround with a window on the display, beside the program without one; and what the window costs
-// while nothing happens, and how soon it is there.
+// The controller's turnaround with the desktop program, beside the service in the same run. The cost of the window
+// while nothing happens, and the time until it appears.
 
 #include "Desktop.h"
-#include "Installation.h"
 #include "Measures.h"
 #include "NcText.h"
 #include "Placement.h"
+#include "RunningProgram.h"
 #include "Station.h"
 
 #include <algorithm>
@@ -19,15 +19,16 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Long enough for the window to show what happens more than once, so that its work falls into its own turn.
+// Enough for the window to paint several times within its own turn, so that painting slows its own answers.
 constexpr std::size_t linesPerTurn = 4000;
-// Enough for the window to show the last of it before the other program's turn.
+// Enough for the window to show the last lines before the turn of the other program.
 constexpr auto timeToShow = 200ms;
-// The view and the picture in its place differ in most of their pixels, all the rest of the window in far fewer.
+// Opening the view replaces a picture and so changes most pixels of its area. All other changes in the window are far
+// smaller.
 constexpr std::size_t pixelsOfView = 50000;
 const std::string number = "100";
 
-// Both sides of the comparison, and the processor time that the window's thread has used in its turns.
+// The two programs under comparison, and the processor time of the window's thread during the window's turns.
 struct Sides {
     RunningProgram& desktop;
     Station window;
@@ -98,8 +99,8 @@ void MeasureWindow(const Effort& effort, Table& table) {
     RunningProgram desktop(desktopProgram);
     RunningProgram service(serviceProgram);
     for (const RunningProgram* program : {&desktop, &service})
-        WriteNcLines(program->installation.NcFile(number), lineCount);
-    const auto frames = ReadDataFrames(service.installation.NcFile(number), lineCount);
+        WriteNcLines(program->NcFile(number), lineCount);
+    const auto frames = ReadDataFrames(service.NcFile(number), lineCount);
 
     placement.Use(cores.front());
     const std::size_t sampleCount = effort.rounds * effort.linesPerRound;
@@ -111,7 +112,6 @@ void MeasureWindow(const Effort& effort, Table& table) {
     Sides open = sides();
     OpenView(desktop);
     RunRounds(effort, lineCount, open);
-    const Deadline deadline(10s);
     desktop.process.Stop();
     service.process.Stop();
     AddRows("view open: ", open, table, 1.2);
@@ -127,24 +127,14 @@ void MeasureDesktop(const Effort& effort, Table& table) {
         table.Inform("desktop idle: share of a core", idle.share);
         table.Inform("desktop idle: memory", idle.memory);
         table.Inform("desktop idle: wake-ups per second", idle.wakeUpsPerSecond);
-        const Deadline deadline(10s);
         desktop.process.Stop();
     }
-    ControllerLine line;
-    const Installation installation(line.DevicePath());
-    std::vector<Nanoseconds> linked;
     std::vector<Nanoseconds> shown;
-    for (std::size_t start = 0; start < effort.starts; ++start) {
-        const Deadline deadline(10s);
-        const auto started = SteadyTime::now();
-        ChildProcess process({OwnProgram(desktopProgram)}, installation.Folder());
-        AwaitLink(line);
-        linked.push_back(SteadyTime::now() - started);
-        AwaitWindow(process);
-        shown.push_back(SteadyTime::now() - started);
-        process.Stop();
-        line.DropInput();
-    }
+    std::vector<Nanoseconds> linked = MeasureStarts(
+        desktopProgram, effort.starts, [&](const MeasuredProcess& process, SteadyTime::time_point started) {
+            AwaitWindow(process);
+            shown.push_back(SteadyTime::now() - started);
+        });
     table.Inform("desktop start to link test: median", Milliseconds(Median(linked)));
     table.Inform("desktop start to link test and window: median", Milliseconds(Median(shown)));
     table.Inform("desktop start to link test and window: longest", Milliseconds(Longest(shown)));

@@ -1,10 +1,9 @@
-// bench-window: shows the desktop program's window with its traffic view open and has its engine trace so many lines a
-// second. What it observes goes into a file, see Observations in TrafficView.cpp.
+// bench-window: shows the desktop program's window with its traffic view open, and feeds the engine's traffic queue
+// with a given number of lines a second. Writes its observations into a file, see Observations in TrafficView.cpp.
 
-#include "app/Start.h"
+#include "app/Desktop.h"
 #include "dictionary/TextHolder.h"
-#include "line/LineTrace.h"
-#include "ui/DesktopInterface.h"
+#include "line/TrafficQueue.h"
 #include "ui/MainWindow.h"
 
 #include <chrono>
@@ -48,10 +47,10 @@ std::size_t PeakBytes() {
     return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
 }
 
-// What the window's thread sees of its own work.
+// Counts the lines and paints of the traffic view. Runs on the window's thread.
 class Observer {
 public:
-    explicit Observer(TextPane& trafficPane) : pane(trafficPane) {}
+    explicit Observer(TextPane& pane) : pane(pane) {}
 
     void Begin() {
         seenEnd = pane.Lines().End();
@@ -64,7 +63,7 @@ public:
         LookAtLines();
     }
 
-    // The time ends here; what is still on its way is counted until Finish.
+    // Ends the measured time. Lines that are still on their way count until Finish.
     void End(std::chrono::duration<double> elapsed) {
         seconds = elapsed.count();
         paints = pane.PaintCount() - paintsBefore;
@@ -82,7 +81,8 @@ public:
     }
 
 private:
-    // More often than the pane can lose a line that it has shown: only the notes need to be found again.
+    // Called so often that the pane has not dropped any line since the last call. A note stands for lines that the
+    // traffic queue could not hold.
     void LookAtLines() {
         const TextLines& lines = pane.Lines();
         for (; seenEnd < lines.End(); ++seenEnd) {
@@ -108,13 +108,14 @@ private:
     double threadSeconds = 0;
 };
 
-// Has the engine's own thread trace lines, and asks the window's thread for an answer again and again.
+// Pushes received lines into the traffic queue, as the engine does, and asks the window's thread for an answer every
+// 10 ms. Runs on a thread of its own.
 class Feeder {
 public:
-    Feeder(TarvinApp& app, EngineEvents& window, Observer& sight)
-        : engine(app), events(window), observer(sight), trace(app.Traffic(), [&window] { window.TrafficArrived(); }) {}
+    Feeder(TrafficQueue& traffic, WindowEvents& events, Observer& observer)
+        : traffic(traffic), events(events), observer(observer) {}
 
-    // Number of lines. Blocks until all have been traced.
+    // Blocks until all lines are in the queue. Returns their number.
     std::size_t Run(const Load& load) {
         OnWindowThread([this] { observer.Begin(); });
         const auto started = Time::now();
@@ -122,7 +123,7 @@ public:
         for (auto now = started; now < started + load.duration; now = Time::now()) {
             const std::chrono::duration<double> elapsed = now - started;
             const auto due = static_cast<std::size_t>(elapsed.count() * load.linesPerSecond);
-            engine.Post([this, due] { TraceUpTo(due); });
+            PushUpTo(due);
             if (now >= nextQuestion) {
                 events.Post([this, now] { observer.Answer(now); });
                 nextQuestion = now + questionPeriod;
@@ -130,9 +131,7 @@ public:
             std::this_thread::sleep_for(feedPeriod);
         }
         OnWindowThread([this, started] { observer.End(Time::now() - started); });
-        std::promise<std::size_t> count;
-        engine.Post([this, &count] { count.set_value(lineCount); });
-        return count.get_future().get();
+        return lineCount;
     }
 
     void OnWindowThread(const std::function<void()>& call) {
@@ -145,19 +144,20 @@ public:
     }
 
 private:
-    void TraceUpTo(std::size_t due) {
+    void PushUpTo(std::size_t due) {
         for (; lineCount < due; ++lineCount) {
             char text[96];
             std::snprintf(text, sizeof text, "RX ABDL%06zu N%zu G01 X%zu.000 Y45.500[0d]", lineCount, lineCount * 10,
                           lineCount % 1000);
-            trace.Received(text);
+            // Push returns true if the window had taken all earlier lines, and so has to be woken.
+            if (traffic.Push({TrafficLine::Kind::Received, text}))
+                events.TrafficArrived();
         }
     }
 
-    TarvinApp& engine;
-    EngineEvents& events;
+    TrafficQueue& traffic;
+    WindowEvents& events;
     Observer& observer;
-    LineTrace trace;
     std::size_t lineCount = 0;
 };
 
@@ -172,32 +172,24 @@ void OpenView(MainWindow& window) {
 
 class BenchApp : public wxApp {
 public:
-    BenchApp(const Installation& programPaths, Load chosenLoad) : paths(programPaths), load(std::move(chosenLoad)) {}
+    BenchApp(const Program& program, Load load) : program(program), load(std::move(load)) {}
 
     bool OnInit() override { return true; }
 
     int OnRun() override {
-        EngineEvents events;
-        DesktopInterface app({paths.Folder() / "bench"});
-        HelpBook help({});
-        const Start start(paths, events);
-        const auto engine = start.MakeEngine(u"TARVIN");
-        auto* window = new MainWindow({*engine, events, help, paths.PathsFile()}, app);
-        app.UseWindow(window);
-        engine->Create();
-        window->Show();
-        engine->StartMonitor();
-        OpenView(*window);
+        Desktop desktop(program, {});
+        desktop.Start();
+        OpenView(desktop.Window());
 
-        Observer observer(window->Panel().monitor->Traffic());
-        Feeder feeder(*engine, events, observer);
+        Observer observer(desktop.Window().Panel().monitor->Traffic());
+        Feeder feeder(desktop.Engine().Traffic(), desktop.Events(), observer);
         bool isWritten = false;
         std::thread feeding([&] {
             std::this_thread::sleep_for(restPeriod);
             const std::size_t lineCount = feeder.Run(load);
             std::this_thread::sleep_for(restPeriod);
             feeder.OnWindowThread([&] { isWritten = observer.Finish(lineCount, load.resultFile); });
-            events.Post([window] { window->Close(true); });
+            desktop.RequestClose();
         });
         wxApp::OnRun();
         feeding.join();
@@ -205,7 +197,7 @@ public:
     }
 
 private:
-    const Installation paths;
+    const Program& program;
     const Load load;
 };
 
@@ -216,14 +208,14 @@ int main(int argumentCount, char** arguments) {
         std::fputs("Usage: bench-window SECONDS LINES-PER-SECOND RESULT-FILE\n", stderr);
         return 2;
     }
-    KelText reason;
-    const auto paths = Start::FindPaths(reason);
-    if (!paths) {
-        std::fprintf(stderr, "bench-window: %s\n", ToUtf8(reason).c_str());
+    auto installation = FindProgramInstallation();
+    if (!installation) {
+        std::fprintf(stderr, "bench-window: %s\n", ToUtf8(installation.Reason().text).c_str());
         return 1;
     }
-    Load load = {std::chrono::seconds(std::atoi(arguments[1])), std::atof(arguments[2]), arguments[3]};
-    wxApp::SetInstance(new BenchApp(*paths, std::move(load)));
+    const Program program(std::move(*installation), u"");
+    wxApp::SetInstance(new BenchApp(
+        program, {std::chrono::seconds(std::atoi(arguments[1])), std::atof(arguments[2]), arguments[3]}));
     int toolkitArgumentCount = 1;
     return wxEntry(toolkitArgumentCount, arguments);
 }

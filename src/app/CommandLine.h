@@ -1,6 +1,6 @@
 #pragma once
-// What the command line says: the whole of it is the machine's name, but for the language switch, which the dictionary
-// reads. Pure, any thread.
+// Reads the command line: all of it is the machine's name, except for the language switch, which the dictionary reads.
+// Any thread.
 
 #include "base/KelText.h"
 
@@ -8,10 +8,10 @@
 
 namespace tarvin {
 
-// Trimmed; empty if none was given.
+// The machine's name, without blanks at its ends; empty without a name.
 KelText MachineNameIn(KelTextView commandLine);
 
-// The words joined by blanks. A language's name gets back the quotes that it lost on its way.
+// The words joined by blanks. The system has removed the quotes around a language's name with blanks: they are put back.
 KelText JoinWords(const std::vector<KelText>& words);
 
 }

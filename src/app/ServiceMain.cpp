@@ -2,13 +2,12 @@
 
 #include "app/AssignPort.h"
 #include "app/CommandLine.h"
-#include "app/ProgramStart.h"
-#include "app/ServiceApp.h"
+#include "app/Program.h"
+#include "app/ServiceEvents.h"
 #include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
-#include "app/ServiceWindow.h"
-#include "app/Start.h"
 #include "app/StopRequest.h"
+#include "base/Messages.h"
 #include "base/System.h"
 
 #include <cstdio>
@@ -38,27 +37,27 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
 
-int Serve(const tarvin::Installation& paths, const tarvin::KelText& commandLine) {
-    const tarvin::KelText machineName = tarvin::Start::MachineName(commandLine);
+int Serve(const tarvin::Program& program) {
+    // Before the first thread starts: all threads inherit what this one does about signals.
     tarvin::PrepareStopRequests();
     tarvin::ServiceOutput output;
-    tarvin::ServiceApp app({tarvin::Start::MachineFolder(paths, machineName)}, output);
-    tarvin::Start::LoadDictionary(paths, commandLine, [&app](const tarvin::MessageBoxText& box) {
-        app.Report({static_cast<std::int32_t>(tarvin::ReportLevel::Warning), {}, box.text, {}, 0});
-    });
-    app.ReadSuppressedMessages();
-    tarvin::ServiceWindow window(output, app);
-    const tarvin::Start start(paths, window);
-    const auto engine = start.MakeEngine(machineName);
-    engine->Create();
-    const auto settings = tarvin::ReadServiceSettings(paths, engine->MachineName());
+    tarvin::AppInterface messages({program.MachineFolder()},
+                                  [&output](tarvin::KelTextView note) { output.AddNote(note); });
+    if (const auto loaded = program.LoadDictionary(); !loaded) {
+        constexpr auto warning = static_cast<std::int32_t>(tarvin::ReportLevel::Warning);
+        messages.Report({warning, {}, loaded.Reason().text, {}, 0});
+    }
+    messages.ReadSuppressedMessages();
+    tarvin::ServiceEvents events(output, messages);
+    const auto engine = program.MakeEngine(events);
+    const auto settings = tarvin::ReadServiceSettings(program.Place(), program.MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
-    engine->StartMonitor();
+    engine->Start();
     tarvin::WaitForStopRequest();
-    engine->Terminate();
-    output.Add(u"Application Terminated");
-    // Whoever does not read what is printed must not keep the process either, by what it has yet to flush.
+    engine->Stop();
+    output.Add(tarvin::text::service::programEnd);
+    // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.
     if (!output.Finish())
         std::_Exit(0);
     return 0;
@@ -84,6 +83,6 @@ int main(int argumentCount, char** arguments) {
     const auto words = tarvin::ProgramArguments(argumentCount, arguments);
     if (!words.empty() && words.front() == u"--assign-port")
         return RunAssignPort(words);
-    const auto start = tarvin::BeginProgram(argumentCount, arguments, "tarvindl-service", usage);
-    return start ? Serve(start->paths, start->commandLine) : 0;
+    const auto program = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
+    return program ? Serve(*program) : 0;
 }

@@ -26,12 +26,12 @@ KelText WithMachineName(KelText text, const KelText& machineName) {
 
 }
 
-ServiceSettings ReadServiceSettings(const Installation& paths, const KelText& machineName) {
-    const Profile profile = Profile::Read(paths.PathsFile()).ValueOr(Profile(""));
+ServiceSettings ReadServiceSettings(const Installation& installation, const KelText& machineName) {
+    const Profile profile = Profile::Read(installation.PathsFile()).ValueOr(Profile(""));
     ServiceSettings settings;
     const KelText file = profile.Text(u"Service", u"comms log", u"", maximumPathUnits);
     if (!file.empty())
-        settings.commsLog = paths.Folder() / ToPath(WithMachineName(file, machineName));
+        settings.commsLog = installation.Folder() / ToPath(WithMachineName(file, machineName));
     const std::int32_t megabytes = profile.Integer(u"Service", u"comms log size", usualMegabytes);
     const bool isSensible = megabytes >= 1 && megabytes <= mostMegabytes;
     settings.commsLogSizeLimit = static_cast<std::uint64_t>(isSensible ? megabytes : usualMegabytes) << 20;

@@ -1,5 +1,5 @@
 #pragma once
-// What an installation's KEL.INI says to the service program, in its section "Service". Knows nothing of the engine.
+// The section "Service" of KEL.INI, which sets up the service program.
 
 #include "base/KelText.h"
 #include "files/Installation.h"
@@ -11,15 +11,16 @@
 namespace tarvin {
 
 struct ServiceSettings {
-    // "comms log": the file to trace the line in;"%s" in it stands for the machine's name, which is added to a name
-    // without it, because machines do not share a log; a relative one is below the installation. None: no log.
+    // "comms log": the file for the trace of the line; none without one. "%s" in it stands for the machine's name; a name
+    // without "%s" gets the machine's name added, because machines must not share a log. A relative path is below the
+    // installation.
     std::optional<std::filesystem::path> commsLog;
-    // "comms log size": megabytes after which the file is rolled over, 1 to 1000; 10 if nothing sensible is given. Two
-    // files of this size are all that the log ever takes.
+    // "comms log size": the file rolls over at so many megabytes, 1 to 1000, or at 10 without a number in this range. The
+    // log never takes more than two files of this size.
     std::uint64_t commsLogSizeLimit = 0;
 };
 
-// What cannot be read counts as not given.
-ServiceSettings ReadServiceSettings(const Installation& paths, const KelText& machineName);
+// A missing or damaged entry counts as not given.
+ServiceSettings ReadServiceSettings(const Installation& installation, const KelText& machineName);
 
 }

@@ -1,15 +1,15 @@
 #pragma once
-// How a program is told to end from outside: by signal, or by the console. Knows nothing of what ending takes.
+// Requests from outside to end the program: a signal, the console, or the end of the session.
 
 namespace tarvin {
 
-// Before the first thread is started: from then on a request to end is kept until WaitForStopRequest.
+// Keeps every later request until WaitForStopRequest. Call it before the first thread starts.
 void PrepareStopRequests();
 
-// Blocks until the process is asked to end. One thread.
+// Blocks until there is a request. One thread.
 void WaitForStopRequest();
 
-// Ends the wait, for a program that ends by itself. Any thread.
+// Ends that wait, for a program that ends by itself. Any thread.
 void EndStopRequests();
 
 }

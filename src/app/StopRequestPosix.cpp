@@ -15,7 +15,7 @@ sigset_t StopSignals() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        // One that was ignored from the start is meant to be: nohup, or a script's background.
+        // The caller wants a signal ignored that was ignored from the start: nohup, or the background of a script.
         struct sigaction present = {};
         ::sigaction(signal, nullptr, &present);
         if (signal == SIGTERM || present.sa_handler != SIG_IGN)
@@ -29,7 +29,8 @@ sigset_t StopSignals() {
 void PrepareStopRequests() {
     const sigset_t signals = StopSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    // A reader of the output that went away, or a file that may not grow, is an error to be told of, not the end.
+    // Without a reader of the output, or with a file that may not grow, a write fails. That is an error to report, and no
+    // reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 }

@@ -9,8 +9,8 @@ HANDLE stopEvent = nullptr;
 
 BOOL WINAPI OnConsoleEvent(DWORD event) {
     ::SetEvent(stopEvent);
-    // After this handler returns the system ends the process at once in all but these two cases; so it stays here until
-    // the main thread has finished.
+    // Apart from these two events, the system ends the process as soon as this handler returns. It stays here, so that
+    // the main thread can finish.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
         ::Sleep(INFINITE);
     return TRUE;
@@ -19,15 +19,15 @@ BOOL WINAPI OnConsoleEvent(DWORD event) {
 LRESULT CALLBACK OnWindowMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message == WM_ENDSESSION && first != 0) {
         ::SetEvent(stopEvent);
-        // As above: the process has no longer than this call lasts.
+        // As above: the process ends when this call returns.
         ::Sleep(INFINITE);
     }
     return ::DefWindowProcW(window, message, first, second);
 }
 
-// A console does not tell of logging off and shutting down to a program that has loaded the window system's library, as
-// any does that reads its command line; its windows are told. Where none can be made, there is no session to end
-// either.
+// A program that has loaded user32, as reading the command line does, gets no console event when the session ends. Its
+// windows get a message instead, so this thread keeps a hidden window. Where no window can be made, there is no session
+// that could end.
 DWORD WINAPI WatchSession(void* watching) {
     WNDCLASSW kind = {};
     kind.lpfnWndProc = OnWindowMessage;
@@ -49,7 +49,7 @@ void PrepareStopRequests() {
     ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
     const HANDLE watching = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
     if (const HANDLE thread = ::CreateThread(nullptr, 0, WatchSession, watching, 0, nullptr)) {
-        // A session that ends before the window is there would end without us.
+        // Without the window, the end of the session would go unnoticed.
         ::WaitForSingleObject(watching, INFINITE);
         ::CloseHandle(thread);
     }

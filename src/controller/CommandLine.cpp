@@ -44,6 +44,7 @@ bool ParseNumber(std::string_view text, Number minimum, Number maximum, Number& 
     return true;
 }
 
+// At most one day.
 bool ParseTime(std::string_view text, double unitsPerSecond, Clock::Duration& time) {
     constexpr double mostSeconds = 86400;
     double units = 0;
@@ -53,6 +54,7 @@ bool ParseTime(std::string_view text, double unitsPerSecond, Clock::Duration& ti
     return true;
 }
 
+// A percentage as parts in a million.
 bool ParseChance(std::string_view text, std::uint32_t& chance) {
     double percent = 0;
     if (!ParseNumber(text, 0.0, 100.0, percent))
@@ -65,6 +67,7 @@ bool ParseCount(std::string_view text, std::size_t& count) {
     return ParseNumber<std::size_t>(text, 1, std::numeric_limits<std::size_t>::max(), count);
 }
 
+// Not a carriage return: that would end the message before the answer.
 bool ParseCharacter(std::string_view text, std::optional<char>& character) {
     unsigned code = 0;
     if (!ParseNumber(text, 0U, 255U, code) || code == '\r')
@@ -81,7 +84,7 @@ bool ParseText(std::string_view text, std::string& value) {
 struct OptionShape {
     std::string_view name;
     bool takesValue;
-    // False if the value makes no sense.
+    // Stores the value. False if the value is not allowed.
     bool (*apply)(std::string_view value, ControllerOptions& options);
 };
 
@@ -112,19 +115,28 @@ constexpr OptionShape optionShapes[] = {
     {"--version", false, [](Value, Options& o) { return o.wantsVersion = true; }},
 };
 
-// Reads from the front of the arguments, which it shortens.
+Error Failure(const std::string& reason) {
+    return {FromUtf8(reason)};
+}
+
+// Takes the arguments from the front, one after the other.
 class Parser {
 public:
-    Parser(std::span<const std::string> programArguments, ControllerOptions& parsedOptions, std::string& parseError)
-        : arguments(programArguments), options(parsedOptions), error(parseError) {}
+    explicit Parser(std::span<const std::string> arguments) : arguments(arguments) {}
 
-    bool Run() {
+    Result<ControllerOptions> Run() {
         while (!arguments.empty()) {
             const std::string first = Take();
-            if (!(first.starts_with("--") ? TakeOption(first) : TakeCommand(first)))
-                return false;
+            if (Result<> taken = first.starts_with("--") ? TakeOption(first) : TakeCommand(first); !taken)
+                return taken.Reason();
         }
-        return options.wantsHelp || options.wantsVersion || IsComplete();
+        if (!options.wantsHelp && !options.wantsVersion) {
+            if (options.device.empty() == options.pseudoTerminalLink.empty())
+                return Failure("one of --port and --pty is needed");
+            if (options.commands.empty())
+                return Failure("no command");
+        }
+        return std::move(options);
     }
 
 private:
@@ -134,64 +146,115 @@ private:
         return first;
     }
 
-    bool Fail(std::string reason) {
-        error = std::move(reason);
-        return false;
-    }
-
-    bool TakeOption(const std::string& argument) {
+    Result<> TakeOption(const std::string& argument) {
         const std::size_t equals = argument.find('=');
         const std::string name = argument.substr(0, equals);
         const auto shape = std::ranges::find(optionShapes, name, &OptionShape::name);
         if (shape == std::end(optionShapes))
-            return Fail("unknown option " + name);
+            return Failure("unknown option " + name);
         const bool hasValue = equals != std::string::npos;
         if (hasValue && !shape->takesValue)
-            return Fail(name + " takes no value");
+            return Failure(name + " takes no value");
         if (shape->takesValue && !hasValue && arguments.empty())
-            return Fail(name + " needs a value");
+            return Failure(name + " needs a value");
         const std::string value = hasValue ? argument.substr(equals + 1) : shape->takesValue ? Take() : std::string();
-        return shape->apply(value, options) || Fail(name + ": \"" + value + "\" is no value for it");
+        if (!shape->apply(value, options))
+            return Failure(name + ": \"" + value + "\" is no value for it");
+        return {};
     }
 
-    bool TakeCommand(const std::string& name) {
+    Result<> TakeCommand(const std::string& name) {
         const CommandShape* const shape = FindCommand(name);
         if (shape == nullptr)
-            return Fail("unknown command " + name);
+            return Failure("unknown command " + name);
         Command command = {shape->kind, name, {}, {}};
         if (shape->takesNumber) {
             if (arguments.empty() || arguments.front().find('\r') != std::string::npos)
-                return Fail(name + " needs " + (shape->kind < Command::Kind::Send ? "a file number" : "a text"));
+                return Failure(name + " needs " + (shape->kind < Command::Kind::Send ? "a file number" : "a text"));
             command.number = Take();
         }
         if (shape->file == CommandShape::File::Required && arguments.empty())
-            return Fail(name + " needs a file");
+            return Failure(name + " needs a file");
+        // An optional file is absent if the next argument can only be an option or a command.
         const bool hasFile = shape->file == CommandShape::File::Required ||
                              (shape->file == CommandShape::File::Optional && !arguments.empty() &&
                               !arguments.front().starts_with("--") && FindCommand(arguments.front()) == nullptr);
         if (hasFile)
             command.file = Take();
         options.commands.push_back(std::move(command));
-        return true;
-    }
-
-    bool IsComplete() {
-        if (options.device.empty() == options.pseudoTerminalLink.empty())
-            return Fail("one of --port and --pty is needed");
-        if (options.commands.empty())
-            return Fail("no command");
-        return true;
+        return {};
     }
 
     std::span<const std::string> arguments;
-    ControllerOptions& options;
-    std::string& error;
+    ControllerOptions options;
 };
 
 }
 
-bool ParseCommandLine(std::span<const std::string> arguments, ControllerOptions& options, std::string& error) {
-    return Parser(arguments, options, error).Run();
+Result<ControllerOptions> ParseCommandLine(std::span<const std::string> arguments) {
+    return Parser(arguments).Run();
 }
+
+const std::string_view helpText =
+    R"(usage: tarvin-controller (--port DEVICE [--baud N] | --pty LINK) [options] COMMAND...
+
+A simulated machine controller. It opens a serial line, or makes a pseudo-terminal
+whose other end is found through the symbolic link LINK (not on Windows), and
+carries out its commands one after the other.
+
+Commands
+  test                link test
+  put NUMBER FILE     sends FILE to the program as the file of that number
+  get NUMBER [FILE]   asks for a file, and writes what comes to FILE with CR LF line
+                      ends once all of it has come (a FILE with the name of a command
+                      is written as ./get)
+  check NUMBER FILE   asks for a file and requires its lines to be those of FILE
+  refuse-put NUMBER   right only if the program refuses to take the file (AAAK03)
+  refuse-get NUMBER   right only if the program refuses to give the file (AAAK01)
+  send TEXT           sends one message; nothing is required in return
+  expect TEXT         requires TEXT to be the next message that comes
+  stay                keeps the line and answers nothing until the program has closed it
+                      (on a serial device, where that cannot be seen, until it is ended)
+File numbers are sent as given. Lines of FILE end with LF or CR LF; its empty lines
+are not sent and not compared, since the program keeps and sends none.
+
+Line
+  --baud N            bits per second (9600); always 8 data bits, no parity, 1 stop bit
+  --connect SECONDS   how long to wait for the program to open the line and answer the
+                      link test, which is repeated until then (10)
+  --no-connect        talk at once
+  --timeout SECONDS   how long to wait for each answer (5)
+  --start-character N the program is to put the byte N before its answer to get
+  --trace             print each message; bytes outside 0x20 to 0x7E as [xx]
+
+Misbehaviour (not before the connection stands; the same seed does the same)
+  --seed N            (1)
+  --garble PERCENT    chance that one bit of a sent message is changed
+  --drop PERCENT      chance that a message is not sent
+  --noise PERCENT     chance that bytes which the program has to ignore are put before
+                      and into a sent message
+  --split             send messages in pieces
+  --delay MS          wait before each message
+  --garble-received PERCENT, --drop-received PERCENT
+                      chance that a data line is damaged as it comes in: a bit is
+                      changed, a byte lost. It is then asked for again.
+  --nak-every N       refuse every N-th data line of a get once
+  --stop-after N      fall silent after N data lines of the first transfer that has as
+                      many, and go on with the next command
+
+The controller is strict. Each message that comes must have its right checksum and
+nothing before, inside or after it. A data line whose checksum is wrong is asked for
+again, at most three times. Only a link test is sent again when its answer is missing
+or damaged, twice; any other missing, damaged or unexpected answer fails the command,
+and so does anything that comes unasked. A damaged request or data line that the
+program acknowledges fails the command at its end.
+
+Each command prints one line. Turnaround runs from when the last byte of a message is
+handed to the system until the end of the next message has been read. After a command
+that failed the rest is not attempted.
+
+Exit status: 0 all went right, 1 a command or the line failed, 2 wrong usage or a
+FILE that cannot be read, 3 stopped by --stop-after and otherwise right.
+)";
 
 }

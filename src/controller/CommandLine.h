@@ -1,10 +1,12 @@
 #pragma once
-// What the user asked the controller to do. Knows nothing of how it is done. Any thread.
+// The command line of the simulated controller: its commands, options and help text. Any thread.
 
+#include "base/Result.h"
 #include "controller/Conversation.h"
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarvin::controller {
@@ -12,16 +14,13 @@ namespace tarvin::controller {
 struct Command {
     enum class Kind { Test, Put, Get, Check, RefusePut, RefuseGet, Send, Expect, Stay };
     Kind kind = Kind::Test;
-    // The name of the command.
-    std::string name;
-    // The file number, or the text of a message.
-    std::string number;
-    // Empty if none was given.
-    std::string file;
+    std::string name;   // as written on the command line
+    std::string number; // the file number, or the text of a message
+    std::string file;   // empty if none was given
 };
 
 struct ControllerOptions {
-    // One of the two is given.
+    // The line: exactly one of the two is not empty, unless help or version is wanted.
     std::string device;
     std::string pseudoTerminalLink;
     unsigned bitsPerSecond = 9600;
@@ -36,7 +35,10 @@ struct ControllerOptions {
     bool wantsVersion = false;
 };
 
-// The arguments behind the program's name. False, with the reason in `error`, if they make no sense.
-bool ParseCommandLine(std::span<const std::string> arguments, ControllerOptions& options, std::string& error);
+// Parses the arguments after the program's name. Fails at the first one that is wrong or missing.
+Result<ControllerOptions> ParseCommandLine(std::span<const std::string> arguments);
+
+// The text that --help prints.
+extern const std::string_view helpText;
 
 }

@@ -1,6 +1,6 @@
 #include "controller/CommandRunner.h"
 
-#include "controller/MessageCodes.h"
+#include "controller/ControllerFrame.h"
 #include "files/NativeFile.h"
 
 #include <iomanip>
@@ -26,13 +26,15 @@ double InMilliseconds(Clock::Duration duration) {
 
 Outcome CommandRunner::Run(const Command& command, std::span<const std::string> lines) {
     record = {};
-    // What another command has provoked is what "expect" is there for.
+    // Every command but "expect" requires silence first. "expect" is there to receive a message that an earlier command
+    // has caused.
     if (command.kind != Command::Kind::Expect) {
         if (Outcome silence = conversation.Begin(); !silence.IsRight())
             return silence;
     }
     const Clock::TimePoint start = clock.Now();
     Outcome outcome = Perform(command, lines);
+    // Measured to the last message, not to now: writing the file is not part of the transfer.
     record.elapsed = std::max(link.LastArrival() - start, Clock::Duration::zero());
     return outcome;
 }
@@ -50,9 +52,9 @@ Outcome CommandRunner::Perform(const Command& command, std::span<const std::stri
         return Download(conversation, command.number, comparer, record);
     }
     case Command::Kind::RefusePut:
-        return conversation.ExpectRefusal(std::string(uploadRequestCode) + command.number, abortCode);
+        return conversation.ExpectRefusal(std::string(code::uploadRequest) + command.number, code::cannotGoOn);
     case Command::Kind::RefuseGet:
-        return conversation.ExpectRefusal(std::string(downloadRequestCode) + command.number, readRefusalCode);
+        return conversation.ExpectRefusal(std::string(code::downloadRequest) + command.number, code::cannotRead);
     case Command::Kind::Send:
         return conversation.Send(command.number);
     case Command::Kind::Expect:
@@ -65,9 +67,10 @@ Outcome CommandRunner::Perform(const Command& command, std::span<const std::stri
 
 Outcome CommandRunner::GetInto(const Command& command) {
     if (command.file.empty()) {
-        LineSink forgetful;
-        return Download(conversation, command.number, forgetful, record);
+        LineSink dropped;
+        return Download(conversation, command.number, dropped, record);
     }
+    // The file is written only once it is whole.
     LineCollector collector;
     Outcome outcome = Download(conversation, command.number, collector, record);
     if (outcome.IsRight() && !ReplaceWholeFile(command.file, collector.Content()))

@@ -1,20 +1,21 @@
 #pragma once
-// Carries out single commands in a conversation and says in one line how each went. One thread at a time.
+// Carries out single commands in a conversation and reports each in one line. One thread at a time.
 
 #include "controller/CommandLine.h"
-#include "controller/Transfer.h"
+#include "controller/FileTransfers.h"
 
 namespace tarvin::controller {
 
 class CommandRunner {
 public:
-    // Both outlive the runner.
-    CommandRunner(Conversation& runningConversation, MessageLink& messages, const Clock& timeSource)
-        : conversation(runningConversation), link(messages), clock(timeSource) {}
+    // All three outlive the runner.
+    CommandRunner(Conversation& conversation, MessageLink& link, const Clock& clock)
+        : conversation(conversation), link(link), clock(clock) {}
 
-    // `lines` are those of the command's file, for the commands that read one. Blocks until the command is decided.
+    // Blocks until the command has its outcome. `lines` are the lines of the command's file, if it reads one.
     Outcome Run(const Command& command, std::span<const std::string> lines);
-    // About the last command, without a line end: "get 1234: 412 lines, ..., ok", "test: FAILED: no answer in 5 s".
+    // One line about the last command, without a line end: "get 1234: 412 lines, ..., ok", "test: FAILED: no answer in
+    // 5 s".
     std::string Report(const Command& command, const Outcome& outcome) const;
 
 private:

@@ -4,12 +4,12 @@
 
 namespace tarvin::controller {
 
-char ChecksumOf(std::string_view text) {
+char MessageChecksum(std::string_view text) {
     std::uint32_t sum = 0;
     for (const char character : text)
         sum += static_cast<std::uint8_t>(character);
     std::uint32_t checksum = (0U - sum) & 0x7F;
-    // Kept printable. 32 itself is moved too, since 1 is taken from whatever results.
+    // Moves the value into the printable range. 32 is moved as well, because 1 is subtracted from every value.
     if (checksum <= 32)
         checksum += 64;
     return static_cast<char>(checksum - 1);
@@ -17,12 +17,12 @@ char ChecksumOf(std::string_view text) {
 
 void BuildFrame(std::string_view text, std::string& frame) {
     frame.assign(text);
-    frame += ChecksumOf(text);
-    frame += carriageReturn;
+    frame += MessageChecksum(text);
+    frame += frameEnd;
 }
 
 bool HasRightChecksum(std::string_view frame) {
-    return !frame.empty() && frame.back() == ChecksumOf(frame.substr(0, frame.size() - 1));
+    return !frame.empty() && frame.back() == MessageChecksum(frame.substr(0, frame.size() - 1));
 }
 
 std::string Readable(std::string_view bytes) {

@@ -1,8 +1,9 @@
 #pragma once
-// The wire as the controller sees it: bytes out, bytes in, each within a time. Knows nothing of messages.
-// One thread at a time. No operation throws.
+// The controller's end of a serial line: bytes out and bytes in, each before a deadline. One thread at a time. No
+// operation throws.
 
 #include "base/Clock.h"
+#include "base/Result.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -14,34 +15,32 @@ namespace tarvin::controller {
 
 class ControllerLine {
 public:
-    // HungUp: nobody has the other end open any more (or yet); that of a pseudo-terminal has not been opened again
-    // within two seconds, or until the deadline. Failed: LastError says why.
+    // HungUp: no program has the other end of a pseudo-terminal open, and none has opened it again within two seconds
+    // or until the deadline. Failed: LastError says why.
     enum class Status { Done, TimedOut, HungUp, Failed };
 
     virtual ~ControllerLine() = default;
 
-    // Waits until bytes have arrived and takes what is there, up to `capacity`, in one read. `byteCount` is 0 unless
-    // the status is Done. A deadline that has passed takes what has arrived already.
+    // Waits for bytes and takes those that are there, up to `capacity`, in one read. `byteCount` is 0 unless the status
+    // is Done. With a deadline in the past, takes only bytes that have already arrived.
     virtual Status Read(char* bytes, std::size_t capacity, Clock::TimePoint deadline, std::size_t& byteCount) = 0;
-    // Blocks until the system has taken all of the bytes. They have not left by then on a slow line.
+    // Blocks until the system has taken all bytes. On a slow line they leave later.
     virtual Status Write(std::string_view bytes, Clock::TimePoint deadline) = 0;
-    // Blocks until somebody has the other end open, where that can be seen, and returns Done at once elsewhere.
+    // Blocks until a program has the other end open. A serial device does not show that: it returns Done at once.
     virtual Status WaitForPeer(Clock::TimePoint deadline) = 0;
-    // Blocks for the time.
     virtual void Pause(Clock::Duration duration) = 0;
 
-    // The reason of the last failure, for a person.
+    // The reason of the last failure, for people.
     virtual const std::string& LastError() const = 0;
 };
 
-// A serial device ("/dev/ttyUSB0", "COM3"): 8 data bits, no parity, 1 stop bit, no flow control; what was waiting in it
-// is thrown away. None leaves the reason in `error`.
-std::unique_ptr<ControllerLine> OpenDevice(const std::string& device, unsigned bitsPerSecond, std::string& error);
+// Opens a serial device ("/dev/ttyUSB0", "COM3") with 8 data bits, no parity, 1 stop bit and no flow control. Drops
+// bytes that wait in it.
+Result<std::unique_ptr<ControllerLine>> OpenDevice(const std::string& device, unsigned bitsPerSecond);
 
-// A new pseudo-terminal, raw, whose other end is found through the symbolic link `link`. A link that leads nowhere is
-// replaced; whatever else has that name is refused. The link goes with the line, and when SIGINT, SIGTERM, SIGHUP or
-// SIGPIPE ends the process. One at a time in a process. None leaves the reason in `error`, as on systems without such
-// lines.
-std::unique_ptr<ControllerLine> MakePseudoTerminal(const std::filesystem::path& link, std::string& error);
+// Makes a raw pseudo-terminal and the symbolic link `link` to its other end. Replaces a link that leads nowhere.
+// Refuses a path that holds anything else. The link is removed with the line, and when SIGINT, SIGTERM, SIGHUP or
+// SIGPIPE ends the process. One at a time in a process. Always fails on Windows.
+Result<std::unique_ptr<ControllerLine>> MakePseudoTerminal(const std::filesystem::path& link);
 
 }

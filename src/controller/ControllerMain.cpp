@@ -1,4 +1,4 @@
-// The simulated controller as a program.
+// The main file of tarvin-controller, the simulated controller.
 
 #include "base/System.h"
 #include "base/Version.h"

@@ -1,7 +1,6 @@
 #include "controller/Conversation.h"
 
 #include "controller/ControllerFrame.h"
-#include "controller/MessageCodes.h"
 
 #include <algorithm>
 #include <sstream>
@@ -11,9 +10,9 @@ namespace tarvin::controller {
 namespace {
 
 constexpr int linkTestAttempts = 3;
-// How long the end of the last exchange is listened to for something that nobody has asked for.
+// A message that nothing asked for shows within this time after the last exchange.
 constexpr std::chrono::milliseconds lastListening(20);
-// Long, so that a line that hangs up has all the time there is to be opened again.
+// Far longer than the time that the line gives a program to open it again, which ends at this deadline too.
 constexpr std::chrono::hours oneStay(1);
 
 std::string InSeconds(Clock::Duration duration) {
@@ -24,13 +23,12 @@ std::string InSeconds(Clock::Duration duration) {
 
 }
 
-Conversation::Conversation(ControllerLine& messageLine, MessageLink& messages, const Clock& timeSource,
-                           const Settings& chosenSettings)
-    : line(messageLine), link(messages), clock(timeSource), settings(chosenSettings) {}
+Conversation::Conversation(ControllerLine& line, MessageLink& link, const Clock& clock, const Settings& settings)
+    : line(line), link(link), clock(clock), settings(settings) {}
 
 Outcome Conversation::Connect(Clock::Duration limit) {
     const Clock::TimePoint deadline = clock.Now() + limit;
-    // A program that is there answers fast, and a slow line needs more time than the first attempts give.
+    // Short at first, because a program that runs answers fast. Then longer, because a slow line needs more time.
     Clock::Duration patience = std::chrono::milliseconds(50);
     bool wasOpened = false;
     while (clock.Now() < deadline) {
@@ -50,21 +48,21 @@ Outcome Conversation::Connect(Clock::Duration limit) {
 
 bool Conversation::TryConnect(Clock::TimePoint deadline) {
     link.Discard();
-    if (link.Send(linkTestCode, deadline) == MessageLink::SendStatus::Sent)
+    if (link.Send(code::linkTest, deadline) == MessageLink::SendStatus::Sent)
         ++unansweredLinkTests;
-    // What comes without a pause must not hold the deadline up.
+    // The deadline also ends a flow of messages without a pause.
     do {
         const ReceivedMessage message = link.Receive(deadline);
         switch (message.status) {
         case ReceivedMessage::Status::Whole:
-            if (IsLateLinkAnswer(message))
+            if (TakeLinkTestAnswer(message))
                 return true;
             break;
         case ReceivedMessage::Status::Damaged:
             break;
         case ReceivedMessage::Status::Unusable:
             link.Discard();
-            // A failing line is not asked again and again without a rest.
+            // A line that fails at once would otherwise be tried without any pause.
             line.Pause(std::chrono::milliseconds(2));
             return false;
         case ReceivedMessage::Status::HungUp:
@@ -75,9 +73,10 @@ bool Conversation::TryConnect(Clock::TimePoint deadline) {
     return false;
 }
 
-// The answer to a test that was repeated before its answer had come.
-bool Conversation::IsLateLinkAnswer(const ReceivedMessage& message) {
-    if (unansweredLinkTests == 0 || message.status != ReceivedMessage::Status::Whole || message.text != linkAnswerCode)
+// A link test that was repeated too early brings its answer later, perhaps in the middle of another exchange.
+bool Conversation::TakeLinkTestAnswer(const ReceivedMessage& message) {
+    if (unansweredLinkTests == 0 || message.status != ReceivedMessage::Status::Whole ||
+        message.text != code::linkTestAnswer)
         return false;
     --unansweredLinkTests;
     return true;
@@ -106,12 +105,12 @@ Outcome Conversation::Silence(Clock::TimePoint deadline) {
                 return Outcome::Right();
             if (unansweredLinkTests == 0 || clock.Now() >= deadline + settings.answerTime)
                 return Outcome::Failed(Quoted(link.Unread()) + " came without being asked for");
-            // The rest of a late answer is still on its way.
+            // The rest of a late answer to a link test is still on its way.
             deadline += settings.answerTime;
             break;
         case ReceivedMessage::Status::Whole:
         case ReceivedMessage::Status::Damaged:
-            if (!IsLateLinkAnswer(message))
+            if (!TakeLinkTestAnswer(message))
                 return Outcome::Failed(Quoted(message.text) + " came without being asked for");
             break;
         }
@@ -122,13 +121,13 @@ Outcome Conversation::TestLink(std::size_t& repeats) {
     Outcome outcome;
     for (int attempt = 0; attempt < linkTestAttempts; ++attempt) {
         repeats = static_cast<std::size_t>(attempt);
-        if (outcome = Send(linkTestCode); !outcome.IsRight())
+        if (outcome = Send(code::linkTest); !outcome.IsRight())
             return outcome;
         ++unansweredLinkTests;
         const ReceivedMessage message = link.Receive(clock.Now() + settings.answerTime);
-        if (IsLateLinkAnswer(message))
+        if (TakeLinkTestAnswer(message))
             return Outcome::Right();
-        outcome = Unexpected(message, linkAnswerCode);
+        outcome = Unexpected(message, code::linkTestAnswer);
         if (message.status != ReceivedMessage::Status::TimedOut && message.status != ReceivedMessage::Status::Damaged)
             return outcome;
         link.Discard();
@@ -150,7 +149,7 @@ Outcome Conversation::Receive(ReceivedMessage& message, std::optional<char> lead
     const Clock::TimePoint deadline = clock.Now() + settings.answerTime;
     do {
         message = link.Receive(deadline, leading);
-    } while (IsLateLinkAnswer(message));
+    } while (TakeLinkTestAnswer(message));
     if (message.status != ReceivedMessage::Status::Whole && message.status != ReceivedMessage::Status::Damaged)
         return Unexpected(message, {});
     if (leading && !message.hadLeading)
@@ -173,9 +172,9 @@ Outcome Conversation::Unexpected(const ReceivedMessage& message, std::string_vie
     case ReceivedMessage::Status::Whole:
         break;
     }
-    if (message.text == readRefusalCode)
+    if (message.text == code::cannotRead)
         return Outcome::Failed("refused with AAAK01: the program could not open the file for reading");
-    if (message.text == abortCode)
+    if (message.text == code::cannotGoOn)
         return Outcome::Failed("refused with AAAK03: the program could not open or write the file, or has given up");
     return Outcome::Failed(Quoted(message.text) + " came instead of " + Quoted(wanted));
 }
@@ -183,7 +182,7 @@ Outcome Conversation::Unexpected(const ReceivedMessage& message, std::string_vie
 Outcome Conversation::Ask(std::string_view request, ReceivedMessage& answer) {
     if (Outcome sent = Send(request); !sent.IsRight())
         return sent;
-    return Receive(answer, request.starts_with(downloadRequestCode) ? settings.startCharacter : std::nullopt);
+    return Receive(answer, request.starts_with(code::downloadRequest) ? settings.startCharacter : std::nullopt);
 }
 
 Outcome Conversation::ReceiveExactly(std::string_view text) {
@@ -208,8 +207,8 @@ Outcome Conversation::RequireAcknowledge(std::string_view request) {
     ReceivedMessage answer;
     if (Outcome asked = Ask(request, answer); !asked.IsRight())
         return asked;
-    if (answer.status != ReceivedMessage::Status::Whole || answer.text != acknowledgeCode)
-        return Unexpected(answer, acknowledgeCode);
+    if (answer.status != ReceivedMessage::Status::Whole || answer.text != code::acknowledge)
+        return Unexpected(answer, code::acknowledge);
     if (link.FateOfLastMessage() == Misbehaviour::Fate::Damaged)
         ++damagedButAcknowledged;
     return Outcome::Right();

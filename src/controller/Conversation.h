@@ -1,7 +1,7 @@
 #pragma once
-// What all exchanges have in common: asking and being answered within a time, the link test, the refusals, and the
-// strictness about everything that comes without having been asked for. Knows nothing of files and lines of NC text.
-// One thread at a time; each operation blocks until it is decided.
+// The exchanges from which all commands are made: questions with an answer in time, the link test and refusals. Any
+// message that the controller did not ask for is a failure. One thread at a time. Each operation blocks until it has
+// its outcome.
 
 #include "controller/MessageLink.h"
 #include "controller/Outcome.h"
@@ -12,48 +12,48 @@ class Conversation {
 public:
     struct Settings {
         Clock::Duration answerTime = std::chrono::seconds(5);
-        // What the program puts before its answer to a download request.
+        // The byte that the program must send before its answer to a download request.
         std::optional<char> startCharacter;
-        // Every so many data lines of a download are refused once; 0 for none.
+        // Each data line of a download whose number is a multiple of this is refused once. 0: none.
         std::size_t refusesEvery = 0;
-        // The first transfer that gets so far is left lying after this many data lines; 0 for none.
+        // The first transfer with this many data lines stops after them. 0: none.
         std::size_t stopsAfter = 0;
     };
 
-    // All outlive the conversation.
-    Conversation(ControllerLine& messageLine, MessageLink& messages, const Clock& timeSource,
-                 const Settings& chosenSettings);
+    // `line`, `link` and `clock` outlive the conversation. `link` is on `line`.
+    Conversation(ControllerLine& line, MessageLink& link, const Clock& clock, const Settings& settings);
 
-    // Waits until somebody has the line open and answers the link test, which is repeated, since the first bytes may be
-    // lost when a line is opened. Whatever else comes meanwhile is thrown away.
+    // Waits until a program opens the line and answers the link test. Repeats the test, because the first bytes may be
+    // lost while a program opens the line. Drops all other messages meanwhile.
     Outcome Connect(Clock::Duration limit);
 
-    // Before each exchange: right if the program has kept silent since the last one.
+    // Called before each exchange. Right if the program has been silent since the last one.
     Outcome Begin();
-    // After the last one, the same with a moment's wait.
+    // Called after the last exchange. Right if the program is silent for a moment longer.
     Outcome End();
 
-    // `repeats` counts the tests that had to be sent again.
+    // Sends up to three link tests until one is answered. Sets `repeats` to the number of tests after the first.
     Outcome TestLink(std::size_t& repeats);
-    // Right if, and only if, the answer to the request is the refusal.
+    // Right only if the answer to the request is this refusal.
     Outcome ExpectRefusal(std::string_view request, std::string_view refusal);
-    // Sends the request and requires the acknowledgement. One that was damaged on its way and is acknowledged all the
-    // same is counted: the program cannot have understood what was meant.
+    // Sends the request and requires the acknowledgement. Counts a request that went out damaged and was acknowledged:
+    // the program cannot have understood it.
     Outcome RequireAcknowledge(std::string_view request);
     std::size_t DamagedButAcknowledged() const { return damagedButAcknowledged; }
 
     Outcome Send(std::string_view text);
-    // The next message, whole or damaged, within the answer time. `leading`, where given, has to stand before it.
+    // Receives the next message, whole or damaged, within the answer time. With `leading`, that byte must precede it.
     Outcome Receive(ReceivedMessage& message, std::optional<char> leading = std::nullopt);
-    // Receives a message and requires it to be this one.
+    // Receives a message and requires this text.
     Outcome ReceiveExactly(std::string_view text);
+    // The failure that says what came instead of the message `wanted`.
     Outcome Unexpected(const ReceivedMessage& message, std::string_view wanted) const;
 
-    // Keeps the line and answers nothing, until nobody has had it open for a moment; where that cannot be seen, for
-    // good.
+    // Keeps the line and answers nothing until the program has closed it for two seconds. A serial device does not show
+    // that: there it never returns.
     Outcome Stay();
 
-    // True, and only once, for the transfer that is to be left lying after so many lines.
+    // True if the transfer has to stop after this many lines. True only once.
     bool StopsAfter(std::size_t lineCount);
     const Settings& Chosen() const { return settings; }
     const MessageLink& Link() const { return link; }
@@ -61,7 +61,8 @@ public:
 private:
     Outcome Silence(Clock::TimePoint deadline);
     bool TryConnect(Clock::TimePoint deadline);
-    bool IsLateLinkAnswer(const ReceivedMessage& message);
+    // True, and counts it, if the message answers a link test that is still open.
+    bool TakeLinkTestAnswer(const ReceivedMessage& message);
     Outcome Ask(std::string_view request, ReceivedMessage& answer);
 
     ControllerLine& line;

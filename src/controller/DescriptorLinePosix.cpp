@@ -1,5 +1,6 @@
+#include "controller/DescriptorLinePosix.h"
+
 #include "base/System.h"
-#include "controller/DescriptorLine.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -30,7 +31,7 @@ DescriptorLine::~DescriptorLine() {
 }
 
 ControllerLine::Status DescriptorLine::Fail(int systemError) {
-    // What a pseudo-terminal answers while nobody has its other end open.
+    // A pseudo-terminal answers EIO while no program has its other end open.
     if (systemError == EIO)
         return Status::HungUp;
     lastError = ToUtf8(SystemErrorText(static_cast<unsigned long>(systemError)));
@@ -53,6 +54,7 @@ ControllerLine::Status DescriptorLine::WaitFor(short event, Clock::TimePoint dea
             return Fail(errno);
         if (ready > 0 && (entry.revents & event) != 0)
             return Status::Done;
+        // Ready without the event: the line has hung up.
         if (ready > 0 && !IsOpenedAgain(deadline))
             return Status::HungUp;
         if (ready == 0 && HasPassed(deadline))
@@ -105,7 +107,7 @@ ControllerLine::Status DescriptorLine::WaitForPeer(Clock::TimePoint deadline) {
             return Status::Done;
         if (HasPassed(deadline))
             return Status::TimedOut;
-        // Nothing tells of the other end being opened, so it is looked at again.
+        // The system does not announce that a program opens the other end, so look again.
         Pause(std::chrono::milliseconds(2));
     }
 }

@@ -1,7 +1,7 @@
-// Opens a serial device with the settings of the controller's line.
+// Opens a serial device with the settings of a controller's line.
 
 #include "base/System.h"
-#include "controller/DescriptorLine.h"
+#include "controller/DescriptorLinePosix.h"
 
 #include <cerrno>
 
@@ -14,19 +14,19 @@ namespace tarvin::controller {
 
 namespace {
 
-struct Rate {
+struct BaudRate {
     unsigned bitsPerSecond;
     speed_t code;
 };
 
-constexpr Rate rates[] = {
+constexpr BaudRate rates[] = {
     {110, B110},       {300, B300},       {600, B600},       {1200, B1200},     {2400, B2400},
     {4800, B4800},     {9600, B9600},     {19200, B19200},   {38400, B38400},   {57600, B57600},
     {115200, B115200}, {230400, B230400}, {460800, B460800}, {921600, B921600},
 };
 
-const Rate* FindRate(unsigned bitsPerSecond) {
-    for (const Rate& rate : rates) {
+const BaudRate* FindRate(unsigned bitsPerSecond) {
+    for (const BaudRate& rate : rates) {
         if (rate.bitsPerSecond == bitsPerSecond)
             return &rate;
     }
@@ -46,31 +46,28 @@ bool SetUp(int descriptor, speed_t speed) {
            ::tcsetattr(descriptor, TCSANOW, &settings) == 0 && ::tcflush(descriptor, TCIOFLUSH) == 0;
 }
 
-std::string Reason(const std::string& device) {
-    return device + ": " + ToUtf8(SystemErrorText(static_cast<unsigned long>(errno)));
+// Call at once after the system call that failed: its error number is still in errno then.
+Error Failure(const std::string& device) {
+    return {FromUtf8(device + ": ") + SystemErrorText(static_cast<unsigned long>(errno))};
 }
 
 }
 
-std::unique_ptr<ControllerLine> OpenDevice(const std::string& device, unsigned bitsPerSecond, std::string& error) {
-    const Rate* rate = FindRate(bitsPerSecond);
-    if (rate == nullptr) {
-        error = std::to_string(bitsPerSecond) + " bits per second are not supported";
-        return nullptr;
-    }
+Result<std::unique_ptr<ControllerLine>> OpenDevice(const std::string& device, unsigned bitsPerSecond) {
+    const BaudRate* rate = FindRate(bitsPerSecond);
+    if (rate == nullptr)
+        return Error{FromUtf8(std::to_string(bitsPerSecond) + " bits per second are not supported")};
     const int descriptor = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        error = Reason(device);
-        return nullptr;
-    }
+    if (descriptor < 0)
+        return Failure(device);
     if (!SetUp(descriptor, rate->code)) {
-        error = Reason(device);
+        const Error error = Failure(device);
         ::close(descriptor);
-        return nullptr;
+        return error;
     }
-    // Exclusive use is a courtesy that some drivers lack.
+    // Without a check, because some drivers do not offer exclusive use.
     ::ioctl(descriptor, TIOCEXCL);
-    return std::make_unique<DescriptorLine>(descriptor);
+    return std::unique_ptr<ControllerLine>(std::make_unique<DescriptorLine>(descriptor));
 }
 
 }

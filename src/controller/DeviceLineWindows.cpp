@@ -1,4 +1,4 @@
-// A serial device through the communications calls, with a synchronous handle.
+// A serial device on the communications calls with a synchronous handle.
 
 #include "base/System.h"
 #include "base/WindowsApi.h"
@@ -10,16 +10,17 @@ namespace tarvin::controller {
 
 namespace {
 
-// A read or write returns to look at its deadline this often. A byte that arrives ends a read at once.
+// A read or write returns at least this often to look at its deadline. A byte that arrives ends a read at once.
 constexpr DWORD longestCallMilliseconds = 20;
 
-std::string LastSystemError() {
-    return ToUtf8(SystemErrorText(::GetLastError()));
+KelText LastSystemError() {
+    return SystemErrorText(::GetLastError());
 }
 
 class DeviceLine : public ControllerLine {
 public:
-    explicit DeviceLine(HANDLE openHandle) : handle(openHandle) {}
+    // Takes over the handle.
+    explicit DeviceLine(HANDLE handle) : handle(handle) {}
     ~DeviceLine() override { ::CloseHandle(handle); }
     DeviceLine(const DeviceLine&) = delete;
     DeviceLine& operator=(const DeviceLine&) = delete;
@@ -62,7 +63,7 @@ public:
 
 private:
     Status Fail() {
-        lastError = LastSystemError();
+        lastError = ToUtf8(LastSystemError());
         return Status::Failed;
     }
 
@@ -92,7 +93,7 @@ bool SetUp(HANDLE handle, unsigned bitsPerSecond) {
     settings.fDtrControl = DTR_CONTROL_ENABLE;
     settings.fRtsControl = RTS_CONTROL_ENABLE;
     COMMTIMEOUTS timeouts = {};
-    // With these three a read returns what is there at once, and waits for the first byte only.
+    // These three values together make a read return the bytes that are there at once, or wait for the first one.
     timeouts.ReadIntervalTimeout = MAXDWORD;
     timeouts.ReadTotalTimeoutMultiplier = MAXDWORD;
     timeouts.ReadTotalTimeoutConstant = longestCallMilliseconds;
@@ -103,19 +104,18 @@ bool SetUp(HANDLE handle, unsigned bitsPerSecond) {
 
 }
 
-std::unique_ptr<ControllerLine> OpenDevice(const std::string& device, unsigned bitsPerSecond, std::string& error) {
+Result<std::unique_ptr<ControllerLine>> OpenDevice(const std::string& device, unsigned bitsPerSecond) {
+    // Names such as COM10 open only with this prefix.
     const std::string path = device.starts_with("\\\\") ? device : "\\\\.\\" + device;
     HANDLE handle = ::CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) {
-        error = device + ": " + LastSystemError();
-        return nullptr;
-    }
+    if (handle == INVALID_HANDLE_VALUE)
+        return Error{FromUtf8(device + ": ") + LastSystemError()};
     if (!SetUp(handle, bitsPerSecond)) {
-        error = device + ": " + LastSystemError();
+        const Error error = {FromUtf8(device + ": ") + LastSystemError()};
         ::CloseHandle(handle);
-        return nullptr;
+        return error;
     }
-    return std::make_unique<DeviceLine>(handle);
+    return std::unique_ptr<ControllerLine>(std::make_unique<DeviceLine>(handle));
 }
 
 }

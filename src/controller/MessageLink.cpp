@@ -9,17 +9,13 @@ namespace tarvin::controller {
 
 namespace {
 
-// A short silence, so that the pieces of a message arrive as pieces.
+// Long enough for the program to read one piece of a message before the next one arrives.
 constexpr std::chrono::microseconds gapBetweenPieces(300);
 
 }
 
-MessageLink::MessageLink(ControllerLine& messageLine, const Clock& timeSource, const Settings& chosenSettings)
-    : line(messageLine),
-      clock(timeSource),
-      settings(chosenSettings),
-      misbehaviour(chosenSettings.misbehaviour),
-      buffer(4 * longestFrame) {}
+MessageLink::MessageLink(ControllerLine& line, const Clock& clock, const Settings& settings)
+    : line(line), clock(clock), settings(settings), misbehaviour(settings.misbehaviour), buffer(4 * longestFrame) {}
 
 MessageLink::SendStatus MessageLink::Send(std::string_view text, Clock::TimePoint deadline) {
     BuildFrame(text, outgoing);
@@ -31,6 +27,7 @@ MessageLink::SendStatus MessageLink::Send(std::string_view text, Clock::TimePoin
     if (settings.trace != nullptr)
         TraceSent(text, outgoing);
     unansweredSince.reset();
+    // The controller takes a lost message for sent and waits for its answer in vain.
     if (fate == Misbehaviour::Fate::Lost)
         return SendStatus::Sent;
     return WritePieces(outgoing, deadline);
@@ -38,7 +35,7 @@ MessageLink::SendStatus MessageLink::Send(std::string_view text, Clock::TimePoin
 
 MessageLink::SendStatus MessageLink::WritePieces(std::string_view bytes, Clock::TimePoint deadline) {
     std::size_t start = 0;
-    // Without misbehaviour a message is one write.
+    // Without misbehaviour a message is one write, as a controller sends it.
     const std::vector<std::size_t> whole = {};
     const std::vector<std::size_t>& ends = mayMisbehave ? misbehaviour.Cut(bytes.size()) : whole;
     for (std::size_t index = 0; start < bytes.size(); ++index) {
@@ -87,18 +84,18 @@ ReceivedMessage MessageLink::Receive(Clock::TimePoint deadline, std::optional<ch
 
 std::optional<std::string_view> MessageLink::NextFrame() {
     char* const start = buffer.data() + searched;
-    const void* const found = std::memchr(start, carriageReturn, end - searched);
+    const void* const found = std::memchr(start, frameEnd, end - searched);
     if (found == nullptr) {
         searched = end;
         return std::nullopt;
     }
-    const auto frameEnd = static_cast<std::size_t>(static_cast<const char*>(found) - buffer.data());
-    const std::string_view frame(buffer.data() + begin, frameEnd - begin);
-    begin = searched = frameEnd + 1;
+    const auto endPosition = static_cast<std::size_t>(static_cast<const char*>(found) - buffer.data());
+    const std::string_view frame(buffer.data() + begin, endPosition - begin);
+    begin = searched = endPosition + 1;
     return frame;
 }
 
-// Status Whole stands for "bytes have arrived".
+// Returns Whole if bytes have arrived.
 ReceivedMessage::Status MessageLink::ReadMore(Clock::TimePoint deadline) {
     if (begin > 0) {
         std::memmove(buffer.data(), buffer.data() + begin, end - begin);

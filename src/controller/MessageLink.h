@@ -1,6 +1,6 @@
 #pragma once
-// Messages over a line: frames them, cuts what arrives into frames and checks each, lets the misbehaviour have its way,
-// traces, and times the answers. Knows nothing of what a message means. One thread at a time.
+// Messages over a line. Sends each message as a frame, with its misbehaviour; cuts received bytes into frames and
+// checks them; traces messages and measures turnaround. One thread at a time.
 
 #include "controller/ControllerLine.h"
 #include "controller/Misbehaviour.h"
@@ -14,17 +14,17 @@
 
 namespace tarvin::controller {
 
-// A frame with no end in this many bytes is an error of the other side.
+// A longer frame is an error of the program.
 inline constexpr std::size_t longestFrame = 2000;
 
 struct ReceivedMessage {
-    // Unusable: the line failed or what came is no frame; the link's LastError says why.
+    // Unusable: the line failed or the bytes are not a frame. MessageLink::LastError says why.
     enum class Status { Whole, Damaged, TimedOut, HungUp, Unusable };
     Status status = Status::TimedOut;
-    // Without checksum character and carriage return; of a damaged message all that came before the carriage return.
-    // Valid until the next call.
+    // Of a whole message, without checksum character and carriage return. Of a damaged one, all bytes before the
+    // carriage return. Valid until the next call.
     std::string_view text;
-    // The byte that was to stand before the message did.
+    // The byte that had to precede the message did precede it.
     bool hadLeading = false;
 };
 
@@ -33,38 +33,38 @@ public:
     struct Settings {
         MisbehaviourSettings misbehaviour;
         Clock::Duration delayBeforeMessages = {};
-        // For one readable line about each message; may be null.
+        // Gets one readable line about each message. May be null.
         std::ostream* trace = nullptr;
     };
 
-    // All outlive the link.
-    MessageLink(ControllerLine& messageLine, const Clock& timeSource, const Settings& chosenSettings);
+    // `line`, `clock` and the trace outlive the link.
+    MessageLink(ControllerLine& line, const Clock& clock, const Settings& settings);
 
-    // Nothing goes wrong until it is switched on.
+    // Misbehaviour begins with this call, so that the connection can stand first.
     void AllowMisbehaviour() { mayMisbehave = true; }
 
     enum class SendStatus { Sent, TimedOut, HungUp, Failed };
-    // Sends the text as one message, within the time. `fate` is what the misbehaviour made of it.
+    // Sends the text as one message. Blocks until the system has taken it or the deadline has passed. A message that
+    // the misbehaviour loses counts as sent.
     SendStatus Send(std::string_view text, Clock::TimePoint deadline);
     Misbehaviour::Fate FateOfLastMessage() const { return fate; }
 
-    // The next message; the misbehaviour may make a whole data line a damaged one. `leading`, if it stands before the
-    // message, is no part of it.
+    // Waits for the next message. The misbehaviour may damage a data line. A byte `leading` before the message is
+    // removed.
     ReceivedMessage Receive(Clock::TimePoint deadline, std::optional<char> leading = std::nullopt);
 
-    // True while bytes that have been read belong to no message received yet.
+    // Bytes that have been read and belong to no received message yet.
     bool HasUnread() const { return begin != end; }
     std::string_view Unread() const { return {buffer.data() + begin, end - begin}; }
-    // Forgets them.
     void Discard() { begin = end = searched = 0; }
 
-    // From just before the last byte of a message was handed to the system until the end of the next message had been
-    // read.
+    // The time of each answer: from just before the last bytes of a message are handed to the system until the end of
+    // the next message has been read.
     TurnaroundRecord& Turnaround() { return turnaround; }
-    // When the last message ended.
+    // The time when the end of the last message was read.
     Clock::TimePoint LastArrival() const { return lastArrival; }
 
-    // The reason of the last failure, for a person.
+    // The reason of the last failure, for people.
     const std::string& LastError() const { return lastError; }
 
 private:
@@ -85,7 +85,7 @@ private:
     std::string outgoing;
     Misbehaviour::Fate fate = Misbehaviour::Fate::AsMeant;
 
-    // Bytes from `begin` to `end` wait; up to `searched` they hold no carriage return.
+    // Bytes `begin` to `end` are unread. Those before `searched` hold no carriage return.
     std::vector<char> buffer;
     std::size_t begin = 0;
     std::size_t end = 0;

@@ -1,7 +1,6 @@
 #include "controller/Misbehaviour.h"
 
 #include "controller/ControllerFrame.h"
-#include "controller/MessageCodes.h"
 
 namespace tarvin::controller {
 
@@ -10,15 +9,15 @@ namespace {
 constexpr std::uint8_t xon = 0x11;
 constexpr std::uint8_t xoff = 0x13;
 
-// Flow control is not what is put to the test: a stray XOFF would stop the line for good.
+// Faults leave flow control alone: a stray XOFF would hold the line forever.
 bool StopsTheLine(std::uint8_t byte) {
     return byte == xon || byte == xoff;
 }
 
 }
 
-Misbehaviour::Misbehaviour(const MisbehaviourSettings& chosenSettings)
-    : settings(chosenSettings), outgoing(chosenSettings.seed), incoming(~chosenSettings.seed) {}
+Misbehaviour::Misbehaviour(const MisbehaviourSettings& settings)
+    : settings(settings), outgoing(settings.seed), incoming(~settings.seed) {}
 
 Misbehaviour::Fate Misbehaviour::Distort(std::string& frame) {
     if (Happens(outgoing, settings.drop))
@@ -46,7 +45,7 @@ void Misbehaviour::AddNoise(std::string& frame) {
         std::uint8_t byte = 0;
         do {
             byte = static_cast<std::uint8_t>(Below(outgoing, 256));
-        } while ((byte >= 0x20 && byte <= 0x7E) || byte == carriageReturn || StopsTheLine(byte));
+        } while ((byte >= 0x20 && byte <= 0x7E) || byte == frameEnd || StopsTheLine(byte));
         frame.insert(Below(outgoing, frame.size()), 1, static_cast<char>(byte));
     }
 }
@@ -64,8 +63,8 @@ const std::vector<std::size_t>& Misbehaviour::Cut(std::size_t byteCount) {
 }
 
 bool Misbehaviour::DamagesReceived(std::string_view frame) {
-    // Nothing but a data line can be asked for again.
-    if (!frame.starts_with(downloadLineCode))
+    // The controller can ask only for data lines again.
+    if (!frame.starts_with(code::downloadData))
         return false;
     nextReceivedIsDropped = Happens(incoming, settings.dropReceived);
     return nextReceivedIsDropped || Happens(incoming, settings.garbleReceived);
@@ -73,7 +72,7 @@ bool Misbehaviour::DamagesReceived(std::string_view frame) {
 
 void Misbehaviour::DamageReceived(std::string& frame) {
     const std::string whole = frame;
-    // A lost byte may leave a checksum that is right by chance; a changed one of the lower six bits never does.
+    // A lost byte may leave a checksum that is right by chance. A changed bit among the lower six never does.
     for (int attempt = 0; nextReceivedIsDropped && attempt < 8; ++attempt) {
         frame.erase(Below(incoming, frame.size()), 1);
         if (!HasRightChecksum(frame))

@@ -1,6 +1,6 @@
 #pragma once
-// The ways in which a controller and its line can go wrong, drawn from a seed: the same seed gives the same faults on
-// every system. Knows nothing of lines and of time. One thread at a time.
+// The faults of a controller and its line, chosen by a seed. The same seed gives the same faults on every system. One
+// thread at a time.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace tarvin::controller {
 
-// Chances are parts in a million.
+// All chances are parts in a million.
 struct MisbehaviourSettings {
     std::uint64_t seed = 1;
     std::uint32_t garble = 0;
@@ -24,24 +24,24 @@ struct MisbehaviourSettings {
 
 class Misbehaviour {
 public:
-    explicit Misbehaviour(const MisbehaviourSettings& chosenSettings);
+    explicit Misbehaviour(const MisbehaviourSettings& settings);
 
     enum class Fate { AsMeant, Damaged, Lost };
 
-    // Decides what becomes of a message that is to be sent, and changes the bytes of its frame to that. Noise alone
-    // leaves the message as meant: the program has to ignore it.
+    // Decides the fate of a message before it is sent, and changes its frame accordingly. A message with noise only
+    // counts as meant, because the program has to ignore noise.
     Fate Distort(std::string& frame);
-    // Where to cut `byteCount` bytes into pieces: ends of pieces, rising, the last one is `byteCount`. Valid until the
-    // next call.
+    // The ends of the pieces into which `byteCount` bytes are cut, in rising order. The last one is `byteCount`. Valid
+    // until the next call.
     const std::vector<std::size_t>& Cut(std::size_t byteCount);
 
-    // True if the frame, without its carriage return, is to be taken as damaged on its way in.
+    // True if this received frame, without its carriage return, has to be damaged. Then DamageReceived follows.
     bool DamagesReceived(std::string_view frame);
-    // Damages such a frame so that its checksum shows it.
+    // Damages the frame so that its checksum is wrong.
     void DamageReceived(std::string& frame);
 
 private:
-    // Two sources, so that what goes wrong on the way out does not depend on how much has come in.
+    // Two sources, so that faults of sent messages do not depend on the number of received ones.
     using Source = std::mt19937_64;
     static bool Happens(Source& source, std::uint32_t chance) { return chance != 0 && source() % 1'000'000 < chance; }
     static std::size_t Below(Source& source, std::size_t limit) { return static_cast<std::size_t>(source() % limit); }

@@ -1,7 +1,7 @@
-// Makes a pseudo-terminal and the link to its other end, and sees to it that the link does not outlive the process.
+// Makes a pseudo-terminal and the link to its other end. Removes the link however the process ends.
 
 #include "base/System.h"
-#include "controller/DescriptorLine.h"
+#include "controller/DescriptorLinePosix.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <iterator>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,13 +23,13 @@ namespace {
 constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 constexpr std::size_t endingSignalCount = std::size(endingSignals);
 struct sigaction actionsBefore[endingSignalCount];
-// A signal handler can allocate nothing: the link's path waits here. Empty while there is no link.
+// The path of the link, in fixed memory because a signal handler must not allocate. Empty while there is no link.
 char linkToRemove[4096];
 
 void RemoveLinkAndEnd(int signalNumber) {
     if (linkToRemove[0] != '\0')
         ::unlink(linkToRemove);
-    // The handler is gone by now, so that this ends the process as the sender of the signal expects.
+    // SA_RESETHAND has removed this handler, so the signal now ends the process as its sender expects.
     ::raise(signalNumber);
 }
 
@@ -38,7 +39,7 @@ void CatchEndingSignals() {
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (std::size_t index = 0; index < endingSignalCount; ++index) {
         ::sigaction(endingSignals[index], nullptr, &actionsBefore[index]);
-        // As "nohup" arranges it: what is ignored ends nothing.
+        // A signal that is ignored, for example after "nohup", stays ignored.
         if (actionsBefore[index].sa_handler != SIG_IGN)
             ::sigaction(endingSignals[index], &action, nullptr);
     }
@@ -50,8 +51,9 @@ void ReleaseEndingSignals() {
     linkToRemove[0] = '\0';
 }
 
-std::string Reason(const std::string& what) {
-    return what + ": " + ToUtf8(SystemErrorText(static_cast<unsigned long>(errno)));
+// Call at once after the system call that failed: its error number is still in errno then.
+Error Failure(const std::string& what) {
+    return {FromUtf8(what + ": ") + SystemErrorText(static_cast<unsigned long>(errno))};
 }
 
 std::string TargetOf(const std::filesystem::path& link) {
@@ -59,8 +61,8 @@ std::string TargetOf(const std::filesystem::path& link) {
     return std::filesystem::read_symlink(link, ignored).native();
 }
 
-// The other end is opened once and closed again: from then on the line is raw, and seen as hung up until somebody
-// opens it. The settings stay while the controller holds its own end.
+// Opens the other end once and closes it again. The line is then raw, and shows as hung up until a program opens it.
+// The settings stay as long as the controller's end is open.
 bool MakeRaw(const char* otherEnd) {
     const int descriptor = ::open(otherEnd, O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)
@@ -73,37 +75,64 @@ bool MakeRaw(const char* otherEnd) {
     return isSet;
 }
 
-// False, with the reason, if something else than a link that leads nowhere has the name.
-bool ClearTheWay(const std::filesystem::path& link, const std::string& otherEnd, std::string& error) {
+// Removes a link that leads nowhere. Fails if the path holds anything else.
+Result<> RemoveStaleLink(const std::filesystem::path& link, const std::string& otherEnd) {
     struct stat state = {};
     if (::lstat(link.c_str(), &state) != 0)
-        return true;
-    // The number of a line that is gone may have come back as this one's.
+        return {};
+    // A stale link may lead to the new line: the system reuses the numbers of closed pseudo-terminals.
     const bool isStale = S_ISLNK(state.st_mode) && (::stat(link.c_str(), &state) != 0 || TargetOf(link) == otherEnd);
-    if (!isStale) {
-        error = link.native() + " exists and is not a link left over by a controller that has ended";
-        return false;
-    }
-    if (::unlink(link.c_str()) == 0)
-        return true;
-    error = Reason(link.native());
-    return false;
+    if (!isStale)
+        return Error{FromUtf8(link.native() + " exists and is not a link left over by a controller that has ended")};
+    if (::unlink(link.c_str()) != 0)
+        return Failure(link.native());
+    return {};
 }
 
-class PseudoTerminal : public DescriptorLine {
-public:
-    PseudoTerminal(int openDescriptor, std::filesystem::path linkPath, std::string otherEndName)
-        : DescriptorLine(openDescriptor), link(std::move(linkPath)), otherEnd(std::move(otherEndName)) {}
+// Makes the link. From the first moment on it is removed when a signal ends the process.
+Result<> MakeLink(const std::filesystem::path& link, const std::string& otherEnd) {
+    // In this order: a signal between two steps finds no link that it does not know.
+    link.native().copy(linkToRemove, sizeof linkToRemove - 1);
+    linkToRemove[link.native().size()] = '\0';
+    CatchEndingSignals();
+    if (::symlink(otherEnd.c_str(), link.c_str()) == 0)
+        return {};
+    const Error error = Failure(link.native());
+    ReleaseEndingSignals();
+    return error;
+}
 
-    ~PseudoTerminal() override {
-        // Not if somebody else has taken the name since.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number(number) {}
+    ~Descriptor() {
+        if (number >= 0)
+            ::close(number);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int Number() const { return number; }
+    int Release() { return std::exchange(number, -1); }
+
+private:
+    int number;
+};
+
+class LinkedLine : public DescriptorLine {
+public:
+    LinkedLine(int descriptor, std::filesystem::path link, std::string otherEnd)
+        : DescriptorLine(descriptor), link(std::move(link)), otherEnd(std::move(otherEnd)) {}
+
+    ~LinkedLine() override {
+        // Another controller may have made the link its own meanwhile.
         if (TargetOf(link) == otherEnd)
             ::unlink(link.c_str());
         ReleaseEndingSignals();
     }
 
 private:
-    // A program that takes on other settings closes its port and opens it again.
+    // A program whose settings change closes its port and opens it again at once.
     bool IsOpenedAgain(Clock::TimePoint deadline) override {
         constexpr std::chrono::seconds timeToReopen(2);
         return WaitForPeer(std::min(deadline, SteadyClock().Now() + timeToReopen)) == Status::Done;
@@ -115,35 +144,21 @@ private:
 
 }
 
-std::unique_ptr<ControllerLine> MakePseudoTerminal(const std::filesystem::path& link, std::string& error) {
+Result<std::unique_ptr<ControllerLine>> MakePseudoTerminal(const std::filesystem::path& link) {
     const std::filesystem::path place = std::filesystem::absolute(link);
-    if (place.native().size() >= sizeof linkToRemove) {
-        error = "the name of the link is too long";
-        return nullptr;
-    }
-    const int descriptor = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (place.native().size() >= sizeof linkToRemove)
+        return Error{u"the name of the link is too long"};
+    Descriptor ownEnd(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     char otherEnd[128] = {};
-    const bool isMade = descriptor >= 0 && ::grantpt(descriptor) == 0 && ::unlockpt(descriptor) == 0 &&
-                        ::ptsname_r(descriptor, otherEnd, sizeof otherEnd) == 0 && MakeRaw(otherEnd);
+    const bool isMade = ownEnd.Number() >= 0 && ::grantpt(ownEnd.Number()) == 0 && ::unlockpt(ownEnd.Number()) == 0 &&
+                        ::ptsname_r(ownEnd.Number(), otherEnd, sizeof otherEnd) == 0 && MakeRaw(otherEnd);
     if (!isMade)
-        error = Reason("no pseudo-terminal");
-    bool isLinked = false;
-    if (isMade && ClearTheWay(place, otherEnd, error)) {
-        // In this order, so that no signal finds a link that nobody removes.
-        place.native().copy(linkToRemove, sizeof linkToRemove - 1);
-        linkToRemove[place.native().size()] = '\0';
-        CatchEndingSignals();
-        isLinked = ::symlink(otherEnd, place.c_str()) == 0;
-        if (!isLinked) {
-            error = Reason(place.native());
-            ReleaseEndingSignals();
-        }
-    }
-    if (isLinked)
-        return std::make_unique<PseudoTerminal>(descriptor, place, otherEnd);
-    if (descriptor >= 0)
-        ::close(descriptor);
-    return nullptr;
+        return Failure("no pseudo-terminal");
+    if (Result<> removed = RemoveStaleLink(place, otherEnd); !removed)
+        return removed.Reason();
+    if (Result<> made = MakeLink(place, otherEnd); !made)
+        return made.Reason();
+    return std::unique_ptr<ControllerLine>(std::make_unique<LinkedLine>(ownEnd.Release(), place, otherEnd));
 }
 
 }

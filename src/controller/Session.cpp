@@ -1,9 +1,9 @@
 #include "controller/Session.h"
 
 #include "controller/CommandRunner.h"
-#include "controller/HelpText.h"
 #include "controller/NcLines.h"
 
+#include <cassert>
 #include <ostream>
 
 namespace tarvin::controller {
@@ -16,17 +16,19 @@ bool ReadsFile(const Command& command) {
 
 using Lines = std::vector<std::string>;
 
-// One entry for each command, empty for those that read no file.
-bool ReadFiles(const std::vector<Command>& commands, std::vector<Lines>& files, std::string& error) {
+// One entry for each command, empty if it reads no file.
+Result<std::vector<Lines>> ReadFiles(const std::vector<Command>& commands) {
+    std::vector<Lines> files;
     for (const Command& command : commands) {
-        auto lines = ReadsFile(command) ? ReadNcLines(command.file, error) : Lines();
+        auto lines = ReadsFile(command) ? ReadNcLines(command.file) : Lines();
         if (!lines)
-            return false;
+            return lines.Reason();
         files.push_back(std::move(*lines));
     }
-    return true;
+    return files;
 }
 
+// Reports a failure before the line is open.
 int FailEarly(std::ostream& errors, int status, const std::string& reason) {
     errors << "tarvin-controller: " << reason << std::endl;
     return status;
@@ -41,6 +43,7 @@ int Fail(std::ostream& output, const std::string& what, const std::string& reaso
 
 int RunCommands(const ControllerOptions& options, std::span<const Lines> files, ControllerLine& line,
                 const Clock& clock, std::ostream& output) {
+    assert(!options.commands.empty() && files.size() == options.commands.size());
     MessageLink link(line, clock,
                      {options.misbehaviour, options.delayBeforeMessages, options.traces ? &output : nullptr});
     Conversation conversation(line, link, clock, options.conversation);
@@ -62,7 +65,7 @@ int RunCommands(const ControllerOptions& options, std::span<const Lines> files, 
         if (outcome.kind == Outcome::Kind::Stopped)
             status = ExitStatus::stopped;
     }
-    // An answer to the last message sent is nobody's fault if it was not to be waited for.
+    // After "send" the program may still answer, so silence is not required.
     if (options.commands.back().kind == Command::Kind::Send)
         return status;
     if (const Outcome outcome = conversation.End(); !outcome.IsRight())
@@ -72,25 +75,25 @@ int RunCommands(const ControllerOptions& options, std::span<const Lines> files, 
 
 int RunController(std::span<const std::string> arguments, std::string_view version, std::ostream& output,
                   std::ostream& errors) {
-    ControllerOptions options;
-    std::string error;
-    if (!ParseCommandLine(arguments, options, error))
-        return FailEarly(errors, ExitStatus::usage, error + "; see --help");
-    if (options.wantsHelp || options.wantsVersion) {
-        if (options.wantsHelp)
+    const auto options = ParseCommandLine(arguments);
+    if (!options)
+        return FailEarly(errors, ExitStatus::usage, ToUtf8(options.Reason().text) + "; see --help");
+    if (options->wantsHelp || options->wantsVersion) {
+        if (options->wantsHelp)
             output << helpText << std::flush;
         else
             output << "tarvin-controller " << version << std::endl;
         return ExitStatus::right;
     }
-    std::vector<Lines> files;
-    if (!ReadFiles(options.commands, files, error))
-        return FailEarly(errors, ExitStatus::usage, error);
-    const auto line = options.device.empty() ? MakePseudoTerminal(options.pseudoTerminalLink, error)
-                                             : OpenDevice(options.device, options.bitsPerSecond, error);
+    // Read before the line is opened: a program must not wait for a controller with a wrong command line.
+    const auto files = ReadFiles(options->commands);
+    if (!files)
+        return FailEarly(errors, ExitStatus::usage, ToUtf8(files.Reason().text));
+    const auto line = options->device.empty() ? MakePseudoTerminal(options->pseudoTerminalLink)
+                                              : OpenDevice(options->device, options->bitsPerSecond);
     if (!line)
-        return FailEarly(errors, ExitStatus::failed, error);
-    return RunCommands(options, files, *line, SteadyClock(), output);
+        return FailEarly(errors, ExitStatus::failed, ToUtf8(line.Reason().text));
+    return RunCommands(*options, *files, **line, SteadyClock(), output);
 }
 
 }

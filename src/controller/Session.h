@@ -1,6 +1,6 @@
 #pragma once
-// A run of the controller from its command line to its exit status. Blocks until all is done. One at a time in a
-// process while pseudo-terminals are used.
+// A run of the controller from its command line to its exit status. Both operations block until the run is over. One
+// run at a time in a process, because of its pseudo-terminal.
 
 #include "controller/CommandLine.h"
 
@@ -8,6 +8,7 @@
 
 namespace tarvin::controller {
 
+// Exit codes of the program. Stopped: all was right and --stop-after ended a transfer.
 namespace ExitStatus {
 inline constexpr int right = 0;
 inline constexpr int failed = 1;
@@ -15,12 +16,12 @@ inline constexpr int usage = 2;
 inline constexpr int stopped = 3;
 }
 
-// The arguments behind the program's name.
+// `arguments` follow the program's name.
 int RunController(std::span<const std::string> arguments, std::string_view version, std::ostream& output,
                   std::ostream& errors);
 
-// The part behind command line, files and opening: `files` holds the lines for each command, empty for those that read
-// none. There is at least one command.
+// Runs the commands of `options` on an open line. `files` holds the lines of each command's file, empty if it reads
+// none. Requires at least one command, and one entry of `files` for each.
 int RunCommands(const ControllerOptions& options, std::span<const std::vector<std::string>> files, ControllerLine& line,
                 const Clock& clock, std::ostream& output);
 

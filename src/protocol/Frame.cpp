@@ -12,7 +12,7 @@ char MessageChecksum(std::string_view text) {
     for (const char byte : text)
         sum += static_cast<unsigned char>(byte);
     std::uint32_t checksum = (65536 - sum) & 127;
-    // Printable without becoming ambiguous at the bound: 32 is lifted too, and then all are one less.
+    // 0 to 32 are lifted by 64, and then every result is one less: the character prints, and no two ranges overlap.
     if (checksum <= 32)
         checksum += 64;
     return static_cast<char>(checksum - 1);
@@ -24,19 +24,19 @@ void BuildFrame(std::string_view text, std::string& frame) {
     frame.push_back(frameEnd);
 }
 
-std::string_view DataPayload(std::string_view line) {
-    const std::size_t found = line.find(code::uploadData);
+std::string_view DataPayload(std::string_view message) {
+    const std::size_t found = message.find(code::uploadData);
     if (found == std::string_view::npos)
         return {};
-    line.remove_prefix(found + code::uploadData.size());
-    return line.substr(0, line.empty() ? 0 : line.size() - 1);
+    message.remove_prefix(found + code::uploadData.size());
+    return message.substr(0, message.empty() ? 0 : message.size() - 1);
 }
 
-std::string_view FileNumber(std::string_view line) {
-    line.remove_prefix(std::min<std::size_t>(line.size(), 4));
-    while (line.starts_with('0'))
-        line.remove_prefix(1);
-    return line.substr(0, line.empty() ? 0 : line.size() - 1);
+std::string_view FileNumber(std::string_view message) {
+    message.remove_prefix(std::min<std::size_t>(message.size(), 4));
+    while (message.starts_with('0'))
+        message.remove_prefix(1);
+    return message.substr(0, message.empty() ? 0 : message.size() - 1);
 }
 
 bool IsUsableFileNumber(std::string_view number) {

@@ -1,6 +1,6 @@
 #pragma once
-// The controller's messages as bytes: codes, checksum, frame, and what is taken out of a line received. Knows nothing
-// of what is done with them. Pure functions, any thread.
+// The messages of the controller's language as bytes: codes, checksum and frame, and the parts of a received message. Any
+// thread.
 //
 // A frame is the message text, one checksum character and a carriage return. The controller's messages begin with "AB",
 // ours with "AA".
@@ -24,7 +24,7 @@ inline constexpr std::string_view dataBad = "ABNK";
 inline constexpr std::string_view linkTestAnswer = "AATS";
 inline constexpr std::string_view acknowledge = "AAAK";
 inline constexpr std::string_view cannotRead = "AAAK01";
-inline constexpr std::string_view cannotGoOn = "AAAK03"; // cannot write, or a data line that never arrives well
+inline constexpr std::string_view cannotGoOn = "AAAK03"; // the file cannot be written, or a data line has failed
 inline constexpr std::string_view downloadData = "AADA";
 inline constexpr std::string_view downloadEnd = "AAEF";
 
@@ -34,26 +34,26 @@ inline constexpr char frameEnd = 13;
 // The controller takes frames of up to 999 characters.
 inline constexpr std::size_t longestDataLine = 993;
 
-// Always 32 to 126.
+// The checksum character of a message text, 32 to 126.
 char MessageChecksum(std::string_view text);
 
-// `frame` receives the text, its checksum and the carriage return.
+// Puts the text, its checksum and the carriage return into `frame`.
 void BuildFrame(std::string_view text, std::string& frame);
 
-// A code counts wherever it stands in the line: noise in front of it does not hide it.
-inline bool HoldsCode(std::string_view line, std::string_view messageCode) {
-    return line.find(messageCode) != std::string_view::npos;
+// A code counts wherever it stands in the message: noise before it does not hide it.
+inline bool HoldsCode(std::string_view message, std::string_view code) {
+    return message.find(code) != std::string_view::npos;
 }
 
-// What stands between the first "ABAD" of the line and its last character, the controller's checksum, which is dropped
-// unread: the controller repeats nothing, so that a refusal could only lose the line.
-std::string_view DataPayload(std::string_view line);
+// The characters between the first "ABAD" of the message and its last character. That is the controller's checksum, which
+// is dropped unread: the controller repeats nothing, so a refusal could only lose the line.
+std::string_view DataPayload(std::string_view message);
 
-// The file number of a request: the line without its code, the leading zeros after that, and its checksum character. In
-// this order: of a number of zeros only, a checksum character "0" goes with the zeros.
-std::string_view FileNumber(std::string_view line);
+// The file number of a request: the message without its first four characters, then without leading zeros, then without
+// its checksum character. In this order, so a checksum "0" behind zeros goes with the zeros.
+std::string_view FileNumber(std::string_view message);
 
-// Whether the number may name a file in a transfer folder: not one that leads out of it or to a device.
+// Whether the number may name a file: one that leads out of the transfer folder, or to a device, may not.
 bool IsUsableFileNumber(std::string_view number);
 
 }

@@ -8,7 +8,7 @@ namespace tarvin {
 
 namespace {
 
-// Some milliseconds of reading.
+// Takes some milliseconds, so that a read ends soon after `stop` is set.
 constexpr std::size_t largestRead = 16 << 20;
 
 }
@@ -28,11 +28,11 @@ void FileImage::Clear() {
 
 bool FileImage::ReadAll(KelFile& file, const std::atomic<bool>& stop) {
     const auto size = file.Size();
-    // One byte more than the file holds, so that the read that finds its end needs no more room.
+    // One byte more than the file holds: the read that finds its end needs room too.
     if (!size || *size > maximumLength || !Grow(static_cast<std::size_t>(*size) + 1))
         return false;
     for (;;) {
-        // A file that grows while it is read.
+        // The file grows while it is read.
         if (length == capacity && !Grow(capacity * 2))
             return false;
         const auto count = file.Read(content.get() + length, std::min(capacity - length, largestRead));
@@ -47,7 +47,7 @@ bool FileImage::ReadAll(KelFile& file, const std::atomic<bool>& stop) {
 bool FileImage::Grow(std::size_t newCapacity) {
     if (newCapacity > 2 * maximumLength)
         return false;
-    // Not value-initialised: pages that the read does not reach are never touched.
+    // Without initial values: the system then gives no memory for pages that the read does not reach.
     std::unique_ptr<char[]> larger(new (std::nothrow) char[newCapacity]);
     if (!larger)
         return false;

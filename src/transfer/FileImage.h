@@ -1,6 +1,6 @@
 #pragma once
-// The whole content of a file being downloaded, as it was when it was read: another program may rewrite the file
-// meanwhile. Knows nothing of lines or of the line.
+// The content of a file that is being downloaded, as it was when it was read: another program may rewrite the file
+// during the download.
 
 #include "files/KelFile.h"
 
@@ -14,11 +14,11 @@ namespace tarvin {
 
 class FileImage {
 public:
-    // Transfer counters and status texts end at 2^31 - 1 bytes.
+    // In bytes. Transfer counters and status texts end at 2^31 - 1.
     static constexpr std::size_t maximumLength = 0x7FFFFFFF;
 
-    // Reads the open file to its end. False, with an empty image, if it cannot be read, is too long or does not fit in
-    // memory, or if `stop` is set meanwhile: a program that is to end must not wait for gigabytes.
+    // Reads the open file to its end. False, with an empty image, if it cannot be read, is too long, does not fit in
+    // memory, or if another thread sets `stop`: a program that ends does not wait for gigabytes.
     bool Load(KelFile& file, const std::atomic<bool>& stop);
     void Clear();
 
@@ -26,7 +26,7 @@ public:
     std::size_t Position() const { return position; }
     std::string_view Content() const { return {content.get(), length}; }
 
-    // The next bytes from the position, at most `byteCount`; moves the position past them.
+    // Takes the next bytes, at most `byteCount`; none at the end. Valid until Load or Clear.
     std::span<const std::uint8_t> Next(std::size_t byteCount);
 
 private:

@@ -8,7 +8,7 @@ namespace tarvin {
 
 namespace {
 
-// In blocks whose count fits a byte, which lets the compiler count sixteen at a time.
+// Counts in blocks whose result fits a byte: the compiler then counts sixteen bytes at a time.
 std::size_t CountReturns(std::string_view text) {
     constexpr std::size_t blockSize = 240;
     std::size_t total = 0;
@@ -32,7 +32,7 @@ LineList::LoadResult LineList::Load(KelFile& file, const std::atomic<bool>& stop
     const char* start = content.data();
     std::size_t lineEndReturns = 0;
     LoadResult result = LoadResult::Loaded;
-    // Millions of lines pass here between a controller's request and its answer.
+    // The controller waits for its answer meanwhile, and a file may have millions of lines.
     while (start < end && !stop.load(std::memory_order_relaxed)) {
         const void* const found = std::memchr(start, '\n', static_cast<std::size_t>(end - start));
         const char* const lineEnd = found != nullptr ? static_cast<const char*>(found) : end;

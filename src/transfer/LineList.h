@@ -1,6 +1,6 @@
 #pragma once
-// The lines of an NC file being downloaded, handed out one after the other. Keeps the file as one image and no index: a
-// large file costs its own size and no more. Knows nothing of protocols.
+// The lines of an NC file that is being downloaded, one after the other. It keeps the file as one image without an index,
+// so a large file takes no more memory than its size.
 
 #include "transfer/FileImage.h"
 
@@ -11,26 +11,27 @@ namespace tarvin {
 
 class LineList {
 public:
-    // A longer line is no NC text.
+    // In bytes without the line end. A file with a longer line is no NC text.
     static constexpr std::size_t longestLineAllowed = 24576;
 
     enum class LoadResult {
         Loaded,
-        NotText,   // a line was longer than allowed; the lines before it are there
-        Unreadable // no lines; also if `stop` was set meanwhile
+        NotText,   // a line is longer than allowed; the lines before it have been loaded
+        Unreadable // no lines; also if `stop` was set
     };
 
-    // Lines end with LF or CR LF; what follows the last line end is a line too, less a CR at the very end.
+    // Reads the open file. Lines end with LF or CR LF. Bytes behind the last line end are a line too, without a CR at
+    // the very end.
     LoadResult Load(KelFile& file, const std::atomic<bool>& stop);
     void Clear();
 
     std::size_t FileSize() const { return image.Length(); }
     // Length of the longest line, without its line end.
     std::size_t LongestLine() const { return longestLine; }
-    // A carriage return inside a line, where no line ends.
+    // Whether a carriage return stands inside a line.
     bool HasStrayCarriageReturn() const { return hasStrayCarriageReturn; }
 
-    // The next line that is not empty, without its line end; empty when there is none left. Valid until Load or Clear.
+    // Takes the next line that is not empty, without its line end; empty when no line is left. Valid until Load or Clear.
     std::string_view NextNonEmpty();
 
 private:

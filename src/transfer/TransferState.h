@@ -1,5 +1,7 @@
 #pragma once
-// The state codes of link and transfer and the status texts that show them. Knows nothing of who sets or shows them.
+// The states of link and transfer, and the status texts that show them. Transfer.h tells which may follow which. Some are
+// entered by no part of this program: they belong to machines and networks that it does not serve yet (3, 4, 6, 7, 11, 20,
+// 23, 25, 27 to 29 and 31 to 38).
 
 #include "base/KelText.h"
 
@@ -55,7 +57,7 @@ constexpr bool IsTransferring(TransferState state) {
     return state == TransferState::Downloading || state == TransferState::Uploading;
 }
 
-// What the status texts are filled with.
+// The values in the status texts.
 struct StatusArguments {
     KelText fileName; // the path of the transfer
     std::int64_t byteCount = 0;
@@ -66,13 +68,13 @@ struct StatusArguments {
 };
 
 struct StatusDescription {
-    std::optional<KelText> line; // none leaves the status line as it was
-    bool isReported = false;     // to the activity log as well
-    // A line that is reported before `line` and never shown.
+    std::optional<KelText> line; // none: the status line stays
+    bool isReported = false;     // the line goes to the activity log too
+    // A line for the activity log before `line`. It is never shown.
     std::optional<KelText> reportedBefore;
 };
 
-// Any code is allowed; one without a text of its own leaves the line unchanged.
+// Takes any number as a state; a number without a text leaves the line unchanged.
 StatusDescription DescribeState(TransferState state, const StatusArguments& arguments);
 
 }

@@ -1,5 +1,5 @@
 #pragma once
-// A line that leads straight to a program double, on a clock that jumps to the deadline when nothing comes.
+// A line that leads directly to a program double. Its clock jumps to the deadline when no bytes come.
 
 #include "ProgramDouble.h"
 #include "controller/ControllerLine.h"
@@ -11,14 +11,13 @@ namespace tarvin::controller::test {
 
 class DoubleLine : public ControllerLine {
 public:
-    DoubleLine(ProgramDouble& otherSide, tarvin::test::ManualClock& movedClock)
-        : program(otherSide), clock(movedClock) {}
+    DoubleLine(ProgramDouble& program, tarvin::test::ManualClock& clock) : program(program), clock(clock) {}
 
-    // The most bytes that one read gives.
+    // One read returns at most this many bytes.
     std::size_t arrivalSize = 4096;
-    // What the clock moves on before a read gives something.
+    // The clock advances by this time before a read returns bytes.
     Clock::Duration readTime = {};
-    // All that was ever written.
+    // All bytes that were written.
     std::string written;
     std::size_t writeCount = 0;
 

@@ -8,12 +8,12 @@
 
 using namespace tarvin::controller;
 
-TEST_CASE("checksums are those that controllers compute") {
+TEST_CASE("ControllerFrame: checksums are those of real controllers") {
     struct Row {
         std::string_view text;
         char checksum;
     };
-    // The last three leave 33, 32 and 0 before they are made printable.
+    // Before they become printable, the checksums of the last three are 33, 32 and 0.
     const Row table[] = {{"AAAK", 'q'}, {"AAAK01", 'P'}, {"AAAK03", 'N'}, {"AATS", 'V'},
                          {"AAEF", 'r'}, {"ABAK", 'p'},   {"ABNK", 'c'},   {"AADAN10G90", 'Y'},
                          {"", '?'},     {"\xDF", ' '},   {"\xE0", '_'},   {"\x80", '?'}};
@@ -30,7 +30,7 @@ TEST_CASE("checksums are those that controllers compute") {
     CHECK_FALSE(HasRightChecksum(""));
 }
 
-TEST_CASE("damage to a received line always shows in its checksum") {
+TEST_CASE("Misbehaviour: damage to a received line always makes its checksum wrong") {
     MisbehaviourSettings settings;
     settings.garbleReceived = 300'000;
     settings.dropReceived = 300'000;
@@ -38,7 +38,7 @@ TEST_CASE("damage to a received line always shows in its checksum") {
         Misbehaviour misbehaviour(settings);
         for (const std::string_view text : {"AADA@@@@", "AADAN10 G1 X5", "AADA ", "AADA\xC0\x80@"}) {
             std::string frame(text);
-            frame += ChecksumOf(text);
+            frame += MessageChecksum(text);
             if (misbehaviour.DamagesReceived(frame)) {
                 misbehaviour.DamageReceived(frame);
                 CHECK_FALSE(HasRightChecksum(frame));
@@ -48,7 +48,7 @@ TEST_CASE("damage to a received line always shows in its checksum") {
     }
 }
 
-TEST_CASE("noise is only what the program has to ignore, and nothing stops the line") {
+TEST_CASE("Misbehaviour: noise is only bytes that the program has to ignore, without XOFF and XON") {
     MisbehaviourSettings settings;
     settings.noise = 1'000'000;
     for (const std::uint32_t garble : {0U, 1'000'000U}) {
@@ -67,7 +67,7 @@ TEST_CASE("noise is only what the program has to ignore, and nothing stops the l
     }
 }
 
-TEST_CASE("pieces of a message make up the message") {
+TEST_CASE("Misbehaviour: the pieces of a message are the whole message") {
     MisbehaviourSettings settings;
     settings.splitsMessages = true;
     Misbehaviour misbehaviour(settings);
@@ -79,11 +79,11 @@ TEST_CASE("pieces of a message make up the message") {
     }
 }
 
-TEST_CASE("an NC file's lines are those that the program would send") {
-    std::string error;
+TEST_CASE("NcLines: an NC file gives the lines that the program would send") {
     using Lines = std::vector<std::string>;
-    CHECK(SplitNcLines("a\r\nb\n\n\r\n c \nd", error) == Lines{"a", "b", " c ", "d"});
-    CHECK(SplitNcLines("\n\r\n", error) == Lines{});
-    CHECK_FALSE(SplitNcLines("a\nb\rc\n", error));
-    CHECK(error == "line 2 holds a carriage return that does not end it");
+    CHECK(*SplitNcLines("a\r\nb\n\n\r\n c \nd") == Lines{"a", "b", " c ", "d"});
+    CHECK(SplitNcLines("\n\r\n")->empty());
+    const auto refused = SplitNcLines("a\nb\rc\n");
+    REQUIRE_FALSE(refused);
+    CHECK(refused.Reason().text == u"line 2 holds a carriage return that does not end it");
 }

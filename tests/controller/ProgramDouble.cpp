@@ -8,7 +8,7 @@ namespace tarvin::controller::test {
 
 namespace {
 
-std::string Frame(const std::string& text) {
+std::string FrameOf(std::string_view text) {
     std::string frame;
     BuildFrame(text, frame);
     return frame;
@@ -22,7 +22,7 @@ std::string ProgramDouble::Receive(std::string_view bytes) {
         if (byte >= 0x20 && byte <= 0x7E) {
             incoming += byte;
         } else if (byte == '\r' && !incoming.empty()) {
-            if (!incoming.starts_with("ABTS"))
+            if (!incoming.starts_with(code::linkTest))
                 replies += std::exchange(heldAnswers, {});
             replies += Handle(incoming);
             incoming.clear();
@@ -32,50 +32,50 @@ std::string ProgramDouble::Receive(std::string_view bytes) {
 }
 
 std::string ProgramDouble::Handle(const std::string& message) {
-    const std::string code = message.substr(0, 4);
+    const std::string messageCode = message.substr(0, 4);
     const std::string payload = message.size() > 4 ? message.substr(4, message.size() - 5) : "";
-    if (code == "ABAD" && isUploading) {
+    if (messageCode == code::uploadData && isUploading) {
         files[uploadNumber].push_back(payload);
-        return Answer("AAAK");
+        return Answer(code::acknowledge);
     }
-    if (code == "ABEF" && isUploading) {
+    if (messageCode == code::uploadEnd && isUploading) {
         isUploading = false;
-        return Answer("AAAK");
+        return Answer(code::acknowledge);
     }
-    if (code == "ABTS") {
+    if (messageCode == code::linkTest) {
         if (heldLinkTests == 0)
-            return Answer("AATS");
+            return Answer(code::linkTestAnswer);
         --heldLinkTests;
-        heldAnswers += Answer("AATS");
+        heldAnswers += Answer(code::linkTestAnswer);
         return {};
     }
-    if (code == "ABST") {
+    if (messageCode == code::uploadRequest) {
         uploadNumber = payload;
         isUploading = canWrite;
-        return Answer(canWrite ? "AAAK" : "AAAK03");
+        return Answer(canWrite ? code::acknowledge : code::cannotGoOn);
     }
-    if (code == "ABSE" && files.count(payload) == 0)
-        return startCharacter + Answer("AAAK01");
-    if (code == "ABSE") {
+    if (messageCode == code::downloadRequest && files.count(payload) == 0)
+        return startCharacter + Answer(code::cannotRead);
+    if (messageCode == code::downloadRequest) {
         downloadLines = files[payload];
         nextLine = 0;
         refusals = 0;
         isDownloading = true;
-        const std::string acknowledge = Answer("AAAK");
-        return startCharacter + acknowledge + NextLine();
+        const std::string acknowledged = Answer(code::acknowledge);
+        return startCharacter + acknowledged + NextLine();
     }
     return isDownloading ? HandleDownload(message) : std::string();
 }
 
 std::string ProgramDouble::HandleDownload(const std::string& message) {
-    if (message.starts_with("ABAK")) {
+    if (message.starts_with(code::dataGood)) {
         refusals = 0;
         return NextLine();
     }
-    if (message.starts_with("ABNK") && (++refusals < 3 || fault == Fault::FourthTime))
+    if (message.starts_with(code::dataBad) && (++refusals < 3 || fault == Fault::FourthTime))
         return Answer(lastDataMessage, true);
     isDownloading = false;
-    return Answer("AAAK03");
+    return Answer(code::cannotGoOn);
 }
 
 std::string ProgramDouble::NextLine() {
@@ -86,22 +86,22 @@ std::string ProgramDouble::NextLine() {
         --nextLine;
     if (nextLine >= downloadLines.size() || (isFaulty && fault == Fault::EarlyEnd)) {
         isDownloading = false;
-        return Answer("AAEF");
+        return Answer(code::downloadEnd);
     }
-    lastDataMessage = "AADA" + downloadLines[nextLine++];
+    lastDataMessage = std::string(code::downloadData) + downloadLines[nextLine++];
     return Answer(lastDataMessage);
 }
 
-std::string ProgramDouble::Answer(const std::string& text, bool isRepeat) {
+std::string ProgramDouble::Answer(std::string_view text, bool isRepeat) {
     const bool isFaulty = answers == faultyAnswer;
     if (!isRepeat)
         ++answers;
     const bool wasFaulty = isRepeat && answers == faultyAnswer + 1;
-    std::string frame = Frame(text);
+    std::string frame = FrameOf(text);
     if (wasFaulty && fault == Fault::OtherRepeat)
-        return Frame(text + "0");
+        return FrameOf(std::string(text) + "0");
     if (wasFaulty && fault == Fault::EndForRepeat)
-        return Frame("AAEF");
+        return FrameOf(code::downloadEnd);
     if (wasFaulty && (fault == Fault::WrongChecksumForever || (fault == Fault::FourthTime && refusals < 3)))
         frame[frame.size() - 2] ^= 1;
     if (!isFaulty)
@@ -121,13 +121,13 @@ std::string ProgramDouble::Answer(const std::string& text, bool isRepeat) {
     case Fault::SecondAnswer:
         return frame + frame;
     case Fault::EmptyLine:
-        return Frame("AADA");
+        return FrameOf(code::downloadData);
     case Fault::Endless:
         return std::string(5000, 'x');
     case Fault::OtherMessage:
-        return Frame("ABAK");
+        return FrameOf(code::dataGood);
     case Fault::GivesUp:
-        return Frame("AAAK03");
+        return FrameOf(code::cannotGoOn);
     default:
         return frame;
     }

@@ -1,6 +1,6 @@
 #pragma once
-// The program's side of the line as far as the controller can tell, with one fault on request, so that the controller
-// can be shown that fault. Shares nothing with the real program. One thread at a time.
+// Takes the program's place at the other end of the line, and makes one fault on request that the controller has to
+// notice. Written without the real program's code. One thread at a time.
 
 #include <cstddef>
 #include <map>
@@ -13,20 +13,20 @@ namespace tarvin::controller::test {
 enum class Fault {
     None,
     Silence,               // no answer
-    WrongChecksum,         // the checksum character is another one
-    WrongChecksumForever,  // and so are those of the repeats
+    WrongChecksum,         // a wrong checksum character
+    WrongChecksumForever,  // a wrong checksum character, also in each repeat
     MissingCarriageReturn, // the message does not end
-    LineFeed,              // a line feed behind the carriage return
+    LineFeed,              // a line feed after the carriage return
     SecondAnswer,          // the message twice
-    LostLine,              // the line after is sent in place of the line
-    LineTwice,             // the line before is sent in place of the line
-    OtherRepeat,           // a refused line comes back changed
-    EndForRepeat,          // the end in place of a refused line
-    FourthTime,            // a line damaged three times comes once more, and is right
+    LostLine,              // the next line instead of the line
+    LineTwice,             // the previous line instead of the line
+    OtherRepeat,           // the repeat of a refused line differs
+    EndForRepeat,          // the end instead of the repeat of a refused line
+    FourthTime,            // a line is damaged three times and comes a fourth time, whole
     EmptyLine,             // a data line without data
-    EarlyEnd,              // the end in place of the line
-    Endless,               // a line that does not come to an end
-    OtherMessage,          // something that is no message of the program
+    EarlyEnd,              // the end instead of the line
+    Endless,               // a line without an end
+    OtherMessage,          // a message that only a controller sends
     GivesUp,               // AAAK03
 };
 
@@ -34,25 +34,26 @@ class ProgramDouble {
 public:
     using Lines = std::vector<std::string>;
 
-    // The fault happens to answer number `faultyAnswer`, counted from 0 over all messages that are answered.
+    // The fault strikes the answer with this number. Answers to all messages count, from 0.
     Fault fault = Fault::None;
     std::size_t faultyAnswer = 0;
-    // Put before the answer to a download request.
+    // Sent before the answer to a download request.
     std::string startCharacter;
-    // Link tests that are not answered at once: after the first one that is, with the next message that is none.
+    // This many link tests are not answered at once. Their answers come late, before the answer to the next message
+    // that is not a link test.
     std::size_t heldLinkTests = 0;
 
     std::map<std::string, Lines> files;
     bool canWrite = true;
 
-    // Takes bytes from the line and returns those that go back.
+    // Takes the controller's bytes and returns the program's.
     std::string Receive(std::string_view bytes);
 
 private:
     std::string Handle(const std::string& message);
     std::string HandleDownload(const std::string& message);
     std::string NextLine();
-    std::string Answer(const std::string& text, bool isRepeat = false);
+    std::string Answer(std::string_view text, bool isRepeat = false);
 
     std::string incoming;
     std::size_t answers = 0;

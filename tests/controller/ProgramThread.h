@@ -1,5 +1,5 @@
 #pragma once
-// A program double on a descriptor of its own, in a thread of its own.
+// A program double that serves a line in a thread of its own.
 
 #include "ProgramDouble.h"
 
@@ -11,18 +11,18 @@ namespace tarvin::controller::test {
 
 class ProgramThread {
 public:
-    // Opens the device as soon as it is there, throws away what is waiting in it, as the program does, and answers
-    // until the other side hangs up; or hangs up itself in place of answering read number `readsToAnswer`.
-    ProgramThread(ProgramDouble otherSide, std::filesystem::path devicePath, int readsToAnswer = -1);
-    // The same on a descriptor that is open, which stays the caller's, until the destructor.
-    ProgramThread(ProgramDouble otherSide, int openDescriptor);
+    // Opens the device as soon as it exists, drops the bytes that wait in it, as the real program does, and answers
+    // until the controller hangs up. Hangs up itself after `readsToAnswer` reads; -1: never.
+    ProgramThread(ProgramDouble program, std::filesystem::path device, int readsToAnswer = -1);
+    // Answers on an open descriptor, which stays the caller's, until the destructor.
+    ProgramThread(ProgramDouble program, int descriptor);
     ~ProgramThread() { Join(); }
     ProgramThread(const ProgramThread&) = delete;
     ProgramThread& operator=(const ProgramThread&) = delete;
 
-    // Blocks until the thread has ended, which does not take long once the other side has ended.
+    // Asks the thread to end and blocks until it has, after at most one more look at the line.
     void Join();
-    // After Join: what the program has got.
+    // The program with the files it has received. Call it after Join.
     const ProgramDouble& Program() const { return program; }
     bool SawHangUp() const { return sawHangUp; }
 

@@ -12,7 +12,7 @@ namespace tarvin::controller::test {
 
 namespace {
 
-// As the line is: whoever made it has set it up.
+// Leaves the line's settings alone: its maker has set it up.
 int OpenWhenThere(const std::filesystem::path& path, const std::atomic<bool>& stopRequested) {
     int descriptor = -1;
     tarvin::test::WaitUntil([&] {
@@ -26,8 +26,8 @@ int OpenWhenThere(const std::filesystem::path& path, const std::atomic<bool>& st
 
 }
 
-ProgramThread::ProgramThread(ProgramDouble otherSide, std::filesystem::path devicePath, int readsToAnswer)
-    : program(std::move(otherSide)), thread([this, path = std::move(devicePath), readsToAnswer] {
+ProgramThread::ProgramThread(ProgramDouble program, std::filesystem::path device, int readsToAnswer)
+    : program(std::move(program)), thread([this, path = std::move(device), readsToAnswer] {
           const int descriptor = OpenWhenThere(path, stopRequested);
           if (descriptor < 0)
               return;
@@ -35,8 +35,8 @@ ProgramThread::ProgramThread(ProgramDouble otherSide, std::filesystem::path devi
           ::close(descriptor);
       }) {}
 
-ProgramThread::ProgramThread(ProgramDouble otherSide, int openDescriptor)
-    : program(std::move(otherSide)), thread([this, openDescriptor] { Serve(openDescriptor, -1); }) {}
+ProgramThread::ProgramThread(ProgramDouble program, int descriptor)
+    : program(std::move(program)), thread([this, descriptor] { Serve(descriptor, -1); }) {}
 
 void ProgramThread::Join() {
     stopRequested = true;
@@ -46,7 +46,7 @@ void ProgramThread::Join() {
 
 void ProgramThread::Serve(int descriptor, int readsToAnswer) {
     for (int reads = 0; reads != readsToAnswer;) {
-        // Looked at before the line, so that a hang-up from before the request is still seen.
+        // Read before the look at the line, so that a hang-up that came before the request is still noticed.
         const bool isLastLook = stopRequested;
         pollfd entry = {descriptor, POLLIN, 0};
         const int ready = ::poll(&entry, 1, 20);

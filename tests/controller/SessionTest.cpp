@@ -22,18 +22,17 @@ struct Run {
 
     Run() { program.files["7"] = threeLines; }
 
-    // Without the options that say which line, and with the names of files standing for `fileLines`.
+    // Runs the commands. The arguments leave out the line, and every file name stands for `fileLines`.
     int operator()(const std::string& arguments) {
         std::vector<std::string> words = {"--pty", "unused"};
         std::istringstream stream(arguments);
         for (std::string word; stream >> word;)
             words.push_back(word);
-        ControllerOptions options;
-        std::string error;
-        REQUIRE_MESSAGE(ParseCommandLine(words, options, error), error);
-        const std::vector<ProgramDouble::Lines> files(options.commands.size(), fileLines);
+        const auto options = ParseCommandLine(words);
+        REQUIRE(options);
+        const std::vector<ProgramDouble::Lines> files(options->commands.size(), fileLines);
         std::ostringstream text;
-        const int status = RunCommands(options, files, line, clock, text);
+        const int status = RunCommands(*options, files, line, clock, text);
         output = text.str();
         return status;
     }
@@ -51,7 +50,7 @@ ProgramDouble::Lines ManyLines(int count) {
 
 }
 
-TEST_CASE("right exchanges are right, whatever the program has to put up with") {
+TEST_CASE("Session: right exchanges pass, with every misbehaviour that a program has to bear") {
     const std::string table[] = {
         "test put 5 f check 5 f get 5 refuse-get 99 check 7 f",
         "--no-connect test put 5 f check 5 f",
@@ -69,7 +68,7 @@ TEST_CASE("right exchanges are right, whatever the program has to put up with") 
         for (const std::size_t arrivalSize : {1U, 7U, 4096U}) {
             Run run;
             run.line.arrivalSize = arrivalSize;
-            // What follows "expect" is the first data line, which nobody waits for.
+            // After "expect AAAK" the first data line follows, which no command asks for.
             const bool leavesLine = arguments.starts_with("send");
             CHECK(run(arguments) == (leavesLine ? ExitStatus::failed : ExitStatus::right));
             CHECK_MESSAGE(run.output.ends_with(leavesLine ? "asked for\n" : "ok\n"), run.output);
@@ -79,7 +78,7 @@ TEST_CASE("right exchanges are right, whatever the program has to put up with") 
     }
 }
 
-TEST_CASE("damage on the way in is noticed, asked for again and mended") {
+TEST_CASE("Session: damaged data lines are asked for again") {
     for (const std::string arguments : {"--garble-received 6 check 7 f", "--drop-received 6 check 7 f",
                                         "--garble-received 2 --drop-received 2 --nak-every 3 check 7 f"}) {
         Run run;
@@ -87,20 +86,20 @@ TEST_CASE("damage on the way in is noticed, asked for again and mended") {
         CAPTURE(arguments);
         CHECK_MESSAGE(run("--seed 3 " + arguments) == ExitStatus::right, run.output);
         CHECK(run.output.find(" 0 repeats") == std::string::npos);
-        // A program that sends its lines three times has given up when every one of them is damaged.
+        // The program sends a line three times. When all three are damaged, it gives up.
         CHECK(run("--garble-received 100 check 7 f") == ExitStatus::failed);
         CHECK(run.output.find("line 1: refused with AAAK03") != std::string::npos);
     }
 }
 
-TEST_CASE("each fault of the program fails the command, with its reason") {
+TEST_CASE("Session: each fault of the program fails the command with its reason") {
     struct Row {
         std::string arguments;
         Fault fault;
         std::size_t answer;
         const char* reason;
     };
-    // Of a download, answer 0 is the acknowledgement and 2 the second of three lines.
+    // Of a download, answer 0 is the acknowledgement and answer 2 is the second of three lines.
     const Row table[] = {
         {"test", Fault::Silence, 0, ""},
         {"test", Fault::WrongChecksum, 0, ""},
@@ -144,7 +143,7 @@ TEST_CASE("each fault of the program fails the command, with its reason") {
         run.program.faultyAnswer = row.answer;
         CAPTURE(row.arguments);
         CAPTURE(static_cast<int>(row.fault));
-        // Only a link test is sent again.
+        // An empty reason: the fault is mended, because the controller repeats link tests.
         const bool isMended = *row.reason == '\0';
         CHECK(run("--no-connect " + row.arguments) == (isMended ? ExitStatus::right : ExitStatus::failed));
         CHECK_MESSAGE(run.output.find(isMended ? "1 repeats, ok" : row.reason) != std::string::npos, run.output);
@@ -152,7 +151,7 @@ TEST_CASE("each fault of the program fails the command, with its reason") {
     }
 }
 
-TEST_CASE("a wrong checksum in a data line costs a repeat and nothing else") {
+TEST_CASE("Session: a wrong checksum in a data line costs one repeat") {
     Run run;
     run.program.fault = Fault::WrongChecksum;
     run.program.faultyAnswer = 2;
@@ -160,7 +159,7 @@ TEST_CASE("a wrong checksum in a data line costs a repeat and nothing else") {
     CHECK_MESSAGE(run.output.find(" 1 repeats, ok") != std::string::npos, run.output);
 }
 
-TEST_CASE("connecting goes on until it is answered, and late answers harm nothing") {
+TEST_CASE("Session: connecting repeats the link test until it is answered, and accepts late answers") {
     Run run;
     run.program.heldLinkTests = 2;
     run.program.startCharacter.assign(1, '\x12');
@@ -170,7 +169,7 @@ TEST_CASE("connecting goes on until it is answered, and late answers harm nothin
     CHECK(run.output == "connect: FAILED: nobody answers the link test in 2 s\n");
 }
 
-TEST_CASE("what the controller itself spoils is never called right") {
+TEST_CASE("Session: a transfer that the controller itself damages never passes") {
     struct Row {
         std::string arguments;
         int status;
@@ -196,7 +195,7 @@ TEST_CASE("what the controller itself spoils is never called right") {
     }
 }
 
-TEST_CASE("an upload is called right only if the program has stored what was meant") {
+TEST_CASE("Session: an upload passes only if the program has stored the right lines") {
     int rightCount = 0;
     int damagedCount = 0;
     for (int seed = 0; seed < 300; ++seed) {
@@ -211,7 +210,7 @@ TEST_CASE("an upload is called right only if the program has stored what was mea
     CHECK(damagedCount > 0);
 }
 
-TEST_CASE("turnaround is the program's time alone") {
+TEST_CASE("Session: turnaround is the program's time only") {
     Run run;
     run.line.readTime = std::chrono::milliseconds(3);
     for (const char* options : {"", "--delay 20 ", "--split "}) {
@@ -230,7 +229,7 @@ TEST_CASE("turnaround is the program's time alone") {
     CHECK(summary.longest == std::chrono::microseconds(200));
 }
 
-TEST_CASE("a seed repeats every byte, and a message without misbehaviour is one write") {
+TEST_CASE("Session: a seed repeats every byte, and a message without misbehaviour is one write") {
     const std::string spoiled = "--no-connect --noise 50 --garble 10 --split --drop 1 --seed ";
     Run first;
     Run second;
@@ -246,7 +245,7 @@ TEST_CASE("a seed repeats every byte, and a message without misbehaviour is one 
     CHECK(plain.line.writeCount == 5);
 }
 
-TEST_CASE("the trace shows each message as it went, readable") {
+TEST_CASE("Session: the trace shows each message as it was sent or received") {
     Run run;
     run.fileLines[1] = run.program.files["7"][1] = "N20 \xE4\t%s";
     CHECK(run("--trace --no-connect --nak-every 2 check 7 f") == ExitStatus::right);

@@ -1,5 +1,5 @@
 #pragma once
-// A line on an open, non-blocking POSIX descriptor. Knows nothing of how it was opened or set.
+// A line on an open, non-blocking descriptor of a serial device or pseudo-terminal.
 
 #include "controller/ControllerLine.h"
 
@@ -7,8 +7,8 @@ namespace tarvin::controller {
 
 class DescriptorLine : public ControllerLine {
 public:
-    // Owns the descriptor.
-    explicit DescriptorLine(int openDescriptor) : descriptor(openDescriptor) {}
+    // Takes over the descriptor.
+    explicit DescriptorLine(int descriptor) : descriptor(descriptor) {}
     ~DescriptorLine() override;
     DescriptorLine(const DescriptorLine&) = delete;
     DescriptorLine& operator=(const DescriptorLine&) = delete;
@@ -20,10 +20,11 @@ public:
     const std::string& LastError() const override { return lastError; }
 
 private:
-    // Waits whether a line that was found hung up is opened again. A device that has gone does not come back.
+    // Called when the line is hung up. Waits for a program to open it again and says whether one has. A serial device
+    // that has vanished stays away.
     virtual bool IsOpenedAgain(Clock::TimePoint) { return false; }
     Status WaitFor(short event, Clock::TimePoint deadline);
-    // Done if the call is to be made again.
+    // Returns Done if the failed system call has to be repeated.
     Status AfterError(int systemError, Clock::TimePoint deadline);
     Status Fail(int systemError);
 

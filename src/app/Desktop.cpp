@@ -1,0 +1,35 @@
+#include "app/Desktop.h"
+
+#include "ui/MainWindow.h"
+
+#include <utility>
+
+namespace tarvin {
+
+Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles)
+    : messages({program.MachineFolder()}),
+      toolkitLog(messages),
+      help(std::move(helpFiles)),
+      engine(program.MakeEngine(events)) {
+    // First of all: boxes are written in the language of the dictionary.
+    const auto loaded = program.LoadDictionary();
+    messages.ReadSuppressedMessages();
+    window = new MainWindow({*engine, events, help, program.Place().PathsFile()}, messages);
+    if (!loaded)
+        events.ShowMessage({loaded.Reason().text, Dictionary().Text(290), okOnly | iconExclamation});
+}
+
+Desktop::~Desktop() {
+    engine->Stop();
+}
+
+void Desktop::Start() {
+    window->Show();
+    engine->Start();
+}
+
+void Desktop::RequestClose() {
+    events.Post([this] { window->Close(true); });
+}
+
+}

@@ -1,0 +1,45 @@
+#pragma once
+// The desktop program put together: one window for one machine, its engine, its help, and the messages between them. The
+// program, its tests and the benchmarks all begin here. User-interface thread, unless a member says otherwise.
+
+#include "app/Program.h"
+#include "messages/AppInterface.h"
+#include "ui/HelpBook.h"
+#include "ui/ToolkitLog.h"
+#include "ui/WindowEvents.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace tarvin {
+
+class MainWindow;
+
+class Desktop {
+public:
+    // Makes everything and shows nothing yet. `program` outlives the desktop. The first of `helpFiles` that is there is
+    // the help book.
+    Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles);
+    // Stops the engine. The window must have been closed.
+    ~Desktop();
+
+    // Shows the window and begins to serve the line.
+    void Start();
+    // Closes the window, soon. Any thread.
+    void RequestClose();
+
+    // Until it is closed.
+    MainWindow& Window() { return *window; }
+    DownloadApp& Engine() { return *engine; }
+    WindowEvents& Events() { return events; }
+
+private:
+    WindowEvents events;
+    AppInterface messages;
+    const ToolkitLog toolkitLog;
+    HelpBook help;
+    const std::unique_ptr<DownloadApp> engine;
+    MainWindow* window; // destroys itself when it is closed
+};
+
+}
