@@ -2,7 +2,8 @@
 # that system alone.
 
 add_library(tarvin-options INTERFACE)
-target_compile_options(tarvin-options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+target_compile_options(tarvin-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_options(tarvin-options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local> $<$<CXX_COMPILER_ID:Clang>:-Wshadow>)
 # GCC 12 takes "literal" + string for overlapping copies.
 target_compile_options(tarvin-options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 target_include_directories(tarvin-options INTERFACE ${CMAKE_SOURCE_DIR}/src)
