@@ -1,6 +1,7 @@
 #include "app/Start.h"
 
 #include "app/CommandLine.h"
+#include "base/Messages.h"
 #include "dictionary/TextHolder.h"
 #include "files/FileNames.h"
 
@@ -12,13 +13,12 @@ namespace tarvin {
 std::optional<ProgramPaths> Start::FindPaths(KelText& reason) {
     const auto installation = FindInstallation();
     if (!installation) {
-        reason = u"No installation of TarvinDL was found: no folder with a readable KEL.INI.";
+        reason = text::start::noInstallation;
         return std::nullopt;
     }
     auto paths = ProgramPaths::Read(*installation);
     if (!paths)
-        reason = u"Unable to locate Program Paths in " + FromPath(*installation) +
-                 u": KEL.INI there has no section PROGRAM PATHS.";
+        reason = Filled(text::start::noProgramPaths, {FromPath(*installation)});
     return paths;
 }
 
@@ -35,7 +35,8 @@ void Start::LoadDictionary(const ProgramPaths& programPaths, const KelText& comm
     std::error_code ignored;
     const auto loaded = Dictionary().Load(request);
     if (!loaded && std::filesystem::exists(request.programFolder / request.fileName, ignored))
-        reportFailure({loaded.Reason().text, Dictionary().Text(290), okOnly | iconExclamation});
+        reportFailure(
+            {loaded.Reason().text, Dictionary().Text(text::dictionary::problem.id), okOnly | iconExclamation});
 }
 
 std::filesystem::path Start::MachineFolder(const ProgramPaths& programPaths, KelTextView machineName) {
