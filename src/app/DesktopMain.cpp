@@ -3,7 +3,8 @@
 #include "app/ProgramStart.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
-#include "ui/DesktopInterface.h"
+#include "messages/AppInterface.h"
+#include "ui/HelpBook.h"
 #include "ui/MainWindow.h"
 #include "ui/ToolkitLog.h"
 
@@ -25,7 +26,7 @@ constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
 
-// The help book is part of the installation, or lies where the program was built or installed.
+// The help book is in the installation, or beside the program as it was built or installed.
 std::vector<std::filesystem::path> HelpFiles(const tarvin::ProgramPaths& paths) {
     constexpr char name[] = "comshelp.htb";
     std::vector<std::filesystem::path> files = {paths.Installation() / name};
@@ -43,7 +44,7 @@ public:
         SetAppName("TarvinDL");
     }
 
-    // The command line is the machine's name and none of the toolkit's.
+    // The command line holds no options of the toolkit.
     bool OnInit() override { return true; }
     int OnRun() override;
 
@@ -54,10 +55,10 @@ private:
 
 int DesktopApp::OnRun() {
     const tarvin::KelText machineName = tarvin::Start::MachineName(commandLine);
-    tarvin::EngineEvents events;
+    tarvin::WindowEvents events;
     tarvin::Start::LoadDictionary(paths, commandLine,
                                   [&events](const tarvin::MessageBoxText& box) { events.ShowMessage(box); });
-    tarvin::DesktopInterface app({tarvin::Start::MachineFolder(paths, machineName)});
+    tarvin::AppInterface app({tarvin::Start::MachineFolder(paths, machineName)});
     const tarvin::ToolkitLog toolkitLog(app);
     app.ReadSuppressedMessages();
     tarvin::HelpBook help(HelpFiles(paths));
@@ -65,16 +66,13 @@ int DesktopApp::OnRun() {
     const auto engine = start.MakeEngine(machineName);
 
     auto* window = new tarvin::MainWindow({*engine, events, help, paths.PathsFile()}, app);
-    app.UseWindow(window);
-    engine->Create();
     window->Show();
-    engine->StartMonitor();
+    engine->Start();
     std::thread stopWatcher([&events, window] {
         tarvin::WaitForStopRequest();
         events.Post([window] { window->Close(true); });
     });
     const int result = wxApp::OnRun();
-    app.UseWindow(nullptr);
     tarvin::EndStopRequests();
     stopWatcher.join();
     return result;
@@ -87,12 +85,12 @@ int main(int argumentCount, char** arguments) {
     if (!start)
         return 0;
     tarvin::PrepareStopRequests();
-    // That there is no display can be told in no window.
+    // The toolkit reports a missing display before it can show a window.
     delete wxLog::SetActiveTarget(new wxLogStderr);
-    // A doubt of the toolkit's about itself must not stand between a user and the line.
+    // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
     wxApp::SetInstance(new DesktopApp(start->paths, start->commandLine));
     int toolkitArgumentCount = 1;
-    // Below zero if the toolkit has found no display; it has said so.
+    // A negative result means that the toolkit has found no display, and has reported that.
     return wxEntry(toolkitArgumentCount, arguments) < 0 ? 1 : 0;
 }

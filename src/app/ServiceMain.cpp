@@ -1,10 +1,9 @@
 // tarvindl-service: the engine without a display, unattended. One process for one machine.
 
 #include "app/ProgramStart.h"
-#include "app/ServiceApp.h"
+#include "app/ServiceEvents.h"
 #include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
-#include "app/ServiceWindow.h"
 #include "app/Start.h"
 #include "app/StopRequest.h"
 
@@ -32,13 +31,14 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine)
     const tarvin::KelText machineName = tarvin::Start::MachineName(commandLine);
     tarvin::PrepareStopRequests();
     tarvin::ServiceOutput output;
-    tarvin::ServiceApp app({tarvin::Start::MachineFolder(paths, machineName)}, output);
+    tarvin::AppInterface app({tarvin::Start::MachineFolder(paths, machineName)},
+                             [&output](tarvin::KelTextView note) { output.AddNote(note); });
     tarvin::Start::LoadDictionary(paths, commandLine, [&app](const tarvin::MessageBoxText& box) {
         app.Report({static_cast<std::int32_t>(tarvin::ReportLevel::Warning), {}, box.text, {}, 0});
     });
     app.ReadSuppressedMessages();
-    tarvin::ServiceWindow window(output, app);
-    const tarvin::Start start(paths, window);
+    tarvin::ServiceEvents events(output, app);
+    const tarvin::Start start(paths, events);
     const auto engine = start.MakeEngine(machineName);
     engine->Create();
     const auto settings = tarvin::ReadServiceSettings(paths, engine->MachineName());
@@ -47,7 +47,7 @@ int Serve(const tarvin::ProgramPaths& paths, const tarvin::KelText& commandLine)
     engine->StartMonitor();
     tarvin::WaitForStopRequest();
     engine->Terminate();
-    output.Add(u"Application Terminated");
+    output.Add(tarvin::text::service::programEnd);
     // Whoever does not read what is printed must not keep the process either, by what it has yet to flush.
     if (!output.Finish())
         std::_Exit(0);
