@@ -4,7 +4,9 @@
 #include "app/Start.h"
 #include "dictionary/TextHolder.h"
 #include "line/LineTrace.h"
-#include "ui/DesktopInterface.h"
+#include "messages/AppInterface.h"
+#include "ui/HelpBook.h"
+#include "ui/MainPanel.h"
 #include "ui/MainWindow.h"
 
 #include <chrono>
@@ -111,7 +113,7 @@ private:
 // Has the engine's own thread trace lines, and asks the window's thread for an answer again and again.
 class Feeder {
 public:
-    Feeder(TarvinApp& app, EngineEvents& window, Observer& sight)
+    Feeder(TarvinApp& app, WindowEvents& window, Observer& sight)
         : engine(app), events(window), observer(sight), trace(app.Traffic(), [&window] { window.TrafficArrived(); }) {}
 
     // Number of lines. Blocks until all have been traced.
@@ -155,7 +157,7 @@ private:
     }
 
     TarvinApp& engine;
-    EngineEvents& events;
+    WindowEvents& events;
     Observer& observer;
     LineTrace trace;
     std::size_t lineCount = 0;
@@ -177,16 +179,15 @@ public:
     bool OnInit() override { return true; }
 
     int OnRun() override {
-        EngineEvents events;
-        DesktopInterface app({paths.Installation() / "bench"});
+        WindowEvents events;
+        AppInterface app({paths.Installation() / "bench"});
         HelpBook help({});
         const Start start(paths, events);
         const auto engine = start.MakeEngine(u"TARVIN");
         auto* window = new MainWindow({*engine, events, help, paths.PathsFile()}, app);
-        app.UseWindow(window);
-        engine->Create();
+
         window->Show();
-        engine->StartMonitor();
+        engine->Start();
         OpenView(*window);
 
         Observer observer(window->Panel().monitor->Traffic());

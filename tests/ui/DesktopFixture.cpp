@@ -45,12 +45,10 @@ void DesktopFixture::Start() {
         start.emplace(*paths, *events);
         engine = start->MakeEngine(u"LASER");
         window = new MainWindow({*engine, *events, *help, paths->PathsFile()}, *app);
-        app->UseWindow(window);
-        engine->Create();
         FindSystemDialogBy([this] { return window->Dialogs().Top(); });
         window->Show();
         window->Raise();
-        engine->StartMonitor();
+        engine->Start();
     });
     if (!Becomes([this] { return window->IsActive(); }, std::chrono::seconds(2)))
         OnUi([this] { window->Raise(); });
@@ -70,7 +68,6 @@ bool DesktopFixture::Close(std::chrono::milliseconds longest) {
         longest);
     window = nullptr;
     OnUi([this] {
-        app->UseWindow(nullptr);
         engine.reset();
         help.reset();
         events.reset();
