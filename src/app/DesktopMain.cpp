@@ -1,11 +1,7 @@
 // tarvindl: the desktop program. One window for one machine.
 
-#include "app/ProgramStart.h"
-#include "app/Start.h"
+#include "app/Desktop.h"
 #include "app/StopRequest.h"
-#include "ui/DesktopInterface.h"
-#include "ui/MainWindow.h"
-#include "ui/ToolkitLog.h"
 
 #include <filesystem>
 #include <thread>
@@ -25,10 +21,10 @@ constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
 
-// The help book is part of the installation, or lies where the program was built or installed.
-std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& paths) {
+// The help book is in the installation, or beside the program as it was built or installed.
+std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& installation) {
     constexpr char name[] = "comshelp.htb";
-    std::vector<std::filesystem::path> files = {paths.Folder() / name};
+    std::vector<std::filesystem::path> files = {installation.Folder() / name};
     if (const auto program = tarvin::ProgramFolder()) {
         for (const char* folder : {".", "../share", "../share/tarvindl"})
             files.push_back(*program / folder / name);
@@ -38,61 +34,41 @@ std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& paths) 
 
 class DesktopApp : public wxApp {
 public:
-    DesktopApp(const tarvin::Installation& programPaths, tarvin::KelText text)
-        : paths(programPaths), commandLine(std::move(text)) {
-        SetAppName("TarvinDL");
+    explicit DesktopApp(const tarvin::Program& program) : program(program) { SetAppName("TarvinDL"); }
+
+    // The command line holds no options of the toolkit.
+    bool OnInit() override { return true; }
+
+    int OnRun() override {
+        tarvin::Desktop desktop(program, HelpFiles(program.Place()));
+        desktop.Start();
+        std::thread stopWatcher([&desktop] {
+            tarvin::WaitForStopRequest();
+            desktop.RequestClose();
+        });
+        const int result = wxApp::OnRun();
+        tarvin::EndStopRequests();
+        stopWatcher.join();
+        return result;
     }
 
-    // The command line is the machine's name and none of the toolkit's.
-    bool OnInit() override { return true; }
-    int OnRun() override;
-
 private:
-    const tarvin::Installation paths;
-    const tarvin::KelText commandLine;
+    const tarvin::Program& program;
 };
-
-int DesktopApp::OnRun() {
-    const tarvin::KelText machineName = tarvin::Start::MachineName(commandLine);
-    tarvin::EngineEvents events;
-    tarvin::Start::LoadDictionary(paths, commandLine,
-                                  [&events](const tarvin::MessageBoxText& box) { events.ShowMessage(box); });
-    tarvin::DesktopInterface app({tarvin::Start::MachineFolder(paths, machineName)});
-    const tarvin::ToolkitLog toolkitLog(app);
-    app.ReadSuppressedMessages();
-    tarvin::HelpBook help(HelpFiles(paths));
-    const tarvin::Start start(paths, events);
-    const auto engine = start.MakeEngine(machineName);
-
-    auto* window = new tarvin::MainWindow({*engine, events, help, paths.PathsFile()}, app);
-    app.UseWindow(window);
-    engine->Create();
-    window->Show();
-    engine->StartMonitor();
-    std::thread stopWatcher([&events, window] {
-        tarvin::WaitForStopRequest();
-        events.Post([window] { window->Close(true); });
-    });
-    const int result = wxApp::OnRun();
-    app.UseWindow(nullptr);
-    tarvin::EndStopRequests();
-    stopWatcher.join();
-    return result;
-}
 
 }
 
 int main(int argumentCount, char** arguments) {
-    const auto start = tarvin::BeginProgram(argumentCount, arguments, "tarvindl", usage);
-    if (!start)
+    const auto program = tarvin::Program::Begin(argumentCount, arguments, "tarvindl", usage);
+    if (!program)
         return 0;
     tarvin::PrepareStopRequests();
-    // That there is no display can be told in no window.
+    // The toolkit reports a missing display before it can show a window.
     delete wxLog::SetActiveTarget(new wxLogStderr);
-    // A doubt of the toolkit's about itself must not stand between a user and the line.
+    // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
-    wxApp::SetInstance(new DesktopApp(start->paths, start->commandLine));
+    wxApp::SetInstance(new DesktopApp(*program));
     int toolkitArgumentCount = 1;
-    // Below zero if the toolkit has found no display; it has said so.
+    // A negative result means that the toolkit has found no display, and has reported that.
     return wxEntry(toolkitArgumentCount, arguments) < 0 ? 1 : 0;
 }

@@ -1,5 +1,7 @@
 #include "app/ServiceOutput.h"
 
+#include "base/Messages.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -11,9 +13,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto patienceAtEnd = 500ms;
+constexpr auto longestFinish = 500ms;
 
-// The printing thread alone calls it: localtime keeps its result in one place for the whole process.
+// Printing thread only: localtime keeps its result in one place for the whole process.
 std::string LocalTime(std::chrono::system_clock::time_point time) {
     const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
     const auto milliseconds =
@@ -33,11 +35,17 @@ ServiceOutput::ServiceOutput() : shared(std::make_shared<Shared>()), printer([ke
 bool ServiceOutput::Finish() {
     if (!printer.joinable())
         return true;
-    std::unique_lock lock(shared->mutex);
-    shared->isClosing = true;
-    shared->changed.notify_all();
-    const bool isDone = shared->changed.wait_for(lock, patienceAtEnd, [this] { return shared->isDone; });
-    lock.unlock();
+    const auto deadline = std::chrono::steady_clock::now() + longestFinish;
+    bool isDone = false;
+    {
+        const MutexLock lock(shared->mutex);
+        shared->isClosing = true;
+        shared->changed.NotifyAll();
+        while (!shared->isDone && shared->changed.WaitUntil(shared->mutex, deadline))
+            continue;
+        isDone = shared->isDone;
+    }
+    // A thread that hangs in a write to a full pipe cannot be ended.
     if (isDone)
         printer.join();
     else
@@ -50,34 +58,56 @@ void ServiceOutput::Add(KelTextView text) {
     std::replace_if(
         printable.begin(), printable.end(), [](char16_t unit) { return unit < 0x20 || unit == 0x7F; }, u' ');
     Line line = {std::chrono::system_clock::now(), ToUtf8(printable)};
-    const std::lock_guard lock(shared->mutex);
+    const MutexLock lock(shared->mutex);
     if (shared->lines.size() >= capacity) {
         shared->lines.pop_front();
         ++shared->lostCount;
     }
     shared->lines.push_back(std::move(line));
-    shared->changed.notify_all();
+    shared->changed.NotifyAll();
+}
+
+void ServiceOutput::AddNote(KelTextView note) {
+    if (note.starts_with(u'\n'))
+        note.remove_prefix(1);
+    KelText line;
+    for (const char16_t unit : note) {
+        if (unit == u'\n')
+            line += u" - ";
+        else if (unit != u'\r')
+            line += unit;
+    }
+    Add(line);
+}
+
+// Waits for a line. False if the output is closing and all lines have been printed.
+bool ServiceOutput::TakeLine(Shared& shared, Line& line, std::size_t& lostCount) {
+    const MutexLock lock(shared.mutex);
+    while (!shared.isClosing && shared.lines.empty())
+        shared.changed.Wait(shared.mutex);
+    if (shared.lines.empty()) {
+        shared.isDone = true;
+        shared.changed.NotifyAll();
+        return false;
+    }
+    lostCount = std::exchange(shared.lostCount, 0);
+    line = std::move(shared.lines.front());
+    shared.lines.pop_front();
+    return true;
 }
 
 void ServiceOutput::Print(Shared& shared) {
-    std::unique_lock lock(shared.mutex);
-    for (;;) {
-        shared.changed.wait(lock, [&] { return shared.isClosing || !shared.lines.empty(); });
-        if (shared.lines.empty())
-            break;
-        const std::size_t lost = std::exchange(shared.lostCount, 0);
-        const Line line = std::move(shared.lines.front());
-        shared.lines.pop_front();
-        lock.unlock();
+    Line line;
+    std::size_t lostCount = 0;
+    while (TakeLine(shared, line, lostCount)) {
         const std::string time = LocalTime(line.time);
-        if (lost > 0)
-            std::fprintf(stdout, "%s ... %zu lines not printed ...\n", time.c_str(), lost);
+        if (lostCount > 0) {
+            const KelText gap = Filled(text::service::linesNotPrinted, {ToText(static_cast<std::int64_t>(lostCount))});
+            std::fprintf(stdout, "%s %s\n", time.c_str(), ToUtf8(gap).c_str());
+        }
         std::fprintf(stdout, "%s %s\n", time.c_str(), line.text.c_str());
         std::fflush(stdout);
-        lock.lock();
     }
-    shared.isDone = true;
-    shared.changed.notify_all();
 }
 
 }

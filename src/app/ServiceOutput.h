@@ -1,15 +1,14 @@
 #pragma once
-// The lines that a service prints, on their way to standard output. Whoever adds a line never waits for whoever reads
-// them. Knows nothing of what the lines say.
+// Prints the lines of a service on standard output, from a thread of its own: the reader of the output may stop
+// reading, and the engine must not wait for it.
 
 #include "base/KelText.h"
+#include "base/Mutex.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 
@@ -18,14 +17,21 @@ namespace tarvin {
 class ServiceOutput {
 public:
     ServiceOutput();
+    // Finishes.
     ~ServiceOutput() { Finish(); }
     ServiceOutput(const ServiceOutput&) = delete;
     ServiceOutput& operator=(const ServiceOutput&) = delete;
 
-    // One line, headed by the local time of this call in milliseconds. Any thread.
+    // Adds one line, which begins with the local time of this call in milliseconds. Control characters become blanks.
+    // If the reader is 10000 lines behind, the oldest line is dropped, and one line tells how many are missing. Any
+    // thread.
     void Add(KelTextView text);
 
-    // Prints what is left, but gives it up if the reader does not take it for a short while. True if all is printed.
+    // Adds a note of AppInterface as one line: its line ends become " - ". Any thread.
+    void AddNote(KelTextView note);
+
+    // Prints the lines that are left, for half a second at most. True if all have been printed; false leaves the
+    // printing thread behind, waiting for the reader.
     bool Finish();
 
 private:
@@ -36,19 +42,20 @@ private:
         std::string text;
     };
 
-    // Outlives the output if a reader keeps the printing thread from ending.
+    // Held by the printing thread too, which may outlive the object.
     struct Shared {
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::deque<Line> lines;
-        std::size_t lostCount = 0;
-        bool isClosing = false;
-        bool isDone = false;
+        Mutex mutex;
+        Condition changed;
+        std::deque<Line> lines GUARDED_BY(mutex);
+        std::size_t lostCount GUARDED_BY(mutex) = 0;
+        bool isClosing GUARDED_BY(mutex) = false;
+        bool isDone GUARDED_BY(mutex) = false;
     };
 
+    static bool TakeLine(Shared& shared, Line& line, std::size_t& lostCount);
     static void Print(Shared& shared);
 
-    std::shared_ptr<Shared> shared;
+    const std::shared_ptr<Shared> shared;
     std::thread printer;
 };
 

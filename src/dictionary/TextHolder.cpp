@@ -1,5 +1,6 @@
 #include "dictionary/TextHolder.h"
 
+#include "base/Messages.h"
 #include "dictionary/DictionaryFile.h"
 #include "files/NativeFile.h"
 
@@ -17,40 +18,13 @@ constexpr std::size_t indexBlock = 16;
 constexpr std::int32_t languageNoteText = 323;
 constexpr std::int32_t languageNoteTitle = 324;
 
-// The texts of message boxes, for a program without a dictionary.
+// The English text that stands in for one that is not loaded, for example without a dictionary.
 const char16_t* BuiltInText(std::int32_t id) noexcept {
-    switch (id) {
-    case 47:
-        return u"Ok";
-    case 48:
-        return u"Cancel";
-    case 65:
-        return u"No";
-    case 66:
-        return u"Yes";
-    case 274:
-        return u"Warning";
-    case 290:
-        return u"Problem";
-    case 1492:
-        return u"Continue";
-    case 1786:
-        return u"Close";
-    case 3817:
-        return u"Yes to All";
-    case 3909:
-        return u"Retry";
-    case 3912:
-        return u"No to All";
-    case 4550:
-        return u"Abort";
-    case 6069:
-        return u"Don't Show This Message Again";
-    case 6144:
-        return u"Quit";
-    default:
-        return u"";
+    for (const auto& builtIn : text::dictionary::all) {
+        if (builtIn.id == id)
+            return builtIn.english;
     }
+    return u"";
 }
 
 bool IsTextId(std::int32_t id) {
@@ -89,7 +63,7 @@ Result<> TextHolder::Load(const DictionaryRequest& request) {
         }
     }
     language = languageNone;
-    return Error{u"Error Opening Specified Dictionary\n" + FromPath(dictionaryFile)};
+    return Error{Filled(text::box::badDictionary, {FromPath(dictionaryFile)})};
 }
 
 void TextHolder::Clear() {

@@ -1,49 +1,51 @@
 #include "messages/AppInterface.h"
 
+#include <utility>
+
 namespace tarvin {
 
-AppInterface::AppInterface(const AppFolders& folders, Attendance programAttendance, const TextHolder& dictionary)
-    : attendance(programAttendance),
+AppInterface::AppInterface(const AppFolders& folders, NoteSink noteSink, const TextHolder& dictionary)
+    : noteSink(std::move(noteSink)),
       suppressedFile(folders.Chosen() / "Suppressed.txt"),
-      texts(dictionary),
+      dictionary(dictionary),
       debugLog([folder = folders.own] { return folder; }, [folder = folders.second] { return folder; }),
       suppressed(suppressedFile) {}
-
-void AppInterface::ReadSuppressedMessages() {
-    switch (suppressed.Read()) {
-    case SuppressedMessages::Content::Sound:
-        break;
-    case SuppressedMessages::Content::Damaged:
-        ReportSuppressionProblem(u"Not every line of the list of suppressed messages is a number");
-        break;
-    case SuppressedMessages::Content::Unreadable:
-        ReportSuppressionProblem(u"The list of suppressed messages cannot be read");
-        break;
-    }
-}
 
 std::int32_t AppInterface::Report(const MessageReport& report) {
     debugLog.LogTogether(ReportTexts(report));
     return report.answer;
 }
 
-int AppInterface::MessageBox(const MessageBoxText& box) {
-    const AutomaticAnswer automatic = AutomaticAnswerTo(box.style);
+std::optional<int> AppInterface::AnswerWithoutUser(const MessageBoxText& box) {
+    const MessageButton& button = AutomaticAnswerTo(box.style);
     if (box.dontShowAgainId && suppressed.Contains(*box.dontShowAgainId))
-        return automatic.answer;
+        return button.answer;
     if (!IsUnattended())
-        return Show(box);
-    // In one piece, so that the boxes of two threads stay apart.
-    AppendToMessageLog(u"\n" + box.caption + u": " + box.text + u" (" + texts.Text(automatic.noteTextId) + u")");
-    return automatic.answer;
+        return std::nullopt;
+    // One call for the whole note, so that the notes of two threads do not mix.
+    noteSink(u"\n" + box.caption + u": " + box.text + u" (" + dictionary.Text(button.caption.id) + u")");
+    return button.answer;
+}
+
+void AppInterface::ReadSuppressedMessages() {
+    switch (suppressed.Read()) {
+    case SuppressedMessages::Content::Sound:
+        break;
+    case SuppressedMessages::Content::Damaged:
+        ReportListProblem(text::report::suppressedListDamaged);
+        break;
+    case SuppressedMessages::Content::Unreadable:
+        ReportListProblem(text::report::suppressedListUnreadable);
+        break;
+    }
 }
 
 void AppInterface::SuppressMessage(std::int32_t id) {
     if (!suppressed.Add(id))
-        ReportSuppressionProblem(u"The list of suppressed messages cannot be written");
+        ReportListProblem(text::report::suppressedListUnwritten);
 }
 
-void AppInterface::ReportSuppressionProblem(KelTextView message) {
+void AppInterface::ReportListProblem(KelTextView message) {
     Report({static_cast<std::int32_t>(ReportLevel::Warning), FromPath(suppressedFile), KelText(message), {}, 0});
 }
 

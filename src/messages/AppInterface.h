@@ -1,18 +1,18 @@
 #pragma once
-// What every program of ours is to the framework: whom it tells that something has happened, and whom it asks. Knows
-// how a message is recorded or answered where nobody sees it, and nothing of how it is shown.
+// The messages of a program: its debug log, the boxes that the user has suppressed, and the answers of boxes that no
+// user sees. Each program has one. It shows nothing itself: the caller shows a box that has no answer here.
 
 #include "dictionary/TextHolder.h"
 #include "messages/DebugLog.h"
 #include "messages/MessageReport.h"
 #include "messages/SuppressedMessages.h"
 
+#include <functional>
+
 namespace tarvin {
 
-enum class Attendance { Attended, Unattended };
-
-// Where a program leaves its debug log and its list of suppressed messages: in its own folder, or in the second one if
-// that is empty. Neither need exist; the folder is created when something is written.
+// The folders for a program's debug log and its list of suppressed messages: its own one, or the second one if that
+// path is empty. A missing folder is created by the first write.
 struct AppFolders {
     std::filesystem::path own;
     std::filesystem::path second = {};
@@ -22,38 +22,37 @@ struct AppFolders {
 
 class AppInterface {
 public:
-    // Notes are written with the texts of the dictionary, which must outlive the object.
-    AppInterface(const AppFolders& folders, Attendance programAttendance, const TextHolder& dictionary = Dictionary());
-    virtual ~AppInterface() = default;
+    // Takes a note about a box that was answered without a user. A note brings its own line ends. Called by the thread
+    // that asks for the answer.
+    using NoteSink = std::function<void(KelTextView note)>;
+
+    // With a `noteSink` the program is unattended. The notes name buttons in the language of `dictionary`, which
+    // outlives the object.
+    explicit AppInterface(const AppFolders& folders, NoteSink noteSink = nullptr,
+                          const TextHolder& dictionary = Dictionary());
     AppInterface(const AppInterface&) = delete;
     AppInterface& operator=(const AppInterface&) = delete;
 
-    // Reads which messages are suppressed, and reports a list that is damaged. The thread of SuppressMessage.
+    bool IsUnattended() const { return noteSink != nullptr; }
+
+    // Writes the report to the debug log and returns its answer. Any thread.
+    std::int32_t Report(const MessageReport& report);
+
+    // The answer of a message box that needs no user, as the Windows message box numbers it: the user has suppressed
+    // it, or the program is unattended, which leaves a note. None if the box has to be shown. Any thread.
+    std::optional<int> AnswerWithoutUser(const MessageBoxText& box);
+
+    // The thread of SuppressMessage. Reads the list of suppressed messages, and reports a damaged one.
     void ReadSuppressedMessages();
-
-    // Writes the report to the debug log; returns its answer. Any thread.
-    virtual std::int32_t Report(const MessageReport& report);
-
-    // The answer to a message box, as AutomaticAnswer numbers it. One that is suppressed is answered at once; one that
-    // nobody is there to see too, with a note in the message log. Any thread if unattended, else that of Show.
-    int MessageBox(const MessageBoxText& box);
-
-    bool IsUnattended() const { return attendance == Attendance::Unattended; }
-    // Boxes with this id are not shown any more, in later runs too. One thread.
+    // Suppresses boxes of this number, in later runs too. Reports a list that cannot be written.
     void SuppressMessage(std::int32_t id);
 
-protected:
-    // Shows the box to the user and waits for the answer. Never called in an unattended program.
-    virtual int Show(const MessageBoxText& box) = 0;
-    // Adds the text, which brings its own line ends, to the program's log of messages that nobody has seen. Any thread.
-    virtual void AppendToMessageLog(KelTextView text) = 0;
-
 private:
-    void ReportSuppressionProblem(KelTextView message);
+    void ReportListProblem(KelTextView message);
 
-    const Attendance attendance;
+    const NoteSink noteSink;
     const std::filesystem::path suppressedFile;
-    const TextHolder& texts;
+    const TextHolder& dictionary;
     DebugLog debugLog;
     SuppressedMessages suppressed;
 };

@@ -7,35 +7,35 @@
 
 namespace tarvin {
 
-// Holds the other threads back, and lets the writing one know itself.
-class DebugLog::Writing {
+// Names the writing thread. A folder supplier may log, which would lock the mutex a second time: Log and LogTogether
+// find their own thread here and return before that.
+class DebugLog::WriterMark {
 public:
-    explicit Writing(DebugLog& debugLog) : log(debugLog), lock(debugLog.mutex) {
-        log.writer = std::this_thread::get_id();
-    }
-    ~Writing() { log.writer = std::thread::id(); }
-    Writing(const Writing&) = delete;
-    Writing& operator=(const Writing&) = delete;
+    explicit WriterMark(std::atomic<std::thread::id>& writer) : writer(writer) { writer = std::this_thread::get_id(); }
+    ~WriterMark() { writer = std::thread::id(); }
+    WriterMark(const WriterMark&) = delete;
+    WriterMark& operator=(const WriterMark&) = delete;
 
 private:
-    DebugLog& log;
-    std::lock_guard<std::mutex> lock;
+    std::atomic<std::thread::id>& writer;
 };
 
 DebugLog::DebugLog(FolderSupplier preferredFolder, FolderSupplier secondFolder)
-    : preferred(std::move(preferredFolder)), second(std::move(secondFolder)) {}
+    : preferredFolder(std::move(preferredFolder)), secondFolder(std::move(secondFolder)) {}
 
 int DebugLog::Log(KelTextView formattedText) {
     if (IsWriting())
         return 0;
-    const Writing writing(*this);
+    const MutexLock lock(mutex);
+    const WriterMark mark(writer);
     return Append(formattedText);
 }
 
 void DebugLog::LogTogether(std::span<const KelText> formattedTexts) {
     if (IsWriting())
         return;
-    const Writing writing(*this);
+    const MutexLock lock(mutex);
+    const WriterMark mark(writer);
     for (const KelText& text : formattedTexts)
         Append(text);
 }
@@ -44,12 +44,12 @@ int DebugLog::Append(KelTextView text) {
     if (text.size() >= bufferSize)
         return -1;
     if (folder.empty())
-        folder = preferred();
+        folder = preferredFolder();
     if (folder.empty())
-        folder = second();
+        folder = secondFolder();
     if (folder.empty())
         return 0;
-    // Nobody is told of a failure, here or below: a report about the log would end up in the log.
+    // A failure is not reported, here and below: the report would go to this log.
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     KelFile file;

@@ -1,12 +1,12 @@
 #pragma once
-// The debug log of the program: the file "Debug.Log" of one run, complete on the disk after each write. Knows nothing
-// of what the texts say. Any thread; a write blocks the writes of other threads until it is done.
+// The debug log of the program: the file "Debug.Log" of one run, complete on the disk after each write. Any thread. A
+// write blocks while another thread writes.
 
 #include "base/KelText.h"
+#include "base/Mutex.h"
 
 #include <atomic>
 #include <functional>
-#include <mutex>
 #include <span>
 #include <thread>
 
@@ -17,34 +17,33 @@ public:
     // In UTF-16 code units, with room for a terminator.
     static constexpr std::size_t bufferSize = 24576;
 
-    // An empty path means that there is no such folder.
+    // Returns an empty path if there is no such folder.
     using FolderSupplier = std::function<std::filesystem::path()>;
 
-    // The log is in the preferred folder, or in the second one if there is none. They are asked for when the first text
-    // is written, and the folder is created then if it is missing.
+    // The log is in the preferred folder, or in the second one without a preferred one. The first write asks for them
+    // and creates a missing folder.
     DebugLog(FolderSupplier preferredFolder, FolderSupplier secondFolder);
 
-    // Writes the text as it is: it brings its own line ends. The units written; 0 if nothing could be written, or not
-    // all, or if writing is what led to this call; -1 if the text is too long, and then the file is left alone.
-    // The first text that is written replaces the log of an earlier run.
-    int Log(KelTextView formattedText);
+    // Writes the text, which brings its own line ends, and returns the number of code units. The first text of a run
+    // replaces the log of an earlier one. Returns -1 and writes nothing if the text has bufferSize units or more.
+    // Returns 0 if the text was not written whole, or if a write of this thread has led to the call.
+    int Log(KelTextView formattedText) EXCLUDES(mutex);
 
-    // The same for several texts that no other thread's come between.
-    void LogTogether(std::span<const KelText> formattedTexts);
+    // Writes the texts like Log. Texts of other threads do not come between them.
+    void LogTogether(std::span<const KelText> formattedTexts) EXCLUDES(mutex);
 
 private:
-    class Writing;
+    class WriterMark;
 
     bool IsWriting() const { return writer == std::this_thread::get_id(); }
-    int Append(KelTextView text);
+    int Append(KelTextView text) REQUIRES(mutex);
 
-    FolderSupplier preferred;
-    FolderSupplier second;
-    std::mutex mutex;
-    std::atomic<std::thread::id> writer;
-    // Guarded by the mutex.
-    std::filesystem::path folder;
-    bool isStarted = false;
+    const FolderSupplier preferredFolder;
+    const FolderSupplier secondFolder;
+    Mutex mutex;
+    std::atomic<std::thread::id> writer; // the thread that holds the mutex
+    std::filesystem::path folder GUARDED_BY(mutex);
+    bool isStarted GUARDED_BY(mutex) = false;
 };
 
 }

@@ -1,58 +1,36 @@
 #pragma once
-// The two things that a user can be told, as values: a message box and a message report. Knows nothing of windows,
-// files or who is told.
+// The two ways to tell a user something, as plain values: a message box, and a report for the debug log. Any thread.
 
-#include "base/KelText.h"
+#include "messages/MessageButtons.h"
 
 #include <optional>
 #include <vector>
 
 namespace tarvin {
 
-// Style flags of a message box, as the Windows message box numbers them.
-enum MessageStyle : unsigned {
-    okOnly = 0,
-    okCancel = 1,
-    yesNoCancel = 3,
-    yesNo = 4,
-    iconExclamation = 0x30,
-    iconInformation = 0x40,
-    defaultButton2 = 0x100,
-    defaultButton3 = 0x200,
-};
-
 struct MessageBoxText {
     KelText text;
     KelText caption;
-    unsigned style = okOnly;
-    // The number under which the user can have such boxes not shown any more.
+    unsigned style = okOnly; // flags of MessageStyle
+    // With a number, the box has a check box by which the user suppresses all boxes of this number.
     std::optional<std::int32_t> dontShowAgainId = {};
 };
-
-// An answer as the Windows message box numbers it (1 OK, 2 cancel, 6 yes, 7 no), and the dictionary's number of the
-// name of that button.
-struct AutomaticAnswer {
-    int answer;
-    std::int32_t noteTextId;
-};
-
-// The answer to a box that is not shown.
-AutomaticAnswer AutomaticAnswerTo(unsigned style);
 
 enum class ReportLevel : std::int32_t { Warning, Normal, Fatal, Query, Information };
 
 struct MessageReport {
-    // Other numbers than those of ReportLevel are allowed: they are reported as numbers.
+    // A level outside ReportLevel is reported as its number.
     std::int32_t level = 0;
     KelText info;
     KelText message;
     // May be empty, and may have several lines.
     KelText details;
-    // The message's code, and what reporting it returns.
+    // The code of the message. Reporting the message returns it.
     std::int32_t answer = 0;
 };
 
-// What the debug log gets, each a text of its own. Only details are followed by a second rule: they have no other end.
+// The texts that the debug log gets for a report, in order. A second rule ends the details, and is left out without
+// details.
 std::vector<KelText> ReportTexts(const MessageReport& report);
 
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t maximumFileSize = 1024 * 1024;
 
-// As much of the file as is believed, and one byte more if there is more.
+// Reads up to maximumFileSize bytes, and one more byte from a longer file. None if the file cannot be read.
 std::optional<std::string> ReadStart(const std::filesystem::path& path) {
     NativeFile file;
     if (!file.Open(path, NativeFile::Access::Read))
@@ -33,7 +33,7 @@ std::optional<std::string> ReadStart(const std::filesystem::path& path) {
     return content;
 }
 
-// None for a line that is not one number. An editor may have put CR before the line end.
+// None if the line is not exactly one number. An editor may have put a CR before the line end.
 std::optional<std::int32_t> ParseLine(std::string_view line) {
     if (line.ends_with('\r'))
         line.remove_suffix(1);
@@ -46,11 +46,11 @@ std::optional<std::int32_t> ParseLine(std::string_view line) {
 SuppressedMessages::Content Parse(std::string_view content, std::set<std::int32_t>& ids) {
     auto result = SuppressedMessages::Content::Sound;
     if (content.size() > maximumFileSize) {
-        // Half a number is another number.
+        // The last line may be cut, and the rest of a number is another number.
         content = content.substr(0, content.rfind('\n') + 1);
         result = SuppressedMessages::Content::Damaged;
     }
-    // What some editors put in front of a text.
+    // Some editors begin a text with a byte order mark.
     if (content.starts_with("\xEF\xBB\xBF"))
         content.remove_prefix(3);
     while (!content.empty()) {
@@ -75,13 +75,13 @@ SuppressedMessages::Content SuppressedMessages::Read() {
     }
     std::set<std::int32_t> read;
     const Content result = Parse(*content, read);
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     ids.merge(read);
     return result;
 }
 
 bool SuppressedMessages::Contains(std::int32_t id) const {
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     return ids.contains(id);
 }
 
@@ -89,7 +89,7 @@ bool SuppressedMessages::Add(std::int32_t id) {
     const bool isReadable = Read() != Content::Unreadable;
     std::string content;
     {
-        const std::lock_guard lock(mutex);
+        const MutexLock lock(mutex);
         ids.insert(id);
         for (const std::int32_t each : ids)
             content += std::to_string(each) + "\n";

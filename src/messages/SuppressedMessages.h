@@ -1,11 +1,12 @@
 #pragma once
-// The messages that the user does not want to see again, kept between runs as a text file with one number on each line.
-// Knows nothing of the messages. Lookups come from any thread; Read and Add belong to one.
+// The numbers of the messages that the user has suppressed, kept between runs in a text file with one number on each
+// line. Contains may be called by any thread; Read and Add belong to one thread.
 
 #include "base/KelText.h"
+#include "base/Mutex.h"
 
-#include <mutex>
 #include <set>
+#include <utility>
 
 namespace tarvin {
 
@@ -13,23 +14,23 @@ class SuppressedMessages {
 public:
     enum class Content { Sound, Damaged, Unreadable };
 
-    // Nothing is read yet.
-    explicit SuppressedMessages(std::filesystem::path listFile) : file(std::move(listFile)) {}
+    // Does not read the file.
+    explicit SuppressedMessages(std::filesystem::path file) : file(std::move(file)) {}
 
-    // Adds what the file holds to what is known. Every whole line that is a number counts, whatever stands around it,
-    // up to the first MiB of the file. A missing file is sound.
-    Content Read();
+    // Adds the numbers in the file to those already known: each whole line that is a number, whatever the other lines
+    // are, within the first MiB. A missing file is sound.
+    Content Read() EXCLUDES(mutex);
 
-    bool Contains(std::int32_t id) const;
+    bool Contains(std::int32_t id) const EXCLUDES(mutex);
 
-    // Suppressed from now on; false if the next run will not know it. What another program has added to the file since
-    // is kept, and a file that cannot be read is left as it is.
-    bool Add(std::int32_t id);
+    // Suppresses the message at once. Keeps the numbers that another program has added to the file. False if the number
+    // is not in the file, so that the next run will not know it; a file that cannot be read is left as it is.
+    bool Add(std::int32_t id) EXCLUDES(mutex);
 
 private:
     const std::filesystem::path file;
-    mutable std::mutex mutex;
-    std::set<std::int32_t> ids;
+    mutable Mutex mutex;
+    std::set<std::int32_t> ids GUARDED_BY(mutex);
 };
 
 }

@@ -1,5 +1,6 @@
 #include "settings/SettingsCheck.h"
 
+#include "base/Messages.h"
 #include "files/FileNames.h"
 
 #include <algorithm>
@@ -14,12 +15,12 @@ namespace fs = std::filesystem;
 // Each of these gives the problem in words for the user, or an empty text.
 KelText FolderProblem(const KelText& folder) {
     if (Trimmed(folder).empty())
-        return u"A folder is needed here.";
+        return text::setting::folderNeeded;
     std::error_code error;
     const fs::file_status status = fs::status(ToPath(folder), error);
     if (!fs::exists(status))
-        return u"This folder does not exist.";
-    return fs::is_directory(status) ? KelText() : u"This is not a folder.";
+        return text::setting::folderMissing;
+    return fs::is_directory(status) ? KelText() : text::setting::notFolder;
 }
 
 KelText ExtensionProblem(const KelText& extension) {
@@ -27,19 +28,19 @@ KelText ExtensionProblem(const KelText& extension) {
     const KelText name = u"x." + extension;
     if (extension.empty() || FileNameFor(name) == name)
         return {};
-    return u"An extension cannot hold / \\ : * ? \" < > | or end with a dot or a blank.";
+    return text::setting::badExtension;
 }
 
 KelText LogFileProblem(const KelText& file) {
     if (Trimmed(file).empty())
-        return u"A file is needed here as long as the log is written.";
+        return text::setting::logFileNeeded;
     const fs::path path = ToPath(file);
     std::error_code error;
     // A path that ends with a separator names a folder, even if none is there yet.
     if (!path.has_filename() || fs::is_directory(path, error))
-        return u"This is a folder; a file is needed.";
+        return text::setting::logFileIsFolder;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-    return fs::is_directory(folder, error) ? KelText() : u"The folder of this file does not exist.";
+    return fs::is_directory(folder, error) ? KelText() : text::setting::logFolderMissing;
 }
 
 }
@@ -60,7 +61,7 @@ std::vector<SettingsProblem> CheckSettings(const DownloadSettings& wanted, const
 }
 
 KelText StopBitsNote(KelTextView stopBits) {
-    return stopBits == u"1.5" ? u"With 7 or 8 data bits most ports refuse 1.5 stop bits, and Linux has none." : u"";
+    return stopBits == u"1.5" ? text::setting::oneAndAHalfStopBits : u"";
 }
 
 KelText AsFolderSetting(KelText folder) {

@@ -1,5 +1,6 @@
 #include "settings/SettingsStore.h"
 
+#include "base/Messages.h"
 #include "files/FileNames.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
@@ -100,7 +101,7 @@ bool SettingsStore::LoadSettings(DownloadSettings& settings) {
 }
 
 SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructorValues) {
-    const MessageBoxText warning = {u"Possible loss of settings", u"Warning: Bad INI file load", iconExclamation};
+    const MessageBoxText warning = {text::box::badSettings, text::box::badSettingsCaption, iconExclamation};
     LoadResult result = {constructorValues, std::nullopt};
     isUnread = false;
     RecordState state = ReadRecord(result.settings);

@@ -1,94 +1,95 @@
 #include "transfer/TransferState.h"
 
+#include "base/Messages.h"
+
 namespace tarvin {
 
 namespace {
 
+// The texts that show no part of the transfer.
 const char16_t* FixedText(TransferState state) {
     switch (state) {
     case TransferState::NoLink:
-        return u"No Link";
+        return text::status::noLink;
     case TransferState::Waiting:
-        return u"Waiting...";
+        return text::status::waiting;
     case TransferState::LinkTest:
-        return u"Loop Back Test";
+        return text::status::linkTest;
     case TransferState::DirectoryListing:
-        return u"Directory Listing";
+        return text::status::directoryListing;
     case TransferState::ControllerOption:
-        return u"NC Controller Option";
+        return text::status::controllerOption;
     case TransferState::DownloadWaiting:
-        return u"Download Waiting For Controller";
+        return text::status::downloadWaiting;
     case TransferState::DownloadRequested:
-        return u"Download Request Received";
+        return text::status::downloadRequested;
     case TransferState::UploadRequested:
-        return u"Upload Request Received";
+        return text::status::uploadRequested;
     case TransferState::DownloadPreparation:
-        return u"Download Preparation";
+        return text::status::downloadPreparation;
     case TransferState::UploadPreparation:
-        return u"Upload Preparation";
+        return text::status::uploadPreparation;
     case TransferState::LoopbackFailure:
-        return u"Local Loopback Test Failure";
+        return text::status::loopbackFailure;
     case TransferState::LoopbackSuccess:
-        return u"Local Loopback Test Success";
+        return text::status::loopbackSuccess;
     case TransferState::SecondServer:
-        return u"Configuration Error! Server has found 2nd DNC Server!";
+        return text::status::secondServer;
     default:
         return nullptr;
     }
 }
 
-// The text that stands before the name of the file, for the states that say no more than that.
-const char16_t* TextBeforeFileName(TransferState state) {
+// The texts that name the file and show nothing else of the transfer.
+const char16_t* FileText(TransferState state) {
     switch (state) {
     case TransferState::DownloadCouldNotOpen:
-        return u"Download could not open/read from";
+        return text::status::downloadCouldNotOpen;
     case TransferState::UploadCouldNotOpen:
-        return u"Upload could not open/write to";
+        return text::status::uploadCouldNotOpen;
     case TransferState::DownloadErrors:
-        return u"Download Error(s)";
+        return text::status::downloadErrors;
     case TransferState::UploadErrors:
-        return u"Upload Error(s)";
+        return text::status::uploadErrors;
     case TransferState::DownloadCancelled:
-        return u"Download Cancelled";
+        return text::status::downloadCancelled;
     case TransferState::UploadCancelled:
-        return u"Upload Cancelled";
+        return text::status::uploadCancelled;
     case TransferState::AutoloadCutting:
-        return u"Autoload Cutting";
+        return text::status::autoloadCutting;
     case TransferState::UnexpectedError:
     case TransferState::FileFormatError:
-        return u"File format error";
+        return text::status::fileFormatError;
     case TransferState::ItemNotFound:
-        return u"Item not found error";
+        return text::status::itemNotFound;
     default:
         return nullptr;
     }
 }
 
-std::optional<KelText> StationText(TransferState state, const StatusArguments& arguments) {
-    const KelText client = u"Client: " + arguments.stationName;
-    const KelText server = u"Server: " + arguments.stationName;
+// The texts that name this station, and perhaps the other one.
+const char16_t* StationText(TransferState state, bool isServer) {
     switch (state) {
     case TransferState::ServerCannotFindClient:
-        return server + u" cannot find DNC Client";
+        return text::status::serverCannotFindClient;
     case TransferState::ClientCannotFindServer:
-        return client + u" cannot find DNC Server";
+        return text::status::clientCannotFindServer;
     case TransferState::ServerFoundClient:
-        return server + u" has found DNC Client: " + arguments.peerName;
+        return text::status::serverFoundClient;
     case TransferState::ClientFoundServer:
-        return client + u" has found DNC Server: " + arguments.peerName;
+        return text::status::clientFoundServer;
     case TransferState::SecondClient:
-        return u"Configuration Error! " + client + u" has found 2nd DNC Client: " + arguments.peerName + u"!";
+        return text::status::secondClient;
     case TransferState::FileListRequest:
-        return arguments.serverMode ? server + u" Checking NC File List"
-                                    : client + u" Requesting File List from Server: " + arguments.peerName;
+        return isServer ? text::status::serverChecksList : text::status::clientRequestsList;
     case TransferState::FileListCompare:
-        return client + u" Comparing NC File Lists";
+        return text::status::fileListCompare;
     case TransferState::FileRequest:
-        return client + u" Requesting NC File";
+        return text::status::fileRequest;
     case TransferState::SynchronisationCompleted:
-        return client + u" NC File Synchronisation Completed";
+        return text::status::synchronisationCompleted;
     default:
-        return std::nullopt;
+        return nullptr;
     }
 }
 
@@ -97,35 +98,36 @@ std::optional<KelText> StationText(TransferState state, const StatusArguments& a
 StatusDescription DescribeState(TransferState state, const StatusArguments& arguments) {
     const KelText& file = arguments.fileName;
     const KelText bytes = ToText(arguments.byteCount);
-    if (const char16_t* text = FixedText(state))
-        return {text, false, std::nullopt};
+    if (const char16_t* fixed = FixedText(state))
+        return {fixed, false, std::nullopt};
     switch (state) {
     case TransferState::Downloading:
-        return {
-            u"Downloading " + file + u" - " + bytes + u" of " + ToText(arguments.total) + u" bytes sent.", false, {}};
+        return {Filled(text::status::downloading, {file, bytes, ToText(arguments.total)}), false, {}};
     case TransferState::Uploading:
-        return {u"Uploading " + file + u" - " + bytes + u" bytes received.", false, {}};
+        return {Filled(text::status::uploading, {file, bytes}), false, {}};
     case TransferState::DownloadCompleted:
-        return {u"Download Completed " + file + u" - " + bytes + u" bytes", true, {}};
+        return {Filled(text::status::downloadCompleted, {file, bytes}), true, {}};
     case TransferState::UploadCompleted:
-        return {u"Upload Completed " + file + u" - " + bytes + u" bytes in file.", true, {}};
+        return {Filled(text::status::uploadCompleted, {file, bytes}), true, {}};
     case TransferState::DirectoryError:
-        return {u"Directory Listing: Error", true, {}};
+        return {text::status::directoryError, true, {}};
     case TransferState::Overrun:
-        return {u"Over Run Error! Data loss has occurred!", true, {}};
+        return {text::status::overrun, true, {}};
     case TransferState::ReportOnly:
         return {std::nullopt, true, {}};
     default:
         break;
     }
-    if (const char16_t* text = TextBeforeFileName(state)) {
-        // An unexpected error is shown as a file that cannot be right, and both are put on record.
+    if (const char16_t* withFile = FileText(state)) {
+        // The line shows an unexpected error as a file format error. The log gets both texts.
         std::optional<KelText> before;
         if (state == TransferState::UnexpectedError)
-            before = u"Unexpected error " + file;
-        return {text + (u" " + file), true, before};
+            before = Filled(text::status::unexpectedError, {file});
+        return {Filled(withFile, {file}), true, before};
     }
-    return {StationText(state, arguments), false, std::nullopt};
+    if (const char16_t* station = StationText(state, arguments.serverMode))
+        return {Filled(station, {arguments.stationName, arguments.peerName}), false, std::nullopt};
+    return {std::nullopt, false, std::nullopt};
 }
 
 }

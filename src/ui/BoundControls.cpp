@@ -1,7 +1,5 @@
 #include "ui/BoundControls.h"
 
-#include "ui/UiText.h"
-
 #include <algorithm>
 
 namespace tarvin {
@@ -9,7 +7,7 @@ namespace tarvin {
 BoundChoice::BoundChoice(wxChoice* list, std::vector<KelText> texts, const KelText& given)
     : choice(list), entries(std::move(texts)), original(given) {
     auto selected = std::find(entries.begin(), entries.end(), given);
-    // A text that says nothing is shown by no entry.
+    // An empty text selects no entry.
     if (selected == entries.end() && !given.empty())
         selected = entries.insert(selected, given);
     for (const KelText& entry : entries)

@@ -1,6 +1,6 @@
 #pragma once
-// Controls that stand for texts of the settings. What a user leaves alone comes back exactly as it was given, even if
-// no control can show it. User-interface thread.
+// Controls that show texts of the settings. A text that the user leaves alone comes back to the code unit, even if a
+// control cannot show it. User-interface thread.
 
 #include "base/KelText.h"
 #include "ui/Wx.h"
@@ -9,7 +9,7 @@
 
 namespace tarvin {
 
-// A list of texts, to which the given one is added if it is none of them.
+// A list of texts. Adds `given` if it is none of them.
 class BoundChoice {
 public:
     BoundChoice(wxChoice* list, std::vector<KelText> texts, const KelText& given);
@@ -27,7 +27,7 @@ public:
     BoundEdit(wxTextCtrl* control, const KelText& given) : edit(control) { Show(given); }
 
     void Show(const KelText& text);
-    // `isNew` is false where it is what was shown last.
+    // `isNew` is false while the control shows the text of the last Show.
     struct Content {
         KelText text;
         bool isNew;

@@ -1,6 +1,6 @@
 #pragma once
-// The program's message dialog: a text with a caption, an icon, the buttons of its style named by the dictionary, and a
-// box to have it not shown again. User-interface thread.
+// The dialog that shows a message box: caption, text, icon, the buttons of its style with the dictionary's names, and
+// perhaps a check box that suppresses it from now on. User-interface thread.
 
 #include "dictionary/TextHolder.h"
 #include "messages/MessageReport.h"
@@ -12,18 +12,19 @@ namespace tarvin {
 
 class CustomMessage : public wxDialog {
 public:
-    // `showHelp` is for F1.
+    // F1 calls `showHelp`. `dictionary` names the buttons.
     CustomMessage(wxWindow* parent, const MessageBoxText& box, std::function<void()> showHelp,
-                  const TextHolder& texts = Dictionary());
+                  const TextHolder& dictionary = Dictionary());
 
-    // As the Windows message box numbers it. Good once the dialog has been hidden; closing it by other means than its
-    // buttons is the answer that changes least.
+    // The answer as the Windows message box numbers it, once the dialog is hidden. Without a button, the last button of
+    // the style: the answer that changes least.
     int Answer() const { return answer; }
-    bool IsNotToBeShownAgain() const { return dontShowAgain != nullptr && dontShowAgain->IsChecked(); }
+    // The user wants no more boxes of this number.
+    bool IsSuppressed() const { return dontShowAgain != nullptr && dontShowAgain->IsChecked(); }
 
 private:
     void AddMessage(wxSizer& column, const MessageBoxText& box);
-    void AddButtons(wxSizer& column, unsigned style, const TextHolder& texts);
+    void AddButtons(wxSizer& column, unsigned style, const TextHolder& dictionary);
     void Finish(int newAnswer);
 
     wxCheckBox* dontShowAgain = nullptr;

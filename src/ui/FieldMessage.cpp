@@ -11,8 +11,8 @@ constexpr int widestLine = 160; // in dialog units
 
 }
 
-FieldMessage::FieldMessage(wxWindow* parent, Kind messageKind)
-    : kind(messageKind),
+FieldMessage::FieldMessage(wxWindow* parent, Kind kind)
+    : kind(kind),
       line(new wxBoxSizer(wxHORIZONTAL)),
       text(new wxStaticText(parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, 0, "message")) {
     const wxArtID sign = kind == Kind::Problem ? wxART_ERROR : wxART_INFORMATION;
@@ -27,7 +27,7 @@ FieldMessage::FieldMessage(wxWindow* parent, Kind messageKind)
     });
 }
 
-// The system has no colour for what is wrong; one of these stands out from either background.
+// Systems have no colour for problems. Each of these two stands out from its background.
 void FieldMessage::ChooseColour() {
     if (kind != Kind::Problem)
         return;

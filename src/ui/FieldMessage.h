@@ -1,6 +1,6 @@
 #pragma once
-// A line below a field that says what is wrong with it, by a sign, words and colour. Takes no room while there is
-// nothing to say. User-interface thread.
+// A line below a field about its content, with a sign, words and perhaps a colour. Takes no room while it is empty.
+// User-interface thread.
 
 #include "ui/Wx.h"
 
@@ -12,11 +12,11 @@ class FieldMessage {
 public:
     enum class Kind { Problem, Note };
 
-    // The line's controls belong to `parent`, its sizer to whoever adds it.
-    FieldMessage(wxWindow* parent, Kind messageKind);
+    // `parent` owns the controls of the line; the caller adds Sizer to a sizer, which then owns it.
+    FieldMessage(wxWindow* parent, Kind kind);
 
     wxSizer* Sizer() const { return line; }
-    // An empty text ends the message. True if the line came, went or changed, so that the window has to be laid out.
+    // Shows the words; without words the line disappears. True if the window has to be laid out again.
     bool Say(const wxString& words);
 
 private:

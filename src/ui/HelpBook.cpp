@@ -1,28 +1,45 @@
 #include "ui/HelpBook.h"
 
-#include "ui/HelpPages.h"
-#include "ui/UiText.h"
-
 #include <algorithm>
 #include <system_error>
 #include <utility>
 
 #include <wx/filename.h>
+#include <wx/filesys.h>
 #include <wx/fs_arc.h>
 #include <wx/html/helpctrl.h>
 #include <wx/html/helpfrm.h>
+#include <wx/html/htmlfilt.h>
+#include <wx/html/htmlwin.h>
+#include <wx/sstream.h>
 
 namespace tarvin {
 
 namespace {
 
-// Once in the life of the process.
+// Reads the pages as HTML. The toolkit asks the system for the type of an extension, and many systems give "htm"
+// another type than plain HTML: the toolkit then shows the source of the page.
+class PageFilter : public wxHtmlFilter {
+public:
+    bool CanRead(const wxFSFile& file) const override { return file.GetLocation().EndsWith(".htm"); }
+
+    wxString ReadFile(const wxFSFile& file) const override {
+        wxString page;
+        wxStringOutputStream text(&page, wxConvUTF8);
+        if (file.GetStream() != nullptr)
+            file.GetStream()->Read(text);
+        return page;
+    }
+};
+
+// The toolkit keeps handlers and filters until the process ends, so they are added once.
 void PrepareToolkit() {
     static bool isPrepared = false;
     if (std::exchange(isPrepared, true))
         return;
+    // wxWidgets owns both.
     wxFileSystem::AddHandler(new wxArchiveFSHandler);
-    ReadHelpPagesAsHtml();
+    wxHtmlWindow::AddFilter(new PageFilter);
 }
 
 }
@@ -63,6 +80,15 @@ void HelpBook::Close() {
 
 bool HelpBook::IsShown() const {
     return controller && controller->GetFrame() != nullptr && controller->GetFrame()->IsShown();
+}
+
+void BindHelpKey(wxTopLevelWindow& window, std::function<void()> showHelp) {
+    window.Bind(wxEVT_CHAR_HOOK, [show = std::move(showHelp)](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_F1)
+            show();
+        else
+            event.Skip();
+    });
 }
 
 }

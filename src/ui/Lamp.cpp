@@ -1,11 +1,12 @@
 #include "ui/Lamp.h"
 
+#include "base/Messages.h"
 #include "ui/Pictures.h"
 
 namespace tarvin {
 
 Lamp::Lamp(wxWindow* parent, std::string_view litPicture, const wxString& name, const wxSize& size)
-    : litName(litPicture), pictureSize(parent->ToDIP(size)) {
+    : litPicture(litPicture), pictureSize(parent->ToDIP(size)) {
     MakePictures();
     Create(parent, wxID_ANY, unlit, wxDefaultPosition, size);
     SetMinSize(size);
@@ -18,7 +19,7 @@ Lamp::Lamp(wxWindow* parent, std::string_view litPicture, const wxString& name, 
 }
 
 void Lamp::MakePictures() {
-    lit = Picture(litName, pictureSize);
+    lit = Picture(litPicture, pictureSize);
     unlit = Picture("lamp-unlit.svg", pictureSize);
 }
 
@@ -27,18 +28,22 @@ void Lamp::SetLit(bool shallBeLit) {
         return;
     isLit = shallBeLit;
     SetBitmap(isLit ? lit : unlit);
-    if (isStateTold)
+    if (tellsState)
         ShowTip();
 }
 
-void Lamp::SetTip(const wxString& newTip, bool tellsState) {
+void Lamp::SetTip(const wxString& newTip, bool shallTellState) {
     tip = newTip;
-    isStateTold = tellsState;
+    tellsState = shallTellState;
     ShowTip();
 }
 
 void Lamp::ShowTip() {
-    SetToolTip(isStateTold ? GetName() + (isLit ? ": on. " : ": off. ") + tip : tip);
+    if (!tellsState) {
+        SetToolTip(tip);
+        return;
+    }
+    SetToolTip(ToWx(Filled(isLit ? text::tip::lampOn : text::tip::lampOff, {FromWx(GetName()), FromWx(tip)})));
 }
 
 }

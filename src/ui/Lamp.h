@@ -1,6 +1,6 @@
 #pragma once
-// One indicator lamp: unlit a hollow ring, lit a filled shape with a sign in it, so that nobody needs to see colours.
-// Knows nothing of what it shows. User-interface thread.
+// An indicator lamp: a hollow ring while unlit, a filled shape with a sign while lit, so that it can be read without
+// seeing colours. User-interface thread.
 
 #include "ui/Wx.h"
 
@@ -12,13 +12,13 @@ namespace tarvin {
 
 class Lamp : public wxStaticBitmap {
 public:
-    // `litPicture` is what stands for the lit lamp; `name` is its caption, for who cannot see it.
+    // `litPicture` is a file of src/ui/pictures. `name` is the lamp's caption, which screen readers say.
     Lamp(wxWindow* parent, std::string_view litPicture, const wxString& name, const wxSize& size);
 
-    // With `tellsState` the tip says whether the lamp is lit, too: for lamps that do not flicker.
-    void SetTip(const wxString& newTip, bool tellsState);
+    // With `shallTellState` the tip also says whether the lamp is lit. For lamps that do not flicker.
+    void SetTip(const wxString& newTip, bool shallTellState);
 
-    // Repaints only if that changes anything.
+    // Repaints only after a change.
     void SetLit(bool shallBeLit);
     bool IsLit() const { return isLit; }
 
@@ -26,12 +26,12 @@ private:
     void MakePictures();
     void ShowTip();
 
-    const std::string_view litName;
+    const std::string_view litPicture;
     const wxSize pictureSize;
     wxBitmapBundle lit;
     wxBitmapBundle unlit;
     wxString tip;
-    bool isStateTold = false;
+    bool tellsState = false;
     bool isLit = false;
 };
 

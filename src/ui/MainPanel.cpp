@@ -1,9 +1,8 @@
 #include "ui/MainPanel.h"
 
+#include "base/Messages.h"
 #include "base/System.h"
 #include "base/Version.h"
-#include "ui/LeftCaption.h"
-#include "ui/UiText.h"
 
 #include <algorithm>
 
@@ -15,7 +14,7 @@ constexpr int lampEdge = 10; // dialog units
 
 }
 
-// Controls are made in the order in which the keyboard goes through them.
+// The Tab key visits the controls in the order in which they are made here.
 MainPanel::MainPanel(wxWindow* parent) : wxPanel(parent) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     const int gap = Units(0, 3).GetHeight();
@@ -30,48 +29,53 @@ MainPanel::MainPanel(wxWindow* parent) : wxPanel(parent) {
     auto* body = new wxBoxSizer(wxHORIZONTAL);
     body->Add(HoldColumn(), wxSizerFlags().Expand());
     body->AddSpacer(edge);
-    monitor = new Monitor(this, Units(180, 126));
+    monitor = new MonitorArea(this, Units(180, 126));
     body->Add(monitor, wxSizerFlags(1).Expand());
     column->Add(body, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, edge));
     column->AddSpacer(gap);
     SetSizer(column);
 }
 
-wxButton* MainPanel::AddButton(wxWindowID id, const wxString& label, const wxString& tip, int width) {
-    auto* button = new wxButton(this, id, label);
+wxButton* MainPanel::AddButton(wxWindowID id, KelTextView label, KelTextView tip, int width) {
+    auto* button = new wxButton(this, id, ToWx(label));
     const wxSize best = button->GetBestSize();
     const wxSize size = Units(width, 14);
     button->SetMinSize(
         wxSize(std::max(best.GetWidth(), size.GetWidth()), std::max(best.GetHeight(), size.GetHeight())));
-    button->SetToolTip(tip);
+    button->SetToolTip(ToWx(tip));
     return button;
 }
 
-wxCheckBox* MainPanel::AddSwitch(const wxString& label, const wxString& name, const wxString& tip) {
-    const bool hasCaption = !label.empty();
-    auto* box = new wxCheckBox(this, wxID_ANY, label, wxDefaultPosition, wxDefaultSize,
-                               hasCaption ? LeftCaptionStyle() : 0, wxDefaultValidator, name);
-    box->SetToolTip(tip);
-    if (hasCaption)
-        PutCaptionLeft(*box);
+wxCheckBox* MainPanel::AddSwitch(KelTextView label, KelTextView tip) {
+    wxCheckBox* box = MakeLeftCaptionBox(this, ToWx(label));
+    box->SetName(wxControl::RemoveMnemonics(ToWx(label)));
+    box->SetToolTip(ToWx(tip));
+    return box;
+}
+
+wxCheckBox* MainPanel::AddHandshake(KelTextView name, KelTextView tip) {
+    auto* box = new wxCheckBox(this, wxID_ANY, wxString());
+    box->SetName(ToWx(name));
+    box->SetToolTip(ToWx(tip));
     return box;
 }
 
 wxSizer* MainPanel::StatusRow() {
     auto* row = new wxBoxSizer(wxHORIZONTAL);
-    row->Add(new wxStaticText(this, wxID_ANY, "Status"), wxSizerFlags().CenterVertical());
+    row->Add(new wxStaticText(this, wxID_ANY, ToWx(text::label::status)), wxSizerFlags().CenterVertical());
     row->AddSpacer(Units(3, 0).GetWidth());
     statusLine = new StatusLine(this, Units(216, 16));
     row->Add(statusLine, wxSizerFlags(1).Expand());
     return row;
 }
 
-wxSizer* MainPanel::TrafficLamp(Lamp*& lamp, const char* picture, const wxString& caption, const wxString& tip) {
+wxSizer* MainPanel::TrafficLamp(Lamp*& lamp, const char* picture, KelTextView caption, KelTextView tip) {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    auto* label = new wxStaticText(this, wxID_ANY, caption);
-    lamp = new Lamp(this, picture, caption, Units(lampEdge, lampEdge));
-    label->SetToolTip(tip);
-    lamp->SetTip(tip, false);
+    auto* label = new wxStaticText(this, wxID_ANY, ToWx(caption));
+    lamp = new Lamp(this, picture, ToWx(caption), Units(lampEdge, lampEdge));
+    label->SetToolTip(ToWx(tip));
+    // The tip of a lamp that flickers cannot tell its state.
+    lamp->SetTip(ToWx(tip), false);
     column->Add(label, wxSizerFlags().CenterHorizontal());
     column->Add(lamp, wxSizerFlags().CenterHorizontal());
     return column;
@@ -80,22 +84,22 @@ wxSizer* MainPanel::TrafficLamp(Lamp*& lamp, const char* picture, const wxString
 wxSizer* MainPanel::LampRow() {
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     const int gap = Units(3, 0).GetWidth();
-    row->Add(TrafficLamp(received, "lamp-received.svg", "Rx", "Lit while characters arrive"),
+    row->Add(TrafficLamp(received, "lamp-received.svg", text::label::received, text::tip::received),
              wxSizerFlags().CenterVertical());
     row->AddSpacer(gap);
-    row->Add(TrafficLamp(transmitted, "lamp-transmitted.svg", "Tx", "Lit while characters are sent"),
+    row->Add(TrafficLamp(transmitted, "lamp-transmitted.svg", text::label::transmitted, text::tip::transmitted),
              wxSizerFlags().CenterVertical());
     row->AddSpacer(gap);
     progressBar = new ProgressBar(this, Units(111, 10));
     row->Add(progressBar, wxSizerFlags(1).Bottom());
     row->AddSpacer(3 * gap);
-    logSwitch = AddSwitch("&Log", "Log", "Write all that crosses the line to a log file");
+    logSwitch = AddSwitch(text::label::log, text::tip::log);
     row->Add(logSwitch, wxSizerFlags().Bottom());
     row->AddSpacer(3 * gap);
-    viewSwitch = AddSwitch("&View", "View", "Show the traffic on the line in place of the picture");
+    viewSwitch = AddSwitch(text::label::view, text::tip::view);
     row->Add(viewSwitch, wxSizerFlags().Bottom());
     row->AddSpacer(gap);
-    help = AddButton(wxID_HELP, "&Help", "Open the help book (F1 opens it at the page that fits)", 31);
+    help = AddButton(wxID_HELP, text::label::help, text::tip::help, 31);
     row->Add(help, wxSizerFlags().Bottom());
     return row;
 }
@@ -103,15 +107,15 @@ wxSizer* MainPanel::LampRow() {
 wxSizer* MainPanel::ButtonRow() {
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     const int gap = Units(3, 0).GetWidth();
-    changeSettings = AddButton(wxID_ANY, "Change S&ettings", "Port, folders, log and control characters", 63);
-    sendFile = AddButton(wxID_ANY, "&Send File", "Send an NC file to the controller", 37);
-    test = AddButton(wxID_ANY, "&Test", "Send a message to a plug that joins transmit and receive", 50);
-    receiveFile = AddButton(wxID_ANY, "&Receive File", "Receive an NC file from the controller", 50);
-    close = AddButton(wxID_CLOSE, "&Close", "Close the program", 31);
+    changeSettings = AddButton(wxID_ANY, text::label::changeSettings, text::tip::changeSettings, 63);
+    sendFile = AddButton(wxID_ANY, text::label::sendFile, text::tip::sendFile, 37);
+    test = AddButton(wxID_ANY, text::label::test, text::tip::test, 50);
+    receiveFile = AddButton(wxID_ANY, text::label::receiveFile, text::tip::receiveFile, 50);
+    close = AddButton(wxID_CLOSE, text::label::close, text::tip::close, 31);
     row->Add(changeSettings);
     for (wxButton* button : {sendFile, test, receiveFile}) {
         row->AddSpacer(gap);
-        // A button that comes or goes must not move the others under a finger.
+        // A hidden button keeps its room: the others must not move while a user reaches for them.
         row->Add(button, wxSizerFlags().ReserveSpaceEvenIfHidden());
     }
     row->AddSpacer(gap);
@@ -123,16 +127,16 @@ wxSizer* MainPanel::ButtonRow() {
     return row;
 }
 
-Lamp* MainPanel::AddHold(wxFlexGridSizer& grid, wxWindow* handshake, const wxString& caption, const wxString& tip) {
+Lamp* MainPanel::AddHold(wxFlexGridSizer& grid, wxWindow* handshake, KelTextView caption, KelTextView tip) {
     if (handshake != nullptr)
         grid.Add(handshake, wxSizerFlags().Center());
     else
         grid.AddSpacer(0);
-    const wxString name = wxControl::RemoveMnemonics(caption);
+    const wxString name = wxControl::RemoveMnemonics(ToWx(caption));
     auto* lamp = new Lamp(this, "lamp-hold.svg", name, Units(lampEdge, lampEdge));
-    auto* label = new wxStaticText(this, wxID_ANY, caption);
-    lamp->SetTip(tip, true);
-    label->SetToolTip(tip);
+    auto* label = new wxStaticText(this, wxID_ANY, ToWx(caption));
+    lamp->SetTip(ToWx(tip), true);
+    label->SetToolTip(ToWx(tip));
     grid.Add(lamp, wxSizerFlags().Center());
     grid.Add(label, wxSizerFlags().CenterVertical());
     return lamp;
@@ -141,13 +145,13 @@ Lamp* MainPanel::AddHold(wxFlexGridSizer& grid, wxWindow* handshake, const wxStr
 wxSizer* MainPanel::HoldColumn() {
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* grid = new wxFlexGridSizer(3, Units(0, 1).GetHeight(), Units(2, 0).GetWidth());
-    ctsSwitch = AddSwitch("", "CTS handshake", "Heed CTS and steer RTS, with hardware flow control (Alt+O)");
-    dsrSwitch = AddSwitch("", "DSR handshake", "Heed DSR and steer DTR, with hardware flow control (Alt+D)");
-    ctsHold = AddHold(*grid, ctsSwitch, "CTS H&old", "Red while sending waits for the controller's CTS");
-    dsrHold = AddHold(*grid, dsrSwitch, "&DSR Hold", "Red while sending waits for the controller's DSR");
-    rlsHold = AddHold(*grid, nullptr, "RLS Hold", "Red while sending waits for the carrier signal");
-    xoffHold = AddHold(*grid, nullptr, "XOff Hold", "Red while the controller has stopped the line with XOFF");
-    xoffSent = AddHold(*grid, nullptr, "XOff Sent", "Red while the line is stopped because XOFF was sent");
+    ctsSwitch = AddHandshake(text::label::ctsHandshake, text::tip::ctsHandshake);
+    dsrSwitch = AddHandshake(text::label::dsrHandshake, text::tip::dsrHandshake);
+    ctsHold = AddHold(*grid, ctsSwitch, text::label::ctsHold, text::tip::ctsHold);
+    dsrHold = AddHold(*grid, dsrSwitch, text::label::dsrHold, text::tip::dsrHold);
+    rlsHold = AddHold(*grid, nullptr, text::label::rlsHold, text::tip::rlsHold);
+    xoffHold = AddHold(*grid, nullptr, text::label::xoffHold, text::tip::xoffHold);
+    xoffSent = AddHold(*grid, nullptr, text::label::xoffSent, text::tip::xoffSent);
     column->Add(grid);
     column->AddStretchSpacer();
     column->Add(VersionFrame(), wxSizerFlags().Expand());
@@ -162,7 +166,7 @@ wxWindow* MainPanel::VersionFrame() {
     constexpr float small = 0.85f;
     version->SetFont(GetFont().Scaled(small));
     version->Wrap(Units(66, 0).GetWidth());
-    version->SetToolTip("TarvinDL " + wxString(programVersion) + "\n" + system);
+    version->SetToolTip(ToWx(Filled(text::tip::version, {FromUtf8(programVersion), SystemName()})));
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->AddStretchSpacer();
     fill->Add(version, wxSizerFlags().CenterHorizontal());

@@ -1,8 +1,8 @@
 #pragma once
-// The controls of the main window and their arrangement. Knows nothing of what they are for. User-interface thread.
+// The controls of the main window and their arrangement. User-interface thread.
 
 #include "ui/Lamp.h"
-#include "ui/Monitor.h"
+#include "ui/MonitorArea.h"
 #include "ui/ProgressBar.h"
 #include "ui/StatusLine.h"
 #include "ui/Wx.h"
@@ -32,21 +32,26 @@ public:
     wxButton* test;
     wxButton* receiveFile;
     wxButton* close;
-    Monitor* monitor;
+    MonitorArea* monitor;
     wxStaticText* version;
 
 private:
-    // Sizes are in dialog units, at which the window first appears; nothing is smaller than its text needs.
+    // Pixels for a size in dialog units.
     wxSize Units(int width, int height) const { return ConvertDialogToPixels(wxSize(width, height)); }
-    wxButton* AddButton(wxWindowID id, const wxString& label, const wxString& tip, int width);
-    wxCheckBox* AddSwitch(const wxString& label, const wxString& name, const wxString& tip);
+    // At least `width` dialog units wide, and as wide as its label needs.
+    wxButton* AddButton(wxWindowID id, KelTextView label, KelTextView tip, int width);
+    wxCheckBox* AddSwitch(KelTextView label, KelTextView tip);
+    wxCheckBox* AddHandshake(KelTextView name, KelTextView tip);
     wxSizer* StatusRow();
     wxSizer* LampRow();
     wxSizer* ButtonRow();
     wxSizer* HoldColumn();
     wxWindow* VersionFrame();
-    wxSizer* TrafficLamp(Lamp*& lamp, const char* picture, const wxString& caption, const wxString& tip);
-    Lamp* AddHold(wxFlexGridSizer& grid, wxWindow* handshake, const wxString& caption, const wxString& tip);
+    wxSizer* TrafficLamp(Lamp*& lamp, const char* picture, KelTextView caption, KelTextView tip);
+    Lamp* AddHold(wxFlexGridSizer& grid, wxWindow* handshake, KelTextView caption, KelTextView tip);
 };
+
+// A check box with its caption on the left, where a click works too. Systems differ in the way that does both.
+wxCheckBox* MakeLeftCaptionBox(wxWindow* parent, const wxString& caption);
 
 }

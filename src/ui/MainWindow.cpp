@@ -1,14 +1,16 @@
 #include "ui/MainWindow.h"
 
+#include "base/Messages.h"
+#include "engine/DownloadApp.h"
+#include "messages/AppInterface.h"
 #include "port/PortNames.h"
 #include "ui/CustomMessage.h"
-#include "ui/DownloadEndDialog.h"
-#include "ui/HelpKey.h"
+#include "ui/HelpBook.h"
+#include "ui/MainPanel.h"
 #include "ui/NcFileDialogs.h"
 #include "ui/Pictures.h"
 #include "ui/SettingsDialog.h"
-#include "ui/UiText.h"
-#include "ui/UploadEndDialog.h"
+#include "ui/TransferEndDialog.h"
 #include "ui/WindowPlacement.h"
 
 #include <algorithm>
@@ -23,27 +25,15 @@ constexpr int trafficMilliseconds = 50;
 constexpr int closeTickMilliseconds = 20;
 const wxSize firstSize(251, 204); // dialog units
 
-// Null for everything else.
+// Null if the window is no modal dialog.
 wxDialog* AsModalDialog(wxWindow* window) {
     auto* dialog = dynamic_cast<wxDialog*>(window);
     return dialog != nullptr && dialog->IsModal() ? dialog : nullptr;
 }
 
-TextLines::Kind KindOf(TrafficLine::Kind kind) {
-    switch (kind) {
-    case TrafficLine::Kind::Received:
-        return TextLines::Kind::Received;
-    case TrafficLine::Kind::Transmitted:
-        return TextLines::Kind::Transmitted;
-    case TrafficLine::Kind::Note:
-        break;
-    }
-    return TextLines::Kind::Note;
 }
 
-}
-
-MainWindow::MainWindow(const Parts& parts, AppInterface& messageApp)
+MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     : wxFrame(nullptr, wxID_ANY, ToWx(parts.engine.MachineName()), wxDefaultPosition, wxDefaultSize,
               wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL),
       engine(parts.engine),
@@ -52,7 +42,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messageApp)
       pathsFile(parts.pathsFile),
       panel(new MainPanel(this)),
       modal([this](bool isEnabled) { EnableInput(isEnabled); }),
-      messages(messageApp) {
+      messages(messages) {
     SetIcons(ProgramIcons());
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(panel, wxSizerFlags(1).Expand());
@@ -66,9 +56,8 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messageApp)
         CentreOnScreen();
     MakeEndDialogs();
     BindControls();
-    BindKeys();
-    AttachToEngine();
     panel->monitor->SetPicture("connection.svg");
+    events.Attach(*this);
 }
 
 MainWindow::~MainWindow() {
@@ -77,11 +66,9 @@ MainWindow::~MainWindow() {
 
 void MainWindow::MakeEndDialogs() {
     const auto showHelp = [this] { OnHelp("transfers.htm"); };
-    uploadEnd = new UploadEndDialog(
-        this, showHelp, [this] { engine.Post([&app = engine] { app.CompleteUpload(); }); },
-        [this] { engine.Post([&app = engine] { app.CancelUpload(); }); });
-    downloadEnd =
-        new DownloadEndDialog(this, showHelp, [this] { engine.Post([&app = engine] { app.CancelDownload(); }); });
+    downloadEnd = MakeDownloadEndDialog(this, showHelp, [this] { engine.CancelDownload(); });
+    uploadEnd = MakeUploadEndDialog(
+        this, showHelp, [this] { engine.CancelUpload(); }, [this] { engine.CompleteUpload(); });
 }
 
 void MainWindow::BindControls() {
@@ -91,7 +78,7 @@ void MainWindow::BindControls() {
     onButton(panel->changeSettings, [this] { OnChangeSettings(); });
     onButton(panel->sendFile, [this] { OnSendFile(); });
     onButton(panel->receiveFile, [this] { OnReceiveFile(); });
-    onButton(panel->test, [this] { engine.Post([&app = engine] { app.StartLoopbackTest(); }); });
+    onButton(panel->test, [this] { engine.StartLoopbackTest(); });
     onButton(panel->help, [this] { OnHelp({}); });
     onButton(panel->close, [this] { Close(); });
     panel->viewSwitch->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnView(); });
@@ -104,14 +91,11 @@ void MainWindow::BindControls() {
     for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
                              static_cast<wxWindow*>(&panel->monitor->Traffic())})
         window->Bind(wxEVT_CONTEXT_MENU, &MainWindow::OnContextMenu, this);
-}
-
-// The two switches without a caption of their own, and help for the window that is in front.
-void MainWindow::BindKeys() {
     BindHelpKey(*this, [this] { OnHelp("main-window.htm"); });
     Bind(wxEVT_CHAR_HOOK, &MainWindow::OnCharHook, this);
 }
 
+// The handshake switches have no caption that could mark a key.
 void MainWindow::OnCharHook(wxKeyEvent& event) {
     const int key = event.GetKeyCode();
     wxCheckBox* handshake = key == 'O' ? panel->ctsSwitch : key == 'D' ? panel->dsrSwitch : nullptr;
@@ -123,78 +107,72 @@ void MainWindow::OnCharHook(wxKeyEvent& event) {
     event.Skip();
 }
 
-void MainWindow::AttachToEngine() {
-    events.Attach({[this] { ShowSnapshot(); },
-                   [this] {
-                       if (!trafficTimer.IsRunning())
-                           trafficTimer.StartOnce(trafficMilliseconds);
-                   },
-                   [this](const MessageBoxText& box) {
-                       waitingMessages.push_back(box);
-                       ShowNextMessage();
-                   },
-                   [this] {
-                       RequestUserAttention();
-                       wxBell();
-                   },
-                   [this](const DownloadSettings& newSettings) {
-                       settings = newSettings;
-                       panel->ctsSwitch->SetValue(settings.ctsFlow != 0);
-                       panel->dsrSwitch->SetValue(settings.dsrFlow != 0);
-                   }});
-}
-
-void MainWindow::ShowSnapshot() {
+void MainWindow::OnSnapshotChanged() {
     const EngineSnapshot snapshot = engine.Snapshot();
     if (snapshot.caption != shown.caption)
         SetTitle(ToWx(snapshot.caption));
     panel->statusLine->ShowStatus(ToWx(snapshot.statusLine), OutlookOf(snapshot));
-
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
     panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
-    ShowLamps(snapshot.lamps);
-    // While its file is asked for, the switch is ahead of the engine.
-    if (snapshot.isCommsLogOn != panel->logSwitch->GetValue() && isInputEnabled)
+    panel->received->SetLit(snapshot.lamps.received);
+    panel->transmitted->SetLit(snapshot.lamps.transmitted);
+    const LineHolds& holds = snapshot.lamps.holds;
+    panel->ctsHold->SetLit(holds.cts);
+    panel->dsrHold->SetLit(holds.dsr);
+    panel->rlsHold->SetLit(holds.rlsd);
+    panel->xoffHold->SetLit(holds.xoff);
+    panel->xoffSent->SetLit(holds.xoffSent);
+    // The user has switched the log on, and its dialog still asks for the file: the engine knows nothing of it yet.
+    if (isInputEnabled)
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
+    uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
+    downloadEnd->Appear(snapshot.endDialog == EndDialog::Download);
     shown = snapshot;
-    ShowButtons(shown);
-    uploadEnd->Appear(shown.endDialog == EndDialog::Upload);
-    downloadEnd->Appear(shown.endDialog == EndDialog::Download);
+    ShowButtons();
 }
 
-void MainWindow::ShowLamps(const Lamps& lamps) {
-    panel->received->SetLit(lamps.received);
-    panel->transmitted->SetLit(lamps.transmitted);
-    panel->ctsHold->SetLit(lamps.ctsHold);
-    panel->dsrHold->SetLit(lamps.dsrHold);
-    panel->rlsHold->SetLit(lamps.rlsdHold);
-    panel->xoffHold->SetLit(lamps.xoffHold);
-    panel->xoffSent->SetLit(lamps.xoffSent);
+void MainWindow::OnTrafficArrived() {
+    if (!trafficTimer.IsRunning())
+        trafficTimer.StartOnce(trafficMilliseconds);
 }
 
-void MainWindow::ShowButtons(const EngineSnapshot& snapshot) {
-    const std::pair<wxButton*, const ActionButton*> buttons[] = {{panel->sendFile, &snapshot.sendFile},
-                                                                 {panel->test, &snapshot.test},
-                                                                 {panel->receiveFile, &snapshot.receiveFile}};
+void MainWindow::OnMessage(const MessageBoxText& box) {
+    waitingMessages.push_back(box);
+    ShowNextMessage();
+}
+
+void MainWindow::OnAttentionWanted() {
+    RequestUserAttention();
+    wxBell();
+}
+
+void MainWindow::OnSettingsChanged(const DownloadSettings& newSettings) {
+    settings = newSettings;
+    panel->ctsSwitch->SetValue(settings.ctsFlow != 0);
+    panel->dsrSwitch->SetValue(settings.dsrFlow != 0);
+}
+
+void MainWindow::ShowButtons() {
+    const std::pair<wxButton*, const ActionButton*> buttons[] = {
+        {panel->sendFile, &shown.sendFile}, {panel->test, &shown.test}, {panel->receiveFile, &shown.receiveFile}};
     for (const auto& [button, wanted] : buttons) {
         button->Enable(wanted->isEnabled && isInputEnabled);
         button->Show(wanted->isVisible);
     }
 }
 
+// While a dialog is open, the user may still look around: View, Help and the traffic stay enabled.
 void MainWindow::EnableInput(bool isEnabled) {
     isInputEnabled = isEnabled;
     for (wxWindow* control : {static_cast<wxWindow*>(panel->changeSettings), static_cast<wxWindow*>(panel->close),
                               static_cast<wxWindow*>(panel->logSwitch), static_cast<wxWindow*>(panel->ctsSwitch),
                               static_cast<wxWindow*>(panel->dsrSwitch)})
         control->Enable(isEnabled);
-    ShowButtons(shown);
+    ShowButtons();
 }
 
 void MainWindow::ShowTraffic() {
-    std::vector<TextPane::NewLine> newLines;
-    for (TrafficLine& line : engine.Traffic().Take())
-        newLines.push_back({KindOf(line.kind), std::move(line.text), line.extendsLast});
+    const std::vector<TrafficLine> newLines = engine.Traffic().Take();
     if (!newLines.empty())
         panel->monitor->Traffic().Append(newLines);
 }
@@ -208,7 +186,7 @@ void MainWindow::OnView() {
 
 void MainWindow::OnLog() {
     if (!panel->logSwitch->GetValue()) {
-        engine.Post([&app = engine] { app.StopCommsLog(); });
+        engine.StopCommsLog();
         return;
     }
     const auto path = AskForCommsLog(this, modal, settings);
@@ -216,25 +194,22 @@ void MainWindow::OnLog() {
         panel->logSwitch->SetValue(false);
         return;
     }
-    engine.Post([this, &app = engine, file = *path] {
-        app.StartCommsLog(file);
-        // A log that could not be begun changes nothing in the snapshot, and the switch is on.
-        events.Post([this] { ShowSnapshot(); });
-    });
+    // The engine answers with a snapshot even if the log could not be opened, which switches the log off here.
+    engine.StartCommsLog(*path);
 }
 
 void MainWindow::OnHandshake() {
-    const bool isCtsHeeded = panel->ctsSwitch->GetValue();
-    const bool isDsrHeeded = panel->dsrSwitch->GetValue();
-    settings.ctsFlow = isCtsHeeded ? 1 : 0;
-    settings.dsrFlow = isDsrHeeded ? 1 : 0;
-    engine.Post([&app = engine, isCtsHeeded, isDsrHeeded] { app.SetHandshakes(isCtsHeeded, isDsrHeeded); });
+    const bool heedsCts = panel->ctsSwitch->GetValue();
+    const bool heedsDsr = panel->dsrSwitch->GetValue();
+    settings.ctsFlow = heedsCts ? 1 : 0;
+    settings.dsrFlow = heedsDsr ? 1 : 0;
+    engine.SetHandshakes(heedsCts, heedsDsr);
 }
 
 void MainWindow::OnChangeSettings() {
     const SettingsDialog::Owner owner = {[this](const DownloadSettings& changed) {
                                              settings = changed;
-                                             engine.Post([&app = engine, kept = settings] { app.KeepSettings(kept); });
+                                             engine.KeepSettings(settings);
                                          },
                                          [this] { OnHelp("settings.htm"); },
                                          [this](wxDialog& dialog) { return modal.RunNative(dialog); }};
@@ -242,37 +217,37 @@ void MainWindow::OnChangeSettings() {
     if (modal.Run(dialog) != wxID_OK)
         return;
     settings = dialog.Settings();
-    engine.Post([&app = engine, applied = settings] { app.ApplySettings(applied); });
+    engine.ApplySettings(settings);
 }
 
 void MainWindow::OnSendFile() {
     if (const auto path = AskForNcFileToSend(this, modal, settings, shown.transferPath))
-        engine.Post([&app = engine, file = *path] { app.SendFile(file); });
+        engine.SendFile(*path);
 }
 
 void MainWindow::OnReceiveFile() {
     if (const auto path = AskForNcFileToReceive(this, modal, settings, shown.transferPath))
-        engine.Post([&app = engine, file = *path] { app.ReceiveFile(file); });
+        engine.ReceiveFile(*path);
 }
 
 void MainWindow::OnContextMenu(wxContextMenuEvent&) {
     TextPane& traffic = panel->monitor->Traffic();
     wxMenu menu;
-    const auto add = [&menu](const wxString& label, bool isEnabled, std::function<void()> action) {
-        wxMenuItem* item = menu.Append(wxID_ANY, label);
+    const auto add = [&menu](KelTextView label, bool isEnabled, std::function<void()> action) {
+        wxMenuItem* item = menu.Append(wxID_ANY, ToWx(label));
         item->Enable(isEnabled);
         menu.Bind(
             wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
     };
     if (panel->monitor->IsTrafficShown()) {
-        add("&Copy\tCtrl+C", traffic.HasSelection(), [&traffic] { traffic.Copy(); });
-        add("Select &All\tCtrl+A", traffic.Lines().Count() > 0, [&traffic] { traffic.SelectAll(); });
-        add("C&lear", traffic.Lines().Count() > 0, [&traffic] { traffic.Clear(); });
-        add("&Follow the End\tEnd", !traffic.IsFollowing(), [&traffic] { traffic.Follow(); });
+        add(text::menu::copy, traffic.HasSelection(), [&traffic] { traffic.Copy(); });
+        add(text::menu::selectAll, traffic.Lines().Count() > 0, [&traffic] { traffic.SelectAll(); });
+        add(text::menu::clear, traffic.Lines().Count() > 0, [&traffic] { traffic.Clear(); });
+        add(text::menu::followEnd, !traffic.IsFollowing(), [&traffic] { traffic.Follow(); });
         menu.AppendSeparator();
     }
-    add("&Reset Link", isInputEnabled, [this] { engine.Post([&app = engine] { app.EndOfServe(); }); });
-    add("&XOFF/XON Test", isInputEnabled, [this] { engine.Post([&app = engine] { app.SendXoffTest(); }); });
+    add(text::menu::resetLink, isInputEnabled, [this] { engine.ResetLink(); });
+    add(text::menu::xoffTest, isInputEnabled, [this] { engine.SendXoffTest(); });
     isMenuOpen = true;
     PopupMenu(&menu);
     isMenuOpen = false;
@@ -280,9 +255,7 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
 
 void MainWindow::OnHelp(const wxString& page) {
     if (!help.Show(this, page))
-        waitingMessages.push_back(
-            {u"The help book comshelp.htb is missing or damaged.", u"Problem", okOnly | iconInformation});
-    ShowNextMessage();
+        OnMessage({text::box::noHelpBook, text::box::problemCaption, okOnly | iconInformation});
 }
 
 void MainWindow::ShowNextMessage() {
@@ -290,7 +263,8 @@ void MainWindow::ShowNextMessage() {
         const MessageBoxText box = std::move(waitingMessages.front());
         waitingMessages.pop_front();
         isMessageOpen = true;
-        messages.MessageBox(box);
+        if (!messages.AnswerWithoutUser(box))
+            ShowBox(box);
         isMessageOpen = false;
     }
 }
@@ -299,18 +273,9 @@ int MainWindow::ShowBox(const MessageBoxText& box) {
     wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
     CustomMessage message(owner, box, [this] { OnHelp("messages.htm"); });
     modal.Run(message);
-    if (box.dontShowAgainId && message.IsNotToBeShownAgain())
+    if (box.dontShowAgainId && message.IsSuppressed())
         messages.SuppressMessage(*box.dontShowAgainId);
     return message.Answer();
-}
-
-TransferEndDialog* MainWindow::ShownEndDialog() const {
-    for (TransferEndDialog* dialog :
-         {static_cast<TransferEndDialog*>(uploadEnd), static_cast<TransferEndDialog*>(downloadEnd)}) {
-        if (dialog != nullptr && dialog->IsShown())
-            return dialog;
-    }
-    return nullptr;
 }
 
 bool MainWindow::IsAnythingOpen() const {
@@ -319,10 +284,9 @@ bool MainWindow::IsAnythingOpen() const {
                        [](wxWindow* window) { return AsModalDialog(window) != nullptr; });
 }
 
-// Dialogs and menus have loops of their own, which have to end before the window may go.
-void MainWindow::CloseWhatIsOpen() {
+void MainWindow::CloseDialogs() {
     modal.CloseAll();
-    // Those of the toolkit itself, such as the help window's.
+    // Dialogs of the toolkit itself, such as those of the help window.
     for (wxWindow* window : wxTopLevelWindows) {
         if (wxDialog* dialog = AsModalDialog(window))
             dialog->EndModal(wxID_CANCEL);
@@ -333,8 +297,8 @@ void MainWindow::OnCloseTimer() {
     if (!IsAnythingOpen()) {
         Close(true);
     } else if (--closeTicksLeft <= 0) {
-        // A menu, or something within a dialog of the system, waits for an answer. The engine has ended in order, and
-        // nothing else is owed.
+        // A menu, or a part of a system's dialog, cannot be closed from here and would keep the process. The engine has
+        // stopped in order, and its settings and logs are on the disk.
         std::_Exit(0);
     }
 }
@@ -343,20 +307,21 @@ void MainWindow::OnClose(wxCloseEvent& event) {
     if (!std::exchange(isClosing, true)) {
         trafficTimer.Stop();
         SavePlacement(*this, engine.MachineName());
-        engine.Terminate();
+        engine.Stop();
     }
+    // Each open dialog and menu runs a loop of its own. The window can be destroyed after all of them have ended.
     if (IsAnythingOpen()) {
         if (event.CanVeto())
             event.Veto();
         if (!closeTimer.IsRunning())
             closeTimer.Start(closeTickMilliseconds);
-        CloseWhatIsOpen();
+        CloseDialogs();
         return;
     }
     closeTimer.Stop();
     events.Detach();
     help.Close();
-    // The end dialogs go with their owner.
+    // Destroys the end dialogs too.
     Destroy();
 }
 

@@ -1,55 +1,56 @@
 #pragma once
-// The main window: shows what the engine publishes and posts what the user asks for. Keeps nothing of the engine's but
-// a copy of its settings. User-interface thread.
+// The main window: shows the engine's snapshot and traffic, and calls the engine for the user. User-interface thread.
 
-#include "engine/DownloadApp.h"
-#include "messages/AppInterface.h"
-#include "ui/EngineEvents.h"
-#include "ui/HelpBook.h"
-#include "ui/MainPanel.h"
 #include "ui/ModalLoop.h"
+#include "ui/WindowEvents.h"
 
 #include <deque>
 #include <filesystem>
+#include <string>
 
 #include <wx/timer.h>
 
 namespace tarvin {
 
-class DownloadEndDialog;
+class AppInterface;
+class DownloadApp;
+class HelpBook;
+class MainPanel;
 class TransferEndDialog;
-class UploadEndDialog;
 
-class MainWindow : public wxFrame {
+class MainWindow : public wxFrame, private WindowEvents::Receiver {
 public:
-    // What the window stands on. All of it outlives the window.
+    // All of them outlive the window.
     struct Parts {
         DownloadApp& engine;
-        EngineEvents& events;
+        WindowEvents& events;
         HelpBook& help;
-        // KEL.INI, in which ports have their names.
+        // KEL.INI, which names the ports.
         std::filesystem::path pathsFile;
     };
 
-    MainWindow(const Parts& parts, AppInterface& messageApp);
+    // Attaches the window to the events. `messages` outlives it.
+    MainWindow(const Parts& parts, AppInterface& messages);
     ~MainWindow() override;
 
-    // Shows a message box and waits for its answer, as the Windows message box numbers it. For the AppInterface.
+    // Shows the box, waits for the user and returns the answer as the Windows message box numbers it. The window goes
+    // on showing the engine meanwhile.
     int ShowBox(const MessageBoxText& box);
 
     MainPanel& Panel() { return *panel; }
     ModalLoop& Dialogs() { return modal; }
-    TransferEndDialog* ShownEndDialog() const;
 
 private:
-    void BindControls();
-    void BindKeys();
-    void AttachToEngine();
     void MakeEndDialogs();
+    void BindControls();
 
-    void ShowSnapshot();
-    void ShowButtons(const EngineSnapshot& snapshot);
-    void ShowLamps(const Lamps& lamps);
+    void OnSnapshotChanged() override;
+    void OnTrafficArrived() override;
+    void OnMessage(const MessageBoxText& box) override;
+    void OnAttentionWanted() override;
+    void OnSettingsChanged(const DownloadSettings& newSettings) override;
+
+    void ShowButtons();
     void ShowTraffic();
     void ShowNextMessage();
     void EnableInput(bool isEnabled);
@@ -63,33 +64,31 @@ private:
     void OnContextMenu(wxContextMenuEvent& event);
     void OnHelp(const wxString& page);
     void OnCharHook(wxKeyEvent& event);
+
     void OnClose(wxCloseEvent& event);
-    bool IsAnythingOpen() const;
-    void CloseWhatIsOpen();
     void OnCloseTimer();
+    bool IsAnythingOpen() const;
+    void CloseDialogs();
 
     DownloadApp& engine;
-    EngineEvents& events;
+    WindowEvents& events;
     HelpBook& help;
     const std::filesystem::path pathsFile;
     MainPanel* panel;
-    DownloadEndDialog* downloadEnd = nullptr;
-    UploadEndDialog* uploadEnd = nullptr;
+    TransferEndDialog* downloadEnd = nullptr;
+    TransferEndDialog* uploadEnd = nullptr;
     ModalLoop modal;
-    // Boxes of the engine wait here for their turn.
     AppInterface& messages;
-    std::deque<MessageBoxText> waitingMessages;
+    std::deque<MessageBoxText> waitingMessages; // one box is open at a time
     bool isMessageOpen = false;
-    bool isClosing = false;
+    bool isMenuOpen = false;
     bool isInputEnabled = true;
     EngineSnapshot shown;
-    DownloadSettings settings;
-    // Draws the traffic together that arrives within its period.
-    wxTimer trafficTimer;
-    // Ends the process if a menu or a dialog keeps it from ending for half a second.
+    DownloadSettings settings; // the engine's, or newer while a change is on its way to the engine
+    wxTimer trafficTimer;      // collects the lines of a short time for one repaint
+    bool isClosing = false;
     wxTimer closeTimer;
     int closeTicksLeft = 25;
-    bool isMenuOpen = false;
 };
 
 }

@@ -20,6 +20,7 @@ void ModalLoop::Pop() {
         enableInput(true);
     else
         open.back().dialog->Enable();
+    // Loops are nested: the next dialog can only be closed when this call has returned to its loop.
     if (isClosing)
         handler.CallAfter([this] { CloseTop(); });
     else if (focused)
@@ -32,6 +33,7 @@ int ModalLoop::Run(wxDialog& dialog) {
     Push({&dialog, false, {}});
     wxGUIEventLoop loop;
     bool isLoopRunning = false;
+    // The dialog may be hidden before its loop runs, and a loop that does not run cannot be ended.
     const auto endLoop = [&loop, &isLoopRunning](wxShowEvent& event) {
         event.Skip();
         if (!event.IsShown() && isLoopRunning)

@@ -1,6 +1,7 @@
 #pragma once
-// Shows dialogs that have to be answered. Unlike the toolkit's own way it leaves the main window alone: its owner
-// decides what may still be done there, and the window can be closed while a dialog is open. User-interface thread.
+// Runs dialogs that the user has to answer. The toolkit's own modal loop disables the whole main window. This one
+// leaves it alone: its owner chooses the controls that stay enabled, and the window can be closed while a dialog is
+// open. User-interface thread.
 
 #include "ui/Wx.h"
 
@@ -13,26 +14,26 @@ namespace tarvin {
 
 class ModalLoop {
 public:
-    // `enable` is called with false when the first dialog opens and with true when the last has gone.
-    explicit ModalLoop(std::function<void(bool)> enable) : enableInput(std::move(enable)) {}
+    // Calls `enableInput` with false when the first dialog opens, and with true when the last one has closed.
+    explicit ModalLoop(std::function<void(bool)> enableInput) : enableInput(std::move(enableInput)) {}
 
-    // Returns when the dialog has been hidden, with its return code; wxID_CANCEL if it was closed with the window.
+    // Shows the dialog, returns when it has been hidden, and gives its return code; wxID_CANCEL after CloseAll.
     int Run(wxDialog& dialog);
-    // For the system's own dialogs, which bring their own loop.
+    // The same for a dialog of the system, which brings a loop of its own.
     int RunNative(wxDialog& dialog);
 
     bool IsRunning() const { return !open.empty(); }
-    // The dialog on top; none if none is open.
+    // The dialog that was opened last, null without one.
     wxWindow* Top() const { return open.empty() ? nullptr : open.back().dialog; }
 
-    // Closes all dialogs, the last opened first, and opens no more. Returns before they have gone.
+    // Closes all dialogs, the last one first, and opens no more. Returns before they have closed.
     void CloseAll();
 
 private:
     struct Open {
         wxDialog* dialog;
         bool isNative;
-        wxWindowRef focused; // what gets the keyboard back
+        wxWindowRef focused; // gets the keyboard back
     };
 
     void Push(Open entry);

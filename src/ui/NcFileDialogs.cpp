@@ -1,6 +1,6 @@
 #include "ui/NcFileDialogs.h"
 
-#include "ui/UiText.h"
+#include "base/Messages.h"
 
 #include <algorithm>
 
@@ -10,25 +10,25 @@ namespace tarvin {
 
 namespace {
 
-// What is shown says "*.*" as everywhere; what is meant are all files, those without a dot too.
+// The label says "*.*" as users know it. The pattern is the system's own, which also takes names without a dot.
 wxString AllFiles() {
-    return wxString("All Files (*.*)|") + wxFileSelectorDefaultWildcardStr;
+    return ToWx(text::dialog::allFiles) + "|" + wxFileSelectorDefaultWildcardStr;
 }
 
-wxString Filters(const wxString& name, const wxString& extension) {
-    return wxString::Format("%s (*.%s)|*.%s|", name, extension, extension) + AllFiles();
+wxString Filters(KelTextView name, KelTextView extension) {
+    const KelText label = Filled(text::dialog::filesWithExtension, {name, extension});
+    return ToWx(label) + "|*." + ToWx(extension) + "|" + AllFiles();
 }
 
-std::optional<std::filesystem::path> Ask(wxWindow* parent, ModalLoop& loop, const wxString& title,
+std::optional<std::filesystem::path> Ask(wxWindow* parent, ModalLoop& loop, KelTextView title,
                                          const std::filesystem::path& initial, const wxString& filters, long style) {
-    wxFileDialog dialog(parent, title, ToWx(FromPath(initial.parent_path())), ToWx(FromPath(initial.filename())),
+    wxFileDialog dialog(parent, ToWx(title), ToWx(FromPath(initial.parent_path())), ToWx(FromPath(initial.filename())),
                         filters, style);
     if (loop.RunNative(dialog) != wxID_OK || dialog.GetPath().empty())
         return std::nullopt;
     return ToPath(FromWx(dialog.GetPath()));
 }
 
-// The folder is kept with its separator.
 std::filesystem::path Initial(const KelText& folder, const KelText& currentFile) {
     return ToPath(folder) / ToPath(currentFile).filename();
 }
@@ -36,30 +36,30 @@ std::filesystem::path Initial(const KelText& folder, const KelText& currentFile)
 }
 
 wxString NcFileFilters(const KelText& extension) {
-    // An extension can hold what parts the filters from one another, and then there is no filter for it.
+    // Filters are divided by "|" and patterns by ";": an extension with one of them gets no filter.
     const bool canBeFilter = std::none_of(extension.begin(), extension.end(),
                                           [](char16_t unit) { return unit < 0x20 || unit == u'|' || unit == u';'; });
     if (!canBeFilter)
         return AllFiles();
-    return Filters("NC files", ToWx(extension));
+    return Filters(text::dialog::ncFiles, extension);
 }
 
 std::optional<std::filesystem::path> AskForNcFileToSend(wxWindow* parent, ModalLoop& loop,
                                                         const DownloadSettings& settings, const KelText& currentFile) {
-    return Ask(parent, loop, "Open NC file", Initial(settings.downloadPath, currentFile),
+    return Ask(parent, loop, text::caption::openNcFile, Initial(settings.downloadPath, currentFile),
                NcFileFilters(settings.fileExtension), wxFD_OPEN | wxFD_FILE_MUST_EXIST);
 }
 
 std::optional<std::filesystem::path>
 AskForNcFileToReceive(wxWindow* parent, ModalLoop& loop, const DownloadSettings& settings, const KelText& currentFile) {
-    return Ask(parent, loop, "Save NC file as", Initial(settings.uploadPath, currentFile),
+    return Ask(parent, loop, text::caption::saveNcFile, Initial(settings.uploadPath, currentFile),
                NcFileFilters(settings.fileExtension), wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
 }
 
 std::optional<std::filesystem::path> AskForCommsLog(wxWindow* parent, ModalLoop& loop,
                                                     const DownloadSettings& settings) {
-    return Ask(parent, loop, "Save Log File As", ToPath(settings.commsLogFileName), Filters("Log files", "log"),
-               wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+    return Ask(parent, loop, text::caption::saveLogFile, ToPath(settings.commsLogFileName),
+               Filters(text::dialog::logFiles, u"log"), wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
 }
 
 }

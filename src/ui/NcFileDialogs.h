@@ -1,6 +1,6 @@
 #pragma once
-// The system's dialogs in which the user picks a file: to send, to receive into, to log the line in. Know nothing of
-// what is done with it. User-interface thread; each waits for the user.
+// The system's dialogs in which the user picks a file: to send, to receive, or for the comms log. User-interface
+// thread. Each returns when the user has answered: none if the user cancels.
 
 #include "settings/DownloadSettings.h"
 #include "ui/ModalLoop.h"
@@ -10,10 +10,10 @@
 
 namespace tarvin {
 
-// The file dialogs' list of filters for NC files, as wxWidgets wants it.
+// The filters of a file dialog for NC files, in the form of wxWidgets.
 wxString NcFileFilters(const KelText& extension);
 
-// `currentFile` is the file that was last on its way; it is offered by its name. None if the user cancels.
+// The dialog offers the name of `currentFile`, the file of the last transfer.
 std::optional<std::filesystem::path> AskForNcFileToSend(wxWindow* parent, ModalLoop& loop,
                                                         const DownloadSettings& settings, const KelText& currentFile);
 std::optional<std::filesystem::path>

@@ -1,7 +1,5 @@
 #include "ui/Pictures.h"
 
-#include "ui/PictureFiles.h"
-
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -12,12 +10,13 @@ namespace tarvin {
 
 namespace {
 
-// The colours of the large pictures' surroundings that would glare in a dark theme, and what stands for them there.
+// The light colours around the large pictures, which glare in a dark theme, and their replacements there.
 constexpr std::pair<std::string_view, std::string_view> darkColours[] = {
     {"#eef3f8", "#1d242c"}, {"#dbe4ed", "#2a333d"}, {"#b7c4d1", "#42505e"}, {"#2b3a4a", "#5d7084"},
     {"#3d4f61", "#485c70"}, {"#52667a", "#3c4a58"}, {"#77818d", "#a3adb8"},
 };
 
+// Colours stand in the files as # and six digits.
 std::string InDarkColours(std::string_view svg) {
     std::string result(svg);
     for (std::size_t at = result.find('#'); at != std::string::npos; at = result.find('#', at + 1)) {
@@ -33,10 +32,9 @@ std::string InDarkColours(std::string_view svg) {
 }
 
 wxBitmapBundle Picture(std::string_view name, const wxSize& size) {
-    const PictureFile* end = pictureFiles + pictureFileCount;
-    const PictureFile* found =
-        std::find_if(pictureFiles, end, [name](const PictureFile& file) { return file.name == name; });
-    if (found == end)
+    const auto found = std::find_if(pictureFiles.begin(), pictureFiles.end(),
+                                    [name](const PictureFile& file) { return file.name == name; });
+    if (found == pictureFiles.end())
         return {};
     const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
     const std::string svg = isDark ? InDarkColours(found->svg) : std::string(found->svg);

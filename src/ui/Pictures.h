@@ -1,8 +1,9 @@
 #pragma once
-// The program's pictures, drawn sharp at any scale and fitting light and dark themes. User-interface thread.
+// The program's pictures: sharp at each scale, in colours that fit light and dark themes. User-interface thread.
 
 #include "ui/Wx.h"
 
+#include <span>
 #include <string_view>
 
 #include <wx/bmpbndl.h>
@@ -10,8 +11,15 @@
 
 namespace tarvin {
 
-// `name` is a file of src/ui/pictures; a name that is none of them gives an empty bundle. `size` is the picture's size
-// in DIP where the caller does not ask for another.
+// A file of src/ui/pictures, compiled in.
+struct PictureFile {
+    std::string_view name;
+    std::string_view svg;
+};
+extern const std::span<const PictureFile> pictureFiles;
+
+// The picture of the file `name`; an empty bundle if there is no such file. `size` in DIP is its size unless the caller
+// asks the bundle for another one.
 wxBitmapBundle Picture(std::string_view name, const wxSize& size);
 
 // The program's icon in the sizes that systems ask for.

@@ -1,5 +1,7 @@
 #include "ui/ProgressBar.h"
 
+#include "base/Messages.h"
+
 #include <algorithm>
 
 #include <wx/dcbuffer.h>
@@ -23,10 +25,10 @@ void ProgressBar::SetProgress(std::int64_t position, std::int64_t range) {
     filled = range > 0 ? std::clamp(static_cast<double>(position) / static_cast<double>(range), 0.0, 1.0) : 0.0;
     if (FilledWidth() != paintedWidth)
         Refresh(false);
-    const int newPercent = static_cast<int>(filled * 100);
-    if (newPercent != percent) {
-        percent = newPercent;
-        SetToolTip(wxString::Format("%d %% of the file is done", percent));
+    const int percent = static_cast<int>(filled * 100);
+    if (percent != tipPercent) {
+        tipPercent = percent;
+        SetToolTip(ToWx(Filled(text::tip::progress, {ToText(percent)})));
     }
 }
 

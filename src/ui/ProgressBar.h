@@ -1,5 +1,5 @@
 #pragma once
-// How far a transfer has come, in bytes: a bar that can be read across the room. User-interface thread.
+// The progress of a transfer: a plain bar that can be read across the room. User-interface thread.
 
 #include "ui/Wx.h"
 
@@ -11,11 +11,11 @@ class ProgressBar : public wxWindow {
 public:
     ProgressBar(wxWindow* parent, const wxSize& size);
 
-    // Repaints only if the bar's picture changes. A range of 0 or less shows an empty bar; a position outside the range
-    // an empty or a full one.
+    // In bytes. A range of 0 or less shows an empty bar, a position outside the range an empty or a full one. Repaints
+    // only if a pixel changes.
     void SetProgress(std::int64_t position, std::int64_t range);
-    // What is filled, 0 to 1.
-    double Filled() const { return filled; }
+    // The filled part, 0 to 1.
+    double FilledPart() const { return filled; }
 
     bool AcceptsFocus() const override { return false; }
 
@@ -25,7 +25,7 @@ private:
 
     double filled = 0;
     int paintedWidth = 0;
-    int percent = -1; // of the tip
+    int tipPercent = -1; // none yet
 };
 
 }

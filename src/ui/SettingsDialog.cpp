@@ -1,9 +1,9 @@
 #include "ui/SettingsDialog.h"
 
+#include "base/Messages.h"
 #include "settings/SettingsChoices.h"
-#include "ui/HelpKey.h"
+#include "ui/HelpBook.h"
 #include "ui/Pictures.h"
-#include "ui/UiText.h"
 
 #include <algorithm>
 
@@ -29,15 +29,15 @@ wxFlexGridSizer* MakeGrid(wxWindow* window, int columnCount, int verticalGap) {
     return grid;
 }
 
-wxStaticBoxSizer* MakeGroup(wxWindow* window, const wxString& label) {
-    return new wxStaticBoxSizer(wxVERTICAL, window, label);
+wxStaticBoxSizer* MakeGroup(wxWindow* window, KelTextView label) {
+    return new wxStaticBoxSizer(wxVERTICAL, window, ToWx(label));
 }
 
 void Fill(wxStaticBoxSizer* group, wxSizer* content) {
     group->Add(content, wxSizerFlags().Expand().Border(wxALL, group->GetStaticBox()->FromDIP(6)));
 }
 
-// Lists of one group look calmer with one width; the lists of the others hold shorter texts.
+// Gives all lists of a group the width of the widest one.
 void MakeAsWide(wxWindow* box, const wxChoice* widest) {
     const int width = widest->GetBestSize().GetWidth();
     for (wxWindow* control : box->GetChildren()) {
@@ -46,13 +46,13 @@ void MakeAsWide(wxWindow* box, const wxChoice* widest) {
     }
 }
 
-// By its own name where the folder says no more than that it is a serial device.
+// Without the folder of the by-id names, which is the same for all devices.
 KelText ShortDevice(const KelText& device) {
     constexpr KelTextView byId = u"/dev/serial/by-id/";
     return device.starts_with(byId) ? device.substr(byId.size()) : device;
 }
 
-// The value of an entry that none of the names carries.
+// The text of a character that has no name in the list.
 KelText ByteText(std::uint8_t value) {
     constexpr KelTextView digits = u"0123456789ABCDEF";
     return {u'0', u'x', digits[value >> 4], digits[value & 15]};
@@ -61,7 +61,7 @@ KelText ByteText(std::uint8_t value) {
 }
 
 SettingsDialog::SettingsDialog(wxWindow* parent, DownloadSettings settings, std::vector<FoundPort> ports, Owner owner)
-    : wxDialog(parent, wxID_ANY, "Download Settings", wxDefaultPosition, wxDefaultSize,
+    : wxDialog(parent, wxID_ANY, ToWx(text::caption::downloadSettings), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "Download Settings"),
       present(std::move(settings)),
       foundPorts(std::move(ports)),
@@ -85,7 +85,7 @@ SettingsDialog::SettingsDialog(wxWindow* parent, DownloadSettings settings, std:
     ShowDevice();
     FitHeight();
     CentreOnParent();
-    // Once the window is there: some systems give the focus to a field of their own choice while they show it.
+    // After the window is shown: some systems move the focus to another field while they show it.
     Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
         event.Skip();
         if (event.IsShown())
@@ -94,16 +94,17 @@ SettingsDialog::SettingsDialog(wxWindow* parent, DownloadSettings settings, std:
 }
 
 wxStaticBoxSizer* SettingsDialog::AddLineGroup() {
-    auto* group = MakeGroup(this, "Settings");
+    auto* group = MakeGroup(this, text::dialog::lineGroup);
     wxWindow* const box = group->GetStaticBox();
     auto* grid = MakeGrid(this, 2, 6);
     AddPortList(box, *grid);
-    AddChoice(box, *grid, "&Baud Rate", Texts(baudRateChoices), &DownloadSettings::baudRate);
-    AddChoice(box, *grid, "P&arity", Texts(parityChoices), &DownloadSettings::parity);
-    AddChoice(box, *grid, "&Data Bits", Texts(dataBitsChoices), &DownloadSettings::dataBits);
-    wxChoice* const stopBits = AddChoice(box, *grid, "&Stop Bits", Texts(stopBitsChoices), &DownloadSettings::stopBits);
+    AddChoice(box, *grid, text::dialog::baudRate, Texts(baudRateChoices), &DownloadSettings::baudRate);
+    AddChoice(box, *grid, text::dialog::parity, Texts(parityChoices), &DownloadSettings::parity);
+    AddChoice(box, *grid, text::dialog::dataBits, Texts(dataBitsChoices), &DownloadSettings::dataBits);
+    wxChoice* const stopBits =
+        AddChoice(box, *grid, text::dialog::stopBits, Texts(stopBitsChoices), &DownloadSettings::stopBits);
     wxChoice* const widest =
-        AddChoice(box, *grid, "&Flow Control", Texts(flowControlChoices), &DownloadSettings::flowControl);
+        AddChoice(box, *grid, text::dialog::flowControl, Texts(flowControlChoices), &DownloadSettings::flowControl);
     MakeAsWide(box, widest);
     Fill(group, grid);
     stopBitsNote = std::make_unique<FieldMessage>(box, FieldMessage::Kind::Note);
@@ -121,9 +122,9 @@ void SettingsDialog::AddPortList(wxWindow* box, wxFlexGridSizer& grid) {
     std::vector<KelText> names;
     for (const FoundPort& port : foundPorts)
         names.push_back(port.name);
-    auto* label = new wxStaticText(box, wxID_ANY, "&Port");
+    auto* label = new wxStaticText(box, wxID_ANY, ToWx(text::dialog::port));
     portList = new wxChoice(box, wxID_ANY);
-    portList->SetName("Port");
+    portList->SetName(wxControl::RemoveMnemonics(ToWx(text::dialog::port)));
     device = new wxStaticText(box, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                               wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE);
     device->SetMinSize(wxSize(ConvertDialogToPixels(wxSize(deviceWidth, 0)).GetWidth(), -1));
@@ -142,17 +143,17 @@ void SettingsDialog::ShowDevice() {
     const auto port =
         std::find_if(foundPorts.begin(), foundPorts.end(), [&](const FoundPort& found) { return found.name == name; });
     const bool isKnown = port != foundPorts.end() && !port->device.empty();
-    device->SetLabel(isKnown ? ToLabel(ShortDevice(port->device)) : wxString("no device known"));
+    device->SetLabel(isKnown ? ToLabel(ShortDevice(port->device)) : ToWx(text::setting::noDeviceKnown));
     const wxString tip = isKnown ? ToWx(port->device) : wxString();
     device->SetToolTip(tip);
     portList->SetToolTip(tip);
 }
 
-wxChoice* SettingsDialog::AddChoice(wxWindow* box, wxFlexGridSizer& grid, const wxString& label,
+wxChoice* SettingsDialog::AddChoice(wxWindow* box, wxFlexGridSizer& grid, KelTextView label,
                                     std::vector<KelText> entries, Text setting) {
-    grid.Add(new wxStaticText(box, wxID_ANY, label), wxSizerFlags().CenterVertical());
+    grid.Add(new wxStaticText(box, wxID_ANY, ToWx(label)), wxSizerFlags().CenterVertical());
     auto* list = new wxChoice(box, wxID_ANY);
-    list->SetName(wxControl::RemoveMnemonics(label));
+    list->SetName(wxControl::RemoveMnemonics(ToWx(label)));
     grid.Add(list, wxSizerFlags().Left());
     const BoundChoice bound(list, std::move(entries), present.*setting);
     writers.push_back([bound, setting](DownloadSettings& settings) { settings.*setting = bound.Value(); });
@@ -160,23 +161,23 @@ wxChoice* SettingsDialog::AddChoice(wxWindow* box, wxFlexGridSizer& grid, const 
 }
 
 wxStaticBoxSizer* SettingsDialog::AddDelayGroup() {
-    auto* group = MakeGroup(this, "Delays");
+    auto* group = MakeGroup(this, text::dialog::delayGroup);
     wxWindow* const box = group->GetStaticBox();
     auto* grid = MakeGrid(this, 2, 6);
-    AddSpin(box, *grid, "Character Dela&y (milliseconds)", longestCharacterDelayMilliseconds,
+    AddSpin(box, *grid, text::dialog::characterDelay, longestCharacterDelayMilliseconds,
             &DownloadSettings::characterDelayMilliseconds);
-    AddSpin(box, *grid, "Li&ne Delay (milliseconds)", longestLineDelayMilliseconds,
+    AddSpin(box, *grid, text::dialog::lineDelay, longestLineDelayMilliseconds,
             &DownloadSettings::lineDelayMilliseconds);
-    AddSpin(box, *grid, "&Transmit Delay (Seconds)", longestTransmitDelaySeconds,
+    AddSpin(box, *grid, text::dialog::transmitDelay, longestTransmitDelaySeconds,
             &DownloadSettings::transmitDelaySeconds);
     Fill(group, grid);
     return group;
 }
 
-void SettingsDialog::AddSpin(wxWindow* box, wxFlexGridSizer& grid, const wxString& label, int highest, Number setting) {
-    grid.Add(new wxStaticText(box, wxID_ANY, label), wxSizerFlags().CenterVertical());
+void SettingsDialog::AddSpin(wxWindow* box, wxFlexGridSizer& grid, KelTextView label, int highest, Number setting) {
+    grid.Add(new wxStaticText(box, wxID_ANY, ToWx(label)), wxSizerFlags().CenterVertical());
     auto* spin = new wxSpinCtrl(box, wxID_ANY);
-    spin->SetName(wxControl::RemoveMnemonics(label));
+    spin->SetName(wxControl::RemoveMnemonics(ToWx(label)));
     spin->SetRange(0, highest);
     spin->SetIncrement(1);
     spin->SetValue(std::clamp<int>(present.*setting, 0, highest));
@@ -186,28 +187,32 @@ void SettingsDialog::AddSpin(wxWindow* box, wxFlexGridSizer& grid, const wxStrin
 }
 
 wxStaticBoxSizer* SettingsDialog::AddFilesGroup() {
-    auto* group = MakeGroup(this, "Files");
+    auto* group = MakeGroup(this, text::dialog::filesGroup);
     wxWindow* const box = group->GetStaticBox();
     auto* grid = MakeGrid(this, 3, 0);
+    AddTextField(
+        box, *grid,
+        {&DownloadSettings::uploadPath, text::dialog::uploadPath, text::dialog::browseUploadPath, AsFolderSetting},
+        &SettingsDialog::BrowseForFolder);
     AddTextField(box, *grid,
-                 {&DownloadSettings::uploadPath, "&Upload Path", "Browse for the upload folder", AsFolderSetting},
+                 {&DownloadSettings::downloadPath, text::dialog::downloadPath, text::dialog::browseDownloadPath,
+                  AsFolderSetting},
                  &SettingsDialog::BrowseForFolder);
-    AddTextField(box, *grid,
-                 {&DownloadSettings::downloadPath, "Do&wnload Path", "Browse for the download folder", AsFolderSetting},
-                 &SettingsDialog::BrowseForFolder);
-    AddTextField(box, *grid, {&DownloadSettings::fileExtension, "File &Extension", {}, AsExtensionSetting}, nullptr);
+    AddTextField(box, *grid, {&DownloadSettings::fileExtension, text::dialog::fileExtension, {}, AsExtensionSetting},
+                 nullptr);
     Fill(group, grid);
     return group;
 }
 
 wxStaticBoxSizer* SettingsDialog::AddLogGroup() {
-    auto* group = MakeGroup(this, "Activity Log");
+    auto* group = MakeGroup(this, text::dialog::logGroup);
     wxWindow* const box = group->GetStaticBox();
     auto* grid = MakeGrid(this, 3, 0);
-    TextField& field = AddTextField(box, *grid, {&DownloadSettings::logFile, "&Log File", "Browse for the log file"},
-                                    &SettingsDialog::BrowseForLogFile);
+    TextField& field =
+        AddTextField(box, *grid, {&DownloadSettings::logFile, text::dialog::logFile, text::dialog::browseLogFile},
+                     &SettingsDialog::BrowseForLogFile);
     Fill(group, grid);
-    wxCheckBox* const writeLog = AddCheckBox(box, "W&rite Log File", &DownloadSettings::writeLog);
+    wxCheckBox* const writeLog = AddCheckBox(box, text::dialog::writeLog, &DownloadSettings::writeLog);
     group->Add(writeLog, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(6)));
     const auto follow = [&field, writeLog] { field.Enable(writeLog->IsChecked()); };
     writeLog->Bind(wxEVT_CHECKBOX, [this, &field, follow](wxCommandEvent&) {
@@ -230,9 +235,9 @@ TextField& SettingsDialog::AddTextField(wxWindow* box, wxFlexGridSizer& grid, Te
     return field;
 }
 
-wxCheckBox* SettingsDialog::AddCheckBox(wxWindow* box, const wxString& label, Number setting) {
-    auto* checkBox = new wxCheckBox(box, wxID_ANY, label);
-    checkBox->SetName(wxControl::RemoveMnemonics(label));
+wxCheckBox* SettingsDialog::AddCheckBox(wxWindow* box, KelTextView label, Number setting) {
+    auto* checkBox = new wxCheckBox(box, wxID_ANY, ToWx(label));
+    checkBox->SetName(wxControl::RemoveMnemonics(ToWx(label)));
     checkBox->SetValue(present.*setting != 0);
     writers.push_back([checkBox, setting](DownloadSettings& settings) {
         if (checkBox->IsChecked() != (settings.*setting != 0))
@@ -242,23 +247,23 @@ wxCheckBox* SettingsDialog::AddCheckBox(wxWindow* box, const wxString& label, Nu
 }
 
 wxStaticBoxSizer* SettingsDialog::AddCharacterGroup() {
-    auto* group = MakeGroup(this, "Control Characters");
+    auto* group = MakeGroup(this, text::dialog::characterGroup);
     wxWindow* const box = group->GetStaticBox();
     auto* grid = MakeGrid(this, 2, 6);
-    AddCharacter(box, *grid, "Send Code to Start Trans&mission", "Character sent at the start of a transmission",
+    AddCharacter(box, *grid, text::dialog::sendStartCode, text::dialog::startCharacter,
                  &DownloadSettings::sendStartCode, &DownloadSettings::startCharacter);
-    AddCharacter(box, *grid, "Send Code to End Transm&ission", "Character sent at the end of a transmission",
-                 &DownloadSettings::sendEndCode, &DownloadSettings::endCharacter);
+    AddCharacter(box, *grid, text::dialog::sendEndCode, text::dialog::endCharacter, &DownloadSettings::sendEndCode,
+                 &DownloadSettings::endCharacter);
     Fill(group, grid);
     return group;
 }
 
-void SettingsDialog::AddCharacter(wxWindow* box, wxFlexGridSizer& grid, const wxString& label, const wxString& listName,
+void SettingsDialog::AddCharacter(wxWindow* box, wxFlexGridSizer& grid, KelTextView label, KelTextView listName,
                                   Number isSent, Byte setting) {
     wxCheckBox* const checkBox = AddCheckBox(box, label, isSent);
     auto* list = new wxChoice(box, wxID_ANY);
-    list->SetName(listName);
-    list->SetToolTip(listName);
+    list->SetName(ToWx(listName));
+    list->SetToolTip(ToWx(listName));
     for (const ControlCharacter& character : controlCharacters)
         list->Append(ToWx(character.name));
     const auto entry = ControlCharacterEntry(present.*setting);
@@ -269,7 +274,7 @@ void SettingsDialog::AddCharacter(wxWindow* box, wxFlexGridSizer& grid, const wx
     grid.Add(list, wxSizerFlags().Right());
     writers.push_back([list, setting](DownloadSettings& settings) {
         const auto selected = static_cast<std::size_t>(list->GetSelection());
-        // The entry behind those of the table stands for what the setting is.
+        // An entry after those of the table stands for the present value.
         if (selected < controlCharacters.size())
             settings.*setting = controlCharacters[selected].value;
     });
@@ -280,11 +285,11 @@ void SettingsDialog::AddCharacter(wxWindow* box, wxFlexGridSizer& grid, const wx
 
 wxSizer* SettingsDialog::AddButtons() {
     auto* buttons = new wxStdDialogButtonSizer;
-    auto* confirm = new wxButton(this, wxID_OK, "OK");
+    auto* confirm = new wxButton(this, wxID_OK, ToWx(text::dialog::ok));
     confirm->SetDefault();
     buttons->AddButton(confirm);
-    buttons->AddButton(new wxButton(this, wxID_CANCEL, "Cancel"));
-    buttons->AddButton(new wxButton(this, wxID_HELP, "&Help"));
+    buttons->AddButton(new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel)));
+    buttons->AddButton(new wxButton(this, wxID_HELP, ToWx(text::dialog::help)));
     buttons->Realize();
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { Confirm(); }, wxID_OK);
@@ -306,16 +311,17 @@ DownloadSettings SettingsDialog::Settings() const {
 
 void SettingsDialog::BrowseForFolder(TextField& field) {
     const bool isUpload = field.Setting() == &DownloadSettings::uploadPath;
-    wxDirDialog dialog(this, isUpload ? "Upload Path" : "Download Path", ToWx(present.*field.Setting()));
+    const KelTextView title = isUpload ? text::caption::uploadPath : text::caption::downloadPath;
+    wxDirDialog dialog(this, ToWx(title), ToWx(present.*field.Setting()));
     if (user.runNative(dialog) == wxID_OK)
         TakeBrowsed(field, AsFolderSetting(FromWx(dialog.GetPath())));
 }
 
 void SettingsDialog::BrowseForLogFile(TextField& field) {
     const std::filesystem::path current = ToPath(present.logFile);
-    // The log is appended to: a file that is there already is no reason to ask.
-    wxFileDialog dialog(this, "Save Log File As", ToWx(FromPath(current.parent_path())),
-                        ToWx(FromPath(current.filename())), "Text files (*.txt|*.txt|All Files (*.*)|*.*", wxFD_SAVE);
+    // Without wxFD_OVERWRITE_PROMPT: the log appends to an existing file.
+    wxFileDialog dialog(this, ToWx(text::caption::saveLogFile), ToWx(FromPath(current.parent_path())),
+                        ToWx(FromPath(current.filename())), ToWx(text::dialog::activityLogFilters), wxFD_SAVE);
     if (user.runNative(dialog) == wxID_OK)
         TakeBrowsed(field, FromWx(dialog.GetPath()));
 }
@@ -352,7 +358,7 @@ void SettingsDialog::Confirm() {
             field->Say({});
             continue;
         }
-        field->Say(ToWx(problem->message + (problem->mayStay ? u" Press OK once more to keep it." : u"")));
+        field->Say(ToWx(problem->mayStay ? Filled(text::setting::mayStay, {problem->message}) : problem->message));
         if (problem->mayStay)
             told.push_back(problem->field);
         if (first == nullptr)
@@ -362,7 +368,7 @@ void SettingsDialog::Confirm() {
     first->Focus();
 }
 
-// As high as its content, which has no use for more; as wide as the user likes.
+// Makes the dialog as high as its content, and leaves its width to the user.
 void SettingsDialog::FitHeight() {
     const wxSize fitting = GetSizer()->CalcMin();
     SetMinClientSize(fitting);

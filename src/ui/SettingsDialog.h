@@ -1,7 +1,7 @@
 #pragma once
-// "Download Settings": where a user changes the settings of the machine. Knows neither where they are kept nor the
-// link. User-interface thread. Shown with ShowModal, or with Show by an owner who waits until it is hidden and asks
-// GetReturnCode: wxID_OK or wxID_CANCEL.
+// The dialog "Download Settings", in which the user changes the settings of the machine. User-interface thread. Shown
+// with ShowModal, or with Show by an owner that waits until it is hidden and then asks GetReturnCode: wxID_OK or
+// wxID_CANCEL.
 
 #include "port/PortNames.h"
 #include "settings/SettingsCheck.h"
@@ -18,17 +18,17 @@ namespace tarvin {
 class SettingsDialog : public wxDialog {
 public:
     struct Owner {
-        // Takes effect at once and whatever becomes of the dialog: a folder or a file that the user has browsed for.
+        // Takes over a folder or a file that the user has browsed for: at once, and even if the user then cancels.
         std::function<void(const DownloadSettings&)> writeThrough;
         std::function<void()> showHelp;
-        // Shows a dialog of the system and gives its return code.
+        // Shows a dialog of the system and returns its return code.
         std::function<int(wxDialog&)> runNative = [](wxDialog& dialog) { return dialog.ShowModal(); };
     };
 
-    // `ports` are those that the user may choose from. What the dialog does not show of the settings stays as it is.
+    // The user chooses one of `ports`. Settings without a control stay as they are.
     SettingsDialog(wxWindow* parent, DownloadSettings settings, std::vector<FoundPort> ports, Owner owner);
 
-    // What the controls say. What the user has left alone is as it was given, to the code unit.
+    // The settings as the controls show them. Texts that the user has left alone are as given, to the code unit.
     DownloadSettings Settings() const;
 
 private:
@@ -43,12 +43,12 @@ private:
     wxStaticBoxSizer* AddCharacterGroup();
     wxSizer* AddButtons();
     void AddPortList(wxWindow* box, wxFlexGridSizer& grid);
-    wxChoice* AddChoice(wxWindow* box, wxFlexGridSizer& grid, const wxString& label, std::vector<KelText> entries,
+    wxChoice* AddChoice(wxWindow* box, wxFlexGridSizer& grid, KelTextView label, std::vector<KelText> entries,
                         Text setting);
-    void AddSpin(wxWindow* box, wxFlexGridSizer& grid, const wxString& label, int highest, Number setting);
-    wxCheckBox* AddCheckBox(wxWindow* box, const wxString& label, Number setting);
-    void AddCharacter(wxWindow* box, wxFlexGridSizer& grid, const wxString& label, const wxString& listName,
-                      Number isSent, Byte setting);
+    void AddSpin(wxWindow* box, wxFlexGridSizer& grid, KelTextView label, int highest, Number setting);
+    wxCheckBox* AddCheckBox(wxWindow* box, KelTextView label, Number setting);
+    void AddCharacter(wxWindow* box, wxFlexGridSizer& grid, KelTextView label, KelTextView listName, Number isSent,
+                      Byte setting);
     TextField& AddTextField(wxWindow* box, wxFlexGridSizer& grid, TextField::Description description,
                             void (SettingsDialog::*browse)(TextField&));
 
@@ -64,9 +64,10 @@ private:
     DownloadSettings present;
     const std::vector<FoundPort> foundPorts;
     Owner user;
+    // Each takes the value of one control over.
     std::vector<std::function<void(DownloadSettings&)>> writers;
     std::vector<std::unique_ptr<TextField>> fields;
-    // What the user has been told and may keep.
+    // Fields with a problem that the user has seen and may keep.
     std::vector<Text> told;
     wxChoice* portList = nullptr;
     wxStaticText* device = nullptr;

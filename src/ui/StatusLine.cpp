@@ -9,11 +9,64 @@ namespace tarvin {
 
 namespace {
 
+// In the order of Outlook.
 constexpr std::string_view signs[] = {"outlook-idle.svg", "outlook-busy.svg", "outlook-good.svg", "outlook-bad.svg"};
 
-// The largest first; relative to the window's font.
+// Relative to the font of the window, the largest first.
 constexpr double fontScales[] = {1.7, 1.5, 1.3, 1.15, 1.0};
 
+}
+
+Outlook OutlookOf(const EngineSnapshot& snapshot) {
+    // A lost link matters more than the last transfer.
+    if (!snapshot.hasLink)
+        return Outlook::Bad;
+    switch (snapshot.transferState) {
+    case TransferState::DownloadWaiting:
+    case TransferState::DownloadRequested:
+    case TransferState::UploadRequested:
+    case TransferState::DownloadPreparation:
+    case TransferState::UploadPreparation:
+    case TransferState::Downloading:
+    case TransferState::Uploading:
+    case TransferState::AutoloadCutting:
+    case TransferState::FileListRequest:
+    case TransferState::FileListCompare:
+    case TransferState::FileRequest:
+        return Outlook::Busy;
+    case TransferState::LinkTest:
+    case TransferState::DownloadCompleted:
+    case TransferState::UploadCompleted:
+    case TransferState::LoopbackSuccess:
+    case TransferState::ServerFoundClient:
+    case TransferState::ClientFoundServer:
+    case TransferState::SynchronisationCompleted:
+        return Outlook::Good;
+    case TransferState::NoLink:
+    case TransferState::DownloadCouldNotOpen:
+    case TransferState::UploadCouldNotOpen:
+    case TransferState::DownloadErrors:
+    case TransferState::UploadErrors:
+    case TransferState::LoopbackFailure:
+    case TransferState::DirectoryError:
+    case TransferState::Overrun:
+    case TransferState::UnexpectedError:
+    case TransferState::FileFormatError:
+    case TransferState::ItemNotFound:
+    case TransferState::ServerCannotFindClient:
+    case TransferState::ClientCannotFindServer:
+    case TransferState::SecondClient:
+    case TransferState::SecondServer:
+        return Outlook::Bad;
+    case TransferState::Waiting:
+    case TransferState::DirectoryListing:
+    case TransferState::ControllerOption:
+    case TransferState::DownloadCancelled:
+    case TransferState::UploadCancelled:
+    case TransferState::ReportOnly:
+        return Outlook::Idle;
+    }
+    return Outlook::Idle;
 }
 
 StatusLine::StatusLine(wxWindow* parent, const wxSize& size)
@@ -72,7 +125,7 @@ void StatusLine::FitText() {
     }
     if (chosen != label->GetFont()) {
         label->SetFont(chosen);
-        // A label that keeps its width keeps its height too, unless it is told.
+        // Without wxST_NO_AUTORESIZE a label would also change its width; with it, its height has to be set by hand.
         int height = 0;
         GetTextExtent("Ag", nullptr, &height, nullptr, nullptr, &chosen);
         label->SetMinSize(wxSize(-1, height));

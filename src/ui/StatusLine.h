@@ -1,20 +1,25 @@
 #pragma once
-// The status line: one text as large as its box allows, with a sign for who only wants to know whether it goes well.
-// Knows nothing of states. User-interface thread.
+// The status line: one text as large as its box allows, with a sign that can be read across the room: is it going well?
+// User-interface thread.
 
-#include "ui/Outlook.h"
+#include "engine/EngineEvents.h"
 #include "ui/Wx.h"
 
 #include <wx/statbmp.h>
 
 namespace tarvin {
 
+enum class Outlook { Idle, Busy, Good, Bad };
+
+// The outlook of link and transfer. Any thread.
+Outlook OutlookOf(const EngineSnapshot& snapshot);
+
 class StatusLine : public wxPanel {
 public:
     StatusLine(wxWindow* parent, const wxSize& size);
 
-    // Repaints only if that changes anything. A text that is too long for the box loses its middle there; the whole of
-    // it is the tooltip.
+    // Leaves out the middle of a text that is too long for the box; the tip has the whole text. Repaints only after a
+    // change.
     void ShowStatus(const wxString& text, Outlook newOutlook);
     wxString Text() const { return shownText; }
     Outlook ShownOutlook() const { return outlook; }
@@ -26,6 +31,7 @@ private:
     wxStaticBitmap* sign;
     wxStaticText* label;
     wxString shownText;
+    // The text and the width that the font was last chosen for.
     wxString fittedText;
     int fittedWidth = 0;
     Outlook outlook = Outlook::Idle;

@@ -1,6 +1,6 @@
 #include "ui/TextField.h"
 
-#include "ui/UiText.h"
+#include "base/Messages.h"
 
 namespace tarvin {
 
@@ -8,19 +8,19 @@ namespace {
 
 constexpr int editWidth = 112; // in dialog units
 
-wxTextCtrl* MakeEdit(wxWindow* parent, const wxString& label) {
+wxTextCtrl* MakeEdit(wxWindow* parent, KelTextView label) {
     auto* edit = new wxTextCtrl(parent, wxID_ANY);
-    edit->SetName(wxControl::RemoveMnemonics(label));
+    edit->SetName(wxControl::RemoveMnemonics(ToWx(label)));
     edit->SetMinSize(wxSize(parent->ConvertDialogToPixels(wxSize(editWidth, 0)).GetWidth(), -1));
     return edit;
 }
 
 }
 
-TextField::TextField(wxWindow* parent, wxFlexGridSizer& grid, Description what, const DownloadSettings& given,
-                     Handlers handlers)
-    : description(std::move(what)),
-      label(new wxStaticText(parent, wxID_ANY, description.label)),
+TextField::TextField(wxWindow* parent, wxFlexGridSizer& grid, const Description& description,
+                     const DownloadSettings& given, const Handlers& handlers)
+    : description(description),
+      label(new wxStaticText(parent, wxID_ANY, ToWx(description.label))),
       edit(MakeEdit(parent, description.label)),
       bound(edit, given.*description.setting),
       message(parent, FieldMessage::Kind::Problem) {
@@ -31,9 +31,11 @@ TextField::TextField(wxWindow* parent, wxFlexGridSizer& grid, Description what, 
     if (description.browseTip.empty()) {
         grid.AddSpacer(0);
     } else {
-        browse = new wxButton(parent, wxID_ANY, "...", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
-        browse->SetName(description.browseTip);
-        browse->SetToolTip(description.browseTip);
+        browse =
+            new wxButton(parent, wxID_ANY, ToWx(text::dialog::browse), wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+        const wxString browseTip = ToWx(description.browseTip);
+        browse->SetName(browseTip);
+        browse->SetToolTip(browseTip);
         browse->Bind(wxEVT_BUTTON, [ask = handlers.browse](wxCommandEvent&) { ask(); });
         grid.Add(browse, wxSizerFlags().CenterVertical().Border(wxTOP | wxBOTTOM, gap));
     }

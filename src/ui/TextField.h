@@ -1,5 +1,5 @@
 #pragma once
-// A setting that is typed: caption, edit, perhaps a button to browse, and a line below for what is wrong with it.
+// A text of the settings in a dialog: label, edit, perhaps a button to browse, and below them a line for a problem.
 // User-interface thread.
 
 #include "settings/DownloadSettings.h"
@@ -14,10 +14,10 @@ class TextField {
 public:
     struct Description {
         KelText DownloadSettings::*setting;
-        wxString label;
-        // What the button to browse is for; without a button if empty.
-        wxString browseTip;
-        // How a text that the user has typed is kept.
+        KelTextView label;
+        // The tip of the button to browse. Empty: there is no such button.
+        KelTextView browseTip;
+        // Converts a typed text to the form that the settings keep.
         std::function<KelText(KelText)> asSetting = [](KelText text) { return text; };
     };
     struct Handlers {
@@ -26,13 +26,13 @@ public:
     };
 
     // Fills two rows of the grid, which has three columns.
-    TextField(wxWindow* parent, wxFlexGridSizer& grid, Description what, const DownloadSettings& given,
-              Handlers handlers);
+    TextField(wxWindow* parent, wxFlexGridSizer& grid, const Description& description, const DownloadSettings& given,
+              const Handlers& handlers);
 
     KelText DownloadSettings::*Setting() const { return description.setting; }
     KelText Value() const;
     void Show(const KelText& text) { bound.Show(text); }
-    // Shows what Value gives, where that differs from what has been typed.
+    // Replaces a typed text by the form that the settings keep.
     void ShowValue();
     // See FieldMessage.
     bool Say(const wxString& words) { return message.Say(words); }
@@ -40,7 +40,7 @@ public:
     void Enable(bool isEnabled);
 
 private:
-    Description description;
+    const Description description;
     wxStaticText* label;
     wxTextCtrl* edit;
     wxButton* browse = nullptr;

@@ -3,6 +3,8 @@
 #include "base/KelText.h"
 
 #include <algorithm>
+#include <cassert>
+#include <string_view>
 
 namespace tarvin {
 
@@ -20,9 +22,10 @@ void AppendExpanded(std::u32string& text, std::string_view utf8) {
 
 }
 
-void TextLines::Append(Kind kind, std::string_view utf8) {
-    lines.push_back({kind, {}});
-    AppendExpanded(lines.back().text, utf8);
+void TextLines::Append(const TrafficLine& line) {
+    if (!line.extendsLast || lines.empty() || lines.back().kind != line.kind)
+        lines.push_back({line.kind, {}});
+    AppendExpanded(lines.back().text, line.text);
     longest = std::max(longest, lines.back().text.size());
     if (lines.size() > capacity) {
         lines.pop_front();
@@ -33,13 +36,9 @@ void TextLines::Append(Kind kind, std::string_view utf8) {
     }
 }
 
-void TextLines::Extend(Kind kind, std::string_view utf8) {
-    if (lines.empty() || lines.back().kind != kind) {
-        Append(kind, utf8);
-        return;
-    }
-    AppendExpanded(lines.back().text, utf8);
-    longest = std::max(longest, lines.back().text.size());
+const TextLines::Line& TextLines::At(std::uint64_t number) const {
+    assert(number >= first && number < End());
+    return lines[static_cast<std::size_t>(number - first)];
 }
 
 void TextLines::Clear() {

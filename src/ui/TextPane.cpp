@@ -63,19 +63,16 @@ void TextPane::BindEvents() {
 void TextPane::MakeFont() {
     SetFont(wxFont(wxFontInfo(GetParent()->GetFont().GetFractionalPointSize()).Family(wxFONTFAMILY_TELETYPE)));
     lineHeight = std::max(GetCharHeight(), 1);
-    // Of many, because the width of one is rounded.
+    // Measured over many characters: the toolkit rounds the width of a text to pixels.
     constexpr std::size_t sample = 100;
     columnWidth = std::max(GetTextExtent(wxString('0', sample)).GetWidth() / static_cast<double>(sample), 1.0);
     margin = FromDIP(3);
 }
 
-void TextPane::Append(const std::vector<NewLine>& newLines) {
-    for (const NewLine& line : newLines) {
-        if (line.extendsLast)
-            lines.Extend(line.kind, line.text);
-        else
-            lines.Append(line.kind, line.text);
-    }
+void TextPane::Append(const std::vector<TrafficLine>& newLines) {
+    for (const TrafficLine& line : newLines)
+        lines.Append(line);
+    // The line at the top may have been dropped.
     topLine = isFollowing ? LastTop() : std::max(topLine, lines.First());
     ShowScrollbars();
     Refresh(false);
@@ -260,7 +257,7 @@ void TextPane::OnKey(wxKeyEvent& event) {
         event.Skip();
 }
 
-// True if the key is one that moves the caret.
+// True if the key moves the caret.
 bool TextPane::MoveCaret(const wxKeyEvent& event) {
     TextLines::Position caret = lines.Caret();
     switch (event.GetKeyCode()) {
@@ -307,7 +304,7 @@ void TextPane::OnPaint(wxPaintEvent&) {
     wxAutoBufferedPaintDC dc(this);
     dc.SetBackground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
     dc.Clear();
-    // A scroll bar that comes and goes by fading asks for its own strip as often as the screen is refreshed.
+    // A scroll bar that fades in or out asks for a paint of its own strip at each refresh of the screen.
     if (!GetUpdateRegion().GetBox().Intersects(GetClientRect()))
         return;
     ++paintCount;
@@ -331,7 +328,7 @@ void TextPane::DrawLine(wxDC& dc, std::uint64_t number, int y) {
     };
     const std::size_t visibleEnd = leftColumn + static_cast<std::size_t>(VisibleColumns()) + 2;
     const TextLines::Columns selected = lines.SelectedIn(number);
-    // The selected part lies between two parts that are not; each may be empty.
+    // Three parts, each of which may be empty: before the selection, the selection, and after it.
     const std::size_t borders[] = {leftColumn, selected.begin, selected.end, line.text.size()};
     for (int part = 0; part < 3; ++part) {
         const std::size_t begin = std::max(borders[part], leftColumn);

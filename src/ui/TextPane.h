@@ -1,6 +1,6 @@
 #pragma once
-// A scrolling list of text lines in a fixed-width font, which follows its end unless the user has scrolled up, and from
-// which can be selected and copied. Draws only what is visible. User-interface thread.
+// A scrolling view of the lines of the trace in a fixed-width font. It follows its end unless the user has scrolled up,
+// and the user can select and copy lines. Draws only the visible lines. User-interface thread.
 
 #include "ui/TextLines.h"
 #include "ui/Wx.h"
@@ -13,27 +13,22 @@ class TextPane : public wxWindow {
 public:
     explicit TextPane(wxWindow* parent);
 
-    struct NewLine {
-        TextLines::Kind kind;
-        std::string text; // UTF-8
-        bool extendsLast = false;
-    };
-
-    // One repaint for all of them.
-    void Append(const std::vector<NewLine>& newLines);
+    // Repaints once for all of the lines.
+    void Append(const std::vector<TrafficLine>& newLines);
     void Clear();
 
     const TextLines& Lines() const { return lines; }
     bool HasSelection() const { return lines.HasSelection(); }
     void SelectAll();
-    // Onto the clipboard; nothing if nothing is selected.
+    // Copies the selection to the clipboard. Does nothing without one.
     void Copy();
 
+    // Whether the pane stays at its end while lines are appended.
     bool IsFollowing() const { return isFollowing; }
     void Follow();
-    // The first line shown.
+    // The number of the first visible line.
     std::uint64_t TopLine() const { return topLine; }
-    // How often the text has been painted, for whoever measures it.
+    // How often the text has been painted, for measurements.
     std::size_t PaintCount() const { return paintCount; }
 
 private:
@@ -68,7 +63,7 @@ private:
     int lineHeight = 1;
     double columnWidth = 1;
     int margin = 0;
-    int wheelRest = 0;
+    int wheelRest = 0; // rotation of the mouse wheel that is less than a step
     std::size_t paintCount = 0;
 };
 

@@ -1,5 +1,5 @@
 #pragma once
-// Where the toolkit's own complaints go: into the debug log, instead of boxes that nobody has asked for.
+// Writes the toolkit's own warnings and errors to the debug log, where it would show boxes.
 
 #include "messages/AppInterface.h"
 #include "ui/Wx.h"
@@ -8,16 +8,19 @@ namespace tarvin {
 
 class ToolkitLog : public wxLog {
 public:
-    // From now on until it is destroyed. User-interface thread.
-    explicit ToolkitLog(AppInterface& reportTo) : app(reportTo), before(wxLog::SetActiveTarget(this)) {}
-    ~ToolkitLog() override { wxLog::SetActiveTarget(before); }
+    // Works until it is destroyed. User-interface thread. `app` outlives it.
+    explicit ToolkitLog(AppInterface& app) : app(app), previousLog(wxLog::SetActiveTarget(this)) {}
+    ~ToolkitLog() override { wxLog::SetActiveTarget(previousLog); }
 
 protected:
-    void DoLogRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info) override;
+    void DoLogRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo&) override {
+        if (level <= wxLOG_Warning)
+            app.Report({static_cast<std::int32_t>(ReportLevel::Warning), {}, FromWx(message), {}, 0});
+    }
 
 private:
     AppInterface& app;
-    wxLog* const before;
+    wxLog* const previousLog;
 };
 
 }

@@ -1,50 +1,52 @@
 #include "ui/TransferEndDialog.h"
 
-#include "ui/HelpKey.h"
+#include "base/Messages.h"
+#include "ui/HelpBook.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 #include <wx/display.h>
 
 namespace tarvin {
 
-TransferEndDialog::TransferEndDialog(wxWindow* owner, const wxString& caption, const wxString& frameName,
-                                     std::function<void()> showHelp)
-    : wxDialog(owner, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, wxCAPTION, frameName),
-      row(new wxBoxSizer(wxHORIZONTAL)) {
-    // Only a button ends the transfer, or the transfer itself.
+TransferEndDialog::TransferEndDialog(wxWindow* owner, KelTextView caption, const wxString& name,
+                                     const std::vector<Button>& buttons, std::function<void()> showHelp)
+    : wxDialog(owner, wxID_ANY, ToWx(caption), wxDefaultPosition, wxDefaultSize, wxCAPTION, name) {
+    assert(!buttons.empty());
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    for (const Button& button : buttons)
+        AddButton(*row, button, &button == &buttons.back());
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(row, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(3)));
+    SetSizerAndFit(column);
+    // Wide enough for the whole caption, which names the transfer.
+    const int captionWidth = GetTextExtent(GetTitle()).GetWidth() + ConvertDialogToPixels(wxSize(24, 0)).GetWidth();
+    SetSize(std::max(GetSize().GetWidth(), captionWidth), GetSize().GetHeight());
+    // Only a button and the end of the transfer close the dialog: without it the transfer could not be ended.
     SetEscapeId(wxID_NONE);
-    BindHelpKey(*this, std::move(showHelp));
     Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
         if (event.CanVeto())
             event.Veto();
     });
+    BindHelpKey(*this, std::move(showHelp));
 }
 
-void TransferEndDialog::AddButton(wxWindowID id, const wxString& label, bool isDefault, std::function<void()> action) {
-    auto* button = new wxButton(this, id, label);
+void TransferEndDialog::AddButton(wxSizer& row, const Button& description, bool isDefault) {
+    auto* button = new wxButton(this, description.id, ToWx(description.label));
     const wxSize size = ConvertDialogToPixels(wxSize(50, 14));
     button->SetMinSize(wxSize(size.GetWidth(), std::max(size.GetHeight(), button->GetBestSize().GetHeight())));
-    button->Bind(wxEVT_BUTTON, [this, kept = std::move(action)](wxCommandEvent&) {
+    button->Bind(wxEVT_BUTTON, [this, action = description.action](wxCommandEvent&) {
         isPressed = true;
         Hide();
-        kept();
+        action();
     });
-    row->Add(button, wxSizerFlags(1).Border(wxALL, FromDIP(6)));
+    row.Add(button, wxSizerFlags(1).Border(wxALL, FromDIP(6)));
     if (isDefault) {
         button->SetDefault();
         button->SetFocus();
     }
-}
-
-void TransferEndDialog::Arrange() {
-    auto* column = new wxBoxSizer(wxVERTICAL);
-    column->Add(row, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(3)));
-    SetSizerAndFit(column);
-    // Wide enough for the caption, which tells what is going on.
-    const int captionWidth = GetTextExtent(GetTitle()).GetWidth() + ConvertDialogToPixels(wxSize(24, 0)).GetWidth();
-    SetSize(std::max(GetSize().GetWidth(), captionWidth), GetSize().GetHeight());
 }
 
 void TransferEndDialog::Appear(bool shallBeShown) {
@@ -55,7 +57,7 @@ void TransferEndDialog::Appear(bool shallBeShown) {
     if (shallBeShown)
         PlaceBesideOwner();
     Show(shallBeShown);
-    // Again: some window managers put a new window where they like.
+    // Some window managers move a new window when it is shown, so it is placed a second time.
     if (shallBeShown)
         PlaceBesideOwner();
 }
@@ -69,11 +71,25 @@ void TransferEndDialog::PlaceBesideOwner() {
     wxPoint place(owner.GetRight() + gap, owner.GetTop() + owner.GetHeight() / 3);
     if (place.x + size.GetWidth() > screen.GetRight())
         place.x = owner.GetLeft() - gap - size.GetWidth();
-    // No room on either side: over the monitor area, where it hides no status.
+    // Without room on either side: over the monitor area, where the status line stays visible.
     if (place.x < screen.GetLeft())
         place = wxPoint(owner.GetRight() - size.GetWidth() - 2 * gap, owner.GetBottom() - size.GetHeight() - 4 * gap);
     place.y = std::clamp(place.y, screen.GetTop(), std::max(screen.GetBottom() - size.GetHeight(), screen.GetTop()));
     SetPosition(place);
+}
+
+TransferEndDialog* MakeDownloadEndDialog(wxWindow* owner, std::function<void()> showHelp,
+                                         std::function<void()> cancel) {
+    return new TransferEndDialog(owner, text::caption::sendingFile, "Download End",
+                                 {{wxID_CANCEL, text::dialog::cancelDownload, std::move(cancel)}}, std::move(showHelp));
+}
+
+TransferEndDialog* MakeUploadEndDialog(wxWindow* owner, std::function<void()> showHelp, std::function<void()> cancel,
+                                       std::function<void()> complete) {
+    return new TransferEndDialog(owner, text::caption::receivingFile, "Upload End",
+                                 {{wxID_CANCEL, text::dialog::cancelUpload, std::move(cancel)},
+                                  {wxID_OK, text::dialog::completeUpload, std::move(complete)}},
+                                 std::move(showHelp));
 }
 
 }

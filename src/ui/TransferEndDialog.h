@@ -1,33 +1,43 @@
 #pragma once
-// What the two end-of-transfer dialogs have in common: modeless, without a close box, beside the main window whenever
-// they appear, and hidden by each of their buttons. User-interface thread.
+// The dialog of a transfer by hand: modeless, without a close box, beside the main window. Each of its buttons hides
+// it. User-interface thread.
 
 #include "ui/Wx.h"
 
 #include <functional>
+#include <vector>
 
 namespace tarvin {
 
 class TransferEndDialog : public wxDialog {
 public:
-    // `showHelp` is for F1.
-    TransferEndDialog(wxWindow* owner, const wxString& caption, const wxString& frameName,
+    struct Button {
+        wxWindowID id;
+        KelTextView label;
+        std::function<void()> action;
+    };
+
+    // From left to right. The last button is the default one. F1 calls `showHelp`.
+    TransferEndDialog(wxWindow* owner, KelTextView caption, const wxString& name, const std::vector<Button>& buttons,
                       std::function<void()> showHelp);
 
-    // Shows the dialog beside its owner, or hides it. After a button has been pressed it stays hidden until it has been
-    // told to hide: what is wished for meanwhile was wished before the button took effect.
+    // Shows the dialog beside its owner, or hides it. A dialog whose button was pressed stays hidden until the next
+    // Appear(false): a call with true before that was made before the button took effect.
     void Appear(bool shallBeShown);
 
-protected:
-    // Adds a button in dialog units; the default one last.
-    void AddButton(wxWindowID id, const wxString& label, bool isDefault, std::function<void()> action);
-    void Arrange();
-
 private:
+    void AddButton(wxSizer& row, const Button& description, bool isDefault);
     void PlaceBesideOwner();
 
-    wxBoxSizer* row;
     bool isPressed = false;
 };
+
+// For a file that is sent by hand.
+TransferEndDialog* MakeDownloadEndDialog(wxWindow* owner, std::function<void()> showHelp, std::function<void()> cancel);
+
+// For a file that is received by hand. The bytes of such a transfer do not tell its end: the user says when it is
+// complete.
+TransferEndDialog* MakeUploadEndDialog(wxWindow* owner, std::function<void()> showHelp, std::function<void()> cancel,
+                                       std::function<void()> complete);
 
 }

@@ -3,7 +3,6 @@
 #include "files/FileNames.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
-#include "ui/UiText.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -16,7 +15,7 @@ namespace tarvin {
 
 namespace {
 
-// Less than this of the title bar on a screen, and nobody could get hold of the window.
+// In pixels. A user can drag a window of which this much of the title bar is on a screen.
 constexpr int leastVisible = 40;
 
 std::filesystem::path PlacementFile(KelTextView machineName) {
@@ -50,7 +49,7 @@ bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName) {
                        std::max(number(u"height"), least.GetHeight()));
     const bool isReachable = IsReachable(place);
     if (isReachable) {
-        // What the frame around the window takes is not known before it is shown.
+        // The client size: the size of the frame around the window is not known before it is shown.
         window.SetClientSize(place.GetSize());
         window.Move(place.GetPosition());
     }
@@ -62,7 +61,7 @@ bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName) {
 void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     const std::filesystem::path file = PlacementFile(machineName);
     const wxRect place(window.GetPosition(), window.GetClientSize());
-    // A maximised window's own place is not known; the last one known stays.
+    // The toolkit does not tell the normal place of a maximised window: the saved one stays.
     const auto stored = Profile::Read(file);
     const Profile* const known = window.IsMaximized() && stored ? &*stored : nullptr;
     std::string text = "[Window]\n";

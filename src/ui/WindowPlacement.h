@@ -1,17 +1,17 @@
 #pragma once
-// Where the user wants a machine's window: kept with the user's own configuration, because several users may share one
-// machine's settings. User-interface thread.
+// The place of a machine's window on the screen. Kept with the user's own configuration, because several users may
+// share the settings of a machine. User-interface thread.
 
 #include "base/KelText.h"
 #include "ui/Wx.h"
 
 namespace tarvin {
 
-// Puts the window where it was when it was saved, as far as that is on a screen that is there; else leaves it alone and
-// returns false.
+// Puts the window at its saved place. False if there is none, or if a user could not reach the window there; the window
+// then stays where it is.
 bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName);
 
-// One that cannot be saved is not worth a message.
+// A failure is not told: the window opens in the middle of the screen the next time.
 void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName);
 
 }

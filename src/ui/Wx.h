@@ -1,5 +1,8 @@
 #pragma once
-// The one way to wxWidgets: without the macros of <windows.h> that would rename the program's own operations.
+// wxWidgets for all other files of this folder, without the macros of <windows.h> that rename our operations, and the
+// conversion of our texts for it.
+
+#include "base/KelText.h"
 
 #include <wx/wx.h>
 
@@ -9,3 +12,14 @@
 #undef MessageBox
 #undef ReportEvent
 #undef SendMessage
+
+namespace tarvin {
+
+// Any thread.
+wxString ToWx(KelTextView text);
+KelText FromWx(const wxString& text);
+
+// The text for a label: an ampersand is shown and marks no key.
+wxString ToLabel(KelTextView text);
+
+}

@@ -9,27 +9,10 @@
 using namespace tarvin;
 using tarvin::test::TemporaryFolder;
 
-namespace {
-
-class RecordingApp : public AppInterface {
-public:
-    using AppInterface::AppInterface;
-    std::string log;
-
-protected:
-    int Show(const MessageBoxText& box) override {
-        log += "shown: " + ToUtf8(box.text);
-        return 42;
-    }
-    void AppendToMessageLog(KelTextView text) override { log += ToUtf8(text); }
-};
-
-}
-
-TEST_CASE("a report is framed in the debug log by its details alone, and returns its answer") {
+TEST_CASE("AppInterface: a report ends with a rule only after details, and returns its answer") {
     const std::string rule = "\r\n----------------";
     const TemporaryFolder folder;
-    RecordingApp app({folder / "M"}, Attendance::Attended);
+    AppInterface app({folder / "M"});
     CHECK(app.Report({2, u"i", u"%s", u"1\n2", -7}) == -7);
     std::string expected = rule + "\r\nMSG:FATAL: \"%s\" (-7)\r\n Info: \"i\"\r\nDetails:\r\n1\r\n2" + rule;
     CHECK(folder.ReadFile("M/Debug.Log") == expected);
@@ -42,13 +25,12 @@ TEST_CASE("a report is framed in the debug log by its details alone, and returns
     }
 }
 
-TEST_CASE("a box that nobody sees answers itself by its buttons and its default, and leaves a note") {
+TEST_CASE("AppInterface: an unattended program answers a box by its buttons and its default, and leaves a note") {
     struct Case {
         unsigned style;
         int answer;
         std::string note;
     };
-    // The last one stands for abort, retry and ignore.
     const Case cases[] = {{okOnly | iconExclamation | defaultButton2, 1, "Ok"},
                           {okCancel, 1, "Ok"},
                           {okCancel | defaultButton2, 2, "Cancel"},
@@ -57,29 +39,32 @@ TEST_CASE("a box that nobody sees answers itself by its buttons and its default,
                           {yesNoCancel, 6, "Yes"},
                           {yesNoCancel | defaultButton2, 7, "Nein"},
                           {yesNoCancel | defaultButton3, 2, "Cancel"},
-                          {2 | defaultButton2, 1, "Ok"}};
+                          {abortRetryIgnore | defaultButton2, 1, "Ok"}};
     const TemporaryFolder folder;
     for (const Case& each : cases) {
         CAPTURE(each.style);
         TextHolder dictionary;
         dictionary.Add(u"Nein", 65);
-        RecordingApp app({folder / "M"}, Attendance::Unattended, dictionary);
-        CHECK(app.MessageBox({u"text\n2", u"caption", each.style}) == each.answer);
-        CHECK(app.log == "\ncaption: text\n2 (" + each.note + ")");
+        std::string notes;
+        AppInterface app(
+            {folder / "M"}, [&](KelTextView note) { notes += ToUtf8(note); }, dictionary);
+        CHECK(app.AnswerWithoutUser({u"text\n2", u"caption", each.style}) == each.answer);
+        CHECK(notes == "\ncaption: text\n2 (" + each.note + ")");
     }
     CHECK_FALSE(std::filesystem::exists(folder / "M"));
 }
 
-TEST_CASE("a suppressed message is answered without a trace, in this run and the next, and any other is shown") {
+TEST_CASE("AppInterface: a suppressed message is answered without a note, in this run and the next") {
     const TemporaryFolder folder;
-    RecordingApp app({{}, folder / "M"}, Attendance::Attended);
-    RecordingApp next({folder / "M"}, Attendance::Unattended);
+    std::string notes;
+    AppInterface app({{}, folder / "M"});
+    AppInterface next({folder / "M"}, [&](KelTextView note) { notes += ToUtf8(note); });
     app.SuppressMessage(12);
     next.ReadSuppressedMessages();
-    for (RecordingApp* each : {&app, &next}) {
-        CHECK(each->MessageBox({u"text", u"", yesNo | defaultButton2, 12}) == 7);
-        CHECK(each->log.empty());
-    }
-    CHECK(app.MessageBox({u"other", u"", okOnly, 13}) == 42);
-    CHECK(app.log == "shown: other");
+    for (AppInterface* each : {&app, &next})
+        CHECK(each->AnswerWithoutUser({u"text", u"", yesNo | defaultButton2, 12}) == 7);
+    CHECK(notes.empty());
+    // Any other box of an attended program has to be shown.
+    CHECK(app.AnswerWithoutUser({u"other", u"", okOnly, 13}) == std::nullopt);
+    CHECK(app.AnswerWithoutUser({u"other", u"", okOnly}) == std::nullopt);
 }

@@ -11,7 +11,7 @@
 using namespace tarvin;
 using tarvin::test::TemporaryFolder;
 
-TEST_CASE("the first text of a run replaces the debug log, and the next ones are added to it") {
+TEST_CASE("DebugLog: the first text of a run replaces the log, and the next ones are added to it") {
     const TemporaryFolder folder;
     folder.WriteFile("Debug.Log", "an older run");
     DebugLog log([&] { return folder.Path(); }, [&] { return folder / "second"; });
@@ -23,7 +23,7 @@ TEST_CASE("the first text of a run replaces the debug log, and the next ones are
     CHECK_FALSE(std::filesystem::exists(folder / "second"));
 }
 
-TEST_CASE("a debug log that cannot be opened writes nothing until it can") {
+TEST_CASE("DebugLog: a log that cannot be opened is tried again with each text") {
     const TemporaryFolder folder;
     folder.WriteFile("file", "content");
     for (const std::filesystem::path& place : {folder / "file", folder / "machine/a"}) {
@@ -41,7 +41,7 @@ TEST_CASE("a debug log that cannot be opened writes nothing until it can") {
     }
 }
 
-TEST_CASE("a text that comes of writing another one is dropped, those of other threads wait and stay together") {
+TEST_CASE("DebugLog: a text logged while this thread writes is dropped, and texts of other threads stay together") {
     const TemporaryFolder folder;
     const std::vector<KelText> texts[] = {{u"a", u"b", u"c\n"}, {u"1", u"2", u"3\n"}};
     DebugLog* nested = nullptr;

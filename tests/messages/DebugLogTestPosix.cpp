@@ -8,7 +8,7 @@
 
 using namespace tarvin;
 
-TEST_CASE("a text that the disk has no room for is not counted as written, and the log goes on when there is room") {
+TEST_CASE("DebugLog: a text without room on the disk counts as not written, and the log goes on when there is room") {
     const test::TemporaryFolder folder;
     DebugLog log([&] { return folder.Path(); }, [] { return std::filesystem::path(); });
     rlimit before = {};

@@ -10,8 +10,8 @@ using namespace tarvin;
 using tarvin::test::TemporaryFolder;
 using Content = SuppressedMessages::Content;
 
-TEST_CASE("a list keeps each line that can be read, and what programs beside this one have added") {
-    // Reading ends in the middle of the number 123456.
+TEST_CASE("SuppressedMessages: a list keeps each line that is a number, and the numbers that other programs add") {
+    // The first MiB ends in the middle of the number 123456.
     const std::string tenMegabytes = "4\n" + std::string(1048569, 'x') + "\n123456\n" + std::string(9 << 20, '\n');
     struct Case {
         std::string content;
@@ -38,7 +38,7 @@ TEST_CASE("a list keeps each line that can be read, and what programs beside thi
     }
 }
 
-TEST_CASE("a list that cannot be kept holds for this run") {
+TEST_CASE("SuppressedMessages: a number that cannot be written holds for this run") {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder / "list");
     folder.WriteFile("file", "content");

@@ -6,7 +6,7 @@
 
 using namespace tarvin;
 
-TEST_CASE("a list that cannot be read is not replaced") {
+TEST_CASE("SuppressedMessages: a list that cannot be read is not replaced") {
     const test::TemporaryFolder folder;
     REQUIRE(::mkfifo((folder / "list").c_str(), 0600) == 0);
     CHECK_FALSE(SuppressedMessages(folder / "list").Add(3));

@@ -8,12 +8,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// What a close may take with a machine as slow as the tests' may be; a user sees a fraction of it.
+// The limit for a slow test machine. A user waits for a fraction of it.
 constexpr auto closeLimit = 5s;
 
 }
 
-TEST_CASE("the window closes in every state, with its log and its settings in order") {
+TEST_CASE("MainWindow: it closes in each state, with its log and its settings in order") {
     struct Case {
         std::string name;
         std::function<void(DesktopFixture&)> bring;
@@ -26,7 +26,7 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
         {"idle", [](DesktopFixture&) {}},
         {"during an upload",
          [](DesktopFixture& desktop) {
-             // Without a checksum that matters: the program goes by the code.
+             // The checksums are wrong: the program looks at the codes alone.
              desktop.terminal->Write("ABST0100 \rABADG01 X1 \r");
              REQUIRE(Becomes([&] { return desktop.Panel().statusLine->Text().starts_with("Uploading"); }));
          }},
@@ -43,7 +43,7 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
          }},
         {"with a file asked for",
          [&](DesktopFixture& desktop) {
-             desktop.engine->Post([&app = *desktop.engine] { app.EndOfServe(); });
+             desktop.engine->ResetLink();
              click(desktop.Panel().sendFile, "Open NC file");
          }},
         {"with an outage told over the settings, and the help open",
@@ -76,7 +76,7 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
         DesktopFixture desktop;
         desktop.Connect();
         desktop.Start();
-        desktop.engine->Post([&app = *desktop.engine, log = desktop.folder / "line.log"] { app.StartCommsLog(log); });
+        desktop.engine->StartCommsLog(desktop.folder / "line.log");
         REQUIRE(Becomes([&] { return desktop.Panel().logSwitch->IsChecked(); }));
         entry.bring(desktop);
         CHECK(desktop.Close(closeLimit));
@@ -85,7 +85,7 @@ TEST_CASE("the window closes in every state, with its log and its settings in or
     }
 }
 
-TEST_CASE("the program ends with 0 and without a window where there is no installation, and in order when told to") {
+TEST_CASE("tarvindl: it ends with 0 without an installation, and in order when it is told to end") {
     TemporaryFolder folder;
     const std::map<std::string, std::string> environment = {{"TARVINDL_HOME", folder.Path().string()}};
     {
@@ -102,7 +102,7 @@ TEST_CASE("the program ends with 0 and without a window where there is no instal
     std::filesystem::create_directory(folder / "NC");
     folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\nNC Files=NC\n");
     ChildProcess program("tarvindl", {{"LASER", "2"}, environment});
-    // It says nothing; what it has opened tells that it is up.
+    // The program prints nothing, but its window can be found.
     const std::string search = "xdotool search --name '^LASER 2 - No Link$' >/dev/null 2>&1";
     const auto end = std::chrono::steady_clock::now() + patience;
     while (std::system(search.c_str()) != 0)

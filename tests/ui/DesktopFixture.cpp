@@ -33,20 +33,13 @@ ChildProcess& DesktopFixture::RunController(std::vector<std::string> commands) {
 void DesktopFixture::Start() {
     ::setenv("TARVINDL_HOME", folder.Path().c_str(), 1);
     OnUi([this] {
-        KelText reason;
-        const auto paths = tarvin::Start::FindPaths(reason);
-        events.emplace();
-        app.emplace(AppFolders{folder / "LASER"});
-        help.emplace(std::vector{std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/comshelp.htb"});
-        start.emplace(*paths, *events);
-        engine = start->MakeEngine(u"LASER");
-        window = new MainWindow({*engine, *events, *help, paths->PathsFile()}, *app);
-        app->UseWindow(window);
-        engine->Create();
+        program.emplace(*FindProgramInstallation(), u"LASER");
+        desktop = std::make_unique<Desktop>(
+            *program, std::vector{std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/comshelp.htb"});
+        window = &desktop->Window();
         FindSystemDialogBy([this] { return window->Dialogs().Top(); });
-        window->Show();
+        desktop->Start();
         window->Raise();
-        engine->StartMonitor();
     });
     if (!Becomes([this] { return window->IsActive(); }, std::chrono::seconds(2)))
         OnUi([this] { window->Raise(); });
@@ -65,12 +58,7 @@ bool DesktopFixture::Close(std::chrono::milliseconds longest) {
         },
         longest);
     window = nullptr;
-    OnUi([this] {
-        app->UseWindow(nullptr);
-        engine.reset();
-        help.reset();
-        events.reset();
-    });
+    OnUi([this] { desktop.reset(); });
     return isGone;
 }
 

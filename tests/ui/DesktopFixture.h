@@ -1,12 +1,12 @@
 #pragma once
-// The desktop program's window and engine in this process, in an installation of their own, on one end of a line.
+// The window and the engine of the desktop program in this process, in an installation of their own, on a line.
 
 #include "User.h"
-#include "app/Start.h"
+#include "app/Desktop.h"
 #include "harness/ChildProcessPosix.h"
 #include "harness/PseudoTerminalPosix.h"
 #include "harness/TemporaryInstallation.h"
-#include "ui/DesktopInterface.h"
+#include "ui/MainPanel.h"
 #include "ui/MainWindow.h"
 
 #include <memory>
@@ -18,22 +18,21 @@ namespace tarvin::test {
 
 class DesktopFixture {
 public:
-    // `profile` is what stands in the settings file, in text form.
+    // `profile` is the content of the settings file, in text form.
     explicit DesktopFixture(const std::string& profile = "[Port Settings]\ntransmit delay=0\nflow control=None\n"
                                                          "[Files]\nfile extension=nc\n");
     // Closes the window as its user would.
     ~DesktopFixture();
 
-    // A line whose other end the test holds, or the simulated controller.
+    // A line with the test at its other end. RunController makes one with the simulated controller instead.
     void Connect();
     void Disconnect();
-    // The box that tells of a line that is gone; null if there is none within a while. Which step of a look at the port
-    // comes upon it first is chance.
+    // The box of an outage; null if there is none within a while. Chance decides which step finds the outage first.
     wxTopLevelWindow* OutageBox() { return WindowTitledOneOf({"Comms Status Check", "Read Data"}); }
     ChildProcess& RunController(std::vector<std::string> commands);
 
     void Start();
-    // Asks the window to close; true once it has gone and the engine with it.
+    // Asks the window to close. True if it has closed in time; the engine has ended then.
     bool Close(std::chrono::milliseconds longest = std::chrono::seconds(5));
 
     std::string Status();
@@ -45,14 +44,11 @@ public:
     TemporaryInstallation folder;
     std::unique_ptr<PseudoTerminal> terminal;
     std::unique_ptr<ChildProcess> controller;
-    std::unique_ptr<TarvinApp> engine;
     MainWindow* window = nullptr;
 
 private:
-    std::optional<EngineEvents> events;
-    std::optional<DesktopInterface> app;
-    std::optional<HelpBook> help;
-    std::optional<tarvin::Start> start;
+    std::optional<Program> program;
+    std::unique_ptr<Desktop> desktop;
 };
 
 }

@@ -10,7 +10,7 @@ namespace tarvin::test {
 
 namespace {
 
-// In the system's dialog with this title; then confirms it.
+// Types the path into the system's dialog with this title and confirms it.
 void PickFile(const std::string& title, const std::filesystem::path& path) {
     REQUIRE(WindowTitled(title) != nullptr);
     REQUIRE(SystemDialogBecomesActive());
@@ -20,13 +20,13 @@ void PickFile(const std::string& title, const std::filesystem::path& path) {
 }
 
 void ResetLink(DesktopFixture& desktop) {
-    OnUi([&] { desktop.engine->Post([&app = *desktop.engine] { app.EndOfServe(); }); });
+    desktop.engine->ResetLink();
     REQUIRE(Becomes([&] { return desktop.Panel().sendFile->IsShown() && desktop.Panel().receiveFile->IsShown(); }));
 }
 
 }
 
-TEST_CASE("a file is sent and received by hand, each with its dialog beside the window") {
+TEST_CASE("TransferEndDialog: a file that is sent or received by hand has its dialog beside the window") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.folder.WriteFile("NC/part.tap", "G01 X1\r\n");
@@ -59,11 +59,11 @@ TEST_CASE("a file is sent and received by hand, each with its dialog beside the 
     CHECK(desktop.StatusBecomes("Upload Completed " + target + " - 0 bytes in file."));
     CHECK(desktop.folder.ReadFile("NC/arrived.tap").empty());
     REQUIRE(desktop.Close());
-    // The extension of the files is the one of the next.
+    // The settings keep the extension of the picked files.
     CHECK(desktop.folder.ReadFile("LASER.INI").find(std::string("t\0a\0p", 5)) != std::string::npos);
 }
 
-TEST_CASE("a transfer that ends by itself takes its dialog with it") {
+TEST_CASE("TransferEndDialog: the dialog is hidden when the transfer ends by itself") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -71,12 +71,12 @@ TEST_CASE("a transfer that ends by itself takes its dialog with it") {
     Click(desktop.Panel().receiveFile);
     PickFile("Save NC file as", desktop.folder / "NC/kept.nc");
     REQUIRE(WindowTitled("Receiving NC File") != nullptr);
-    desktop.engine->Post([&app = *desktop.engine] { app.EndOfServe(); });
+    desktop.engine->ResetLink();
     CHECK(BecomesHidden("Receiving NC File"));
     CHECK(Becomes([&] { return desktop.Panel().receiveFile->IsEnabled(); }));
 }
 
-TEST_CASE("the log switch asks for a file, and is off again without one") {
+TEST_CASE("MainWindow: the log switch asks for a file, and is off again without one") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -96,7 +96,7 @@ TEST_CASE("the log switch asks for a file, and is off again without one") {
     CHECK(log.find("End of Logging") != std::string::npos);
 }
 
-TEST_CASE("a message box has the buttons of its style, answers as they are numbered and can be suppressed") {
+TEST_CASE("CustomMessage: a box has the buttons of its style and returns their answers") {
     struct Case {
         unsigned style;
         const char* buttons;
@@ -144,7 +144,7 @@ TEST_CASE("a message box has the buttons of its style, answers as they are numbe
     }
 }
 
-TEST_CASE("no two controls of a window share a key, and the keyboard reaches every control") {
+TEST_CASE("MainPanel: no two controls share a key, and the keyboard reaches each control") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -185,7 +185,7 @@ TEST_CASE("no two controls of a window share a key, and the keyboard reaches eve
     CHECK(OnUi([&] { return sharedKeys(settings); }) == "");
 }
 
-TEST_CASE("help opens at the page that fits the window in front") {
+TEST_CASE("HelpBook: F1 opens the page that fits the active window") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -203,7 +203,7 @@ TEST_CASE("help opens at the page that fits the window in front") {
     CHECK(WindowTitled("Settings") != nullptr);
 }
 
-TEST_CASE("a window comes back where it was left, but never where nobody can reach it") {
+TEST_CASE("WindowPlacement: a window comes back to its place, unless a user could not reach it there") {
     TemporaryFolder folder;
     ::setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
     DesktopFixture desktop;
@@ -215,7 +215,7 @@ TEST_CASE("a window comes back where it was left, but never where nobody can rea
     const wxSize leftClient = OnUi([&] { return desktop.window->GetClientSize(); });
     REQUIRE(desktop.Close());
     desktop.Start();
-    // What a window manager puts around a window may be taken off its place.
+    // Some window managers move a window by the size of its frame.
     CHECK(Becomes([&] {
         const wxRect place = desktop.window->GetRect();
         const wxPoint off = place.GetPosition() - left.GetPosition();

@@ -13,7 +13,7 @@ Control* Named(wxWindow* dialog, const std::string& name) {
     return OnUi([&] { return dynamic_cast<Control*>(wxWindow::FindWindowByName(name, dialog)); });
 }
 
-// As a user does with the keyboard, who hears of it as an event.
+// Selects the entry and sends the event of a choice by the user.
 void Choose(wxWindow* dialog, const std::string& list, const std::string& entry) {
     auto* choice = Named<wxChoice>(dialog, list);
     REQUIRE(choice != nullptr);
@@ -36,7 +36,7 @@ wxTopLevelWindow* OpenSettings(DesktopFixture& desktop) {
 
 }
 
-TEST_CASE("a file goes out while the settings are open, and settings are changed while the line is in use") {
+TEST_CASE("SettingsDialog: a transfer goes on while the dialog is open, and settings change while the line is in use") {
     DesktopFixture desktop;
     std::string program;
     for (int number = 0; number < 1000; ++number)
@@ -44,7 +44,7 @@ TEST_CASE("a file goes out while the settings are open, and settings are changed
     desktop.folder.WriteFile("NC/200.nc", program);
     const std::string file = (desktop.folder / "NC/200.nc").string();
     std::vector<std::string> commands = {"--delay", "5", "check", "200", file};
-    // More than will be needed.
+    // More link tests than the test case takes.
     commands.insert(commands.end(), 10000, "test");
     auto& controller = desktop.RunController(commands);
     REQUIRE(Becomes([&] { return std::filesystem::exists(desktop.folder / "line"); }));
@@ -65,7 +65,7 @@ TEST_CASE("a file goes out while the settings are open, and settings are changed
     CHECK(controller.Output().find("FAILED") == std::string::npos);
 }
 
-TEST_CASE("a dialog that is cancelled changes nothing, but for what was browsed for") {
+TEST_CASE("SettingsDialog: a cancelled dialog changes nothing but the folder that was browsed for") {
     DesktopFixture desktop;
     desktop.Connect();
     std::filesystem::create_directory(desktop.folder / "Arrivals");
@@ -93,7 +93,7 @@ TEST_CASE("a dialog that is cancelled changes nothing, but for what was browsed 
           chosen + "/");
 }
 
-TEST_CASE("a field that is wrong says so and keeps the dialog open, and what depends on a switch follows it") {
+TEST_CASE("SettingsDialog: a wrong field says so and keeps the dialog open, and fields follow their switches") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -119,7 +119,7 @@ TEST_CASE("a field that is wrong says so and keeps the dialog open, and what dep
     CHECK(desktop.folder.ReadFile("LASER.INI").find(std::string("n\0o\0w\0h", 7)) == std::string::npos);
 }
 
-TEST_CASE("a handshake switch sets up the port at once") {
+TEST_CASE("MainWindow: a handshake switch sets up the port at once") {
     DesktopFixture desktop("[Port Settings]\nflow control=Combined\ntransmit delay=0\n");
     desktop.Connect();
     desktop.Start();

@@ -21,7 +21,7 @@ std::string LineOf(MainPanel& panel, std::uint64_t number) {
 
 }
 
-TEST_CASE("a download and an upload that the controller starts are shown from their beginning to their end") {
+TEST_CASE("MainWindow: a download and an upload are shown from their beginning to their end") {
     DesktopFixture desktop;
     const std::string program = NcFile(20);
     desktop.folder.WriteFile("NC/200.nc", program);
@@ -40,7 +40,7 @@ TEST_CASE("a download and an upload that the controller starts are shown from th
     std::string caption;
     Outlook outlook = Outlook::Idle;
     CHECK(Becomes([&] {
-        const double filled = desktop.Panel().progressBar->Filled();
+        const double filled = desktop.Panel().progressBar->FilledPart();
         wasBarPartlyFull = wasBarPartlyFull || (filled > 0.1 && filled < 0.9);
         wereBothLampsLit =
             wereBothLampsLit || (desktop.Panel().received->IsLit() && desktop.Panel().transmitted->IsLit());
@@ -62,7 +62,7 @@ TEST_CASE("a download and an upload that the controller starts are shown from th
     CHECK(desktop.folder.ReadFile("got.nc") == program);
     CHECK(desktop.folder.ReadFile("NC/100.nc") == program);
 
-    // What was asked and what was answered, each in its colour.
+    // Messages of the controller and answers of the program are lines of their own kind.
     CHECK(Becomes([&] {
         const TextLines& lines = desktop.Panel().monitor->Traffic().Lines();
         bool isAsked = false;
@@ -79,7 +79,7 @@ TEST_CASE("a download and an upload that the controller starts are shown from th
     }));
 }
 
-TEST_CASE("the view starts empty each time it is switched on while data flows, and costs nothing while it is off") {
+TEST_CASE("MonitorArea: the view starts empty each time, and no lines are made while it is off") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -93,7 +93,7 @@ TEST_CASE("the view starts empty each time it is switched on while data flows, a
     CHECK(Becomes([&] { return lineCount() > 0; }));
     CHECK(OnUi([&] { return LineOf(desktop.Panel(), desktop.Panel().monitor->Traffic().Lines().First()); }) ==
           "RX during[0d]");
-    // An answer is shown when it goes out, not when something follows it.
+    // An answer is shown when it goes out, without waiting for the next message.
     desktop.terminal->Write("ABTS \r");
     CHECK(Becomes([&] {
         const TextLines& lines = desktop.Panel().monitor->Traffic().Lines();
@@ -111,7 +111,7 @@ TEST_CASE("the view starts empty each time it is switched on while data flows, a
           "RX again[0d]");
 }
 
-TEST_CASE("an XOFF lights its lamp until the XON") {
+TEST_CASE("Lamp: an XOFF lights its lamp until the XON") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -121,7 +121,7 @@ TEST_CASE("an XOFF lights its lamp until the XON") {
     CHECK(Becomes([&] { return !desktop.Panel().xoffHold->IsLit(); }));
 }
 
-TEST_CASE("the test succeeds on a line that is joined and fails on one that is not") {
+TEST_CASE("MainWindow: the loop-back test fails without a plug and succeeds with one") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
@@ -134,7 +134,7 @@ TEST_CASE("the test succeeds on a line that is joined and fails on one that is n
     CHECK(desktop.StatusBecomes("Local Loopback Test Success"));
 }
 
-TEST_CASE("a port that vanishes is told once, and its return is seen with the box still open") {
+TEST_CASE("MainWindow: a vanished port is told once, and its return is shown while the box is open") {
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();

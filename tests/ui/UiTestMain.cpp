@@ -1,4 +1,4 @@
-// The toolkit's loop runs on the main thread as in the program; the tests are the user, on a thread of their own.
+// The toolkit's loop runs on the main thread, as in the program. The tests act as the user on a thread of their own.
 #define DOCTEST_CONFIG_IMPLEMENT
 #include "ui/Wx.h"
 
@@ -12,12 +12,12 @@
 
 namespace {
 
-std::atomic<int> doubts = 0;
+std::atomic<int> failedAsserts = 0;
 
-// A box would wait for an answer that nobody gives.
-void CountDoubt(const wxString& file, int line, const wxString& function, const wxString& condition,
-                const wxString& message) {
-    ++doubts;
+// In place of the toolkit's box, which would wait for an answer.
+void CountFailedAssert(const wxString& file, int line, const wxString& function, const wxString& condition,
+                       const wxString& message) {
+    ++failedAsserts;
     std::cerr << file << ":" << line << ": " << function << ": " << condition << ": " << message << std::endl;
 }
 
@@ -36,7 +36,7 @@ public:
         });
         MainLoop();
         user.join();
-        return failures + doubts;
+        return failures + failedAsserts;
     }
 
 private:
@@ -52,7 +52,7 @@ int main(int argumentCount, char** arguments) {
     });
     if (isListing)
         return context.run();
-    wxSetAssertHandler(CountDoubt);
+    wxSetAssertHandler(CountFailedAssert);
     wxApp::SetInstance(new TestApp(context));
     int toolkitArgumentCount = 1;
     return wxEntry(toolkitArgumentCount, arguments);

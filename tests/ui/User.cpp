@@ -18,7 +18,7 @@ constexpr auto pollPeriod = 5ms;
 
 std::function<wxWindow*()> systemDialog;
 
-// The system's own dialogs keep what they were told to show for themselves.
+// Dialogs of the system keep their title in a field of their own.
 std::string TitleOf(const wxTopLevelWindow& window) {
     if (const auto* file = dynamic_cast<const wxFileDialog*>(&window))
         return file->GetMessage().utf8_string();
@@ -29,7 +29,7 @@ std::string TitleOf(const wxTopLevelWindow& window) {
 
 wxTopLevelWindow* FindShown(const std::string& title) {
     std::vector<wxWindow*> windows(wxTopLevelWindows.begin(), wxTopLevelWindows.end());
-    // The toolkit lists the system's dialogs nowhere.
+    // The toolkit's list of windows leaves out dialogs of the system.
     if (wxWindow* dialog = systemDialog ? systemDialog() : nullptr)
         windows.push_back(dialog);
     for (wxWindow* window : windows) {
@@ -77,17 +77,17 @@ std::vector<wxWindow*> WindowsIn(wxWindow* window) {
 
 void Click(wxWindow* window) {
     REQUIRE(window != nullptr);
-    // A window that is active has been put where it stays.
+    // The window manager has placed a window when it becomes active.
     auto* top = dynamic_cast<wxTopLevelWindow*>(OnUi([window] { return wxGetTopLevelParent(window); }));
     REQUIRE(top != nullptr);
     if (!Becomes([top] { return top->IsActive(); }, 1s))
         OnUi([top] { top->Raise(); });
     REQUIRE(Becomes([window, top] { return top->IsActive() && window->IsShownOnScreen() && window->IsEnabled(); }));
-    // The pointer first: a press without its arrival may go to what was there before.
-    // And at rest: a window that has just changed may still be on its way to its new size.
+    // Waits until the pointer has arrived, or the click may go to the window below. Waits until the target rests too: a
+    // window that has just changed may still be moving to its new size.
     wxPoint target;
     REQUIRE(Becomes([window, &target] {
-        // By the parent's reckoning: a control that reads from right to left counts from its right edge.
+        // In coordinates of the parent: a control with a right-to-left layout counts from its right edge.
         const wxPoint corner = window->GetParent()->ClientToScreen(window->GetPosition());
         const wxPoint before = std::exchange(target, corner + window->GetSize() / 2);
         wxUIActionSimulator().MouseMove(target.x, target.y);
@@ -101,7 +101,7 @@ void PressKey(int key, int modifiers) {
 }
 
 void Type(const std::string& text) {
-    // The toolkit's own way knows few characters.
+    // The simulator of the toolkit can type few characters only.
     REQUIRE(std::system(("xdotool type --delay 1 '" + text + "'").c_str()) == 0);
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// What a user can do to the windows of this process, and see of them. For the thread of the tests.
+// Acts as the user of the windows of this process. For the thread of the tests, unless a comment says otherwise.
 
 #include "ui/Wx.h"
 
@@ -17,7 +17,7 @@ namespace tarvin::test {
 
 inline constexpr std::chrono::seconds patience{20};
 
-// Runs `call` on the user-interface thread and returns what it returns. Fails the test if the windows do not answer.
+// Runs `call` on the user-interface thread and returns its result. Fails the test if that thread does not answer.
 template <typename Call>
 auto OnUi(Call call) {
     using Result = std::invoke_result_t<Call>;
@@ -28,30 +28,31 @@ auto OnUi(Call call) {
     return result.get();
 }
 
-// True once the condition, which is asked on the user-interface thread, holds; false if the time is up.
+// Waits until the condition holds, which is evaluated on the user-interface thread. False after the time limit.
 bool Becomes(const std::function<bool()>& condition, std::chrono::milliseconds longest = patience);
 
-// With the mouse, into the middle of the window. Fails the test if it is not there to be clicked.
+// Clicks the middle of the window with the mouse. Fails the test if the window is hidden or disabled.
 void Click(wxWindow* window);
 void PressKey(int key, int modifiers = wxMOD_NONE);
 void Type(const std::string& text);
 
-// Where a dialog of the system is found, if one is open.
+// `find` returns the open dialog of the system, or null.
 void FindSystemDialogBy(std::function<wxWindow*()> find);
-// True once the keyboard belongs to it.
+// Waits until the dialog of the system has the keyboard. False after the time limit.
 bool SystemDialogBecomesActive();
-// The top-level window with this title that is shown; null if there is none within a while.
+// The visible top-level window with this title. Waits for it; null after the time limit.
 wxTopLevelWindow* WindowTitled(const std::string& title);
 wxTopLevelWindow* WindowTitledOneOf(const std::vector<std::string>& titles);
 bool BecomesHidden(const std::string& title, std::chrono::milliseconds longest = patience);
-// A dialog of the system may take its first keys for something else: for the end of a list of completions, say.
+// Presses the key until the window is hidden: a dialog of the system may use the first key otherwise, for example to
+// close a list of completions.
 void PressUntilHidden(int key, const std::string& title);
-// A button of the window by its visible caption; null if it has none.
+// The visible button of the window with this caption, or null.
 wxWindow* ButtonIn(wxWindow* window, const std::string& caption);
-// All that is written in the window.
+// The labels of all controls in the window.
 std::string TextIn(wxWindow* window);
 
-// All windows below `window`, itself included. User-interface thread.
+// The window and all windows in it. User-interface thread.
 std::vector<wxWindow*> WindowsIn(wxWindow* window);
 
 }

@@ -1,6 +1,6 @@
 #pragma once
-// The monitor area: two panes that fill it, of which one is visible, the traffic of the line or a picture of the
-// connection. Knows nothing of the engine. User-interface thread.
+// The monitor area of the main window: shows either the traffic of the line or a picture of the connection.
+// User-interface thread.
 
 #include "ui/TextPane.h"
 #include "ui/Wx.h"
@@ -10,16 +10,16 @@
 
 namespace tarvin {
 
-class Monitor : public wxPanel {
+class MonitorArea : public wxPanel {
 public:
-    Monitor(wxWindow* parent, const wxSize& size);
+    MonitorArea(wxWindow* parent, const wxSize& size);
 
     void ShowTraffic(bool isTraffic);
     bool IsTrafficShown() const { return traffic->IsShown(); }
     TextPane& Traffic() { return *traffic; }
     wxWindow& PicturePane() { return *picturePane; }
 
-    // A file of src/ui/pictures; none removes the picture.
+    // The name of a file of src/ui/pictures. An empty name removes the picture.
     void SetPicture(std::string_view name);
     const std::string& PictureName() const { return pictureName; }
 

@@ -1,4 +1,4 @@
-#include "ui/Monitor.h"
+#include "ui/MonitorArea.h"
 
 #include "ui/Pictures.h"
 
@@ -11,44 +11,44 @@ namespace tarvin {
 
 namespace {
 
-const wxSize pictureSize(598, 393);
+const wxSize pictureSize(598, 393); // of the drawings, for their proportions
 
 }
 
-Monitor::Monitor(wxWindow* parent, const wxSize& size)
+MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, size, wxBORDER_SUNKEN | wxTAB_TRAVERSAL, "monitor") {
     SetMinSize(size);
     traffic = new TextPane(this);
     traffic->Hide();
     picturePane = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
     picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
-    picturePane->Bind(wxEVT_PAINT, &Monitor::PaintPicture, this);
+    picturePane->Bind(wxEVT_PAINT, &MonitorArea::PaintPicture, this);
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(traffic, wxSizerFlags(1).Expand());
     fill->Add(picturePane, wxSizerFlags(1).Expand());
     SetSizer(fill);
 }
 
-void Monitor::ShowTraffic(bool isTraffic) {
+void MonitorArea::ShowTraffic(bool isTraffic) {
     traffic->Show(isTraffic);
     picturePane->Show(!isTraffic);
     Layout();
 }
 
-void Monitor::SetPicture(std::string_view name) {
+void MonitorArea::SetPicture(std::string_view name) {
     if (name == pictureName)
         return;
     pictureName = name;
     picturePane->Refresh(false);
 }
 
-void Monitor::PaintPicture(wxPaintEvent&) {
+void MonitorArea::PaintPicture(wxPaintEvent&) {
     wxAutoBufferedPaintDC dc(picturePane);
     dc.SetBackground(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     dc.Clear();
     if (pictureName.empty())
         return;
-    // As large as the pane allows, without distortion, in its middle; in pixels of the screen, so that it is sharp.
+    // As large as the pane allows without distortion, in its middle, and rendered in pixels of the screen to be sharp.
     const wxSize room = picturePane->GetClientSize();
     const double scale = std::min(static_cast<double>(room.GetWidth()) / pictureSize.GetWidth(),
                                   static_cast<double>(room.GetHeight()) / pictureSize.GetHeight());

@@ -1,9 +1,9 @@
-#include "ui/UiText.h"
+#include "ui/Wx.h"
 
 namespace tarvin {
 
 wxString ToWx(KelTextView text) {
-    // A lone surrogate stands for a byte that is no character; nobody can show it.
+    // ToCharacters replaces a lone surrogate, which stands for a byte that is no character and cannot be shown.
     wxString result;
     result.reserve(text.size());
     for (const char32_t character : ToCharacters(text))

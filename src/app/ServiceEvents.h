@@ -1,0 +1,30 @@
+#pragma once
+// Prints the events of an engine that has no window: each new link or status is a line of output, and a message box is
+// answered without a user.
+
+#include "app/ServiceOutput.h"
+#include "engine/EngineEvents.h"
+#include "messages/AppInterface.h"
+
+namespace tarvin {
+
+class ServiceEvents : public EngineEvents {
+public:
+    // `app` is unattended. Both outlive the engine.
+    ServiceEvents(ServiceOutput& output, AppInterface& app);
+
+    void SnapshotChanged(const EngineSnapshot& snapshot) override;
+    // The traffic queue stays off: a service shows no trace.
+    void TrafficArrived() override {}
+    void ShowMessage(const MessageBoxText& box) override { app.AnswerWithoutUser(box); }
+    void DrawAttention() override {}
+    void SettingsChanged(const DownloadSettings&) override {}
+
+private:
+    ServiceOutput& output;
+    AppInterface& app;
+    KelText printedStatus;
+    KelText printedLink;
+};
+
+}

@@ -1,0 +1,283 @@
+#pragma once
+// Every text of ours that the program shows to a user, once. Usage texts stand with the command line of their program,
+// and the captions of the line settings' lists with their values, because settings files hold them.
+//
+// Where a text has parts that change, %1 to %9 stand for them, see Filled. An ampersand in a label marks its key.
+
+#include "base/KelText.h"
+
+#include <initializer_list>
+
+namespace tarvin {
+
+// The text with `values` in place of %1, %2 ... A value is taken as it is: a percent sign in it stands for itself.
+// A place without a value stays as it is.
+KelText Filled(KelTextView text, std::initializer_list<KelTextView> values);
+
+namespace text {
+
+// Message boxes: captions and texts.
+namespace box {
+inline constexpr char16_t errorCaption[] = u"Error";
+inline constexpr char16_t problemCaption[] = u"Problem";
+inline constexpr char16_t badSettingsCaption[] = u"Warning: Bad INI file load";
+inline constexpr char16_t badSettings[] = u"Possible loss of settings";
+inline constexpr char16_t badDictionary[] = u"Error Opening Specified Dictionary\n%1";
+inline constexpr char16_t noHelpBook[] = u"The help book comshelp.htb is missing or damaged.";
+inline constexpr char16_t notAscii[] = u"Not a valid ASCII file.";
+inline constexpr char16_t cannotWriteLog[] = u"Unable to write to log file";
+}
+
+// The steps in which a port is used. A box about a failed step has the step's name as its caption, and the port's name
+// and the reason as its text.
+namespace portStep {
+inline constexpr char16_t closePrevious[] = u"Close Previous Connection";
+inline constexpr char16_t open[] = u"Open Comm";
+inline constexpr char16_t setQueueSizes[] = u"Set Comm Buffer Sizes";
+inline constexpr char16_t fetchState[] = u"Get Comm State";
+inline constexpr char16_t applyMode[] = u"Update Comm State";
+inline constexpr char16_t commitState[] = u"Set Comm State";
+inline constexpr char16_t setTimeouts[] = u"Setup_Timeouts";
+inline constexpr char16_t checkStatus[] = u"Comms Status Check";
+inline constexpr char16_t read[] = u"Read Data";
+inline constexpr char16_t write[] = u"Write Data";
+}
+
+// Reasons of ours for a failed step. All others are the system's own words.
+namespace portReason {
+inline constexpr char16_t noDevice[] = u"The section PORTS of KEL.INI names no device for this port.";
+inline constexpr char16_t unsupportedMode[] = u"Unsupported line settings: %1";
+inline constexpr char16_t notInGroup[] =
+    u"%1. %2 belongs to the group %3; whoever runs the program has to be a member of it.";
+}
+
+// The start of a program: told on standard error.
+namespace start {
+inline constexpr char16_t noInstallation[] =
+    u"No installation of TarvinDL was found: no folder with a readable KEL.INI.";
+inline constexpr char16_t noProgramPaths[] =
+    u"Unable to locate Program Paths in %1: KEL.INI there has no section PROGRAM PATHS.";
+}
+
+// Reports: written to the debug log.
+namespace report {
+inline constexpr char16_t suppressedListDamaged[] = u"Not every line of the list of suppressed messages is a number";
+inline constexpr char16_t suppressedListUnreadable[] = u"The list of suppressed messages cannot be read";
+inline constexpr char16_t suppressedListUnwritten[] = u"The list of suppressed messages cannot be written";
+}
+
+// Status texts. %1 is the file, unless a comment says something else.
+namespace status {
+inline constexpr char16_t noLink[] = u"No Link";
+inline constexpr char16_t waiting[] = u"Waiting...";
+inline constexpr char16_t linkTest[] = u"Loop Back Test";
+inline constexpr char16_t directoryListing[] = u"Directory Listing";
+inline constexpr char16_t controllerOption[] = u"NC Controller Option";
+inline constexpr char16_t downloadWaiting[] = u"Download Waiting For Controller";
+inline constexpr char16_t downloadRequested[] = u"Download Request Received";
+inline constexpr char16_t uploadRequested[] = u"Upload Request Received";
+inline constexpr char16_t downloadPreparation[] = u"Download Preparation";
+inline constexpr char16_t downloadCouldNotOpen[] = u"Download could not open/read from %1";
+inline constexpr char16_t uploadCouldNotOpen[] = u"Upload could not open/write to %1";
+inline constexpr char16_t uploadPreparation[] = u"Upload Preparation";
+inline constexpr char16_t downloading[] = u"Downloading %1 - %2 of %3 bytes sent.";
+inline constexpr char16_t uploading[] = u"Uploading %1 - %2 bytes received.";
+inline constexpr char16_t downloadErrors[] = u"Download Error(s) %1";
+inline constexpr char16_t uploadErrors[] = u"Upload Error(s) %1";
+inline constexpr char16_t downloadCancelled[] = u"Download Cancelled %1";
+inline constexpr char16_t uploadCancelled[] = u"Upload Cancelled %1";
+inline constexpr char16_t downloadCompleted[] = u"Download Completed %1 - %2 bytes";
+inline constexpr char16_t uploadCompleted[] = u"Upload Completed %1 - %2 bytes in file.";
+inline constexpr char16_t autoloadCutting[] = u"Autoload Cutting %1";
+inline constexpr char16_t loopbackFailure[] = u"Local Loopback Test Failure";
+inline constexpr char16_t loopbackSuccess[] = u"Local Loopback Test Success";
+inline constexpr char16_t directoryError[] = u"Directory Listing: Error";
+inline constexpr char16_t overrun[] = u"Over Run Error! Data loss has occurred!";
+inline constexpr char16_t unexpectedError[] = u"Unexpected error %1";
+inline constexpr char16_t fileFormatError[] = u"File format error %1";
+inline constexpr char16_t itemNotFound[] = u"Item not found error %1";
+// Below, %1 is this station and %2 the other one.
+inline constexpr char16_t serverCannotFindClient[] = u"Server: %1 cannot find DNC Client";
+inline constexpr char16_t clientCannotFindServer[] = u"Client: %1 cannot find DNC Server";
+inline constexpr char16_t serverFoundClient[] = u"Server: %1 has found DNC Client: %2";
+inline constexpr char16_t clientFoundServer[] = u"Client: %1 has found DNC Server: %2";
+inline constexpr char16_t secondClient[] = u"Configuration Error! Client: %1 has found 2nd DNC Client: %2!";
+inline constexpr char16_t secondServer[] = u"Configuration Error! Server has found 2nd DNC Server!";
+inline constexpr char16_t serverChecksList[] = u"Server: %1 Checking NC File List";
+inline constexpr char16_t clientRequestsList[] = u"Client: %1 Requesting File List from Server: %2";
+inline constexpr char16_t fileListCompare[] = u"Client: %1 Comparing NC File Lists";
+inline constexpr char16_t fileRequest[] = u"Client: %1 Requesting NC File";
+inline constexpr char16_t synchronisationCompleted[] = u"Client: %1 NC File Synchronisation Completed";
+}
+
+// Lines of the trace and of the comms log that stand for no bytes.
+namespace trace {
+inline constexpr char startOfLogging[] = "Start of logging";
+inline constexpr char endOfLogging[] = "End of Logging";
+inline constexpr char programEnd[] = "Application Terminated";
+inline constexpr char16_t downloadDelayed[] = u"Download delayed for %1 second(s).";
+inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
+}
+
+// Lines that the service prints.
+namespace service {
+inline constexpr char16_t programEnd[] = u"Application Terminated";
+inline constexpr char16_t linesNotPrinted[] = u"... %1 lines not printed ...";
+}
+
+// What the settings dialog says about a setting.
+namespace setting {
+inline constexpr char16_t folderNeeded[] = u"A folder is needed here.";
+inline constexpr char16_t folderMissing[] = u"This folder does not exist.";
+inline constexpr char16_t notFolder[] = u"This is not a folder.";
+inline constexpr char16_t badExtension[] =
+    u"An extension cannot hold / \\ : * ? \" < > | or end with a dot or a blank.";
+inline constexpr char16_t logFileNeeded[] = u"A file is needed here as long as the log is written.";
+inline constexpr char16_t logFileIsFolder[] = u"This is a folder; a file is needed.";
+inline constexpr char16_t logFolderMissing[] = u"The folder of this file does not exist.";
+inline constexpr char16_t mayStay[] = u"%1 Press OK once more to keep it.";
+inline constexpr char16_t oneAndAHalfStopBits[] =
+    u"With 7 or 8 data bits most ports refuse 1.5 stop bits, and Linux has none.";
+inline constexpr char16_t noDeviceKnown[] = u"no device known";
+}
+
+// Captions of windows and dialogs, those of the system's dialogs included. The caption of the main window is the
+// engine's.
+namespace caption {
+inline constexpr char16_t noLink[] = u"%1 - No Link";
+inline constexpr char16_t downloadSettings[] = u"Download Settings";
+inline constexpr char16_t sendingFile[] = u"Sending NC File";
+inline constexpr char16_t receivingFile[] = u"Receiving NC File";
+inline constexpr char16_t openNcFile[] = u"Open NC file";
+inline constexpr char16_t saveNcFile[] = u"Save NC file as";
+inline constexpr char16_t saveLogFile[] = u"Save Log File As";
+inline constexpr char16_t uploadPath[] = u"Upload Path";
+inline constexpr char16_t downloadPath[] = u"Download Path";
+}
+
+// The main window: captions of its controls.
+namespace label {
+inline constexpr char16_t status[] = u"Status";
+inline constexpr char16_t received[] = u"Rx";
+inline constexpr char16_t transmitted[] = u"Tx";
+inline constexpr char16_t log[] = u"&Log";
+inline constexpr char16_t view[] = u"&View";
+inline constexpr char16_t help[] = u"&Help";
+inline constexpr char16_t changeSettings[] = u"Change S&ettings";
+inline constexpr char16_t sendFile[] = u"&Send File";
+inline constexpr char16_t test[] = u"&Test";
+inline constexpr char16_t receiveFile[] = u"&Receive File";
+inline constexpr char16_t close[] = u"&Close";
+inline constexpr char16_t ctsHandshake[] = u"CTS handshake";
+inline constexpr char16_t dsrHandshake[] = u"DSR handshake";
+inline constexpr char16_t ctsHold[] = u"CTS H&old";
+inline constexpr char16_t dsrHold[] = u"&DSR Hold";
+inline constexpr char16_t rlsHold[] = u"RLS Hold";
+inline constexpr char16_t xoffHold[] = u"XOff Hold";
+inline constexpr char16_t xoffSent[] = u"XOff Sent";
+}
+
+// The main window: tips.
+namespace tip {
+inline constexpr char16_t received[] = u"Lit while characters arrive";
+inline constexpr char16_t transmitted[] = u"Lit while characters are sent";
+inline constexpr char16_t log[] = u"Write all that crosses the line to a log file";
+inline constexpr char16_t view[] = u"Show the traffic on the line in place of the picture";
+inline constexpr char16_t help[] = u"Open the help book (F1 opens it at the page that fits)";
+inline constexpr char16_t changeSettings[] = u"Port, folders, log and control characters";
+inline constexpr char16_t sendFile[] = u"Send an NC file to the controller";
+inline constexpr char16_t test[] = u"Send a message to a plug that joins transmit and receive";
+inline constexpr char16_t receiveFile[] = u"Receive an NC file from the controller";
+inline constexpr char16_t close[] = u"Close the program";
+inline constexpr char16_t ctsHandshake[] = u"Heed CTS and steer RTS, with hardware flow control (Alt+O)";
+inline constexpr char16_t dsrHandshake[] = u"Heed DSR and steer DTR, with hardware flow control (Alt+D)";
+inline constexpr char16_t ctsHold[] = u"Red while sending waits for the controller's CTS";
+inline constexpr char16_t dsrHold[] = u"Red while sending waits for the controller's DSR";
+inline constexpr char16_t rlsHold[] = u"Red while sending waits for the carrier signal";
+inline constexpr char16_t xoffHold[] = u"Red while the controller has stopped the line with XOFF";
+inline constexpr char16_t xoffSent[] = u"Red while the line is stopped because XOFF was sent";
+// %1 is the caption of the lamp and %2 its tip.
+inline constexpr char16_t lampOn[] = u"%1: on. %2";
+inline constexpr char16_t lampOff[] = u"%1: off. %2";
+inline constexpr char16_t progress[] = u"%1 % of the file is done";
+inline constexpr char16_t version[] = u"TarvinDL %1\n%2";
+}
+
+// The menu of the main window. A key stands behind the tab.
+namespace menu {
+inline constexpr char16_t copy[] = u"&Copy\tCtrl+C";
+inline constexpr char16_t selectAll[] = u"Select &All\tCtrl+A";
+inline constexpr char16_t clear[] = u"C&lear";
+inline constexpr char16_t followEnd[] = u"&Follow the End\tEnd";
+inline constexpr char16_t resetLink[] = u"&Reset Link";
+inline constexpr char16_t xoffTest[] = u"&XOFF/XON Test";
+}
+
+// Dialogs: their groups, labels, buttons, tips and file filters.
+namespace dialog {
+inline constexpr char16_t ok[] = u"OK";
+inline constexpr char16_t cancel[] = u"Cancel";
+inline constexpr char16_t help[] = u"&Help";
+inline constexpr char16_t browse[] = u"...";
+inline constexpr char16_t cancelDownload[] = u"&Cancel";
+inline constexpr char16_t cancelUpload[] = u"C&ancel";
+inline constexpr char16_t completeUpload[] = u"&Complete";
+inline constexpr char16_t lineGroup[] = u"Settings";
+inline constexpr char16_t port[] = u"&Port";
+inline constexpr char16_t baudRate[] = u"&Baud Rate";
+inline constexpr char16_t parity[] = u"P&arity";
+inline constexpr char16_t dataBits[] = u"&Data Bits";
+inline constexpr char16_t stopBits[] = u"&Stop Bits";
+inline constexpr char16_t flowControl[] = u"&Flow Control";
+inline constexpr char16_t characterGroup[] = u"Control Characters";
+inline constexpr char16_t sendStartCode[] = u"Send Code to Start Trans&mission";
+inline constexpr char16_t startCharacter[] = u"Character sent at the start of a transmission";
+inline constexpr char16_t sendEndCode[] = u"Send Code to End Transm&ission";
+inline constexpr char16_t endCharacter[] = u"Character sent at the end of a transmission";
+inline constexpr char16_t filesGroup[] = u"Files";
+inline constexpr char16_t uploadPath[] = u"&Upload Path";
+inline constexpr char16_t browseUploadPath[] = u"Browse for the upload folder";
+inline constexpr char16_t downloadPath[] = u"Do&wnload Path";
+inline constexpr char16_t browseDownloadPath[] = u"Browse for the download folder";
+inline constexpr char16_t fileExtension[] = u"File &Extension";
+inline constexpr char16_t logGroup[] = u"Activity Log";
+inline constexpr char16_t logFile[] = u"&Log File";
+inline constexpr char16_t browseLogFile[] = u"Browse for the log file";
+inline constexpr char16_t writeLog[] = u"W&rite Log File";
+inline constexpr char16_t delayGroup[] = u"Delays";
+inline constexpr char16_t characterDelay[] = u"Character Dela&y (milliseconds)";
+inline constexpr char16_t lineDelay[] = u"Li&ne Delay (milliseconds)";
+inline constexpr char16_t transmitDelay[] = u"&Transmit Delay (Seconds)";
+inline constexpr char16_t allFiles[] = u"All Files (*.*)";
+inline constexpr char16_t ncFiles[] = u"NC files";
+inline constexpr char16_t logFiles[] = u"Log files";
+inline constexpr char16_t filesWithExtension[] = u"%1 (*.%2)";
+inline constexpr char16_t activityLogFilters[] = u"Text files (*.txt|*.txt|All Files (*.*)|*.*";
+}
+
+// Texts that the program looks up in the dictionary by their number, and shows in English without one.
+namespace dictionary {
+struct NumberedText {
+    std::int32_t id;
+    const char16_t* english;
+};
+inline constexpr NumberedText ok = {47, u"Ok"};
+inline constexpr NumberedText cancel = {48, u"Cancel"};
+inline constexpr NumberedText no = {65, u"No"};
+inline constexpr NumberedText yes = {66, u"Yes"};
+inline constexpr NumberedText warning = {274, u"Warning"};
+inline constexpr NumberedText problem = {290, u"Problem"};
+inline constexpr NumberedText ignore = {1492, u"Continue"};
+inline constexpr NumberedText close = {1786, u"Close"};
+inline constexpr NumberedText yesToAll = {3817, u"Yes to All"};
+inline constexpr NumberedText retry = {3909, u"Retry"};
+inline constexpr NumberedText noToAll = {3912, u"No to All"};
+inline constexpr NumberedText abort = {4550, u"Abort"};
+inline constexpr NumberedText dontShowAgain = {6069, u"Don't Show This Message Again"};
+inline constexpr NumberedText quit = {6144, u"Quit"};
+inline constexpr NumberedText all[] = {ok,    cancel,   no,    yes,     warning, problem,       ignore,
+                                       close, yesToAll, retry, noToAll, abort,   dontShowAgain, quit};
+}
+}
+
+}
