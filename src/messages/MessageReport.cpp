@@ -15,6 +15,7 @@ KelText LevelName(std::int32_t level) {
 
 }
 
+// Texts begin with their line end: the log of a run begins with an empty line, and its last line stays open.
 std::vector<KelText> ReportTexts(const MessageReport& report) {
     const KelText rule = u"\n----------------";
     std::vector<KelText> texts = {

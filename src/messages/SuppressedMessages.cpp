@@ -86,6 +86,7 @@ bool SuppressedMessages::Contains(std::int32_t id) const {
 }
 
 bool SuppressedMessages::Add(std::int32_t id) {
+    // Another program may have added numbers since the last Read.
     const bool isReadable = Read() != Content::Unreadable;
     std::string content;
     {

@@ -42,6 +42,7 @@ bool FieldMessage::Say(const wxString& words) {
         return false;
     text->SetLabel(wxControl::EscapeMnemonics(words));
     text->Wrap(text->ConvertDialogToPixels(wxSize(widestLine, 0)).GetWidth());
+    // Hidden items take no room in a sizer.
     line->ShowItems(shallShow);
     return true;
 }

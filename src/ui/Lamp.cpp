@@ -11,6 +11,7 @@ Lamp::Lamp(wxWindow* parent, std::string_view litPicture, const wxString& name, 
     Create(parent, wxID_ANY, unlit, wxDefaultPosition, size);
     SetMinSize(size);
     SetName(name);
+    // The user may change the theme while the program runs.
     Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
         MakePictures();
         SetBitmap(isLit ? lit : unlit);

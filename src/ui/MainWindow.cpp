@@ -47,6 +47,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(fill);
+    // Fonts differ: the window is at least as large as its controls need.
     const wxSize least = fill->GetMinSize();
     SetMinClientSize(least);
     wxSize size = panel->ConvertDialogToPixels(firstSize);
@@ -57,6 +58,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     MakeEndDialogs();
     BindControls();
     panel->monitor->SetPicture("connection.svg");
+    // Last: an event uses all of the above.
     events.Attach(*this);
 }
 
@@ -122,7 +124,7 @@ void MainWindow::OnSnapshotChanged() {
     panel->rlsHold->SetLit(holds.rlsd);
     panel->xoffHold->SetLit(holds.xoff);
     panel->xoffSent->SetLit(holds.xoffSent);
-    // The user has switched the log on, and its dialog still asks for the file: the engine knows nothing of it yet.
+    // The user has switched the log on, and its dialog still asks for the file: the engine is told later.
     if (isInputEnabled)
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
     uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
@@ -201,6 +203,7 @@ void MainWindow::OnLog() {
 void MainWindow::OnHandshake() {
     const bool heedsCts = panel->ctsSwitch->GetValue();
     const bool heedsDsr = panel->dsrSwitch->GetValue();
+    // The engine gets the change too, but the settings dialog may be opened before its answer.
     settings.ctsFlow = heedsCts ? 1 : 0;
     settings.dsrFlow = heedsDsr ? 1 : 0;
     engine.SetHandshakes(heedsCts, heedsDsr);
@@ -270,6 +273,7 @@ void MainWindow::ShowNextMessage() {
 }
 
 int MainWindow::ShowBox(const MessageBoxText& box) {
+    // In front of the dialog that is open, or the user could not reach the box.
     wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
     CustomMessage message(owner, box, [this] { OnHelp("messages.htm"); });
     modal.Run(message);
@@ -304,6 +308,7 @@ void MainWindow::OnCloseTimer() {
 }
 
 void MainWindow::OnClose(wxCloseEvent& event) {
+    // Called again by the timer until all dialogs have closed: the engine stops at the first call.
     if (!std::exchange(isClosing, true)) {
         trafficTimer.Stop();
         SavePlacement(*this, engine.MachineName());

@@ -40,6 +40,7 @@ int ModalLoop::Run(wxDialog& dialog) {
             loop.ScheduleExit();
     };
     dialog.Bind(wxEVT_SHOW, endLoop);
+    // For a dialog that is hidden without an answer.
     dialog.SetReturnCode(wxID_CANCEL);
     dialog.Show();
     dialog.Raise();
@@ -65,6 +66,7 @@ void ModalLoop::CloseAll() {
     CloseTop();
 }
 
+// Each dialog that closes lets Pop close the next one.
 void ModalLoop::CloseTop() {
     if (open.empty())
         return;

@@ -21,6 +21,7 @@ MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size)
     traffic = new TextPane(this);
     traffic->Hide();
     picturePane = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
+    // Needed for a buffered paint, which does not flicker.
     picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
     picturePane->Bind(wxEVT_PAINT, &MonitorArea::PaintPicture, this);
     auto* fill = new wxBoxSizer(wxVERTICAL);
@@ -36,6 +37,7 @@ void MonitorArea::ShowTraffic(bool isTraffic) {
 }
 
 void MonitorArea::SetPicture(std::string_view name) {
+    // Called with each snapshot.
     if (name == pictureName)
         return;
     pictureName = name;

@@ -24,6 +24,7 @@ std::optional<std::filesystem::path> Ask(wxWindow* parent, ModalLoop& loop, KelT
                                          const std::filesystem::path& initial, const wxString& filters, long style) {
     wxFileDialog dialog(parent, ToWx(title), ToWx(FromPath(initial.parent_path())), ToWx(FromPath(initial.filename())),
                         filters, style);
+    // Some systems confirm an empty name.
     if (loop.RunNative(dialog) != wxID_OK || dialog.GetPath().empty())
         return std::nullopt;
     return ToPath(FromWx(dialog.GetPath()));

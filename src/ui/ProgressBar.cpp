@@ -23,6 +23,7 @@ int ProgressBar::FilledWidth() const {
 
 void ProgressBar::SetProgress(std::int64_t position, std::int64_t range) {
     filled = range > 0 ? std::clamp(static_cast<double>(position) / static_cast<double>(range), 0.0, 1.0) : 0.0;
+    // Called with each snapshot: most of them move the bar by less than a pixel.
     if (FilledWidth() != paintedWidth)
         Refresh(false);
     const int percent = static_cast<int>(filled * 100);

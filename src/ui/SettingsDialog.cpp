@@ -225,6 +225,7 @@ wxStaticBoxSizer* SettingsDialog::AddLogGroup() {
 
 TextField& SettingsDialog::AddTextField(wxWindow* box, wxFlexGridSizer& grid, TextField::Description description,
                                         void (SettingsDialog::*browse)(TextField&)) {
+    // The handlers keep the place in the list: the field itself does not exist yet.
     const std::size_t place = fields.size();
     TextField::Handlers handlers;
     handlers.changed = [this, place] { FieldChanged(*fields[place]); };
@@ -240,6 +241,7 @@ wxCheckBox* SettingsDialog::AddCheckBox(wxWindow* box, KelTextView label, Number
     checkBox->SetName(wxControl::RemoveMnemonics(ToWx(label)));
     checkBox->SetValue(present.*setting != 0);
     writers.push_back([checkBox, setting](DownloadSettings& settings) {
+        // Another stored number than 0 or 1 stays unless the user clicks the box.
         if (checkBox->IsChecked() != (settings.*setting != 0))
             settings.*setting = checkBox->IsChecked() ? 1 : 0;
     });
@@ -329,6 +331,7 @@ void SettingsDialog::BrowseForLogFile(TextField& field) {
 void SettingsDialog::TakeBrowsed(TextField& field, const KelText& text) {
     if (text.empty())
         return;
+    // Takes effect even if the user cancels the dialog, so it goes into the given settings too.
     present.*field.Setting() = text;
     field.Show(text);
     FieldChanged(field);
@@ -336,6 +339,7 @@ void SettingsDialog::TakeBrowsed(TextField& field, const KelText& text) {
 }
 
 void SettingsDialog::FieldChanged(TextField& field) {
+    // A changed field is checked anew, as if the user had not seen its message.
     std::erase(told, field.Setting());
     if (field.Say({}))
         FitHeight();
@@ -348,6 +352,7 @@ void SettingsDialog::Confirm() {
     };
     if (std::none_of(problems.begin(), problems.end(), mustBeTold))
         return Finish(wxID_OK);
+    // A problem that may stay is told once; with OK pressed again it is accepted.
     told.clear();
     TextField* first = nullptr;
     for (const auto& field : fields) {
@@ -377,6 +382,7 @@ void SettingsDialog::FitHeight() {
 }
 
 void SettingsDialog::Finish(int result) {
+    // Either of the two ways to show the dialog may be in use.
     if (IsModal()) {
         EndModal(result);
     } else {

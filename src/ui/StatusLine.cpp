@@ -116,6 +116,7 @@ void StatusLine::FitText() {
     fittedText = shownText;
     const wxFont usual = GetFont();
     wxFont chosen = usual;
+    // The last scale stays for a text that is too long for the box.
     for (const double scale : fontScales) {
         chosen = usual.Scaled(static_cast<float>(scale));
         int textWidth = 0;

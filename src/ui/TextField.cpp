@@ -39,11 +39,13 @@ TextField::TextField(wxWindow* parent, wxFlexGridSizer& grid, const Description&
         browse->Bind(wxEVT_BUTTON, [ask = handlers.browse](wxCommandEvent&) { ask(); });
         grid.Add(browse, wxSizerFlags().CenterVertical().Border(wxTOP | wxBOTTOM, gap));
     }
+    // The second row of the grid: the message stands below the edit.
     grid.AddSpacer(0);
     grid.Add(message.Sizer(), wxSizerFlags().Expand().Border(wxBOTTOM, gap));
     grid.AddSpacer(0);
 }
 
+// Only a typed text is converted: a text as given stays to the code unit.
 KelText TextField::Value() const {
     auto [text, isNew] = bound.Value();
     return isNew ? description.asSetting(std::move(text)) : text;
@@ -51,6 +53,7 @@ KelText TextField::Value() const {
 
 void TextField::ShowValue() {
     const wxString value = ToWx(Value());
+    // ChangeValue sends no event, which would clear the message of this field.
     if (bound.Value().isNew && edit->GetValue() != value)
         edit->ChangeValue(value);
 }

@@ -10,6 +10,7 @@ namespace tarvin {
 
 namespace {
 
+// Tab stops count from the start of the line, so a text that extends it goes on from its length.
 void AppendExpanded(std::u32string& text, std::string_view utf8) {
     text.reserve(text.size() + utf8.size());
     for (const char32_t character : ToCharacters(FromUtf8(utf8))) {
@@ -30,6 +31,7 @@ void TextLines::Append(const TrafficLine& line) {
     if (lines.size() > capacity) {
         lines.pop_front();
         ++first;
+        // The selection must not reach into the dropped line.
         const Position oldest = {first, 0};
         selectionAnchor = std::max(selectionAnchor, oldest);
         selectionCaret = std::max(selectionCaret, oldest);
@@ -42,6 +44,7 @@ const TextLines::Line& TextLines::At(std::uint64_t number) const {
 }
 
 void TextLines::Clear() {
+    // Numbers go on: a number that was taken before Clear does not name a new line.
     first = End();
     lines.clear();
     longest = 0;

@@ -29,6 +29,7 @@ void TextPane::BindEvents() {
     Bind(wxEVT_PAINT, &TextPane::OnPaint, this);
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         event.Skip();
+        // A following pane shows its last line at each height.
         if (isFollowing)
             topLine = LastTop();
         ShowScrollbars();
@@ -47,6 +48,7 @@ void TextPane::BindEvents() {
         if (HasCapture())
             ReleaseMouse();
     });
+    // Without this handler the toolkit asserts when Windows takes the mouse away.
     Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) { isSelecting = false; });
     Bind(wxEVT_KEY_DOWN, &TextPane::OnKey, this);
     for (const auto& type : {wxEVT_SET_FOCUS, wxEVT_KILL_FOCUS})
@@ -54,6 +56,7 @@ void TextPane::BindEvents() {
             Refresh(false);
             event.Skip();
         });
+    // The window was moved to a screen of another density.
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
         MakeFont();
         event.Skip();
@@ -123,6 +126,7 @@ std::uint64_t TextPane::LastTop() const {
 void TextPane::ScrollTo(std::int64_t line) {
     topLine = static_cast<std::uint64_t>(
         std::clamp(line, static_cast<std::int64_t>(lines.First()), static_cast<std::int64_t>(LastTop())));
+    // A user who scrolls back to the end wants to follow it again.
     isFollowing = topLine == LastTop();
     ShowScrollbars();
     Refresh(false);
@@ -141,6 +145,7 @@ void TextPane::ShowScrollbars() {
         const int newPosition = static_cast<int>(position);
         const int newPage = static_cast<int>(page);
         const int newRange = static_cast<int>(range);
+        // Setting a scroll bar repaints it, and most new lines change nothing here.
         if (GetScrollPos(orientation) != newPosition || GetScrollThumb(orientation) != newPage ||
             GetScrollRange(orientation) != newRange)
             SetScrollbar(orientation, newPosition, newPage, newRange);
@@ -176,6 +181,7 @@ void TextPane::OnScroll(wxScrollWinEvent& event) {
 }
 
 void TextPane::OnWheel(wxMouseEvent& event) {
+    // A touchpad sends parts of a step, which add up.
     wheelRest += event.GetWheelRotation();
     const int delta = std::max(event.GetWheelDelta(), 1);
     const int steps = wheelRest / delta * wheelLines;
@@ -187,6 +193,7 @@ void TextPane::OnWheel(wxMouseEvent& event) {
 }
 
 TextLines::Position TextPane::PositionAt(const wxPoint& point) const {
+    // The point may be outside the pane while the user drags the mouse.
     const double row = std::floor((point.y - margin) / static_cast<double>(lineHeight));
     const double column = std::round((point.x - margin) / columnWidth) + static_cast<double>(leftColumn);
     const std::int64_t line = static_cast<std::int64_t>(topLine) + static_cast<std::int64_t>(row);
@@ -198,6 +205,7 @@ TextLines::Position TextPane::PositionAt(const wxPoint& point) const {
 void TextPane::OnLeftDown(wxMouseEvent& event) {
     SetFocus();
     const TextLines::Position position = PositionAt(event.GetPosition());
+    // With Shift the selection is extended from where it began.
     lines.Select(event.ShiftDown() ? lines.Anchor() : position, position);
     isSelecting = true;
     if (!HasCapture())
@@ -328,6 +336,7 @@ void TextPane::DrawLine(wxDC& dc, std::uint64_t number, int y) {
     };
     const std::size_t visibleEnd = leftColumn + static_cast<std::size_t>(VisibleColumns()) + 2;
     const TextLines::Columns selected = lines.SelectedIn(number);
+    // A line may be far longer than the pane: only the visible columns are drawn.
     // Three parts, each of which may be empty: before the selection, the selection, and after it.
     const std::size_t borders[] = {leftColumn, selected.begin, selected.end, line.text.size()};
     for (int part = 0; part < 3; ++part) {
