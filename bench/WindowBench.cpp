@@ -4,6 +4,7 @@
 #include "app/Desktop.h"
 #include "dictionary/TextHolder.h"
 #include "line/TrafficQueue.h"
+#include "ui/MainPanel.h"
 #include "ui/MainWindow.h"
 
 #include <chrono>
@@ -214,8 +215,8 @@ int main(int argumentCount, char** arguments) {
         return 1;
     }
     const Program program(std::move(*installation), u"");
-    wxApp::SetInstance(new BenchApp(
-        program, {std::chrono::seconds(std::atoi(arguments[1])), std::atof(arguments[2]), arguments[3]}));
+    wxApp::SetInstance(
+        new BenchApp(program, {std::chrono::seconds(std::atoi(arguments[1])), std::atof(arguments[2]), arguments[3]}));
     int toolkitArgumentCount = 1;
     return wxEntry(toolkitArgumentCount, arguments);
 }

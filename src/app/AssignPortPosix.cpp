@@ -1,5 +1,6 @@
 #include "app/AssignPort.h"
 #include "app/Program.h"
+#include "base/Messages.h"
 #include "files/NativeFile.h"
 #include "port/PortNamesPosix.h"
 #include "settings/SettingsStore.h"
@@ -22,13 +23,13 @@ bool Exists(const fs::path& path) {
 // The path as an entry holds it. Links are kept: a name below by-id stays with the device.
 Result<fs::path> FindDevice(const fs::path& path) {
     if (path.empty())
-        return Error{u"--assign-port needs a device, such as /dev/ttyUSB0"};
+        return Error{text::assignPort::noDeviceGiven};
     if (!Exists(path))
-        return Error{u"there is no device " + FromPath(path)};
+        return Error{Filled(text::assignPort::noSuchDevice, {FromPath(path)})};
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error).lexically_normal();
     if (error || DeviceId(absolute) == 0)
-        return Error{FromPath(path) + u" is no serial port"};
+        return Error{Filled(text::assignPort::noSerialPort, {FromPath(path)})};
     return absolute;
 }
 
@@ -37,34 +38,35 @@ Result<fs::path> MakeInstallation() {
     const auto chosen = SystemInstallationCandidates().chosen;
     const auto folder = chosen ? chosen : UserInstallation();
     if (!folder)
-        return Error{u"HOME is not set; name an installation folder in TARVINDL_HOME"};
+        return Error{text::assignPort::noHome};
     const fs::path pathsFile = *folder / "KEL.INI";
     // The search found no readable KEL.INI. One that exists all the same is kept.
     if (Exists(pathsFile))
-        return Error{FromPath(pathsFile) + u" cannot be read"};
+        return Error{Filled(text::assignPort::cannotRead, {FromPath(pathsFile)})};
     std::error_code error;
     fs::create_directories(*folder / "NC Files", error);
     if (error || !ReplaceWholeFile(pathsFile, freshPathsFile))
-        return Error{u"an installation cannot be made in " + FromPath(*folder)};
+        return Error{Filled(text::assignPort::cannotMakeInstallation, {FromPath(*folder)})};
     return *folder;
 }
 
-Result<KelText> AssignInInstallation(const Installation& installation, const fs::path& device, const KelText& machineName) {
+Result<KelText> AssignInInstallation(const Installation& installation, const fs::path& device,
+                                     const KelText& machineName) {
     SettingsStore store(installation.Folder(), machineName, FromPath(installation.NcFilesFolder()));
     const KelText settingsFile = FromPath(store.FilePath());
     const bool hasSettings = Exists(store.FilePath());
     // The port that the program will open: settings that name none, or are damaged, have a default.
     const KelText wantedName = hasSettings ? store.Load({}).settings.port : KelText();
     if (hasSettings && !IsPortName(wantedName))
-        return Error{u"the settings in " + settingsFile + u" name no port from COM1 to COM256"};
+        return Error{Filled(text::assignPort::noPortInSettings, {settingsFile})};
     const auto name = AssignPortName(installation.PathsFile(), device, wantedName);
     if (!name && hasSettings)
-        return Error{name.Reason().text + u"; the settings in " + settingsFile + u" name " + wantedName};
+        return Error{Filled(text::assignPort::settingsNameOther, {name.Reason().text, settingsFile, wantedName})};
     if (!name)
         return name;
     if (!hasSettings && !ReplaceWholeFile(store.FilePath(), "[Port Settings]\nport=" + ToUtf8(*name) + "\n"))
-        return Error{settingsFile + u" cannot be written"};
-    return FromPath(device) + u" is " + *name + u"; the settings of " + machineName + u" are in " + settingsFile + u".";
+        return Error{Filled(text::assignPort::cannotWrite, {settingsFile})};
+    return Filled(text::assignPort::assigned, {FromPath(device), *name, machineName, settingsFile});
 }
 
 }
@@ -79,7 +81,7 @@ Result<KelText> AssignPort(const fs::path& device, KelTextView commandLine) {
         const auto made = MakeInstallation();
         if (!made)
             return made.Reason();
-        done = u"Made an installation in " + FromPath(*made) + u'\n';
+        done = Filled(text::assignPort::madeInstallation, {FromPath(*made)});
     }
     const auto installation = FindProgramInstallation();
     if (!installation)

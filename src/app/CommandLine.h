@@ -11,7 +11,8 @@ namespace tarvin {
 // The machine's name, without blanks at its ends; empty without a name.
 KelText MachineNameIn(KelTextView commandLine);
 
-// The words joined by blanks. The system has removed the quotes around a language's name with blanks: they are put back.
+// The words joined by blanks. The system has removed the quotes around a language's name with blanks: they are put
+// back.
 KelText JoinWords(const std::vector<KelText>& words);
 
 }

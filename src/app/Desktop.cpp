@@ -1,5 +1,6 @@
 #include "app/Desktop.h"
 
+#include "base/Messages.h"
 #include "ui/MainWindow.h"
 
 #include <utility>
@@ -16,7 +17,8 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
     messages.ReadSuppressedMessages();
     window = new MainWindow({*engine, events, help, program.Place().PathsFile()}, messages);
     if (!loaded)
-        events.ShowMessage({loaded.Reason().text, Dictionary().Text(290), okOnly | iconExclamation});
+        events.ShowMessage(
+            {loaded.Reason().text, Dictionary().Text(text::dictionary::problem.id), okOnly | iconExclamation});
 }
 
 Desktop::~Desktop() {

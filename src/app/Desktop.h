@@ -1,6 +1,6 @@
 #pragma once
-// The desktop program put together: one window for one machine, its engine, its help, and the messages between them. The
-// program, its tests and the benchmarks all begin here. User-interface thread, unless a member says otherwise.
+// The desktop program put together: one window for one machine, its engine, its help, and the messages between them.
+// The program, its tests and the benchmarks all begin here. User-interface thread, unless a member says otherwise.
 
 #include "app/Program.h"
 #include "messages/AppInterface.h"

@@ -15,8 +15,8 @@ namespace tarvin {
 
 class Program {
 public:
-    // From the arguments of main(). None if the program has nothing more to do and ends with 0: its usage or its version
-    // was asked for and has been printed, or there is no installation, which has been said on standard error.
+    // From the arguments of main(). None if the program has nothing more to do and ends with 0: its usage or its
+    // version was asked for and has been printed, or there is no installation, which has been said on standard error.
     static std::optional<Program> Begin(int argumentCount, const char* const* arguments, const char* programName,
                                         const char* usage);
 

@@ -29,8 +29,8 @@ sigset_t StopSignals() {
 void PrepareStopRequests() {
     const sigset_t signals = StopSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    // Without a reader of the output, or with a file that may not grow, a write fails. That is an error to report, and no
-    // reason to end.
+    // Without a reader of the output, or with a file that may not grow, a write fails. That is an error to report, and
+    // no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 }

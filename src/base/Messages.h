@@ -51,6 +51,29 @@ inline constexpr char16_t notInGroup[] =
     u"%1. %2 belongs to the group %3; whoever runs the program has to be a member of it.";
 }
 
+// The answers of --assign-port, told on the terminal.
+namespace assignPort {
+inline constexpr char16_t noDeviceGiven[] = u"--assign-port needs a device, such as /dev/ttyUSB0";
+inline constexpr char16_t noSuchDevice[] = u"there is no device %1";
+inline constexpr char16_t noSerialPort[] = u"%1 is no serial port";
+inline constexpr char16_t noHome[] = u"HOME is not set; name an installation folder in TARVINDL_HOME";
+inline constexpr char16_t cannotRead[] = u"%1 cannot be read";
+inline constexpr char16_t cannotReadOrHeld[] = u"%1 cannot be read, or another program is changing it";
+inline constexpr char16_t cannotWrite[] = u"%1 cannot be written";
+inline constexpr char16_t cannotMakeInstallation[] = u"an installation cannot be made in %1";
+inline constexpr char16_t noPortInSettings[] = u"the settings in %1 name no port from COM1 to COM256";
+inline constexpr char16_t settingsNameOther[] = u"%1; the settings in %2 name %3";
+inline constexpr char16_t assigned[] = u"%1 is %2; the settings of %3 are in %4.";
+inline constexpr char16_t madeInstallation[] = u"Made an installation in %1\n";
+inline constexpr char16_t allNamesTaken[] = u"KEL.INI has an entry for each port name";
+inline constexpr char16_t nameTaken[] = u"KEL.INI gives %1 to %2";
+inline constexpr char16_t emptyEntry[] = u"KEL.INI has an empty entry for %1";
+inline constexpr char16_t cannotHoldName[] = u"KEL.INI cannot hold the name of %1";
+inline constexpr char16_t noRoom[] = u"%1 has no room for an entry";
+inline constexpr char16_t notNeededOnWindows[] =
+    u"A port needs no entry in KEL.INI on Windows; its name, such as COM3, stands in the machine's settings";
+}
+
 // The start of a program: told on standard error.
 namespace start {
 inline constexpr char16_t noInstallation[] =

@@ -81,9 +81,9 @@ void Display::FollowPass() {
 bool Display::Show() {
     const Transfer& transfer = sources.transfer;
     const KelText peerName = u"Unknown";
-    const StatusDescription description = DescribeState(
-        transfer.State(), {transfer.Name().path, transfer.BytesDone(), transfer.BytesTotal(),
-                           sources.settings.stationName, peerName, sources.settings.serverMode != 0});
+    const StatusDescription description =
+        DescribeState(transfer.State(), {transfer.Name().path, transfer.BytesDone(), transfer.BytesTotal(),
+                                         sources.settings.stationName, peerName, sources.settings.serverMode != 0});
     next.transferState = transfer.State();
     next.transferPath = transfer.Name().path;
     if (description.line)

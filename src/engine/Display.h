@@ -1,6 +1,6 @@
 #pragma once
-// What the user sees of the engine, and when: the snapshot, its timer, and the activity log, which records what is seen.
-// Button states and end dialogs are derived from the state here. Monitor thread, apart from Latest.
+// What the user sees of the engine, and when: the snapshot, its timer, and the activity log, which records what is
+// seen. Button states and end dialogs are derived from the state here. Monitor thread, apart from Latest.
 
 #include "base/Mutex.h"
 #include "base/Timer.h"

@@ -1,6 +1,6 @@
 #pragma once
-// The download engine of one machine, as a program sees it: serves the line on a thread of its own and keeps the state of
-// link and transfer. Any thread may call it. The operations post to the monitor thread and return at once.
+// The download engine of one machine, as a program sees it: serves the line on a thread of its own and keeps the state
+// of link and transfer. Any thread may call it. The operations post to the monitor thread and return at once.
 
 #include "engine/EngineSetup.h"
 #include "line/TrafficQueue.h"

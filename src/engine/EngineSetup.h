@@ -17,8 +17,8 @@ struct EngineSetup {
     EngineEvents& events;
     ProtocolMaker makeProtocol;
     std::filesystem::path installation;
-    KelText ncFilesFolder;                // the upload and download folder unless the settings name others
-    DownloadSettings firstSettings = {};  // values for which neither the settings file nor a first run has one
+    KelText ncFilesFolder;               // the upload and download folder unless the settings name others
+    DownloadSettings firstSettings = {}; // values for which neither the settings file nor a first run has one
 };
 
 }

@@ -22,8 +22,7 @@ char16_t UpperCase(char byte) {
 
 }
 
-LineTests::LineTests(Transfer& transfer, Sender& sender, LineRecorder& recorder, TimerQueue& timers,
-                     const Clock& clock)
+LineTests::LineTests(Transfer& transfer, Sender& sender, LineRecorder& recorder, TimerQueue& timers, const Clock& clock)
     : transfer(transfer),
       sender(sender),
       recorder(recorder),

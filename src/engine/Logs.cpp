@@ -1,5 +1,6 @@
 #include "engine/Logs.h"
 
+#include "base/Messages.h"
 #include "logging/DiagnosticsReport.h"
 
 namespace tarvin {
@@ -8,11 +9,10 @@ Logs::Logs(const Clock& clock, LineTrace& trace, EngineEvents& events)
     : events(events), commsLog(clock, lastLogged), activityLog(lastLogged), recorder(trace, commsLog) {}
 
 void Logs::ShowProblem() {
-    events.ShowMessage({u"Unable to write to log file", u"Problem", okOnly | iconExclamation});
+    events.ShowMessage({text::box::cannotWriteLog, text::box::problemCaption, okOnly | iconExclamation});
 }
 
-void Logs::StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings,
-                         std::uint64_t sizeLimit) {
+void Logs::StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings, std::uint64_t sizeLimit) {
     // Waiting text belongs to the log that ends here.
     recorder.FlushPending();
     (void)commsLog.Flush();
@@ -21,7 +21,7 @@ void Logs::StartCommsLog(const std::filesystem::path& path, const DownloadSettin
         return;
     }
     report = DiagnosticsReport(settings);
-    commsLog.LogLine("Start of logging", false);
+    commsLog.LogLine(text::trace::startOfLogging, false);
     LogReport();
 }
 

@@ -1,5 +1,6 @@
 #include "engine/Monitor.h"
 
+#include "base/Messages.h"
 #include "settings/SettingsCheck.h"
 
 #include <utility>
@@ -100,7 +101,7 @@ void Monitor::Close() {
     line.ClosePort();
     (void)store.SaveSettings(settings);
     transfer.KeepFile();
-    logs.EndCommsLog("Application Terminated");
+    logs.EndCommsLog(text::trace::programEnd);
     logs.Flush();
 }
 
@@ -166,6 +167,10 @@ void Monitor::StartCommsLog(const std::filesystem::path& path) {
 
 void Monitor::StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit) {
     logs.StartCommsLog(path, settings, sizeLimit);
+}
+
+void Monitor::StopCommsLog() {
+    logs.EndCommsLog(text::trace::endOfLogging);
 }
 
 void Monitor::SendFile(const std::filesystem::path& path) {

@@ -1,6 +1,6 @@
 #pragma once
-// Everything that the monitor thread owns: one machine's link, its transfer, its protocol, its display and its logs. The
-// program sees DownloadApp alone.
+// Everything that the monitor thread owns: one machine's link, its transfer, its protocol, its display and its logs.
+// The program sees DownloadApp alone.
 
 #include "base/Mutex.h"
 #include "engine/Display.h"
@@ -49,7 +49,7 @@ public:
     void SetHandshakes(bool heedsCts, bool heedsDsr);
     void StartCommsLog(const std::filesystem::path& path);
     void StartRollingCommsLog(const std::filesystem::path& path, std::uint64_t sizeLimit);
-    void StopCommsLog() { logs.EndCommsLog("End of Logging"); }
+    void StopCommsLog();
     void SendFile(const std::filesystem::path& path);
     void ReceiveFile(const std::filesystem::path& path);
     void CompleteUpload();

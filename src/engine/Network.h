@@ -1,6 +1,6 @@
 #pragma once
-// Stations that keep their NC files in step over a network, as far as this program takes part: it can put the link back,
-// and tells how it stands to its server. Monitor thread.
+// Stations that keep their NC files in step over a network, as far as this program takes part: it can put the link
+// back, and tells how it stands to its server. Monitor thread.
 
 #include "base/Timer.h"
 #include "engine/Display.h"
@@ -20,7 +20,8 @@ public:
     // hand, which belong to a station without a network.
     void ResetLink();
 
-    // Sends the text each `period` from now on. Nothing calls this yet: the exchange with other stations does not exist.
+    // Sends the text each `period` from now on. Nothing calls this yet: the exchange with other stations does not
+    // exist.
     void SetPingText(std::string text, std::chrono::milliseconds period);
 
 private:

@@ -59,7 +59,8 @@ void LineRecorder::FlushPending() {
         return;
     // The direction stands in the first piece alone and counts as part of the text.
     const std::string text = "TX " + std::exchange(pendingTransmitText, {});
-    // The log drops a line that repeats the last one. Two equal pieces of one text are no repetition, so they are forced.
+    // The log drops a line that repeats the last one. Two equal pieces of one text are no repetition, so they are
+    // forced.
     const bool hasPieces = text.size() > longestPiece;
     for (std::size_t start = 0; start < text.size(); start += longestPiece)
         log.LogLine(std::string_view(text).substr(start, longestPiece), hasPieces);

@@ -1,5 +1,7 @@
 #include "line/PortLink.h"
 
+#include "base/Messages.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -39,7 +41,7 @@ std::optional<FlowControl> FlowOf(const DownloadSettings& settings) {
 }
 
 const char16_t* NameOf(LineStep step) {
-    constexpr const char16_t* names[] = {u"Comms Status Check", u"Read Data", u"Write Data"};
+    constexpr const char16_t* names[] = {text::portStep::checkStatus, text::portStep::read, text::portStep::write};
     return names[static_cast<std::size_t>(step)];
 }
 
@@ -61,7 +63,7 @@ std::optional<PortProblem> PortLink::NoteFailure(LineStep step, const Error& err
     isFailing = true;
     if (error.isGone) {
         Close();
-        title = titleName + u" - No Link";
+        title = Filled(text::caption::noLink, {titleName});
     }
     return firstProblem;
 }
@@ -78,7 +80,7 @@ std::vector<PortProblem> PortLink::Open(const DownloadSettings& settings, const 
     if (port->IsOpen()) {
         port->Purge();
         if (const auto closed = port->Close(); !closed)
-            problems.push_back(Problem(u"Close Previous Connection", closed.Reason()));
+            problems.push_back(Problem(text::portStep::closePrevious, closed.Reason()));
     }
     titleName = applicationTitle;
     failingStep.reset();
@@ -96,11 +98,11 @@ bool PortLink::Reopen(const DownloadSettings& settings, const KelText& applicati
 
 bool PortLink::OpenAndConfigure(const DownloadSettings& settings, std::vector<PortProblem>& problems) {
     portName = settings.port;
-    title = titleName + u" - No Link";
+    title = Filled(text::caption::noLink, {titleName});
     isFailing = false;
     isLinked = false;
     if (const auto opened = port->Open(portName); !opened) {
-        problems.push_back(Problem(u"Open Comm", opened.Reason()));
+        problems.push_back(Problem(text::portStep::open, opened.Reason()));
         return false;
     }
     isLinked = Configure(settings, problems);
@@ -119,13 +121,13 @@ bool PortLink::Configure(const DownloadSettings& settings, std::vector<PortProbl
         return static_cast<bool>(result);
     };
     // A port works with queues of another size, and with a state that it did not tell: the two steps are reported only.
-    succeeded(u"Set Comm Buffer Sizes", port->SetQueueSizes(inputQueueBytes, outputQueueBytes));
-    succeeded(u"Get Comm State", port->FetchState());
+    succeeded(text::portStep::setQueueSizes, port->SetQueueSizes(inputQueueBytes, outputQueueBytes));
+    succeeded(text::portStep::fetchState, port->FetchState());
     const std::optional<FlowControl> flow = FlowOf(settings);
     driverTellsXoffHold = !flow || flow->software;
-    return succeeded(u"Update Comm State", port->ApplyMode(ModeText(settings))) &&
-           succeeded(u"Set Comm State", port->CommitState(flow)) &&
-           succeeded(u"Setup_Timeouts", port->SetTimeouts(writeTimeout));
+    return succeeded(text::portStep::applyMode, port->ApplyMode(ModeText(settings))) &&
+           succeeded(text::portStep::commitState, port->CommitState(flow)) &&
+           succeeded(text::portStep::setTimeouts, port->SetTimeouts(writeTimeout));
 }
 
 void PortLink::Close() {

@@ -1,5 +1,7 @@
 #include "line/TrafficQueue.h"
 
+#include "base/Messages.h"
+
 #include <utility>
 
 namespace tarvin {
@@ -27,7 +29,8 @@ std::vector<TrafficLine> TrafficQueue::Take() {
     const MutexLock lock(mutex);
     std::vector<TrafficLine> taken = std::exchange(lines, {});
     if (lostCount > 0)
-        taken.push_back({TrafficLine::Kind::Note, "... " + std::to_string(lostCount) + " lines not shown ..."});
+        taken.push_back({TrafficLine::Kind::Note,
+                         ToUtf8(Filled(text::trace::linesNotShown, {ToText(static_cast<std::int64_t>(lostCount))}))});
     lostCount = 0;
     return taken;
 }

@@ -27,8 +27,8 @@ public:
     void Consume(std::size_t byteCount);
     void Clear();
 
-    // Set by each queuing and by Retry. The line clears it with each attempt to write, so bytes that a held line did not
-    // take wait for the next queuing or for Retry.
+    // Set by each queuing and by Retry. The line clears it with each attempt to write, so bytes that a held line did
+    // not take wait for the next queuing or for Retry.
     bool IsWritePending() const { return writePending; }
     void EndWrite() { writePending = false; }
 

@@ -1,5 +1,6 @@
 #include "port/PortNamesPosix.h"
 
+#include "base/Messages.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
 
@@ -117,14 +118,14 @@ Result<KelText> ChooseName(const Profile& profile, const std::filesystem::path& 
             return std::move(*present);
         const auto number = FreeNumber(profile, 1, highestPort);
         if (!number)
-            return Error{u"KEL.INI has an entry for each port name"};
+            return Error{text::assignPort::allNamesTaken};
         return NumberedName(*number);
     }
     const auto present = PortDevice(profile, wantedName);
     if (present && !IsSameDevice(*present, device))
-        return Error{u"KEL.INI gives " + KelText(wantedName) + u" to " + FromPath(*present)};
+        return Error{Filled(text::assignPort::nameTaken, {wantedName, FromPath(*present)})};
     if (!present && HasEntry(profile, wantedName))
-        return Error{u"KEL.INI has an empty entry for " + KelText(wantedName)};
+        return Error{Filled(text::assignPort::emptyEntry, {wantedName})};
     return ToUpper(wantedName);
 }
 
@@ -166,13 +167,13 @@ Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std
                                KelTextView wantedName) {
     assert(device.is_absolute() && (wantedName.empty() || IsPortName(wantedName)));
     if (!CanStandInEntry(device))
-        return Error{u"KEL.INI cannot hold the name of " + FromPath(device)};
+        return Error{Filled(text::assignPort::cannotHoldName, {FromPath(device)})};
     NativeFile held;
     if (!HoldFile(held, pathsFile, longestAssignWait))
-        return Error{FromPath(pathsFile) + u" cannot be read, or another program is changing it"};
+        return Error{Filled(text::assignPort::cannotReadOrHeld, {FromPath(pathsFile)})};
     const auto before = ReadWholeFile(pathsFile, Profile::maxFileBytes);
     if (!before)
-        return Error{FromPath(pathsFile) + u" cannot be read"};
+        return Error{Filled(text::assignPort::cannotRead, {FromPath(pathsFile)})};
     const Profile profile(*before);
     const auto name = ChooseName(profile, device, wantedName);
     if (!name || HasEntry(profile, *name))
@@ -180,9 +181,9 @@ Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std
     const std::string after = WithProfileEntry(*before, portSection, *name, FromPath(device));
     // A file of arbitrary bytes may not give the entry back.
     if (after.size() > Profile::maxFileBytes || PortDevice(Profile(after), *name) != device)
-        return Error{FromPath(pathsFile) + u" has no room for an entry"};
+        return Error{Filled(text::assignPort::noRoom, {FromPath(pathsFile)})};
     if (!ReplaceWholeFile(pathsFile, after))
-        return Error{FromPath(pathsFile) + u" cannot be written"};
+        return Error{Filled(text::assignPort::cannotWrite, {FromPath(pathsFile)})};
     return name;
 }
 

@@ -1,5 +1,6 @@
 #include "port/SerialPortPosix.h"
 
+#include "base/Messages.h"
 #include "base/System.h"
 #include "port/PortMode.h"
 #include "port/PortNames.h"
@@ -29,9 +30,9 @@ constexpr auto stopLook = 50ms;
 constexpr std::size_t dsrFlowAhead = 16;
 constexpr tcflag_t handshakeInputFlags = IXON | IXOFF;
 
-Error Failure(int error, KelText detail = {}) {
+Error Failure(int error) {
     const bool isGone = error == EIO || error == ENXIO || error == ENODEV;
-    return {SystemErrorText(static_cast<unsigned long>(error)) + std::move(detail), isGone};
+    return {SystemErrorText(static_cast<unsigned long>(error)), isGone};
 }
 
 Result<> Check(int result) {
@@ -44,8 +45,8 @@ Error OpenFailure(int error, const std::filesystem::path& path) {
         return Failure(error);
     const group* owner = ::getgrgid(file.st_gid);
     const std::string name = owner != nullptr ? owner->gr_name : std::to_string(file.st_gid);
-    return Failure(error, FromUtf8(". " + path.string() + " belongs to the group " + name +
-                                   "; whoever runs the program has to be a member of it."));
+    const KelText words = SystemErrorText(static_cast<unsigned long>(error));
+    return {Filled(text::portReason::notInGroup, {words, FromPath(path), FromUtf8(name)})};
 }
 
 tcflag_t CharacterFlags(const PortMode& mode) {
@@ -96,7 +97,7 @@ Result<> SerialPortPosix::Open(const KelText& portName) {
     assert(!IsOpen());
     const auto path = names.DeviceOf(portName);
     if (!path)
-        return Error{u"The section PORTS of KEL.INI names no device for this port."};
+        return Error{text::portReason::noDevice};
     // O_NONBLOCK: a device that waits for its carrier must not hold up the program.
     device = ::open(path->c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (device < 0)
@@ -171,7 +172,7 @@ Result<> SerialPortPosix::ApplyMode(const std::string& text) {
     assert(IsOpen());
     const auto mode = ParsePortMode(text);
     if (!mode || mode->stopBits == PortMode::StopBits::OneAndAHalf)
-        return Error{u"Unsupported line settings: " + FromUtf8(text)};
+        return Error{Filled(tarvin::text::portReason::unsupportedMode, {FromUtf8(text)})};
     constexpr tcflag_t modeFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CBAUD | (CBAUD << IBSHIFT);
     // BOTHER takes any speed, not only those of the list in termios.
     state.c_cflag = (state.c_cflag & ~modeFlags) | CharacterFlags(*mode) | BOTHER | (BOTHER << IBSHIFT);

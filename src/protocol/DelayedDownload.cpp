@@ -1,5 +1,7 @@
 #include "protocol/DelayedDownload.h"
 
+#include "base/Messages.h"
+
 #include <utility>
 
 namespace tarvin {
@@ -19,7 +21,7 @@ void DelayedDownload::Start() {
         Begin();
         return;
     }
-    parts.sender.Note("Download delayed for " + std::to_string(parts.settings.transmitDelaySeconds) + " second(s).");
+    parts.sender.Note(ToUtf8(Filled(text::trace::downloadDelayed, {ToText(parts.settings.transmitDelaySeconds)})));
     delay.SetPeriod(std::chrono::seconds(parts.settings.transmitDelaySeconds));
     delay.Start();
     parts.transfer.AwaitDownload();

@@ -1,6 +1,6 @@
 #pragma once
-// The messages of the controller's language as bytes: codes, checksum and frame, and the parts of a received message. Any
-// thread.
+// The messages of the controller's language as bytes: codes, checksum and frame, and the parts of a received message.
+// Any thread.
 //
 // A frame is the message text, one checksum character and a carriage return. The controller's messages begin with "AB",
 // ours with "AA".
@@ -45,8 +45,8 @@ inline bool HoldsCode(std::string_view message, std::string_view code) {
     return message.find(code) != std::string_view::npos;
 }
 
-// The characters between the first "ABAD" of the message and its last character. That is the controller's checksum, which
-// is dropped unread: the controller repeats nothing, so a refusal could only lose the line.
+// The characters between the first "ABAD" of the message and its last character. That is the controller's checksum,
+// which is dropped unread: the controller repeats nothing, so a refusal could only lose the line.
 std::string_view DataPayload(std::string_view message);
 
 // The file number of a request: the message without its first four characters, then without leading zeros, then without

@@ -1,6 +1,7 @@
 #pragma once
-// What a controller's language is to the engine: it gets what the line receives and answers through the sender. It knows
-// the transfer, the sender and the settings, so it can be used without an engine, a thread or a port. Monitor thread.
+// What a controller's language is to the engine: it gets what the line receives and answers through the sender. It
+// knows the transfer, the sender and the settings, so it can be used without an engine, a thread or a port. Monitor
+// thread.
 
 #include "base/Timer.h"
 #include "line/ReceiveBuffer.h"

@@ -122,7 +122,8 @@ void TarvinApp::OnUploadRequest() {
         Send(code::cannotGoOn);
         return;
     }
-    // A download that still waits for its delay would put an answer into this upload that the controller does not expect.
+    // A download that still waits for its delay would put an answer into this upload that the controller does not
+    // expect.
     download.Drop();
     Send(code::acknowledge);
 }

@@ -1,6 +1,6 @@
 #pragma once
-// The lines of an NC file that is being downloaded, one after the other. It keeps the file as one image without an index,
-// so a large file takes no more memory than its size.
+// The lines of an NC file that is being downloaded, one after the other. It keeps the file as one image without an
+// index, so a large file takes no more memory than its size.
 
 #include "transfer/FileImage.h"
 
@@ -31,7 +31,8 @@ public:
     // Whether a carriage return stands inside a line.
     bool HasStrayCarriageReturn() const { return hasStrayCarriageReturn; }
 
-    // Takes the next line that is not empty, without its line end; empty when no line is left. Valid until Load or Clear.
+    // Takes the next line that is not empty, without its line end; empty when no line is left. Valid until Load or
+    // Clear.
     std::string_view NextNonEmpty();
 
 private:

@@ -1,5 +1,7 @@
 #include "transfer/Transfer.h"
 
+#include "base/Messages.h"
+
 #include <cassert>
 #include <utility>
 
@@ -111,7 +113,7 @@ bool Transfer::BeginDownload(std::size_t longestLineAllowed) {
         return false;
     }
     if (loaded == LineList::LoadResult::NotText)
-        observer.ShowMessage({u"Not a valid ASCII file.", u"Error", okOnly | iconExclamation});
+        observer.ShowMessage({text::box::notAscii, text::box::errorCaption, okOnly | iconExclamation});
     // A line that is cut, split, or ended by a byte of its own would make the machine cut something else.
     if (lines.LongestLine() > longestLineAllowed || lines.HasStrayCarriageReturn()) {
         End(TransferState::FileFormatError);

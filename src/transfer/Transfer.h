@@ -4,13 +4,14 @@
 //
 // What may follow what (numbers as in TransferState):
 //
-//   download  any -> 5 waiting for its delay -> 8 preparation -> 12 downloading -> 18 completed, 14 errors, 16 cancelled
+//   download  any -> 5 waiting for its delay -> 8 preparation -> 12 downloading -> 18 completed, 14 errors, 16
+//   cancelled
 //             any -> 8 -> 9 cannot open, 26 file format error        any -> 9 while an upload is under way
 //   upload    any -> 13 uploading -> 19 completed, 15 errors, 17 cancelled      any -> 10 cannot open
 //   link      any -> 1 waiting, 2 link test, 24 overrun -> 1         1 -> 21 loop-back test -> 22 its message came back
 //
-// A state that is none of 12 and 13 ends a transfer that is under way: its file is closed, its lines are dropped, and the
-// bar goes back. So a controller that tests the link or asks for another file gives up the transfer before it.
+// A state that is none of 12 and 13 ends a transfer that is under way: its file is closed, its lines are dropped, and
+// the bar goes back. So a controller that tests the link or asks for another file gives up the transfer before it.
 
 #include "base/ThreadOwner.h"
 #include "files/KelFile.h"

@@ -1,7 +1,7 @@
 #pragma once
-// The states of link and transfer, and the status texts that show them. Transfer.h tells which may follow which. Some are
-// entered by no part of this program: they belong to machines and networks that it does not serve yet (3, 4, 6, 7, 11, 20,
-// 23, 25, 27 to 29 and 31 to 38).
+// The states of link and transfer, and the status texts that show them. Transfer.h tells which may follow which. Some
+// are entered by no part of this program: they belong to machines and networks that it does not serve yet (3, 4, 6, 7,
+// 11, 20, 23, 25, 27 to 29 and 31 to 38).
 
 #include "base/KelText.h"
 

@@ -43,7 +43,7 @@ TEST_CASE("MainWindow: it closes in each state, with its log and its settings in
          }},
         {"with a file asked for",
          [&](DesktopFixture& desktop) {
-             desktop.engine->ResetLink();
+             desktop.Engine().ResetLink();
              click(desktop.Panel().sendFile, "Open NC file");
          }},
         {"with an outage told over the settings, and the help open",
@@ -76,7 +76,7 @@ TEST_CASE("MainWindow: it closes in each state, with its log and its settings in
         DesktopFixture desktop;
         desktop.Connect();
         desktop.Start();
-        desktop.engine->StartCommsLog(desktop.folder / "line.log");
+        desktop.Engine().StartCommsLog(desktop.folder / "line.log");
         REQUIRE(Becomes([&] { return desktop.Panel().logSwitch->IsChecked(); }));
         entry.bring(desktop);
         CHECK(desktop.Close(closeLimit));

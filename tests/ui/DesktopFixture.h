@@ -40,6 +40,7 @@ public:
     bool StatusBecomes(const std::string& text);
     bool CaptionBecomes(const std::string& text);
     MainPanel& Panel() { return window->Panel(); }
+    DownloadApp& Engine() { return desktop->Engine(); }
 
     TemporaryInstallation folder;
     std::unique_ptr<PseudoTerminal> terminal;

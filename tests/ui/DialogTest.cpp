@@ -20,7 +20,7 @@ void PickFile(const std::string& title, const std::filesystem::path& path) {
 }
 
 void ResetLink(DesktopFixture& desktop) {
-    desktop.engine->ResetLink();
+    desktop.Engine().ResetLink();
     REQUIRE(Becomes([&] { return desktop.Panel().sendFile->IsShown() && desktop.Panel().receiveFile->IsShown(); }));
 }
 
@@ -71,7 +71,7 @@ TEST_CASE("TransferEndDialog: the dialog is hidden when the transfer ends by its
     Click(desktop.Panel().receiveFile);
     PickFile("Save NC file as", desktop.folder / "NC/kept.nc");
     REQUIRE(WindowTitled("Receiving NC File") != nullptr);
-    desktop.engine->ResetLink();
+    desktop.Engine().ResetLink();
     CHECK(BecomesHidden("Receiving NC File"));
     CHECK(Becomes([&] { return desktop.Panel().receiveFile->IsEnabled(); }));
 }
@@ -88,9 +88,9 @@ TEST_CASE("MainWindow: the log switch asks for a file, and is off again without 
 
     Click(desktop.Panel().logSwitch);
     PickFile("Save Log File As", desktop.folder / "line.log");
-    CHECK(Becomes([&] { return desktop.Panel().logSwitch->IsChecked() && desktop.engine->Snapshot().isCommsLogOn; }));
+    CHECK(Becomes([&] { return desktop.Panel().logSwitch->IsChecked() && desktop.Engine().Snapshot().isCommsLogOn; }));
     Click(desktop.Panel().logSwitch);
-    CHECK(Becomes([&] { return !desktop.engine->Snapshot().isCommsLogOn; }));
+    CHECK(Becomes([&] { return !desktop.Engine().Snapshot().isCommsLogOn; }));
     const std::string log = desktop.folder.ReadFile("line.log");
     CHECK(log.find("Start of logging") != std::string::npos);
     CHECK(log.find("End of Logging") != std::string::npos);

@@ -83,7 +83,7 @@ TEST_CASE("MonitorArea: the view starts empty each time, and no lines are made w
     DesktopFixture desktop;
     desktop.Connect();
     desktop.Start();
-    const auto isWanted = [&] { return desktop.engine->Traffic().IsWanted(); };
+    const auto isWanted = [&] { return desktop.Engine().Traffic().IsWanted(); };
     const auto lineCount = [&] { return desktop.Panel().monitor->Traffic().Lines().Count(); };
     CHECK_FALSE(isWanted());
     desktop.terminal->Write("before\r");
