@@ -177,11 +177,8 @@ void Monitor::SendFile(const std::filesystem::path& path) {
     // The controller may have begun a transfer while the user chose the file.
     if (transfer.IsUnderWay() || isClosing)
         return;
-    const KelText fileName = FromPath(path.filename());
-    transfer.SetName({FromPath(path), fileName, {}});
-    if (!transfer.BeginDownloadByHand(path))
+    if (!transfer.BeginDownloadByHand({FromPath(path), FromPath(path.filename()), u" " + FromPath(path)}))
         return;
-    transfer.SetName({FromPath(path), fileName, u" " + FromPath(path)});
     settings.downloadPath = FolderOf(path);
     RememberExtension(path);
 }
@@ -190,12 +187,10 @@ void Monitor::ReceiveFile(const std::filesystem::path& path) {
     if (transfer.IsUnderWay() || isClosing)
         return;
     const KelText fileName = FromPath(path.filename());
-    transfer.SetName({FromPath(path), fileName, {}});
     settings.uploadPath = FolderOf(path);
     events.SettingsChanged(settings);
-    if (!transfer.BeginUploadByHand(path))
+    if (!transfer.BeginUploadByHand({FromPath(path), fileName, u" " + fileName}))
         return;
-    transfer.SetName({FromPath(path), fileName, u" " + fileName});
     RememberExtension(path);
 }
 

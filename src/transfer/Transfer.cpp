@@ -129,13 +129,15 @@ void Transfer::CountSent(std::int64_t byteCount) {
     bar = {bytesDone, bytesTotal};
 }
 
-bool Transfer::BeginDownloadByHand(const std::filesystem::path& path) {
+bool Transfer::BeginDownloadByHand(const TransferName& newName) {
     Release();
+    SetName({newName.path, newName.fileName, {}});
     KelFile source;
-    if (!source.Open(path, KelFile::Mode::ReadBytes) || !image.Load(source, isClosing)) {
+    if (!source.Open(ToPath(name.path), KelFile::Mode::ReadBytes) || !image.Load(source, isClosing)) {
         End(TransferState::DownloadCouldNotOpen);
         return false;
     }
+    SetName(newName);
     Begin(TransferState::Downloading, EndDialog::Download, static_cast<std::int64_t>(image.Length()), Urgency::AtOnce);
     return true;
 }
@@ -154,12 +156,14 @@ bool Transfer::BeginUpload() {
     return true;
 }
 
-bool Transfer::BeginUploadByHand(const std::filesystem::path& path) {
+bool Transfer::BeginUploadByHand(const TransferName& newName) {
     Release();
-    if (!file.Open(path, KelFile::Mode::WriteBytes)) {
+    SetName({newName.path, newName.fileName, {}});
+    if (!file.Open(ToPath(name.path), KelFile::Mode::WriteBytes)) {
         End(TransferState::UploadCouldNotOpen);
         return false;
     }
+    SetName(newName);
     Begin(TransferState::Uploading, EndDialog::Upload, rangeOfUploadByHand, Urgency::AtOnce);
     return true;
 }

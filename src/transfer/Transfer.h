@@ -94,16 +94,17 @@ public:
     // The next line of a download that is not empty; empty at the end of the file. Valid until the transfer ends.
     std::string_view NextLine() { return lines.NextNonEmpty(); }
     void CountSent(std::int64_t byteCount);
-    // A download by hand of the whole file as bytes. False, with the state that says why, if it cannot be read.
-    bool BeginDownloadByHand(const std::filesystem::path& path);
+    // Reads the whole file as bytes, for a download by hand. False, with the state that says why, if it cannot be read;
+    // the caption then stays.
+    bool BeginDownloadByHand(const TransferName& newName);
     // The next bytes of it, at most `byteCount`; none at its end.
     std::span<const std::uint8_t> NextBlock(std::size_t byteCount);
 
     // Opens the file of the present name and enters Uploading. A request for an upload while one is under way goes on
     // in the file that is open. False, with the state that says why, if it cannot be opened.
     bool BeginUpload();
-    // An upload by hand into the file at `path`, which is written byte for byte.
-    bool BeginUploadByHand(const std::filesystem::path& path);
+    // Opens the file for an upload by hand, which is written byte for byte. False as above.
+    bool BeginUploadByHand(const TransferName& newName);
     // Whether a file is open for writing.
     bool IsStoring() const { return file.IsWriting(); }
     // Adds to the upload's file. False, with the transfer ended, if not everything could be written.
