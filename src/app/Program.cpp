@@ -4,6 +4,7 @@
 #include "base/System.h"
 #include "base/Version.h"
 #include "dictionary/TextHolder.h"
+#include "engine/EngineSetup.h"
 #include "files/FileNames.h"
 #include "protocol/TarvinApp.h"
 

@@ -13,6 +13,8 @@
 
 namespace tarvin {
 
+class EngineEvents;
+
 class Program {
 public:
     // From the arguments of main(). None if the program has nothing more to do and ends with 0: its usage or its

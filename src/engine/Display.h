@@ -7,6 +7,9 @@
 #include "engine/EngineEvents.h"
 #include "engine/Logs.h"
 #include "line/LineService.h"
+#include "messages/MessageReport.h"
+#include "settings/DownloadSettings.h"
+#include "transfer/Transfer.h"
 
 namespace tarvin {
 

@@ -2,8 +2,7 @@
 // The download engine of one machine, as a program sees it: serves the line on a thread of its own and keeps the state
 // of link and transfer. Any thread may call it. The operations post to the monitor thread and return at once.
 
-#include "engine/EngineSetup.h"
-#include "line/TrafficQueue.h"
+#include "engine/EngineSnapshot.h"
 
 #include <filesystem>
 #include <memory>
@@ -12,6 +11,9 @@ namespace tarvin {
 
 class CommsMonitor;
 class Monitor;
+class TrafficQueue;
+struct DownloadSettings;
+struct EngineSetup;
 
 class DownloadApp {
 public:

@@ -3,10 +3,11 @@
 // thread and return at once: they post or print, and never show, wait or ask.
 
 #include "engine/EngineSnapshot.h"
-#include "messages/MessageReport.h"
-#include "settings/DownloadSettings.h"
 
 namespace tarvin {
+
+struct DownloadSettings;
+struct MessageBoxText;
 
 class EngineEvents {
 public:

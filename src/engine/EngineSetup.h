@@ -4,6 +4,7 @@
 #include "engine/EngineEvents.h"
 #include "port/SerialPort.h"
 #include "protocol/Protocol.h"
+#include "settings/DownloadSettings.h"
 
 #include <filesystem>
 #include <memory>

@@ -2,7 +2,7 @@
 // Everything that a window shows of the engine, as one plain value.
 
 #include "port/SerialPort.h"
-#include "transfer/Transfer.h"
+#include "transfer/TransferState.h"
 
 #include <cstdint>
 

@@ -6,6 +6,8 @@
 #include "line/LineRecorder.h"
 #include "logging/ActivityLog.h"
 #include "logging/CommsLog.h"
+#include "messages/MessageReport.h"
+#include "settings/DownloadSettings.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -32,9 +32,6 @@ struct TransferName {
     KelText title;    // follows the machine's name in the caption; empty: the caption stays
 };
 
-// The dialog by which a user ends a transfer that was begun by hand.
-enum class EndDialog { None, Download, Upload };
-
 // When a new state has to be seen. A controller may test the link all day long: that must not make the display flicker,
 // so it is shown with the next tick of the display.
 enum class Urgency { AtOnce, NextTick };

@@ -57,6 +57,9 @@ constexpr bool IsTransferring(TransferState state) {
     return state == TransferState::Downloading || state == TransferState::Uploading;
 }
 
+// The dialog by which a user ends a transfer that was begun by hand.
+enum class EndDialog { None, Download, Upload };
+
 // The values in the status texts.
 struct StatusArguments {
     KelText fileName; // the path of the transfer

@@ -1,6 +1,8 @@
 #pragma once
 // The main window: shows the engine's snapshot and traffic, and calls the engine for the user. User-interface thread.
 
+#include "messages/MessageReport.h"
+#include "settings/DownloadSettings.h"
 #include "ui/ModalLoop.h"
 #include "ui/WindowEvents.h"
 

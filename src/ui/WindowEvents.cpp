@@ -1,5 +1,8 @@
 #include "ui/WindowEvents.h"
 
+#include "messages/MessageReport.h"
+#include "settings/DownloadSettings.h"
+
 #include <cassert>
 #include <utility>
 
