@@ -4,7 +4,7 @@
 
 using namespace tarvin;
 
-TEST_CASE("the whole command line is the machine's name, but for the language switch") {
+TEST_CASE("CommandLine: all of it is the machine's name, except for the language switch") {
     struct Case {
         KelText text;
         KelText machineName;

@@ -35,7 +35,7 @@ Strings TrafficOf(Monitor& engine) {
 
 }
 
-TEST_CASE("the port is opened step by step, and each failed step is reported and leads on as it should") {
+TEST_CASE("PortLink: the port opens step by step, and each failed step is reported") {
     const Strings wholeWay = {"Open COM1",
                               "SetQueueSizes 4000 1000",
                               "FetchState",
@@ -83,7 +83,7 @@ TEST_CASE("the port is opened step by step, and each failed step is reported and
     }
 }
 
-TEST_CASE("each flow control sets its handshake, and an unknown one leaves it as found") {
+TEST_CASE("PortLink: each flow control sets its handshake, and an unknown one leaves it as found") {
     struct Case {
         const char* flow;
         int cts;
@@ -113,7 +113,7 @@ TEST_CASE("each flow control sets its handshake, and an unknown one leaves it as
     }
 }
 
-TEST_CASE("one outage is one report, and the port comes back by itself") {
+TEST_CASE("Monitor: one outage is one report, and the port comes back by itself") {
     struct Case {
         const char* operation;
         const char* stepName;
@@ -143,7 +143,7 @@ TEST_CASE("one outage is one report, and the port comes back by itself") {
     }
 }
 
-TEST_CASE("a device that opens and fails at once is one outage, and so is one that cannot be configured any more") {
+TEST_CASE("Monitor: a device that opens and then fails, or refuses its mode, is one outage") {
     for (const char* operation : {"GetStatus", "CommitState"}) {
         CAPTURE(operation);
         EngineHarness<RawProtocol> harness;
@@ -161,7 +161,7 @@ TEST_CASE("a device that opens and fails at once is one outage, and so is one th
     }
 }
 
-TEST_CASE("a fault that does not take the device away is one report until the line works again") {
+TEST_CASE("PortLink: a fault of a device that stays is one report until the line works again") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     harness.line.failures["GetStatus"] = {u"odd", false};
@@ -175,7 +175,7 @@ TEST_CASE("a fault that does not take the device away is one report until the li
     CHECK(harness.events.boxes.size() == 2);
 }
 
-TEST_CASE("a full receive buffer is an overrun that is seen although the next read ends it") {
+TEST_CASE("LineService: a full receive buffer is an overrun, and the bytes after it arrive") {
     EngineHarness<WaitingProtocol> harness("[Port Settings]\nflow control=None\n");
     harness.Open();
     harness.Exchange(std::string(4000, 'x'));
@@ -189,7 +189,7 @@ TEST_CASE("a full receive buffer is an overrun that is seen although the next re
     CHECK(harness.protocol->buffer->TakeMessage('!', false) == "the rest!");
 }
 
-TEST_CASE("after an XOFF an answer waits for the next queuing where only the bytes tell of it") {
+TEST_CASE("LineService: an answer held by an XOFF byte goes out with the next one") {
     EngineHarness<WaitingProtocol> harness("[Port Settings]\nflow control=None\n");
     harness.Open();
     CHECK(harness.Exchange("\x13").empty());
@@ -213,7 +213,7 @@ TEST_CASE("after an XOFF an answer waits for the next queuing where only the byt
     CHECK(harness.Run(100ms) == "held");
 }
 
-TEST_CASE("nothing waits for a held line: timers and commands go on under an XOFF of an hour") {
+TEST_CASE("Monitor: timers and commands go on while the line is held for an hour") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     harness.engine->Stations().SetPingText("ping ", 1000ms);
@@ -228,7 +228,7 @@ TEST_CASE("nothing waits for a held line: timers and commands go on under an XOF
     CHECK(harness.Run(500ms).size() >= 3600 * 5);
 }
 
-TEST_CASE("a write that took five seconds lights no lamp, but is not repeated") {
+TEST_CASE("LineService: a write of five seconds lights no lamp, and is not repeated") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     harness.line.writeDuration = 5s;
@@ -244,7 +244,7 @@ TEST_CASE("a write that took five seconds lights no lamp, but is not repeated") 
     CHECK_FALSE(harness.Snapshot().lamps.transmitted);
 }
 
-TEST_CASE("the loop-back test succeeds if its message returns, in pieces and after noise, and fails if it does not") {
+TEST_CASE("LineTests: the loop-back test succeeds if its message returns, in pieces and after noise") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     for (const bool isJoined : {true, false}) {
@@ -265,7 +265,7 @@ TEST_CASE("the loop-back test succeeds if its message returns, in pieces and aft
     }
 }
 
-TEST_CASE("the XOFF test ends with an XON after three seconds") {
+TEST_CASE("LineTests: the XOFF test ends with an XON after three seconds") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     harness.engine->Tests().StartXoff();
@@ -273,7 +273,7 @@ TEST_CASE("the XOFF test ends with an XON after three seconds") {
     CHECK(harness.Run(10s) == "\x11");
 }
 
-TEST_CASE("the end of a service puts the link back and keeps an upload's file") {
+TEST_CASE("Network: a reset puts the link back and keeps an upload's file") {
     struct Case {
         int networkMode;
         int serverMode;
@@ -303,7 +303,7 @@ TEST_CASE("the end of a service puts the link back and keeps an upload's file") 
     }
 }
 
-TEST_CASE("the trace shows both directions byte for byte, and a reader that stalls loses lines but stops nothing") {
+TEST_CASE("LineTrace: it shows both directions byte for byte, and a slow reader loses lines and delays nothing") {
     EngineHarness<RawProtocol> harness("[Port Settings]\nflow control=None\n");
     harness.Open();
     harness.SendText("unseen");

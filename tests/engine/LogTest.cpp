@@ -14,7 +14,7 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-// The lines without their times, those of the report left out.
+// The lines without their times and without the report.
 Strings LinesOf(const std::string& log) {
     Strings lines;
     std::istringstream stream(log);
@@ -38,7 +38,7 @@ void SwitchActivityLogOn(EngineHarness<RawProtocol>& harness, std::string_view f
 
 }
 
-TEST_CASE("the comms log holds all that crosses the line, and how the link was set up") {
+TEST_CASE("Logs: the comms log holds every byte on the line, and how the link was set up") {
     EngineHarness<RawProtocol> harness("[Port Settings]\nflow control=None\n[Files]\nupload path=C:\\up%i\n");
     harness.Open();
     harness.engine->StartCommsLog(harness.folder / "log");
@@ -73,7 +73,7 @@ TEST_CASE("the comms log holds all that crosses the line, and how the link was s
     CHECK(harness.engine->Settings().commsLogFileName == FromPath(harness.folder / "log"));
 }
 
-TEST_CASE("what was sent in blocks is logged in pieces when the other side speaks, or when the log ends") {
+TEST_CASE("Logs: blocks are logged in pieces when the other side speaks, or when the log ends") {
     for (const bool isAnswered : {true, false}) {
         EngineHarness<RawProtocol> harness;
         harness.Open();
@@ -93,7 +93,7 @@ TEST_CASE("what was sent in blocks is logged in pieces when the other side speak
     }
 }
 
-TEST_CASE("a log that cannot be written is told of once, and the transfer goes on") {
+TEST_CASE("Logs: a log that cannot be written is told once, and the transfer goes on") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     SwitchActivityLogOn(harness, "missing/activity");
@@ -109,12 +109,12 @@ TEST_CASE("a log that cannot be written is told of once, and the transfer goes o
     for (int second = 0; second < 10; ++second)
         sent += harness.Run(1s) + harness.Exchange("?");
     CHECK(sent == std::string(5000, 'x'));
-    // One for the trace, one for the one status that belongs into the history.
+    // One box for the trace, and one for the status that ends the transfer.
     CHECK(harness.events.boxes == Strings(2, "Problem: Unable to write to log file"));
     CHECK_FALSE(harness.Snapshot().isCommsLogOn);
 }
 
-TEST_CASE("the activity log gets the status that ends or fails a transfer, with the file in hand") {
+TEST_CASE("Logs: the activity log gets the status that ends a transfer, with its file") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     SwitchActivityLogOn(harness, "activity");
@@ -123,7 +123,7 @@ TEST_CASE("the activity log gets the status that ends or fails a transfer, with 
     harness.engine->SendFile(harness.folder / "NC/7");
     for (int second = 0; second < 5; ++second) {
         harness.Run(1s);
-        // What crosses the line meanwhile changes the line logged last, but not the status.
+        // Traffic changes the line that was logged last, but not the status.
         harness.Exchange("noise");
     }
     harness.engine->SendFile(harness.folder / "NC/8");
@@ -136,7 +136,7 @@ TEST_CASE("the activity log gets the status that ends or fails a transfer, with 
     CHECK(log.ends_with(" Download could not open/read from " + folder + "/8\r\n"));
 }
 
-TEST_CASE("every file of a rolling log tells how the link was set up") {
+TEST_CASE("Logs: every file of a rolling log tells how the link was set up") {
     EngineHarness<RawProtocol> harness;
     harness.Open();
     harness.engine->StartRollingCommsLog(harness.folder / "log", 3000);

@@ -25,7 +25,7 @@ void StartSending(RawHarness& harness, std::string_view content) {
 
 }
 
-TEST_CASE("a raw download puts every byte of the file on the line, in blocks that fit the line's speed") {
+TEST_CASE("RawProtocol: a download puts every byte of the file on the line, in blocks that fit its speed") {
     struct Case {
         const char* baudRate;
         std::size_t length;
@@ -51,7 +51,7 @@ TEST_CASE("a raw download puts every byte of the file on the line, in blocks tha
     }
 }
 
-TEST_CASE("an empty file is done at once, and one that cannot be read says so") {
+TEST_CASE("RawProtocol: an empty file is done at once, and an unreadable one says so") {
     RawHarness harness;
     harness.Open();
     StartSending(harness, "");
@@ -62,7 +62,7 @@ TEST_CASE("an empty file is done at once, and one that cannot be read says so") 
     CHECK(harness.Snapshot().sendFile.isEnabled);
 }
 
-TEST_CASE("the character delay passes between the end of one block and the next") {
+TEST_CASE("RawProtocol: the character delay passes between the end of one block and the next") {
     RawHarness harness;
     harness.Open();
     auto settings = harness.engine->Settings();
@@ -78,7 +78,7 @@ TEST_CASE("the character delay passes between the end of one block and the next"
     CHECK(harness.clock.Now().time_since_epoch() - 1h < 5100ms);
 }
 
-TEST_CASE("a raw download that an XOFF holds is finished after the XON, whoever sees them") {
+TEST_CASE("RawProtocol: a download under XOFF goes on at XON, with every flow control") {
     for (const char* flow : {"None", "Hardware", "Xon/Xoff", "Combined"}) {
         CAPTURE(flow);
         RawHarness harness("[Port Settings]\nflow control=" + std::string(flow) + "\n");
@@ -100,7 +100,7 @@ TEST_CASE("a raw download that an XOFF holds is finished after the XON, whoever 
     }
 }
 
-TEST_CASE("a write that the driver takes only in part loses and repeats nothing") {
+TEST_CASE("RawProtocol: a partial write loses and repeats nothing") {
     RawHarness harness;
     harness.Open();
     harness.line.outputRoom = 30;
@@ -111,7 +111,7 @@ TEST_CASE("a write that the driver takes only in part loses and repeats nothing"
     CHECK(harness.Snapshot().transferState == TransferState::DownloadCompleted);
 }
 
-TEST_CASE("a raw upload stores every byte, and ends as the user says") {
+TEST_CASE("RawProtocol: an upload stores every byte, and ends as the user says") {
     const std::string content = EveryByte(9000);
     for (const bool isCompleted : {true, false}) {
         RawHarness harness("[Port Settings]\nflow control=None\n");
@@ -136,7 +136,7 @@ TEST_CASE("a raw upload stores every byte, and ends as the user says") {
     }
 }
 
-TEST_CASE("a cancelled download sends what is queued and no more") {
+TEST_CASE("RawProtocol: a cancelled download sends its queued block and no more") {
     RawHarness harness;
     harness.Open();
     harness.line.bytesPerSecond = 100;
@@ -148,7 +148,7 @@ TEST_CASE("a cancelled download sends what is queued and no more") {
     CHECK(harness.Status() == "Download Cancelled " + (harness.folder / "NC/part").string());
 }
 
-TEST_CASE("the start character goes out before the delay, and the download begins after it") {
+TEST_CASE("RawProtocol: the start character goes out before the delay, and the user is called after it") {
     RawHarness harness;
     harness.Open();
     auto settings = harness.engine->Settings();
@@ -170,7 +170,7 @@ TEST_CASE("the start character goes out before the delay, and the download begin
     CHECK(traffic[1].text == "Download delayed for 3 second(s).");
 }
 
-TEST_CASE("a full disk or a lost line ends a raw upload, with what has arrived kept") {
+TEST_CASE("RawProtocol: a lost link ends a transfer, and the received part is kept") {
     RawHarness harness;
     harness.Open();
     harness.engine->ReceiveFile(harness.folder / "NC/new");

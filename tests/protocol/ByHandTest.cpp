@@ -3,8 +3,7 @@
 
 namespace tarvin::test {
 
-TEST_CASE(
-    "what a user does by hand does not break into a transfer of the controller's, nor change one that has ended") {
+TEST_CASE("Monitor: a transfer by hand breaks into none of the controller, and changes none that has ended") {
     EngineHarness<TarvinApp> harness;
     harness.folder.WriteFile("NC/other", "G01\n");
     harness.Open();

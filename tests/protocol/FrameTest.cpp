@@ -4,7 +4,7 @@
 
 using namespace tarvin;
 
-TEST_CASE("the checksum is the one that controllers reckon, and always prints") {
+TEST_CASE("Frame: the checksum is the one of the controllers, and always prints") {
     struct Case {
         std::string text;
         char checksum;
@@ -34,7 +34,7 @@ TEST_CASE("the checksum is the one that controllers reckon, and always prints") 
     }
 }
 
-TEST_CASE("lines that are cut short give up no more than they hold") {
+TEST_CASE("Frame: a message that is cut short gives no more than it holds") {
     CHECK(DataPayload("ABADN10x") == "N10");
     CHECK(DataPayload("xxABADABADx") == "ABAD");
     CHECK(DataPayload("ABADx").empty());

@@ -38,20 +38,20 @@ void Replay(const Transcript& transcript) {
 
 }
 
-TEST_CASE("every transcript holds") {
+TEST_CASE("TarvinApp: every transcript holds on the engine") {
     for (const Transcript& transcript : Transcripts()) {
         CAPTURE(transcript.name);
         Replay(transcript);
     }
 }
 
-TEST_CASE("a controller that sends byte by byte gets the same answers") {
+TEST_CASE("TarvinApp: a controller that sends byte by byte gets the same answers") {
     for (const Transcript& transcript : Transcripts()) {
         CAPTURE(transcript.name);
         Transcript bytewise = transcript;
         bytewise.steps.clear();
         for (const TranscriptStep& step : transcript.steps) {
-            // All but the last byte of a step are answered by nothing, where the step holds a single message.
+            // A step with a single message gets its answer at its last byte.
             const bool isSingle =
                 std::count(step.send.begin(), step.send.end(), '\r') == 1 && step.send.ends_with('\r');
             if (isSingle) {
@@ -67,7 +67,7 @@ TEST_CASE("a controller that sends byte by byte gets the same answers") {
     }
 }
 
-TEST_CASE("a start character goes out once, before the acknowledgement and the delay") {
+TEST_CASE("TarvinApp: a start character goes out once, before the delay and the acknowledgement") {
     EngineHarness<TarvinApp> harness;
     harness.Open();
     auto settings = harness.engine->Settings();
@@ -82,7 +82,7 @@ TEST_CASE("a start character goes out once, before the acknowledgement and the d
     CHECK(ToUtf8(harness.Snapshot().caption) == "LASER  7");
 }
 
-TEST_CASE("an upload that begins while a download waits for its delay is not broken into") {
+TEST_CASE("TarvinApp: a download that waits for its delay does not break into an upload") {
     EngineHarness<TarvinApp> harness("[Port Settings]\ntransmit delay=2\n");
     harness.Open();
     CHECK(harness.Exchange(Message("ABSE1")).empty());
@@ -93,7 +93,7 @@ TEST_CASE("an upload that begins while a download waits for its delay is not bro
     CHECK(harness.folder.ReadFile("NC/2.") == "N1\r\n");
 }
 
-TEST_CASE("an overrun is seen although the next read ends it") {
+TEST_CASE("Monitor: an overrun is seen although the next read ends it") {
     EngineHarness<TarvinApp> harness;
     harness.Open();
     harness.Exchange(std::string(4000, 'x'));
@@ -102,7 +102,7 @@ TEST_CASE("an overrun is seen although the next read ends it") {
                      u"Over Run Error! Data loss has occurred!") == 1);
 }
 
-TEST_CASE("a transfer outlives an outage, and half a message does not") {
+TEST_CASE("TarvinApp: a transfer outlives an outage, and half a message does not") {
     EngineHarness<TarvinApp> harness;
     harness.Open();
     harness.folder.WriteFile("NC/7.", "N1\nN2\n");
@@ -116,7 +116,7 @@ TEST_CASE("a transfer outlives an outage, and half a message does not") {
     CHECK(harness.Exchange(Message("ABAK")) == Message("AAEF"));
 }
 
-TEST_CASE("settings are kept in a file that no machine name can lead astray") {
+TEST_CASE("Monitor: no machine name leads the settings file out of the installation") {
     for (const char16_t* name : {u"TARVIN", u"LASER/../2", u"CUT 1"}) {
         EngineHarness<TarvinApp> harness;
         Monitor machine(harness.Setup(), name);

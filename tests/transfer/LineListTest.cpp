@@ -28,7 +28,7 @@ std::vector<std::string> All(LineList& lines) {
 
 }
 
-TEST_CASE("lines are what stands between the line ends, whatever ends them") {
+TEST_CASE("LineList: lines end with LF or CR LF") {
     using Lines = std::vector<std::string>;
     struct Case {
         std::string content;
@@ -59,7 +59,7 @@ TEST_CASE("lines are what stands between the line ends, whatever ends them") {
     }
 }
 
-TEST_CASE("a line that is no text ends the file, and the lines before it stay") {
+TEST_CASE("LineList: a line that is too long ends the file, and the lines before it stay") {
     const TemporaryFolder folder;
     for (const char* end : {"\n", "\r\n", ""}) {
         LineList lines;

@@ -9,7 +9,7 @@ using namespace tarvin;
 
 namespace {
 
-// The cells of the table row that begins with the number, without their marks.
+// The text of the table row that begins with the number, its cells parted by '|'.
 std::string RowOf(const std::string& page, int number) {
     const std::size_t start = page.find("<tr><td>" + std::to_string(number) + "</td>");
     if (start == std::string::npos)
@@ -29,7 +29,7 @@ std::string RowOf(const std::string& page, int number) {
 
 }
 
-TEST_CASE("the help book explains every status text under its number and tells which ones are logged") {
+TEST_CASE("TransferState: the help book explains every status text and tells which ones are logged") {
     const std::string page =
         ReadWholeFile(std::filesystem::path(TARVIN_HELP_FOLDER) / "status-texts.htm", 1 << 20).ValueOr("");
     constexpr int highestCode = 38;
