@@ -77,9 +77,9 @@ inline constexpr char16_t notNeededOnWindows[] =
 // The start of a program: told on standard error.
 namespace start {
 inline constexpr char16_t noInstallation[] =
-    u"No installation of TarvinDL was found: no folder with a readable KEL.INI.";
+    u"No installation of TarvinDL was found: no folder with a readable KEL.INI";
 inline constexpr char16_t noProgramPaths[] =
-    u"Unable to locate Program Paths in %1: KEL.INI there has no section PROGRAM PATHS.";
+    u"Unable to locate Program Paths in %1: KEL.INI there has no section PROGRAM PATHS";
 }
 
 // Reports: written to the debug log.

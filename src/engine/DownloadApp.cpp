@@ -15,11 +15,15 @@ DownloadApp::~DownloadApp() {
 }
 
 void DownloadApp::Start() {
-    assert(!thread);
+    owner.AssertOwned();
+    assert(!wasStarted);
+    wasStarted = true;
+    monitor->Load();
     thread = std::make_unique<CommsMonitor>(*monitor);
 }
 
 void DownloadApp::Stop() {
+    owner.AssertOwned();
     thread.reset();
 }
 

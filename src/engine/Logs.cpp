@@ -47,7 +47,7 @@ void Logs::LogStatusChange(const DownloadSettings& settings, const KelText& stat
 void Logs::Flush() {
     if (!commsLog.Flush())
         ShowProblem();
-    // A reader who gets the newer file alone has to see how the link was set up, too.
+    // Each new file repeats the line settings: a reader may receive only this file.
     if (commsLog.TakeRolledOver())
         LogReport();
     if (!activityLog.Flush())

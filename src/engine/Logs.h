@@ -1,6 +1,6 @@
 #pragma once
-// The engine's two logs: the trace of the line and the history of its transfers. They share the memory of the last
-// line, and one way to say that a log cannot be written. Monitor thread.
+// The engine's two logs: the trace of the line and the history of its transfers. Each drops a line that repeats the
+// last line of either log. Monitor thread.
 
 #include "engine/EngineEvents.h"
 #include "line/LineRecorder.h"

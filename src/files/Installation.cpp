@@ -1,5 +1,6 @@
 #include "files/Installation.h"
 
+#include "base/Messages.h"
 #include "files/FileNames.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
@@ -34,7 +35,7 @@ std::filesystem::path BelowInstallation(const std::filesystem::path& installatio
 }
 
 Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates) {
-    const Error notFound = {u"No installation of TarvinDL was found: no folder with a readable KEL.INI"};
+    const Error notFound = {text::start::noInstallation};
     const auto folders = candidates.chosen ? std::vector{*candidates.chosen} : candidates.folders;
     const auto found = std::find_if(folders.begin(), folders.end(), HoldsInstallation);
     if (found == folders.end())
@@ -61,8 +62,7 @@ std::filesystem::path Installation::PathsFile() const {
 Result<Installation> Installation::Read(const std::filesystem::path& folder) {
     const auto profile = Profile::Read(folder / pathsFileName);
     if (!profile || !profile->HasSection(pathsSection)) {
-        return Error{u"Unable to locate Program Paths in " + FromPath(folder) +
-                     u": KEL.INI there has no section PROGRAM PATHS"};
+        return Error{Filled(text::start::noProgramPaths, {FromPath(folder)})};
     }
     KelText ncFiles = profile->Text(pathsSection, u"NC Files", u"", maximumPathUnits);
     if (ncFiles.empty())
