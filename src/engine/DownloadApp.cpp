@@ -15,7 +15,7 @@ DownloadApp::~DownloadApp() {
 }
 
 void DownloadApp::Start() {
-    owner.AssertOwned();
+    starter.AssertOwned();
     assert(!wasStarted);
     wasStarted = true;
     monitor->Load();
@@ -23,7 +23,7 @@ void DownloadApp::Start() {
 }
 
 void DownloadApp::Stop() {
-    owner.AssertOwned();
+    starter.AssertOwned();
     thread.reset();
 }
 

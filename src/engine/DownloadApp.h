@@ -71,7 +71,7 @@ private:
     const std::unique_ptr<Monitor> monitor;
     std::unique_ptr<CommsMonitor> thread;
     bool wasStarted = false;
-    ThreadOwner owner; // of Start and Stop
+    ThreadOwner starter; // the thread of Start and Stop
 };
 
 }
