@@ -79,6 +79,7 @@ CommCalls FakeCalls() {
                     times->WriteTotalTimeoutConstant);
     };
     calls.purgeComm = [](HANDLE, DWORD what) -> BOOL { return Call("PurgeComm", what); };
+    calls.escapeCommFunction = [](HANDLE, DWORD what) -> BOOL { return Call("EscapeCommFunction", what); };
     calls.clearCommError = [](HANDLE, LPDWORD errors, LPCOMSTAT status) -> BOOL {
         *errors = theSystem->errors;
         *status = theSystem->status;
