@@ -1,5 +1,7 @@
 #include "app/ServiceEvents.h"
 
+#include "base/Messages.h"
+
 #include <cassert>
 
 namespace tarvin {
@@ -13,6 +15,10 @@ void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {
     if (snapshot.linkTitle != printedLink) {
         printedLink = snapshot.linkTitle;
         output.Add(printedLink);
+    }
+    if (snapshot.notice != printedNotice) {
+        printedNotice = snapshot.notice;
+        output.Add(printedNotice.empty() ? KelTextView(text::notice::free) : printedNotice);
     }
     if (snapshot.statusLine != printedStatus) {
         printedStatus = snapshot.statusLine;

@@ -25,6 +25,7 @@ private:
     AppInterface& messages;
     KelText printedStatus;
     KelText printedLink;
+    KelText printedNotice;
 };
 
 }

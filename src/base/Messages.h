@@ -51,6 +51,14 @@ inline constexpr char16_t notInGroup[] =
     u"%1. %2 belongs to the group %3; whoever runs the program has to be a member of it.";
 }
 
+// Told beside the status.
+namespace notice {
+inline constexpr char16_t heldByXoff[] = u"Held by the machine (XOFF)";
+inline constexpr char16_t heldByCts[] = u"Held by the machine (CTS)";
+inline constexpr char16_t heldByDsr[] = u"Held by the machine (DSR)";
+inline constexpr char16_t free[] = u"No longer held by the machine";
+}
+
 // The answers of --assign-port, told on the terminal.
 namespace assignPort {
 inline constexpr char16_t noDeviceGiven[] = u"--assign-port needs a device, such as /dev/ttyUSB0";
@@ -139,6 +147,8 @@ inline constexpr char startOfLogging[] = "Start of logging";
 inline constexpr char endOfLogging[] = "End of Logging";
 inline constexpr char programEnd[] = "Application Terminated";
 inline constexpr char16_t downloadDelayed[] = u"Download delayed for %1 second(s).";
+inline constexpr char16_t notSent[] =
+    u"Not sent: the last %1 bytes. The line was held, and the controller has spoken again.";
 inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
 }
 
@@ -238,6 +248,7 @@ inline constexpr char16_t xoffTest[] = u"&XOFF/XON Test";
 
 // Dialogs: their groups, labels, buttons, tips and file filters.
 namespace dialog {
+inline constexpr char16_t seenAgain[] = u"Seen %1 times, last at %2.";
 inline constexpr char16_t ok[] = u"OK";
 inline constexpr char16_t cancel[] = u"Cancel";
 inline constexpr char16_t help[] = u"&Help";

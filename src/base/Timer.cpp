@@ -30,7 +30,7 @@ std::optional<Clock::TimePoint> TimerQueue::NextDue() const {
     return (*std::min_element(running.begin(), running.end(), [](Timer* a, Timer* b) { return a->due < b->due; }))->due;
 }
 
-void TimerQueue::RunDue(Clock::TimePoint now) {
+bool TimerQueue::RunDue(Clock::TimePoint now) {
     // Callbacks change `running`, so the due timers are collected first.
     std::vector<Timer*> due;
     std::copy_if(running.begin(), running.end(), std::back_inserter(due),
@@ -48,6 +48,7 @@ void TimerQueue::RunDue(Clock::TimePoint now) {
         const auto whenDue = timer->callback;
         whenDue();
     }
+    return !due.empty();
 }
 
 }

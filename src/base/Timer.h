@@ -21,8 +21,9 @@ public:
     TimerQueue(const TimerQueue&) = delete;
     TimerQueue& operator=(const TimerQueue&) = delete;
 
-    // Calls each timer that is due at `now`, once. A callback may start, stop, create and destroy timers.
-    void RunDue(Clock::TimePoint now);
+    // Calls each timer that is due at `now`, once, and returns whether there was one. A callback may start, stop,
+    // create and destroy timers.
+    bool RunDue(Clock::TimePoint now);
     // The time at which the next timer is due. None while no timer runs.
     std::optional<Clock::TimePoint> NextDue() const;
 

@@ -1,5 +1,7 @@
 #include "engine/Display.h"
 
+#include "base/Messages.h"
+
 #include <utility>
 
 namespace tarvin {
@@ -9,6 +11,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto tickPeriod = 100ms;
+constexpr auto holdWorthTelling = 3s;
 // Each tick wakes the processor, and a link may be idle for days.
 constexpr auto quietPeriod = 500ms;
 
@@ -18,6 +21,7 @@ Display::Display(const Sources& sources, EngineEvents& events, Logs& logs, Timer
     : sources(sources),
       events(events),
       logs(logs),
+      clock(clock),
       tick(timers, clock, "DownloadApp::DisplayStatus", tickPeriod, Timer::Kind::Repeating, [this] { OnTick(); }) {}
 
 void Display::Start() {
@@ -63,16 +67,7 @@ void Display::ShowAgain() {
         events.SnapshotChanged(next);
 }
 
-void Display::FreezeUntilSent() {
-    tick.Stop();
-    resumesWhenSent = true;
-}
-
 void Display::FollowPass() {
-    if (resumesWhenSent && (sources.line.IsDrained() || !sources.line.IsOpen())) {
-        resumesWhenSent = false;
-        FollowAt(tickPeriod);
-    }
     // News do not wait for the end of a quiet period.
     if (isQuiet && tick.IsRunning() && HasNews())
         FollowAt(tickPeriod);
@@ -89,6 +84,7 @@ bool Display::Show() {
     next.transferPath = transfer.Name().path;
     if (description.line)
         next.statusLine = *description.line;
+    ShowHold();
     next.progressPosition = transfer.Bar().position;
     next.progressRange = transfer.Bar().range;
     const LineService::Activity& activity = sources.line.RecentActivity();
@@ -101,6 +97,19 @@ bool Display::Show() {
     shownByteCount = transfer.BytesDone();
     sources.line.ClearActivity();
     return isChanged;
+}
+
+// Flow control holds and releases the line many times a minute. A hold that lasts is worth a word.
+void Display::ShowHold() {
+    const auto& since = sources.line.HeldUpSince();
+    const LineHolds& holds = sources.line.Holds();
+    KelText notice;
+    if (since && clock.Now() - *since >= holdWorthTelling)
+        notice = holds.xoff ? text::notice::heldByXoff : holds.cts ? text::notice::heldByCts : text::notice::heldByDsr;
+    if (notice == next.notice)
+        return;
+    next.notice = notice;
+    logs.LogLine(ToUtf8(notice.empty() ? KelText(text::notice::free) : notice), true);
 }
 
 bool Display::Publish() {

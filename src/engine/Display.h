@@ -41,9 +41,6 @@ public:
     void ShowCommsLog(bool isOn) { next.isCommsLogOn = isOn; }
     // Publishes even without a change, for a window whose switch is ahead of the engine.
     void ShowAgain();
-    // Shows nothing new until everything queued has left the driver: before that, the state of a test says nothing.
-    void FreezeUntilSent();
-    bool AwaitsDrain() const { return resumesWhenSent; }
     // To be called at the end of each pass over the line.
     void FollowPass();
 
@@ -54,6 +51,7 @@ private:
     void OnTick();
     void FollowAt(Clock::Duration period);
     bool Show();
+    void ShowHold();
     bool Publish();
     void LogStatus(const StatusDescription& description);
     bool HasNews() const;
@@ -61,12 +59,12 @@ private:
     const Sources sources;
     EngineEvents& events;
     Logs& logs;
+    const Clock& clock;
     EngineSnapshot next; // under construction, not yet seen
     mutable Mutex mutex;
     EngineSnapshot latest GUARDED_BY(mutex);
     std::int64_t shownByteCount = 0;
-    KelText loggedLine; // the status that is in the activity log, for as long as it is shown
-    bool resumesWhenSent = false;
+    KelText loggedLine;   // the status that is in the activity log, for as long as it is shown
     bool isQuiet = false; // nothing has changed at the last tick
     Timer tick;
 };

@@ -84,7 +84,7 @@ void DownloadApp::CancelDownload() {
 }
 
 void DownloadApp::ResetLink() {
-    monitor->Post([](Monitor& owner) { owner.Stations().ResetLink(); });
+    monitor->Post([](Monitor& owner) { owner.ResetLink(); });
 }
 
 void DownloadApp::SendXoffTest() {

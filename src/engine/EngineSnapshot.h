@@ -25,6 +25,8 @@ struct Lamps {
 struct EngineSnapshot {
     TransferState transferState = TransferState::NoLink;
     KelText statusLine;
+    // Something about the line that a user has to know beside the status, such as a hold. Empty without it.
+    KelText notice;
     std::int64_t progressPosition = 0;
     std::int64_t progressRange = 0;
     Lamps lamps;

@@ -9,6 +9,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto xoffPeriod = 3000ms;
+constexpr auto timeToReturn = 1000ms; // beside the line time
+constexpr int bitsPerCharacter = 10;
 constexpr std::uint8_t messageEnd = 0x40;
 constexpr std::string_view loopbackMessage = "LocalTestMessage";
 
@@ -27,18 +29,29 @@ LineTests::LineTests(Transfer& transfer, Sender& sender, LineRecorder& recorder,
       sender(sender),
       recorder(recorder),
       endOfXoff(timers, clock, "DownloadApp::TestXon", xoffPeriod, Timer::Kind::OneShot,
-                [this] { this->sender.SendText(TextOf(xon)); }) {}
+                [this] { this->sender.SendText(TextOf(xon)); }),
+      endOfLoopback(timers, clock, "DownloadApp::EndOfLoopback", timeToReturn, Timer::Kind::OneShot,
+                    [this] { EndLoopback(); }) {}
 
-void LineTests::StartLoopback() {
-    // The user sees that the test has begun; its verdict is shown once the message has left.
-    transfer.Wait(Urgency::AtOnce);
-    transfer.ShowLoopback(false);
+void LineTests::StartLoopback(int bitsPerSecond) {
+    transfer.BeginLoopback();
     recorder.EndTraceLine();
-    sender.SendText(std::string(loopbackMessage) + TextOf(messageEnd));
+    const std::string message = std::string(loopbackMessage) + TextOf(messageEnd);
+    sender.SendText(message);
+    const auto bitCount = static_cast<std::int64_t>(message.size()) * bitsPerCharacter;
+    endOfLoopback.SetPeriod(timeToReturn + std::chrono::nanoseconds(1s) * bitCount / bitsPerSecond);
+    endOfLoopback.Start();
+}
+
+void LineTests::EndLoopback() {
+    // On a held line the message has not left. It must not come later, between the answers.
+    if (transfer.IsTesting())
+        sender.DropUnsent();
+    transfer.EndLoopback(false);
 }
 
 void LineTests::OnReceived(ReceiveBuffer& received) {
-    while (transfer.State() == TransferState::LoopbackFailure) {
+    while (transfer.IsTesting()) {
         const auto message = received.TakeMessage(messageEnd, false);
         if (!message)
             return;
@@ -46,7 +59,7 @@ void LineTests::OnReceived(ReceiveBuffer& received) {
         const auto found = std::search(message->begin(), message->end(), loopbackMessage.begin(), loopbackMessage.end(),
                                        [](char a, char b) { return UpperCase(a) == UpperCase(b); });
         if (found != message->end())
-            transfer.ShowLoopback(true);
+            transfer.EndLoopback(true);
     }
 }
 

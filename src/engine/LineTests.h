@@ -13,20 +13,23 @@ class LineTests {
 public:
     LineTests(Transfer& transfer, Sender& sender, LineRecorder& recorder, TimerQueue& timers, const Clock& clock);
 
-    // Sends a message that a plug between the transmit and receive lines returns. The state says that the test has
-    // failed until the message has come back.
-    void StartLoopback();
-    // Looks for that message in what has arrived.
+    // Sends a message that a plug between the transmit and receive lines returns. The verdict comes when the message
+    // has returned, or after the line time of the message and one second more.
+    void StartLoopback(int bitsPerSecond);
+    // Looks for that message in the received bytes while the test runs.
     void OnReceived(ReceiveBuffer& received);
 
     // Sends XOFF now and XON three seconds later: the controller pauses meanwhile.
     void StartXoff();
 
 private:
+    void EndLoopback();
+
     Transfer& transfer;
     Sender& sender;
     LineRecorder& recorder;
     Timer endOfXoff;
+    Timer endOfLoopback;
 };
 
 }

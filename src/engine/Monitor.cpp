@@ -31,9 +31,10 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       display({transfer, line, settings, this->machineName}, events, logs, timers, clock),
       transfer(display, isClosing, thread),
       line(std::move(setup.port), clock, logs.Recorder(), *this, thread),
-      tests(transfer, line.Transmit(), logs.Recorder(), timers, clock),
-      network(transfer, line.Transmit(), display, settings, timers, clock),
-      protocol(setup.makeProtocol({transfer, line.Transmit(), settings, timers, clock})),
+      tests(transfer, line, logs.Recorder(), timers, clock),
+      network(transfer, line, display, settings, timers, clock),
+      outage(events, timers, clock),
+      protocol(setup.makeProtocol({transfer, line, settings, timers, clock})),
       reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
                  [this] { ReopenPort(); }) {}
 
@@ -81,19 +82,23 @@ bool Monitor::RunPass() {
     RunCommands();
     const bool isMoreDue = line.Look();
     trace.ShowOpenLine();
-    timers.RunDue(clock.Now());
+    outage.Follow(line.IsWorking());
+    // A timer may queue an answer, such as the first line after a transmit delay. It goes out with the next look, at
+    // once.
+    const bool hasFired = timers.RunDue(clock.Now());
     if (trace.TakeWakeUp())
         events.TrafficArrived();
     logs.Flush();
     display.ShowCommsLog(logs.IsCommsLogOpen());
     display.FollowPass();
-    return isMoreDue;
+    return isMoreDue || (hasFired && !line.IsEmpty());
 }
 
 void Monitor::WaitForWork() {
     thread.AssertOwned();
     const auto due = timers.NextDue();
-    line.Wait(due ? *due - clock.Now() : longestIdle, display.AwaitsDrain());
+    const bool isWatched = logs.IsCommsLogOpen() || trace.IsWanted() || transfer.IsUnderWay();
+    line.Wait(due ? *due - clock.Now() : longestIdle, isWatched);
 }
 
 void Monitor::Close() {
@@ -116,11 +121,13 @@ void Monitor::OnReceived(ReceiveBuffer& received) {
 }
 
 void Monitor::OnPortProblem(const PortProblem& problem) {
-    events.ShowMessage({problem.text, problem.stepName, okOnly | iconInformation});
+    outage.Note(problem);
 }
 
 void Monitor::OnLinkLost() {
-    protocol->OnLinkLost();
+    protocol->Abandon();
+    if (transfer.EndWithErrors())
+        protocol->OnTransferLost();
     display.ShowLink();
     reopenPort.Start();
 }
@@ -222,9 +229,18 @@ void Monitor::CancelDownload() {
         transfer.End(TransferState::DownloadCancelled);
 }
 
+void Monitor::ResetLink() {
+    protocol->Abandon();
+    transfer.EndWithErrors();
+    line.DropUnsent();
+    line.ForgetXoff();
+    network.ResetLink();
+}
+
 void Monitor::StartLoopbackTest() {
-    tests.StartLoopback();
-    display.FreezeUntilSent();
+    protocol->Abandon();
+    transfer.EndWithErrors();
+    tests.StartLoopback(BitsPerSecond(settings));
 }
 
 }

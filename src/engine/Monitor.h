@@ -7,6 +7,7 @@
 #include "engine/EngineSetup.h"
 #include "engine/LineTests.h"
 #include "engine/Network.h"
+#include "engine/Outage.h"
 #include "settings/SettingsStore.h"
 
 #include <atomic>
@@ -58,12 +59,15 @@ public:
     void CompleteUpload();
     void CancelUpload();
     void CancelDownload();
+    // Ends whatever is under way, drops what is queued for it, forgets a received XOFF, and puts the link back to
+    // waiting.
+    void ResetLink();
     void StartLoopbackTest();
 
     // The parts, for commands that concern one of them.
     LineTests& Tests() { return tests; }
     Network& Stations() { return network; }
-    Sender& Output() { return line.Transmit(); }
+    Sender& Output() { return line; }
 
 private:
     void OnReceived(ReceiveBuffer& received) override;
@@ -98,6 +102,7 @@ private:
     LineService line;
     LineTests tests;
     Network network;
+    Outage outage;
     std::unique_ptr<Protocol> protocol;
     Timer reopenPort;
 };

@@ -1,5 +1,6 @@
 #include "line/LineRecorder.h"
 
+#include "base/Messages.h"
 #include "logging/LogText.h"
 
 #include <utility>
@@ -64,6 +65,15 @@ void LineRecorder::FlushPending() {
     const bool hasPieces = text.size() > longestPiece;
     for (std::size_t start = 0; start < text.size(); start += longestPiece)
         log.LogLine(std::string_view(text).substr(start, longestPiece), hasPieces);
+}
+
+void LineRecorder::Dropped(std::size_t byteCount) {
+    if (byteCount == 0 || (!log.IsOpen() && !trace.IsWanted()))
+        return;
+    FlushPending();
+    const std::string line = ToUtf8(Filled(text::trace::notSent, {ToText(static_cast<std::int64_t>(byteCount))}));
+    log.LogLine(line, true);
+    trace.Note(line);
 }
 
 void LineRecorder::HoldsChanged(const LineHolds& previous, const LineHolds& present) {

@@ -25,6 +25,8 @@ public:
     void SentBlock(int askedCount, std::span<const std::uint8_t> bytes);
     // Logs the name and new value of each hold that has changed.
     void HoldsChanged(const LineHolds& previous, const LineHolds& present);
+    // Bytes that were mirrored as sent have been removed before they left.
+    void Dropped(std::size_t byteCount);
     // A line for the trace alone.
     void Note(std::string_view text) { trace.Note(text); }
     void EndTraceLine() { trace.EndLine(); }

@@ -10,6 +10,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto slowWrite = 5s;
+constexpr auto oldHold = 10s;
 constexpr std::chrono::nanoseconds shortestLook = 1ms;
 constexpr std::chrono::nanoseconds longestLook = 10ms;
 constexpr int bitsPerCharacter = 10;
@@ -22,7 +23,7 @@ LineService::LineService(std::unique_ptr<SerialPort> port, const Clock& clock, L
 
 void LineService::OpenPort(const DownloadSettings& settings, const KelText& applicationTitle) {
     thread.AssertOwned();
-    receive.Clear();
+    DropEverything();
     bitsPerSecond = BitsPerSecond(settings);
     for (const PortProblem& problem : link.Open(settings, applicationTitle))
         client.OnPortProblem(problem);
@@ -30,12 +31,72 @@ void LineService::OpenPort(const DownloadSettings& settings, const KelText& appl
 
 bool LineService::Reopen(const DownloadSettings& settings, const KelText& applicationTitle) {
     thread.AssertOwned();
-    return link.Reopen(settings, applicationTitle);
+    DropEverything();
+    for (const PortProblem& problem : link.Reopen(settings, applicationTitle))
+        client.OnPortProblem(problem);
+    return link.IsOpen();
 }
 
 void LineService::ClosePort() {
     thread.AssertOwned();
     link.Close();
+}
+
+void LineService::DropEverything() {
+    receive.Clear();
+    transmit.Clear();
+    inDriver.clear();
+    status = {};
+    SetHolds({});
+    activity = {};
+    heldUpSince.reset();
+}
+
+void LineService::SendText(std::string_view text) {
+    if (link.IsOpen())
+        transmit.AppendText(text);
+}
+
+void LineService::SendChar(std::uint8_t byte, bool continuation) {
+    if (link.IsOpen())
+        transmit.AppendChar(byte, continuation);
+}
+
+void LineService::SendBlock(int askedCount, std::span<const std::uint8_t> bytes, Clock::Duration delay) {
+    if (link.IsOpen())
+        transmit.AppendBlock(askedCount, bytes, delay);
+}
+
+bool LineService::IsHeldUp() const {
+    return IsHeld() && !IsDrained();
+}
+
+void LineService::EndOldHold() {
+    if (!holds.xoff || clock.Now() - xoffSince < oldHold)
+        return;
+    LineHolds present = holds;
+    present.xoff = false;
+    if (link.DriverTellsXoffHold()) {
+        const std::size_t unsentCount = std::min(status.outputCount, inDriver.size());
+        if (const auto released = link.Port().ReleaseXoff(); !released) {
+            NoteFailure(LineStep::Write, released.Reason());
+            return;
+        }
+        // As if XON had come: the bytes that the driver has dropped go out too.
+        transmit.GiveBack(std::span(inDriver).last(unsentCount));
+        inDriver.clear();
+        status.holds.xoff = false;
+        status.outputCount = 0;
+    }
+    SetHolds(present);
+}
+
+void LineService::ForgetXoff() {
+    if (link.DriverTellsXoffHold())
+        return;
+    LineHolds present = holds;
+    present.xoff = false;
+    SetHolds(present);
 }
 
 // The order matters. Reading comes first, so that an answer goes out in the look that read the question. The client's
@@ -53,21 +114,33 @@ bool LineService::Look() {
     NoteStatus(*present);
     if (status.inputCount > 0)
         ReadData();
-    if (status.outputCount == 0 && !status.holds.xoff && link.IsOpen()) {
+    if (link.IsOpen() && status.outputCount == 0 && !IsHeld()) {
         WriteQueued();
-        if (link.IsOpen() && !holds.xoff)
+        if (link.IsOpen() && !IsHeld())
             client.OnLineFree();
     }
-    return link.IsOpen() && IsWriteDue();
+    if (!IsHeldUp())
+        heldUpSince.reset();
+    else if (!heldUpSince)
+        heldUpSince = clock.Now();
+    return IsWriteDue();
 }
 
 void LineService::NoteStatus(const LineStatus& present) {
-    recorder.HoldsChanged(status.holds, present.holds);
     status = present;
-    const bool xoffByBytes = holds.xoff;
-    holds = present.holds;
+    if (status.outputCount == 0)
+        inDriver.clear();
+    LineHolds effective = present.holds;
     if (!link.DriverTellsXoffHold())
-        holds.xoff = xoffByBytes;
+        effective.xoff = holds.xoff;
+    SetHolds(effective);
+}
+
+void LineService::SetHolds(const LineHolds& present) {
+    recorder.HoldsChanged(holds, present);
+    if (present.xoff && !holds.xoff)
+        xoffSince = clock.Now();
+    holds = present;
 }
 
 void LineService::ReadData() {
@@ -95,34 +168,35 @@ void LineService::ReadData() {
 
 void LineService::NoteReceived(std::span<const std::uint8_t> bytes) {
     activity.received = true;
+    recorder.Received(bytes);
+    // Where the driver obeys XOFF, it keeps both bytes to itself.
+    LineHolds present = holds;
     for (const std::uint8_t byte : bytes) {
         if (byte == xon || byte == xoff)
-            holds.xoff = byte == xoff;
+            present.xoff = byte == xoff;
     }
-    recorder.Received(bytes);
+    if (!link.DriverTellsXoffHold())
+        SetHolds(present);
 }
 
 bool LineService::IsWriteDue() const {
-    const bool isFree = status.outputCount == 0 && !status.holds.xoff && !holds.xoff && !link.IsFailing();
-    return isFree && transmit.IsWritePending() && (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
+    return link.IsOpen() && status.outputCount == 0 && !IsHeld() && !link.IsFailing() && !transmit.IsEmpty() &&
+           (transmit.AwaitsDrain() || transmit.IsDue(clock.Now()));
 }
 
-// Requires that the driver holds no bytes.
+// Requires that the driver holds no bytes and that nothing holds the line.
 void LineService::WriteQueued() {
-    if (!transmit.IsWritePending())
+    if (transmit.IsEmpty())
         return;
     const auto now = clock.Now();
     transmit.DriverDrained(now);
     if (!transmit.IsDue(now))
         return;
-    if (!transmit.IsEmpty()) {
-        // An XOFF may have arrived since the status was taken. Where the driver obeys it, it holds the bytes by itself.
-        if (!link.DriverTellsXoffHold())
-            ReadData();
-        if (!holds.xoff && link.IsOpen())
-            WriteData();
-    }
-    transmit.EndWrite();
+    // An XOFF may have arrived since the status was taken. Where the driver obeys it, it holds the bytes by itself.
+    if (!link.DriverTellsXoffHold())
+        ReadData();
+    if (!IsHeld() && link.IsOpen())
+        WriteData();
 }
 
 void LineService::WriteData() {
@@ -130,6 +204,8 @@ void LineService::WriteData() {
     const std::size_t pendingCount = transmit.Pending().size();
     std::size_t byteCount = 0;
     const auto written = link.Port().Write(transmit.Pending(), byteCount);
+    const auto taken = transmit.Pending().first(byteCount);
+    inDriver.insert(inDriver.end(), taken.begin(), taken.end());
     transmit.Consume(byteCount);
     // A slow write was held up. The lamp stays dark because the line was not working.
     if (byteCount == pendingCount && clock.Now() - started < slowWrite)
@@ -143,25 +219,20 @@ void LineService::WriteData() {
 }
 
 void LineService::NoteFailure(LineStep step, const Error& error) {
-    if (const auto problem = link.NoteFailure(step, error))
-        client.OnPortProblem(*problem);
+    client.OnPortProblem(link.NoteFailure(step, error));
     if (link.IsOpen())
         return;
     // Questions and answers that were on their way are stale when the device comes back.
-    receive.Clear();
-    transmit.Clear();
-    status = {};
-    holds = {};
-    activity = {};
+    DropEverything();
     client.OnLinkLost();
 }
 
-void LineService::Wait(std::chrono::nanoseconds longest, bool awaitsDrain) {
+void LineService::Wait(std::chrono::nanoseconds longest, bool isWatched) {
     thread.AssertOwned();
     const bool isFailing = link.IsFailing();
     if (isFailing)
         longest = std::min(longest, longestLook);
-    else if (link.IsOpen() && (awaitsDrain || transmit.IsWritePending()))
+    else if (link.IsOpen() && (isWatched || !IsDrained()))
         longest = std::min(longest, TimeToNextLook());
     // A port that has bytes but cannot be read would end every wait at once.
     link.Port().Wait(std::max(longest, std::chrono::nanoseconds::zero()),

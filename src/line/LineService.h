@@ -6,6 +6,7 @@
 #include "base/ThreadOwner.h"
 #include "line/PortLink.h"
 #include "line/ReceiveBuffer.h"
+#include "line/Sender.h"
 #include "line/TransmitQueue.h"
 
 #include <chrono>
@@ -30,20 +31,34 @@ public:
     virtual void OnPortProblem(const PortProblem& problem) = 0;
 };
 
-class LineService {
+class LineService : public Sender {
 public:
     LineService(std::unique_ptr<SerialPort> port, const Clock& clock, LineRecorder& recorder, LineClient& client,
                 const ThreadOwner& thread);
 
-    // Closes an open port and opens the one that the settings name; the client gets the problems. Drops a partly
-    // received message: after the purge its tail would look like the start of the next one.
+    // Closes an open port and opens the one that the settings name; the client gets the problems. Drops everything on
+    // its way: after the purge, the tail of a message would look like the start of the next one, and an answer would
+    // come without its question. No hold outlives it.
     void OpenPort(const DownloadSettings& settings, const KelText& applicationTitle);
-    // See PortLink.
+    // See PortLink. True if the port is open now.
     bool Reopen(const DownloadSettings& settings, const KelText& applicationTitle);
     void ClosePort();
     bool IsOpen() const { return link.IsOpen(); }
     bool IsLinked() const { return link.IsLinked(); }
+    // Whether the port is configured and every step on it succeeds.
+    bool IsWorking() const { return link.IsLinked() && !link.IsFailing(); }
     const KelText& Title() const { return link.Title(); }
+
+    void SendText(std::string_view text) override;
+    void SendChar(std::uint8_t byte, bool continuation) override;
+    void SendBlock(int askedCount, std::span<const std::uint8_t> bytes, Clock::Duration delay) override;
+    bool IsEmpty() const override { return transmit.IsEmpty(); }
+    bool IsHeldUp() const override;
+    void DropUnsent() override { transmit.DropUnsent(); }
+    void EndOldHold() override;
+    void Note(std::string_view text) override { recorder.Note(text); }
+    // Forgets a received XOFF, whatever its age. Does nothing where the driver obeys XOFF.
+    void ForgetXoff();
 
     // One look at the line: reads, tells the client, writes. True if the next look is due at once.
     bool Look();
@@ -51,16 +66,18 @@ public:
     bool IsDrained() const { return transmit.IsEmpty() && status.outputCount == 0; }
 
     // Returns when bytes have arrived, when Wake is called, when a queued write is due, or after `longest`.
-    // `awaitsDrain`: the caller waits for IsDrained, so the driver is asked in time.
-    void Wait(std::chrono::nanoseconds longest, bool awaitsDrain);
+    // `isWatched`: holds and the end of the output are looked at every 10 ms, because somebody logs them or waits for
+    // them.
+    void Wait(std::chrono::nanoseconds longest, bool isWatched);
     // Ends the present Wait, or the next one. Any thread.
     void Wake() { link.Port().Wake(); }
     // Ends a write that blocks. Any thread.
     void CancelWrite() { link.Port().CancelWrite(); }
 
-    TransmitQueue& Transmit() { return transmit; }
     // What holds the line. XOFF counts as the driver tells it, or else as the received bytes tell it.
     const LineHolds& Holds() const { return holds; }
+    // Since when output waits because the line is held. None while it flows.
+    const std::optional<Clock::TimePoint>& HeldUpSince() const { return heldUpSince; }
     // Traffic since the last call, for the lamps.
     struct Activity {
         bool received = false;
@@ -72,10 +89,13 @@ public:
 
 private:
     void NoteStatus(const LineStatus& present);
+    void SetHolds(const LineHolds& present);
     void ReadData();
     void NoteReceived(std::span<const std::uint8_t> bytes);
+    bool IsHeld() const { return holds.cts || holds.dsr || holds.xoff; }
     bool IsWriteDue() const;
     void WriteQueued();
+    void DropEverything();
     void WriteData();
     void NoteFailure(LineStep step, const Error& error);
     std::chrono::nanoseconds TimeToNextLook() const;
@@ -87,8 +107,11 @@ private:
     PortLink link;
     ReceiveBuffer receive;
     TransmitQueue transmit;
-    LineStatus status; // of the last look
+    LineStatus status;                  // of the last look
+    std::vector<std::uint8_t> inDriver; // the bytes of the last writes, of which the driver still holds some
     LineHolds holds;
+    Clock::TimePoint xoffSince; // while holds.xoff
+    std::optional<Clock::TimePoint> heldUpSince;
     Activity activity;
     int bitsPerSecond = 1;
     bool isOverrun = false;

@@ -51,28 +51,22 @@ int BitsPerSecond(const DownloadSettings& settings) {
     return std::max(std::atoi(ToUtf8(settings.baudRate).c_str()), 1);
 }
 
-PortProblem PortLink::Problem(const char16_t* stepName, const Error& error) const {
-    return {stepName, portName + u"\n" + error.text};
+PortProblem PortLink::Problem(PortProblem::Kind kind, const char16_t* stepName, const Error& error) const {
+    return {kind, stepName, portName + u"\n" + error.text};
 }
 
-std::optional<PortProblem> PortLink::NoteFailure(LineStep step, const Error& error) {
-    std::optional<PortProblem> firstProblem;
-    if (!failingStep)
-        firstProblem = Problem(NameOf(step), error);
+PortProblem PortLink::NoteFailure(LineStep step, const Error& error) {
     failingStep = step;
-    isFailing = true;
     if (error.isGone) {
         Close();
         title = Filled(text::caption::noLink, {titleName});
     }
-    return firstProblem;
+    return Problem(PortProblem::Kind::Device, NameOf(step), error);
 }
 
 void PortLink::NoteSuccess(LineStep step) {
-    if (!failingStep || *failingStep > step)
-        return;
-    failingStep.reset();
-    isFailing = false;
+    if (failingStep && *failingStep <= step)
+        failingStep.reset();
 }
 
 std::vector<PortProblem> PortLink::Open(const DownloadSettings& settings, const KelText& applicationTitle) {
@@ -80,29 +74,28 @@ std::vector<PortProblem> PortLink::Open(const DownloadSettings& settings, const 
     if (port->IsOpen()) {
         port->Purge();
         if (const auto closed = port->Close(); !closed)
-            problems.push_back(Problem(text::portStep::closePrevious, closed.Reason()));
+            problems.push_back(Problem(PortProblem::Kind::Warning, text::portStep::closePrevious, closed.Reason()));
     }
     titleName = applicationTitle;
-    failingStep.reset();
     OpenAndConfigure(settings, problems);
     return problems;
 }
 
-bool PortLink::Reopen(const DownloadSettings& settings, const KelText& applicationTitle) {
+std::vector<PortProblem> PortLink::Reopen(const DownloadSettings& settings, const KelText& applicationTitle) {
     titleName = applicationTitle;
-    std::vector<PortProblem> unreported;
-    if (!OpenAndConfigure(settings, unreported))
+    std::vector<PortProblem> problems;
+    if (!OpenAndConfigure(settings, problems))
         Close();
-    return port->IsOpen();
+    return problems;
 }
 
 bool PortLink::OpenAndConfigure(const DownloadSettings& settings, std::vector<PortProblem>& problems) {
     portName = settings.port;
     title = Filled(text::caption::noLink, {titleName});
-    isFailing = false;
+    failingStep.reset();
     isLinked = false;
     if (const auto opened = port->Open(portName); !opened) {
-        problems.push_back(Problem(text::portStep::open, opened.Reason()));
+        problems.push_back(Problem(PortProblem::Kind::Device, text::portStep::open, opened.Reason()));
         return false;
     }
     isLinked = Configure(settings, problems);
@@ -115,19 +108,21 @@ bool PortLink::OpenAndConfigure(const DownloadSettings& settings, std::vector<Po
 }
 
 bool PortLink::Configure(const DownloadSettings& settings, std::vector<PortProblem>& problems) {
-    const auto succeeded = [&](const char16_t* stepName, const Result<>& result) {
+    const auto attempt = [&](PortProblem::Kind kind, const char16_t* stepName, const Result<>& result) {
         if (!result)
-            problems.push_back(Problem(stepName, result.Reason()));
+            problems.push_back(Problem(kind, stepName, result.Reason()));
         return static_cast<bool>(result);
     };
+    constexpr auto warning = PortProblem::Kind::Warning;
+    constexpr auto mode = PortProblem::Kind::Mode;
     // A port works with queues of another size, and with a state that it did not tell: the two steps are reported only.
-    succeeded(text::portStep::setQueueSizes, port->SetQueueSizes(inputQueueBytes, outputQueueBytes));
-    succeeded(text::portStep::fetchState, port->FetchState());
+    attempt(warning, text::portStep::setQueueSizes, port->SetQueueSizes(inputQueueBytes, outputQueueBytes));
+    attempt(warning, text::portStep::fetchState, port->FetchState());
     const std::optional<FlowControl> flow = FlowOf(settings);
     driverTellsXoffHold = !flow || flow->software;
-    return succeeded(text::portStep::applyMode, port->ApplyMode(ModeText(settings))) &&
-           succeeded(text::portStep::commitState, port->CommitState(flow)) &&
-           succeeded(text::portStep::setTimeouts, port->SetTimeouts(writeTimeout));
+    return attempt(mode, text::portStep::applyMode, port->ApplyMode(ModeText(settings))) &&
+           attempt(mode, text::portStep::commitState, port->CommitState(flow)) &&
+           attempt(mode, text::portStep::setTimeouts, port->SetTimeouts(writeTimeout));
 }
 
 void PortLink::Close() {

@@ -12,6 +12,10 @@ namespace tarvin {
 
 // The step of the work on a port that failed, and why. For the user.
 struct PortProblem {
+    // The device cannot be used; the device refuses what the settings ask for; or the port works all the same.
+    enum class Kind { Device, Mode, Warning };
+
+    Kind kind = Kind::Device;
     KelText stepName;
     KelText text; // the port's name and the system's words, one line each
 };
@@ -30,9 +34,8 @@ public:
     // step that fails after the opening leaves the port open, half-configured, under the "No Link" title: the next
     // opening closes it. `applicationTitle` begins the title.
     std::vector<PortProblem> Open(const DownloadSettings& settings, const KelText& applicationTitle);
-    // Like Open for a closed port, but closes a port again that cannot be configured, and reports nothing: it is tried
-    // again until it works. True if a port is open now.
-    bool Reopen(const DownloadSettings& settings, const KelText& applicationTitle);
+    // Like Open for a closed port, but closes a port again that cannot be configured: it is tried again until it works.
+    std::vector<PortProblem> Reopen(const DownloadSettings& settings, const KelText& applicationTitle);
     void Close();
 
     SerialPort& Port() { return *port; }
@@ -44,17 +47,15 @@ public:
     // Whether the driver obeys XON and XOFF. Otherwise received XON and XOFF bytes alone hold and release the line.
     bool DriverTellsXoffHold() const { return driverTellsXoffHold; }
 
-    // A step on the open port has failed. Returns the first problem of an outage: one outage is one report. Closes the
-    // port if the device is gone.
-    std::optional<PortProblem> NoteFailure(LineStep step, const Error& error);
-    // A step has succeeded. An outage ends when the step that failed succeeds, or a later one: a device may open and
-    // then fail at once.
+    // A step on the open port has failed. Closes the port if the device is gone.
+    PortProblem NoteFailure(LineStep step, const Error& error);
+    // A step has succeeded. The port stops failing when the step that failed succeeds, or a later one.
     void NoteSuccess(LineStep step);
     // Whether the open port fails: it is looked at again after a pause.
-    bool IsFailing() const { return IsOpen() && isFailing; }
+    bool IsFailing() const { return IsOpen() && failingStep; }
 
 private:
-    PortProblem Problem(const char16_t* stepName, const Error& error) const;
+    PortProblem Problem(PortProblem::Kind kind, const char16_t* stepName, const Error& error) const;
     bool OpenAndConfigure(const DownloadSettings& settings, std::vector<PortProblem>& problems);
     bool Configure(const DownloadSettings& settings, std::vector<PortProblem>& problems);
 
@@ -64,8 +65,7 @@ private:
     KelText title;
     bool isLinked = false;
     bool driverTellsXoffHold = false;
-    std::optional<LineStep> failingStep; // of the present outage
-    bool isFailing = false;
+    std::optional<LineStep> failingStep;
 };
 
 }

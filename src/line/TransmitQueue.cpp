@@ -4,23 +4,25 @@
 
 namespace tarvin {
 
-void TransmitQueue::SendChar(std::uint8_t byte, bool continuation) {
+void TransmitQueue::AppendChar(std::uint8_t byte, bool continuation) {
     bytes.push_back(byte);
+    EndFrame();
     recorder.SentByte(byte, continuation);
-    writePending = true;
 }
 
-void TransmitQueue::SendText(std::string_view text) {
+void TransmitQueue::AppendText(std::string_view text) {
+    if (text.empty())
+        return;
     bytes.insert(bytes.end(), text.begin(), text.end());
+    EndFrame();
     recorder.SentText(text);
-    writePending = writePending || !text.empty();
 }
 
-void TransmitQueue::SendBlock(int askedCount, std::span<const std::uint8_t> block, Clock::Duration delay) {
+void TransmitQueue::AppendBlock(int askedCount, std::span<const std::uint8_t> block, Clock::Duration delay) {
     assert(IsEmpty());
     bytes.insert(bytes.end(), block.begin(), block.end());
+    EndFrame();
     recorder.SentBlock(askedCount, block);
-    writePending = true;
     if (delay > Clock::Duration::zero())
         delayAfterDrain = delay;
 }
@@ -28,6 +30,32 @@ void TransmitQueue::SendBlock(int askedCount, std::span<const std::uint8_t> bloc
 void TransmitQueue::Consume(std::size_t byteCount) {
     assert(byteCount <= bytes.size() - first);
     first += byteCount;
+    hasBegun = hasBegun || byteCount > 0;
+    while (!frameEnds.empty() && frameEnds.front() <= first) {
+        hasBegun = first > frameEnds.front();
+        frameEnds.pop_front();
+    }
+    if (IsEmpty())
+        Clear();
+}
+
+void TransmitQueue::GiveBack(std::span<const std::uint8_t> accepted) {
+    if (accepted.empty())
+        return;
+    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(first), accepted.begin(), accepted.end());
+    for (std::size_t& end : frameEnds)
+        end += accepted.size();
+    // If the first frame has begun, these bytes are its beginning.
+    if (!hasBegun)
+        frameEnds.push_front(first + accepted.size());
+    hasBegun = true;
+}
+
+void TransmitQueue::DropUnsent() {
+    const std::size_t keptEnd = hasBegun && !frameEnds.empty() ? frameEnds.front() : first;
+    recorder.Dropped(bytes.size() - keptEnd);
+    bytes.resize(keptEnd);
+    frameEnds.resize(hasBegun && !frameEnds.empty() ? 1 : 0);
     if (IsEmpty())
         Clear();
 }
@@ -35,6 +63,8 @@ void TransmitQueue::Consume(std::size_t byteCount) {
 void TransmitQueue::Clear() {
     bytes.clear();
     first = 0;
+    frameEnds.clear();
+    hasBegun = false;
     delayAfterDrain.reset();
     notBefore.reset();
 }

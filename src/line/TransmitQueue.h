@@ -1,36 +1,35 @@
 #pragma once
 // The bytes that wait for the line, mirrored for trace and log. Monitor thread.
 
+#include "base/Clock.h"
 #include "line/LineRecorder.h"
-#include "line/Sender.h"
 
 #include <cstddef>
+#include <deque>
 #include <optional>
 #include <vector>
 
 namespace tarvin {
 
-class TransmitQueue : public Sender {
+class TransmitQueue {
 public:
     explicit TransmitQueue(LineRecorder& recorder) : recorder(recorder) {}
 
-    void SendText(std::string_view text) override;
-    void SendChar(std::uint8_t byte, bool continuation) override;
-    void SendBlock(int askedCount, std::span<const std::uint8_t> bytes, Clock::Duration delay) override;
-    bool IsEmpty() const override { return first == bytes.size(); }
-    void Retry() override { writePending = true; }
-    void Note(std::string_view text) override { recorder.Note(text); }
+    // Queue one frame each. See Sender.
+    void AppendText(std::string_view text);
+    void AppendChar(std::uint8_t byte, bool continuation);
+    void AppendBlock(int askedCount, std::span<const std::uint8_t> bytes, Clock::Duration delay);
 
+    bool IsEmpty() const { return first == bytes.size(); }
     // Bytes that the driver has not accepted yet, oldest first. Valid until the next non-const call.
     std::span<const std::uint8_t> Pending() const { return std::span(bytes).subspan(first); }
     // Removes the first `byteCount` bytes. Requires byteCount <= Pending().size().
     void Consume(std::size_t byteCount);
+    // Puts bytes back that the driver had accepted and then dropped. They count as the rest of a frame that has begun.
+    void GiveBack(std::span<const std::uint8_t> bytes);
+    // Removes the frames of which the driver has accepted nothing.
+    void DropUnsent();
     void Clear();
-
-    // Set by each queuing and by Retry. The line clears it with each attempt to write, so bytes that a held line did
-    // not take wait for the next queuing or for Retry.
-    bool IsWritePending() const { return writePending; }
-    void EndWrite() { writePending = false; }
 
     // The driver holds no bytes at `now`. The first such moment after a block was queued starts the delay of the block.
     void DriverDrained(Clock::TimePoint now);
@@ -42,10 +41,13 @@ public:
     std::optional<Clock::TimePoint> DueTime() const { return notBefore; }
 
 private:
+    void EndFrame() { frameEnds.push_back(bytes.size()); }
+
     LineRecorder& recorder;
     std::vector<std::uint8_t> bytes;
-    std::size_t first = 0; // of the pending bytes
-    bool writePending = false;
+    std::size_t first = 0;             // of the pending bytes
+    bool hasBegun = false;             // the driver has accepted a part of the first frame
+    std::deque<std::size_t> frameEnds; // of the frames that are not accepted whole, in `bytes`
     std::optional<Clock::Duration> delayAfterDrain;
     std::optional<Clock::TimePoint> notBefore;
 };

@@ -14,6 +14,9 @@ struct MessageBoxText {
     unsigned style = okOnly; // flags of MessageStyle
     // With a number, the box has a check box by which the user suppresses all boxes of this number.
     std::optional<std::int32_t> dontShowAgainId = {};
+
+    // Whether a user cannot tell the boxes apart.
+    bool LooksLike(const MessageBoxText& other) const { return caption == other.caption && text == other.text; }
 };
 
 enum class ReportLevel : std::int32_t { Warning, Normal, Fatal, Query, Information };

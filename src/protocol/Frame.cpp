@@ -24,6 +24,12 @@ void BuildFrame(std::string_view text, std::string& frame) {
     frame.push_back(frameEnd);
 }
 
+bool HoldsKnownCode(std::string_view message) {
+    constexpr std::string_view codes[] = {code::linkTest,  code::uploadRequest, code::downloadRequest, code::uploadData,
+                                          code::uploadEnd, code::dataGood,      code::dataBad};
+    return std::ranges::any_of(codes, [&](std::string_view each) { return HoldsCode(message, each); });
+}
+
 std::string_view DataPayload(std::string_view message) {
     const std::size_t found = message.find(code::uploadData);
     if (found == std::string_view::npos)

@@ -45,6 +45,9 @@ inline bool HoldsCode(std::string_view message, std::string_view code) {
     return message.find(code) != std::string_view::npos;
 }
 
+// Whether the message holds any code of the controller.
+bool HoldsKnownCode(std::string_view message);
+
 // The characters between the first "ABAD" of the message and its last character. That is the controller's checksum,
 // which is dropped unread: the controller repeats nothing, so a refusal could only lose the line.
 std::string_view DataPayload(std::string_view message);

@@ -31,8 +31,11 @@ public:
     virtual void OnReceived(ReceiveBuffer& received) = 0;
     // The driver has sent everything, and nothing holds the line.
     virtual void OnLineFree() {}
-    // The device is gone. A protocol that would not notice the gap ends its transfer.
-    virtual void OnLinkLost() {}
+    // The user, or a lost link, ends whatever is under way. Drops what belongs to it. The transfer itself ends
+    // elsewhere.
+    virtual void Abandon() {}
+    // The device is gone, and a transfer with it.
+    virtual void OnTransferLost() {}
 };
 
 using ProtocolMaker = std::function<std::unique_ptr<Protocol>(const ProtocolParts& parts)>;

@@ -22,7 +22,7 @@ RawProtocol::RawProtocol(const ProtocolParts& parts)
     : parts(parts), download(parts, [transfer = &parts.transfer] { transfer->CallUser(); }) {}
 
 void RawProtocol::OnReceived(ReceiveBuffer& received) {
-    if (parts.transfer.State() == TransferState::LoopbackFailure) {
+    if (parts.transfer.IsTesting()) {
         testedCount = received.Count();
         return;
     }
@@ -35,11 +35,9 @@ void RawProtocol::OnReceived(ReceiveBuffer& received) {
 void RawProtocol::OnLineFree() {
     if (parts.transfer.State() != TransferState::Downloading)
         return;
-    if (!parts.sender.IsEmpty()) {
-        // A hold or a full driver has left a rest of the last block.
-        parts.sender.Retry();
+    // A full driver has left a rest of the last block.
+    if (!parts.sender.IsEmpty())
         return;
-    }
     const int blockSize = BlockSize(BitsPerSecond(parts.settings));
     const auto block = parts.transfer.NextBlock(static_cast<std::size_t>(blockSize));
     if (block.empty()) {
@@ -48,13 +46,6 @@ void RawProtocol::OnLineFree() {
     }
     parts.sender.SendBlock(blockSize, block, std::chrono::milliseconds(parts.settings.characterDelayMilliseconds));
     parts.transfer.CountSent(static_cast<std::int64_t>(block.size()));
-}
-
-void RawProtocol::OnLinkLost() {
-    if (parts.transfer.State() == TransferState::Downloading)
-        parts.transfer.End(TransferState::DownloadErrors);
-    else if (parts.transfer.State() == TransferState::Uploading)
-        parts.transfer.End(TransferState::UploadErrors);
 }
 
 }

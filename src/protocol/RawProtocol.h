@@ -15,8 +15,7 @@ public:
     void OnReceived(ReceiveBuffer& received) override;
     // Sends the next block of the file.
     void OnLineFree() override;
-    // Ends the transfer. After a gap the machine would cut an incomplete file as if it were complete.
-    void OnLinkLost() override;
+    void Abandon() override { download.Drop(); }
 
     // Calls the user to send a file, after the start character and the delay. Nothing calls this yet: a machine without
     // a protocol cannot ask.

@@ -32,17 +32,34 @@ void TarvinApp::Send(std::string_view text) {
 void TarvinApp::OnReceived(ReceiveBuffer& received) {
     while (auto next = received.TakeMessage(frameEnd, false)) {
         // The line feed of a line end stands alone before the next message.
-        if (next->empty())
+        if (next->empty() || IsRepeatOfHeldMessage(*next))
             continue;
         message = std::move(*next);
         HandleMessage();
     }
 }
 
+// While the line is held, the controller does not get its answer and repeats its message. Answering twice would put it
+// one acknowledgement ahead for the rest of the transfer. So a repeat is left alone, and any other message drops the
+// answer that waits.
+bool TarvinApp::IsRepeatOfHeldMessage(const std::string& next) {
+    const bool isRepeat = parts.sender.IsHeldUp() && next == message;
+    if (isRepeat)
+        transfer.CountRepeat();
+    else if (parts.sender.IsHeldUp())
+        parts.sender.DropUnsent();
+    // A controller that speaks this language takes answers, so an old XOFF is none of its own.
+    if (HoldsKnownCode(next))
+        parts.sender.EndOldHold();
+    return isRepeat;
+}
+
 // Each test sees the state that the one before left, and a message may hold more than one code: "ABST" within a line of
 // an upload is stored as data and is a request as well, because nothing tells a lost line end from data.
 void TarvinApp::HandleMessage() {
     codeText = message;
+    if (RefuseLostTransfer())
+        return;
     bool isHandled = HandleUploadMessage();
     isHandled = HandleRequest() || isHandled;
     if (transfer.State() != TransferState::Downloading)
@@ -53,6 +70,26 @@ void TarvinApp::HandleMessage() {
         failedAttempts = attemptsAllowed;
         OnResend();
     }
+}
+
+// The first message about a transfer that the link has taken along. A request begins anew instead.
+bool TarvinApp::RefuseLostTransfer() {
+    if (!hasLostTransfer)
+        return false;
+    for (const std::string_view request : {code::uploadRequest, code::downloadRequest}) {
+        if (HoldsCode(codeText, request)) {
+            hasLostTransfer = false;
+            return false;
+        }
+    }
+    for (const std::string_view part : {code::uploadData, code::uploadEnd, code::dataGood, code::dataBad}) {
+        if (HoldsCode(codeText, part)) {
+            hasLostTransfer = false;
+            Send(code::cannotGoOn);
+            return true;
+        }
+    }
+    return false;
 }
 
 bool TarvinApp::HandleUploadMessage() {
@@ -71,6 +108,7 @@ bool TarvinApp::HandleUploadMessage() {
 bool TarvinApp::HandleRequest() {
     bool isHandled = false;
     if (HoldsCode(codeText, code::linkTest)) {
+        DropAbandoned();
         transfer.ShowLinkTest();
         Send(code::linkTestAnswer);
         isHandled = true;
@@ -95,6 +133,7 @@ bool TarvinApp::HandleAcknowledgement() {
         return true;
     }
     if (HoldsCode(codeText, code::dataBad)) {
+        transfer.CountRepeat();
         OnResend();
         return true;
     }
@@ -112,7 +151,15 @@ bool TarvinApp::NameTransfer(const KelText& folder) {
     return IsUsableFileNumber(number);
 }
 
+// A message that begins something else gives up what is under way, and what is queued for it.
+void TarvinApp::DropAbandoned() {
+    download.Drop();
+    if (transfer.State() == TransferState::Downloading)
+        parts.sender.DropUnsent();
+}
+
 void TarvinApp::OnUploadRequest() {
+    DropAbandoned();
     if (!NameTransfer(parts.settings.uploadPath)) {
         transfer.End(TransferState::UploadCouldNotOpen);
         Send(code::cannotGoOn);
@@ -144,12 +191,14 @@ void TarvinApp::OnDownloadRequest() {
         Send(code::cannotRead);
         return;
     }
+    DropAbandoned();
+    // The number counts that came with the request, whatever arrives during the delay.
+    isRequestUsable = NameTransfer(parts.settings.downloadPath);
     download.Start();
 }
 
 void TarvinApp::BeginDownload() {
-    // From the message as it stands: after a transmit delay it may be a later one than the request.
-    if (!NameTransfer(parts.settings.downloadPath)) {
+    if (!isRequestUsable) {
         transfer.End(TransferState::DownloadCouldNotOpen);
         Send(code::cannotRead);
         return;

@@ -18,16 +18,21 @@ public:
 
     explicit TarvinApp(const ProtocolParts& parts);
 
-    // Answers each message in the bytes. Each line of a transfer is acknowledged, so a gap shows, and the controller
-    // decides after an outage whether the transfer goes on.
+    // Answers each message in the bytes.
     void OnReceived(ReceiveBuffer& received) override;
+    void Abandon() override { download.Drop(); }
+    // The controller does not know that its transfer has ended: it is told at its next message about it.
+    void OnTransferLost() override { hasLostTransfer = true; }
 
 private:
+    bool IsRepeatOfHeldMessage(const std::string& next);
     void HandleMessage();
+    bool RefuseLostTransfer();
     bool HandleUploadMessage();
     bool HandleRequest();
     bool HandleAcknowledgement();
 
+    void DropAbandoned();
     void OnUploadRequest();
     void OnDataLine();
     void OnDownloadRequest();
@@ -44,6 +49,8 @@ private:
     std::string_view codeText; // where codes count: the message, or the payload once it has been stored
     std::string dataMessage;   // the last one sent, for a repeat
     std::string frame;
+    bool isRequestUsable = false; // the number of the download that waits or has begun may name a file
+    bool hasLostTransfer = false;
     int failedAttempts = 0; // of the data line last sent; only "ABAK" ends the count
     DelayedDownload download;
 };

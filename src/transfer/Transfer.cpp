@@ -46,6 +46,7 @@ void Transfer::Enter(TransferState newState, Urgency urgency) {
     thread.AssertOwned();
     if (!IsTransferring(newState))
         ReleaseFor(newState);
+    isTesting = false;
     state = newState;
     observer.OnStateChanged(urgency);
 }
@@ -53,6 +54,7 @@ void Transfer::Enter(TransferState newState, Urgency urgency) {
 void Transfer::Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency) {
     bytesDone = 0;
     bytesTotal = range;
+    repeatCount = 0;
     bar = {0, range};
     dialog = newDialog;
     Enter(newState, urgency);
@@ -76,8 +78,14 @@ void Transfer::EndOverrun() {
         Enter(TransferState::Waiting, Urgency::NextTick);
 }
 
-void Transfer::ShowLoopback(bool hasReturned) {
-    Enter(hasReturned ? TransferState::LoopbackSuccess : TransferState::LoopbackFailure, Urgency::NextTick);
+void Transfer::BeginLoopback() {
+    Enter(TransferState::Waiting, Urgency::AtOnce);
+    isTesting = true;
+}
+
+void Transfer::EndLoopback(bool hasReturned) {
+    if (isTesting)
+        Enter(hasReturned ? TransferState::LoopbackSuccess : TransferState::LoopbackFailure, Urgency::AtOnce);
 }
 
 void Transfer::ShowMissingServer() {
@@ -193,6 +201,15 @@ bool Transfer::CompleteUpload() {
     const bool isOnDisk = !file.IsWriting() || file.Sync();
     End(isOnDisk ? TransferState::UploadCompleted : TransferState::UploadErrors);
     return isOnDisk;
+}
+
+bool Transfer::EndWithErrors() {
+    const bool isDownload = state == TransferState::Downloading || state == TransferState::DownloadWaiting ||
+                            state == TransferState::DownloadPreparation;
+    if (!isDownload && state != TransferState::Uploading)
+        return false;
+    End(isDownload ? TransferState::DownloadErrors : TransferState::UploadErrors);
+    return true;
 }
 
 void Transfer::End(TransferState newState) {

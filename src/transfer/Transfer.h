@@ -8,7 +8,7 @@
 //   cancelled
 //             any -> 8 -> 9 cannot open, 26 file format error        any -> 9 while an upload is under way
 //   upload    any -> 13 uploading -> 19 completed, 15 errors, 17 cancelled      any -> 10 cannot open
-//   link      any -> 1 waiting, 2 link test, 24 overrun -> 1         1 -> 21 loop-back test -> 22 its message came back
+//   link      any -> 1 waiting, 2 link test, 24 overrun -> 1         1 while the loop-back test runs -> 21, 22
 //
 // Every state except 12 and 13 ends the running transfer: it closes the file, drops the lines and resets the bar. So a
 // controller that tests the link or asks for another file gives up the transfer before it.
@@ -56,6 +56,9 @@ public:
     // Whether a file is on its way.
     bool IsUnderWay() const { return IsTransferring(state); }
     const TransferName& Name() const { return name; }
+    // The controller has repeated a message, or asked for a repeat.
+    void CountRepeat() { ++repeatCount; }
+    int RepeatCount() const { return repeatCount; }
     // Bytes sent or received so far, and the size of a download.
     std::int64_t BytesDone() const { return bytesDone; }
     std::int64_t BytesTotal() const { return bytesTotal; }
@@ -73,8 +76,12 @@ public:
     void ShowOverrun();
     // Back to waiting, unless something else has happened since.
     void EndOverrun();
-    // The verdict of the loop-back test, which is a failure until its message comes back.
-    void ShowLoopback(bool hasReturned);
+    // The loop-back test runs, until its verdict is shown or another state is entered. The status says that the link
+    // waits.
+    void BeginLoopback();
+    bool IsTesting() const { return isTesting; }
+    // Does nothing unless the test runs.
+    void EndLoopback(bool hasReturned);
     void ShowMissingServer();
 
     // Names the file that the next operations are about.
@@ -112,6 +119,10 @@ public:
     // For the end of the program: writes the received part of an upload to the disk. The state stays.
     void KeepFile();
 
+    // Ends a transfer that is under way, or a download that waits, with errors: something other than the transfer has
+    // ended it. Returns whether there was one.
+    bool EndWithErrors();
+
     // Ends the transfer, or refuses one, in a state that ends it.
     void End(TransferState newState);
 
@@ -131,9 +142,11 @@ private:
     std::int64_t bytesTotal = 0;
     Progress bar;
     EndDialog dialog = EndDialog::None;
-    KelFile file;    // of an upload
-    LineList lines;  // of a download for a controller that takes lines
-    FileImage image; // of a download by hand
+    bool isTesting = false;
+    int repeatCount = 0; // of the transfer
+    KelFile file;        // of an upload
+    LineList lines;      // of a download for a controller that takes lines
+    FileImage image;     // of a download by hand
 };
 
 }

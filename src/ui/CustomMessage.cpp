@@ -40,6 +40,9 @@ CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, std::f
     SetIcons(ProgramIcons());
     auto* column = new wxBoxSizer(wxVERTICAL);
     AddMessage(*column, box);
+    repeats = new wxStaticText(this, wxID_ANY, "");
+    repeats->Hide();
+    column->Add(repeats, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12)));
     AddButtons(*column, box.style, dictionary);
     if (box.dontShowAgainId) {
         const KelTextView label = dictionary.Text(text::dictionary::dontShowAgain.id);
@@ -61,6 +64,15 @@ CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, std::f
         else
             event.Skip();
     });
+}
+
+void CustomMessage::CountAgain(const KelText& time) {
+    ++count;
+    repeats->SetLabel(ToLabel(Filled(text::dialog::seenAgain, {ToText(count), time})));
+    repeats->Show();
+    // The box grows when the line appears, and keeps its place.
+    GetSizer()->Fit(this);
+    Layout();
 }
 
 void CustomMessage::AddMessage(wxSizer& column, const MessageBoxText& box) {

@@ -16,6 +16,9 @@ public:
     CustomMessage(wxWindow* parent, const MessageBoxText& box, std::function<void()> showHelp,
                   const TextHolder& dictionary = Dictionary());
 
+    // The box came again, at `time`, while it was open: shows how often and when last.
+    void CountAgain(const KelText& time);
+
     // The answer as the Windows message box numbers it, once the dialog is hidden. Without a button, the last button of
     // the style: the answer that changes least.
     int Answer() const { return answer; }
@@ -29,6 +32,8 @@ private:
 
     wxCheckBox* dontShowAgain = nullptr;
     int answer;
+    wxStaticText* repeats = nullptr;
+    int count = 1;
 };
 
 }

@@ -2,6 +2,7 @@
 
 #include "base/Messages.h"
 #include "engine/DownloadApp.h"
+#include "logging/LogText.h"
 #include "messages/AppInterface.h"
 #include "port/PortNames.h"
 #include "ui/CustomMessage.h"
@@ -113,7 +114,8 @@ void MainWindow::OnSnapshotChanged() {
     const EngineSnapshot snapshot = engine.Snapshot();
     if (snapshot.caption != shown.caption)
         SetTitle(ToWx(snapshot.caption));
-    panel->statusLine->ShowStatus(ToWx(snapshot.statusLine), OutlookOf(snapshot));
+    const KelText notice = snapshot.notice.empty() ? KelText() : u" - " + snapshot.notice;
+    panel->statusLine->ShowStatus(ToWx(snapshot.statusLine + notice), OutlookOf(snapshot));
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
     panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
     panel->received->SetLit(snapshot.lamps.received);
@@ -139,7 +141,14 @@ void MainWindow::OnTrafficArrived() {
 }
 
 void MainWindow::OnMessage(const MessageBoxText& box) {
-    waitingMessages.push_back(box);
+    // One box stands for all that look like it: the user learns nothing from the second.
+    if (openMessage != nullptr && openBox.LooksLike(box)) {
+        openMessage->CountAgain(LocalTimeNow().time);
+        return;
+    }
+    const auto isSame = [&](const MessageBoxText& waiting) { return waiting.LooksLike(box); };
+    if (std::none_of(waitingMessages.begin(), waitingMessages.end(), isSame))
+        waitingMessages.push_back(box);
     ShowNextMessage();
 }
 
@@ -276,7 +285,10 @@ int MainWindow::ShowBox(const MessageBoxText& box) {
     // In front of the dialog that is open, or the user could not reach the box.
     wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
     CustomMessage message(owner, box, [this] { OnHelp("messages.htm"); });
+    openMessage = &message;
+    openBox = box;
     modal.Run(message);
+    openMessage = nullptr;
     if (box.dontShowAgainId && message.IsSuppressed())
         messages.SuppressMessage(*box.dontShowAgainId);
     return message.Answer();

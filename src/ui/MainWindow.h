@@ -15,6 +15,7 @@
 namespace tarvin {
 
 class AppInterface;
+class CustomMessage;
 class DownloadApp;
 class HelpBook;
 class MainPanel;
@@ -83,6 +84,8 @@ private:
     AppInterface& messages;
     std::deque<MessageBoxText> waitingMessages; // one box is open at a time
     bool isMessageOpen = false;
+    CustomMessage* openMessage = nullptr; // the box on the screen, with its text in openBox
+    MessageBoxText openBox;
     bool isMenuOpen = false;
     bool isInputEnabled = true;
     EngineSnapshot shown;

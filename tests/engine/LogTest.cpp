@@ -50,7 +50,8 @@ TEST_CASE("Logs: the comms log holds every byte on the line, and how the link wa
     harness.engine->Output().SendChar(0x12, false);
     harness.engine->Output().SendChar('x', true);
     harness.SendText("y");
-    harness.line.holds.cts = harness.line.holds.xoff = true;
+    harness.line.holds.cts = true;
+    harness.Exchange("\x13");
     harness.Run(200ms);
     CHECK(harness.Snapshot().isCommsLogOn);
     harness.line.holds.cts = false;
@@ -62,8 +63,8 @@ TEST_CASE("Logs: the comms log holds every byte on the line, and how the link wa
     harness.Exchange("unlogged");
     const std::string log = harness.folder.ReadFile("log");
     CHECK(LinesOf(log) == Strings{"Start of logging", "TX AAAKq[0d]", "RX A[0d][0a]\x7F[80]", "RX A[0d][0a]\x7F[80]",
-                                  "TX [12]x", "TX y", "CTS Hold=1  XOff Hold=1  ", "CTS Hold=0  ", "TX z",
-                                  "End of Logging"});
+                                  "TX [12]x", "TX y", "CTS Hold=1  ", "RX [13]", "XOff Hold=1  ", "CTS Hold=0  ",
+                                  "TX z", "End of Logging"});
     for (const char* part :
          {"==================== Version & OS ======================\r\n", "26.0.0.2715 2026 - ",
           "Port=COM1 baud=2400 parity=None data=8 stop=1 flow=None\r\n",

@@ -20,10 +20,14 @@ public:
         sent.append(bytes.begin(), bytes.end());
     }
     bool IsEmpty() const override { return true; }
-    void Retry() override {}
+    bool IsHeldUp() const override { return isHeldUp; }
+    void DropUnsent() override { ++dropCount; }
+    void EndOldHold() override {}
     void Note(std::string_view) override {}
 
     std::string sent;
+    bool isHeldUp = false;
+    int dropCount = 0;
 };
 
 class RecordedTransfer : public TransferObserver {

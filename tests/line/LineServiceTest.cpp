@@ -27,7 +27,7 @@ struct TestedLine : LineClient {
     void OnReceived(ReceiveBuffer& received) override {
         arrivals.emplace_back(received.Bytes().begin(), received.Bytes().end());
         if (!answer.empty())
-            line.Transmit().SendText(answer);
+            line.SendText(answer);
     }
     void OnLineFree() override { ++freeCount; }
     void OnOverrun() override {}
@@ -73,7 +73,7 @@ TEST_CASE("LineService: one arrival is told once, however often the line is look
 TEST_CASE("LineService: an XOFF that arrives after the status was taken holds the write that follows it") {
     for (const char16_t* flow : {u"None", u"Hardware"}) {
         TestedLine tested(flow);
-        tested.line.Transmit().SendText("answer");
+        tested.line.SendText("answer");
         tested.far.arrivesAfterStatus = "\x13";
         tested.LookUntilQuiet();
         CHECK(tested.far.TakeSent().empty());
@@ -83,19 +83,63 @@ TEST_CASE("LineService: an XOFF that arrives after the status was taken holds th
         tested.LookUntilQuiet();
         CHECK_FALSE(tested.line.Holds().xoff);
         CHECK(tested.freeCount > 0);
-        // A waiting answer goes out with the next one.
-        tested.line.Transmit().SendText(" and more");
-        tested.LookUntilQuiet();
-        CHECK(tested.far.TakeSent() == "answer and more");
+        CHECK(tested.far.TakeSent() == "answer");
     }
 }
 
 TEST_CASE("LineService: bytes that arrive while an answer is about to be written are told, and answered with it") {
     TestedLine tested(u"None");
     tested.answer = "+";
-    tested.line.Transmit().SendText("first");
+    tested.line.SendText("first");
     tested.far.arrivesAfterStatus = "b";
     tested.LookUntilQuiet();
     CHECK(tested.arrivals == std::vector<std::string>{"b"});
     CHECK(tested.far.TakeSent() == "first+");
+}
+
+TEST_CASE("LineService: an XOFF does not outlive the opening of the port, and nothing is queued without a link") {
+    TestedLine tested(u"None");
+    tested.far.Arrive("\x13");
+    tested.LookUntilQuiet();
+    tested.line.SendText("stale");
+    tested.line.OpenPort(tested.settings, u"LASER");
+    CHECK_FALSE(tested.line.Holds().xoff);
+    tested.LookUntilQuiet();
+    CHECK(tested.far.TakeSent().empty());
+    tested.line.ClosePort();
+    tested.line.SendText("unheard");
+    CHECK(tested.line.IsEmpty());
+}
+
+TEST_CASE("LineService: a frame that has begun is finished, the frames behind it are dropped") {
+    TestedLine tested(u"None");
+    tested.far.outputRoom = 4;
+    tested.line.SendText("begun frame");
+    tested.LookUntilQuiet();
+    tested.line.SendText("dropped");
+    tested.far.Arrive("\x13");
+    tested.LookUntilQuiet();
+    tested.line.DropUnsent();
+    tested.line.SendText("!");
+    tested.far.outputRoom = 1000;
+    tested.far.Arrive("\x11");
+    tested.LookUntilQuiet();
+    CHECK(tested.far.TakeSent() == "begun frame!");
+}
+
+TEST_CASE("LineService: the bytes that a driver drops with an old XOFF go out all the same") {
+    TestedLine tested(u"Xon/Xoff");
+    tested.far.bytesPerSecond = 10;
+    tested.line.SendText("0123456789");
+    tested.LookUntilQuiet();
+    tested.clock.Advance(std::chrono::milliseconds(300));
+    tested.far.Arrive("\x13");
+    tested.LookUntilQuiet();
+    CHECK(tested.line.IsHeldUp());
+    tested.clock.Advance(std::chrono::seconds(11));
+    tested.LookUntilQuiet();
+    tested.line.EndOldHold();
+    tested.far.bytesPerSecond = 0;
+    tested.LookUntilQuiet();
+    CHECK(tested.far.TakeSent() == "0123456789");
 }

@@ -102,18 +102,98 @@ TEST_CASE("Monitor: an overrun is seen although the next read ends it") {
                      u"Over Run Error! Data loss has occurred!") == 1);
 }
 
-TEST_CASE("TarvinApp: a transfer outlives an outage, and half a message does not") {
+TEST_CASE("TarvinApp: an outage ends each transfer, and the next message about it is refused") {
+    struct Case {
+        const char* begin;
+        const char* status;
+        const char* next;
+    };
+    for (const Case& each : {Case{"ABSE7", "Download Error(s) ", "ABAK"},
+                             {"ABST8", "Upload Error(s) ", "ABADN1"},
+                             {"ABST8", "Upload Error(s) ", "ABEF"}}) {
+        CAPTURE(each.next);
+        EngineHarness<TarvinApp> harness;
+        harness.Open();
+        harness.folder.WriteFile("NC/7.", "N1\nN2\n");
+        CHECK(harness.Exchange(Message(each.begin)).starts_with(Message("AAAK")));
+        harness.Exchange("half a message");
+        harness.line.isPresent = false;
+        harness.Run(3s);
+        CHECK(harness.Status().starts_with(each.status));
+        harness.line.isPresent = true;
+        harness.Run(2s);
+        CHECK(harness.Exchange(Message(each.next)) == Message("AAAK03"));
+        CHECK(harness.Exchange(Message(each.next)).empty());
+        CHECK(harness.Exchange(Message("ABSE7")) == Message("AAAK") + Message("AADAN1"));
+    }
+}
+
+TEST_CASE("TarvinApp: an outage drops a download that waits, and its answers with it") {
+    EngineHarness<TarvinApp> harness("[Port Settings]\ntransmit delay=3\n");
+    harness.Open();
+    harness.folder.WriteFile("NC/7.", "N1\n");
+    harness.Exchange(Message("ABSE7"));
+    harness.line.isPresent = false;
+    harness.Run(1s);
+    CHECK(harness.Status().starts_with("Download Error(s) "));
+    harness.line.isPresent = true;
+    CHECK(harness.Run(1min).empty());
+}
+
+TEST_CASE(
+    "TarvinApp: on a held line a repeated message is answered once, and another one takes the place of its answer") {
+    for (const char* flow : {"None", "Hardware"}) {
+        CAPTURE(flow);
+        const bool isHardware = *flow == 'H';
+        EngineHarness<TarvinApp> harness("[Port Settings]\ntransmit delay=0\nflow control=" + std::string(flow) + "\n");
+        harness.Open();
+        const auto hold = [&](bool isHeld) {
+            if (isHardware)
+                harness.line.holds.cts = isHeld;
+            else
+                harness.line.Arrive(isHeld ? "\x13" : "\x11");
+            harness.Settle();
+        };
+        CHECK(harness.Exchange(Message("ABST8")) == Message("AAAK"));
+        hold(true);
+        for (int repeat = 0; repeat < 3; ++repeat)
+            CHECK(harness.Exchange(Message("ABADone")).empty());
+        hold(false);
+        CHECK(harness.Run(100ms) == Message("AAAK"));
+        CHECK(harness.Exchange(Message("ABADtwo")) == Message("AAAK"));
+        hold(true);
+        harness.Exchange(Message("ABADthree"));
+        harness.Exchange(Message("ABTS"));
+        hold(false);
+        CHECK(harness.Run(100ms) == Message("AATS"));
+        CHECK(harness.folder.ReadFile("NC/8.") == "one\r\ntwo\r\nthree\r\n");
+    }
+}
+
+TEST_CASE("TarvinApp: a controller that speaks ends an XOFF of ten seconds, and the waiting answer goes out once") {
+    for (const char* flow : {"None", "Xon/Xoff"}) {
+        CAPTURE(flow);
+        EngineHarness<TarvinApp> harness("[Port Settings]\ntransmit delay=0\nflow control=" + std::string(flow) + "\n");
+        harness.Open();
+        harness.Exchange("\x13");
+        CHECK(harness.Exchange(Message("ABTS")).empty());
+        harness.Run(9s);
+        CHECK(harness.Exchange("noise\r" + Message("ABTS")).empty());
+        harness.Run(2s);
+        CHECK(harness.Exchange("noise\r").empty());
+        CHECK(harness.Exchange(Message("ABTS")) == Message("AATS"));
+        CHECK(harness.Exchange(Message("ABTS")) == Message("AATS"));
+    }
+}
+
+TEST_CASE("TarvinApp: a controller that talks and takes nothing does not make the queue grow") {
     EngineHarness<TarvinApp> harness;
     harness.Open();
-    harness.folder.WriteFile("NC/7.", "N1\nN2\n");
-    CHECK(harness.Exchange(Message("ABSE7")) == Message("AAAK") + Message("AADAN1"));
-    harness.Exchange("ABNK ABTS ABST");
-    harness.line.isPresent = false;
-    harness.Run(3s);
-    harness.line.isPresent = true;
-    harness.Run(2s);
-    CHECK(harness.Exchange(Message("ABAK")) == Message("AADAN2"));
-    CHECK(harness.Exchange(Message("ABAK")) == Message("AAEF"));
+    harness.line.holds.cts = true;
+    for (int message = 0; message < 10000; ++message)
+        harness.Exchange(message % 2 == 0 ? Message("ABTS") : Message("ABST" + std::to_string(message % 7)));
+    harness.line.holds.cts = false;
+    CHECK(harness.Run(1s).size() <= 20);
 }
 
 TEST_CASE("Monitor: no machine name leads the settings file out of the installation") {
