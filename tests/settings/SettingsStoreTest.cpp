@@ -134,6 +134,17 @@ TEST_CASE("SettingsStore: a record gives all settings, a profile those that have
                       5, 1));
 }
 
+TEST_CASE("SettingsStore: a machine named like KEL.INI or a device leaves both alone") {
+    const TemporaryFolder folder;
+    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n");
+    for (const KelTextView name : {u"KEL", u"kel", u"COM1", u"nul"}) {
+        SettingsStore store(folder.Path(), KelText(name), u"");
+        REQUIRE(store.SaveSettings(FirstRun()));
+        CHECK(folder.ReadFile("_" + ToUtf8(name) + ".INI") == EncodeRecord(FirstRun()));
+    }
+    CHECK(folder.ReadFile("KEL.INI") == "[PROGRAM PATHS]\n");
+}
+
 TEST_CASE("SettingsStore: each different lost file gets its own name, and one that cannot be kept is not replaced") {
     const TemporaryFolder folder;
     SettingsStore store(folder.Path(), u"TARVIN", u"");
