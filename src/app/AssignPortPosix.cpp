@@ -56,7 +56,10 @@ Result<KelText> AssignInInstallation(const Installation& installation, const fs:
     const KelText settingsFile = FromPath(store.FilePath());
     const bool hasSettings = Exists(store.FilePath());
     // The port that the program will open: settings that name none, or are damaged, have a default.
-    const KelText wantedName = hasSettings ? store.Load({}).settings.port : KelText();
+    const auto loaded = store.Load({});
+    if (loaded.isRefused)
+        return Error{Filled(text::assignPort::cannotRead, {settingsFile})};
+    const KelText wantedName = hasSettings ? loaded.settings.port : KelText();
     if (hasSettings && !IsPortName(wantedName))
         return Error{Filled(text::assignPort::noPortInSettings, {settingsFile})};
     const auto name = AssignPortName(installation.PathsFile(), device, wantedName);

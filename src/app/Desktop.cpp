@@ -23,6 +23,9 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
 
 Desktop::~Desktop() {
     engine->Stop();
+    // What went wrong while the window closed, such as settings that could not be saved.
+    for (const MessageBoxText& box : events.TakeUnseenBoxes())
+        messages.Report({static_cast<std::int32_t>(ReportLevel::Warning), box.caption, box.text, {}, 0});
 }
 
 void Desktop::Start() {

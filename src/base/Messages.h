@@ -22,6 +22,10 @@ inline constexpr char16_t errorCaption[] = u"Error";
 inline constexpr char16_t problemCaption[] = u"Problem";
 inline constexpr char16_t badSettingsCaption[] = u"Warning: Bad INI file load";
 inline constexpr char16_t badSettings[] = u"Possible loss of settings";
+// %1 is the settings file and %2 the reason, here and below.
+inline constexpr char16_t settingsNotRead[] =
+    u"The settings file cannot be read and stays as it is; the program goes on with the values of a first run.\n%1: %2";
+inline constexpr char16_t settingsNotSaved[] = u"The settings could not be saved.\n%1: %2";
 inline constexpr char16_t badDictionary[] = u"Error Opening Specified Dictionary\n%1";
 inline constexpr char16_t noHelpBook[] = u"The help book comshelp.htb is missing or damaged.";
 inline constexpr char16_t notAscii[] = u"Not a valid ASCII file.";
@@ -49,6 +53,11 @@ inline constexpr char16_t noDevice[] = u"The section PORTS of KEL.INI names no d
 inline constexpr char16_t unsupportedMode[] = u"Unsupported line settings: %1";
 inline constexpr char16_t notInGroup[] =
     u"%1. %2 belongs to the group %3; whoever runs the program has to be a member of it.";
+}
+
+// Why settings are not saved, where the system gives no reason.
+namespace settingsReason {
+inline constexpr char16_t notReadBefore[] = u"it could not be read when the program began, and stays as it is";
 }
 
 // The answers of --assign-port, told on the terminal.

@@ -99,10 +99,18 @@ void Monitor::Close() {
     display.Stop();
     reopenPort.Stop();
     line.ClosePort();
-    (void)store.SaveSettings(settings);
+    SaveSettings();
     transfer.KeepFile();
     logs.EndCommsLog(text::trace::programEnd);
     logs.Flush();
+}
+
+void Monitor::SaveSettings() {
+    const auto saved = store.SaveSettings(settings);
+    if (saved)
+        return;
+    const KelText problem = Filled(text::box::settingsNotSaved, {FromPath(store.FilePath()), saved.Reason().text});
+    events.ShowMessage({problem, text::box::problemCaption, okOnly | iconExclamation});
 }
 
 void Monitor::OnReceived(ReceiveBuffer& received) {
