@@ -74,7 +74,7 @@ bool SuppressedMessages::Add(std::int32_t id) {
         const MutexLock lock(mutex);
         ids.insert(id);
         for (const std::int32_t each : ids)
-            content += std::to_string(each) + "\n";
+            content += std::to_string(each) + "\r\n";
     }
     if (!isReadable)
         return false;
