@@ -83,6 +83,6 @@ int main(int argumentCount, char** arguments) {
     const auto words = tarvin::ProgramArguments(argumentCount, arguments);
     if (!words.empty() && words.front() == u"--assign-port")
         return RunAssignPort(words);
-    const auto program = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
-    return program ? Serve(*program) : 0;
+    const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
+    return start.program ? Serve(*start.program) : start.exitCode;
 }

@@ -83,12 +83,16 @@ inline constexpr char16_t notNeededOnWindows[] =
     u"A port needs no entry in KEL.INI on Windows; its name, such as COM3, stands in the machine's settings";
 }
 
-// The start of a program: told on standard error.
+// Why a program does not start: told on standard error, and by the desktop program in a box too if there is an
+// installation.
 namespace start {
+inline constexpr char16_t corruptCaption[] = u"Corrupt Installation";
 inline constexpr char16_t noInstallation[] =
-    u"No installation of TarvinDL was found: no folder with a readable KEL.INI.";
+    u"No installation of TarvinDL was found: no folder with a readable KEL.INI";
 inline constexpr char16_t noProgramPaths[] =
-    u"Unable to locate Program Paths in %1: KEL.INI there has no section PROGRAM PATHS.";
+    u"Unable to locate Program Paths in %1: KEL.INI there has no section PROGRAM PATHS";
+// %2 is the system's reason.
+inline constexpr char16_t unreadablePaths[] = u"Unable to locate Program Paths in %1: KEL.INI there cannot be read. %2";
 }
 
 // Reports: written to the debug log.

@@ -51,7 +51,7 @@ TEST_CASE("Service: its command line is the machine's name, and it ends at once 
     CHECK(lost.Output().starts_with("tarvindl-service: No installation of TarvinDL was found"));
     folder.WriteFile("KEL.INI", "[PORTS]\n");
     ChildProcess corrupt("tarvindl-service", {{}, {{"TARVINDL_HOME", NameForProgram(folder.Path())}}});
-    CHECK(corrupt.WaitForExit() == 0);
+    CHECK(corrupt.WaitForExit() == 1);
     CHECK(corrupt.Output().find("has no section PROGRAM PATHS") != std::string::npos);
     ChildProcess help("tarvindl-service", {{"--help"}});
     CHECK(help.WaitForExit() == 0);
