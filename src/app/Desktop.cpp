@@ -1,6 +1,5 @@
 #include "app/Desktop.h"
 
-#include "base/Messages.h"
 #include "ui/MainWindow.h"
 
 #include <utility>
@@ -17,8 +16,7 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
     messages.ReadSuppressedMessages();
     window = new MainWindow({*engine, events, help, program.Place().PathsFile()}, messages);
     if (!loaded)
-        events.ShowMessage(
-            {loaded.Reason().text, Dictionary().Text(text::dictionary::problem.id), okOnly | iconExclamation});
+        events.ShowMessage(messages.ReportFailure(loaded.Reason().text));
 }
 
 Desktop::~Desktop() {

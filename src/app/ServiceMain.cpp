@@ -43,10 +43,8 @@ int Serve(const tarvin::Program& program) {
     tarvin::ServiceOutput output;
     tarvin::AppInterface messages({program.MachineFolder()},
                                   [&output](tarvin::KelTextView note) { output.AddNote(note); });
-    if (const auto loaded = program.LoadDictionary(); !loaded) {
-        constexpr auto warning = static_cast<std::int32_t>(tarvin::ReportLevel::Warning);
-        messages.Report({warning, {}, loaded.Reason().text, {}, 0});
-    }
+    if (const auto loaded = program.LoadDictionary(); !loaded)
+        messages.AnswerWithoutUser(messages.ReportFailure(loaded.Reason().text));
     messages.ReadSuppressedMessages();
     tarvin::ServiceEvents events(output, messages);
     const auto engine = program.MakeEngine(events);

@@ -29,7 +29,8 @@ inline constexpr char16_t settingsNotSaved[] = u"The settings could not be saved
 inline constexpr char16_t badDictionary[] = u"Error Opening Specified Dictionary\n%1";
 inline constexpr char16_t noHelpBook[] = u"The help book comshelp.htb is missing or damaged.";
 inline constexpr char16_t notAscii[] = u"Not a valid ASCII file.";
-inline constexpr char16_t cannotWriteLog[] = u"Unable to write to log file";
+// %1 is the log file and %2 the reason.
+inline constexpr char16_t cannotWriteLog[] = u"Unable to write to log file\n%1: %2";
 }
 
 // The steps in which a port is used. A box about a failed step has the step's name as its caption, and the port's name
@@ -58,6 +59,13 @@ inline constexpr char16_t notInGroup[] =
 // Why settings are not saved, where the system gives no reason.
 namespace settingsReason {
 inline constexpr char16_t notReadBefore[] = u"it could not be read when the program began, and stays as it is";
+}
+
+// Why a log cannot be written, where the system gives no reason or a vague one. %1 is the system's reason.
+namespace logReason {
+inline constexpr char16_t notCommsLog[] = u"it is no comms log";
+inline constexpr char16_t lostFile[] = u"it was moved or deleted";
+inline constexpr char16_t heldByOther[] = u"another program writes it (%1)";
 }
 
 // The answers of --assign-port, told on the terminal.
@@ -152,7 +160,14 @@ inline constexpr char startOfLogging[] = "Start of logging";
 inline constexpr char endOfLogging[] = "End of Logging";
 inline constexpr char programEnd[] = "Application Terminated";
 inline constexpr char16_t downloadDelayed[] = u"Download delayed for %1 second(s).";
+// %1 is a number of seconds and %2 the reason.
+inline constexpr char16_t logGap[] = u"... nothing logged for %1 seconds: %2 ...";
 inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
+}
+
+// Lines of the activity log that stand for no status.
+namespace activity {
+inline constexpr char16_t linesNotWritten[] = u"... %1 lines not written ...";
 }
 
 // Lines that the service prints.

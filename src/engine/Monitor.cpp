@@ -101,8 +101,7 @@ void Monitor::Close() {
     line.ClosePort();
     SaveSettings();
     transfer.KeepFile();
-    logs.EndCommsLog(text::trace::programEnd);
-    logs.Flush();
+    logs.Close();
 }
 
 void Monitor::SaveSettings() {
