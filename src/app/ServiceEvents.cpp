@@ -4,8 +4,8 @@
 
 namespace tarvin {
 
-ServiceEvents::ServiceEvents(ServiceOutput& output, AppInterface& app) : output(output), app(app) {
-    assert(app.IsUnattended());
+ServiceEvents::ServiceEvents(ServiceOutput& output, AppInterface& messages) : output(output), messages(messages) {
+    assert(messages.IsUnattended());
 }
 
 void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {

@@ -10,19 +10,19 @@ namespace tarvin {
 
 class ServiceEvents : public EngineEvents {
 public:
-    // `app` is unattended. Both outlive the engine.
-    ServiceEvents(ServiceOutput& output, AppInterface& app);
+    // `messages` is unattended. Both outlive the engine.
+    ServiceEvents(ServiceOutput& output, AppInterface& messages);
 
     void SnapshotChanged(const EngineSnapshot& snapshot) override;
     // The traffic queue stays off: a service shows no trace.
     void TrafficArrived() override {}
-    void ShowMessage(const MessageBoxText& box) override { app.AnswerWithoutUser(box); }
+    void ShowMessage(const MessageBoxText& box) override { messages.AnswerWithoutUser(box); }
     void DrawAttention() override {}
     void SettingsChanged(const DownloadSettings&) override {}
 
 private:
     ServiceOutput& output;
-    AppInterface& app;
+    AppInterface& messages;
     KelText printedStatus;
     KelText printedLink;
 };

@@ -83,6 +83,7 @@ void Display::FollowPass() {
 
 bool Display::Show() {
     const Transfer& transfer = sources.transfer;
+    // The other station. No part of the program finds one yet.
     const KelText peerName = u"Unknown";
     const StatusDescription description =
         DescribeState(transfer.State(), {transfer.Name().path, transfer.BytesDone(), transfer.BytesTotal(),

@@ -15,7 +15,7 @@ namespace tarvin {
 
 class Display : public TransferObserver {
 public:
-    // What is shown. All of it outlives the display and may be constructed after it.
+    // The parts that are shown. They outlive the display; their constructors may run after its own.
     struct Sources {
         const Transfer& transfer;
         LineService& line;

@@ -15,11 +15,15 @@ DownloadApp::~DownloadApp() {
 }
 
 void DownloadApp::Start() {
-    assert(!thread);
+    starter.AssertOwned();
+    assert(!wasStarted);
+    wasStarted = true;
+    monitor->Load();
     thread = std::make_unique<CommsMonitor>(*monitor);
 }
 
 void DownloadApp::Stop() {
+    starter.AssertOwned();
     thread.reset();
 }
 

@@ -2,6 +2,7 @@
 // The download engine of one machine, as a program sees it: serves the line on a thread of its own and keeps the state
 // of link and transfer. Any thread may call it. The operations post to the monitor thread and return at once.
 
+#include "base/ThreadOwner.h"
 #include "engine/EngineSnapshot.h"
 
 #include <filesystem>
@@ -24,11 +25,11 @@ public:
     DownloadApp(const DownloadApp&) = delete;
     DownloadApp& operator=(const DownloadApp&) = delete;
 
-    // Loads the settings, opens the port and begins to serve the line; problems are told through the events. Operations
-    // that were called before take effect now. Once, and on the thread that calls Stop.
+    // Loads the settings, then opens the port and serves the line on the monitor thread; problems are told through the
+    // events. Operations that were called before take effect now. Once, and on the thread that calls Stop.
     void Start();
-    // Ends what is under way, closes the port and saves the settings. Returns when the monitor thread has ended, within
-    // a second whatever the line does. Does nothing the second time.
+    // Ends a transfer, closes the port and saves the settings. Returns when the monitor thread has ended, within a
+    // second whatever the line does, unless the system takes longer to open the port. Does nothing the second time.
     void Stop();
 
     const KelText& MachineName() const;
@@ -69,6 +70,8 @@ public:
 private:
     const std::unique_ptr<Monitor> monitor;
     std::unique_ptr<CommsMonitor> thread;
+    bool wasStarted = false;
+    ThreadOwner starter; // the thread of Start and Stop
 };
 
 }

@@ -13,8 +13,8 @@ class EngineEvents {
 public:
     virtual ~EngineEvents() = default;
 
-    // There is a new snapshot, or somebody has asked for the present one. Valid during the call; DownloadApp::Snapshot
-    // returns the latest at any time.
+    // A new snapshot, or the last one again after StartCommsLog. Valid during the call; DownloadApp::Snapshot returns
+    // the latest at any time.
     virtual void SnapshotChanged(const EngineSnapshot& snapshot) = 0;
     // The traffic queue is no longer empty.
     virtual void TrafficArrived() = 0;

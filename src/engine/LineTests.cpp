@@ -38,16 +38,16 @@ void LineTests::StartLoopback() {
 }
 
 void LineTests::OnReceived(ReceiveBuffer& received) {
-    if (transfer.State() != TransferState::LoopbackFailure)
-        return;
-    const auto message = received.TakeMessage(messageEnd, false);
-    if (!message)
-        return;
-    // Noise may stand before it. The terminator is printable and stays in the message.
-    const auto found = std::search(message->begin(), message->end(), loopbackMessage.begin(), loopbackMessage.end(),
-                                   [](char a, char b) { return UpperCase(a) == UpperCase(b); });
-    if (found != message->end())
-        transfer.ShowLoopback(true);
+    while (transfer.State() == TransferState::LoopbackFailure) {
+        const auto message = received.TakeMessage(messageEnd, false);
+        if (!message)
+            return;
+        // Noise may stand before it. The terminator is printable and stays in the message.
+        const auto found = std::search(message->begin(), message->end(), loopbackMessage.begin(), loopbackMessage.end(),
+                                       [](char a, char b) { return UpperCase(a) == UpperCase(b); });
+        if (found != message->end())
+            transfer.ShowLoopback(true);
+    }
 }
 
 void LineTests::StartXoff() {

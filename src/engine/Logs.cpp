@@ -78,7 +78,7 @@ void Logs::Close() {
 
 void Logs::FlushCommsLog() {
     const auto flushed = commsLog.Flush();
-    // A reader who gets the newer file alone has to see how the link was set up, too.
+    // Each new file repeats the line settings: a reader may receive only this file.
     if (commsLog.TakeRolledOver())
         LogReport();
     if (flushed)

@@ -1,6 +1,6 @@
 #pragma once
 // The engine's two logs: the trace of the line and the history of its transfers. They share the memory of the last
-// line, and one way to say that a log cannot be written. Such a log is tried again each minute. Monitor thread.
+// line. A log that cannot be written is tried again each minute. Monitor thread.
 
 #include "engine/EngineEvents.h"
 #include "line/LineRecorder.h"

@@ -60,27 +60,30 @@ void Monitor::PrepareClose() {
     line.CancelWrite();
 }
 
-void Monitor::Open() {
-    thread.AssertOwned();
+void Monitor::Load() {
     auto loaded = store.Load(settings);
     settings = std::move(loaded.settings);
     events.SettingsChanged(settings);
     if (loaded.warning)
         events.ShowMessage(*loaded.warning);
+}
+
+void Monitor::Open() {
+    thread.AssertOwned();
     OpenPort();
     transfer.Wait(Urgency::NextTick);
     display.Start();
 }
 
-// An answer goes out in the pass that read the question: nothing but the line comes before the logs and the display.
+// The line comes before logs and display, so an answer leaves in the pass that read the question.
 bool Monitor::RunPass() {
     thread.AssertOwned();
     RunCommands();
     const bool isMoreDue = line.Look();
     trace.ShowOpenLine();
+    timers.RunDue(clock.Now());
     if (trace.TakeWakeUp())
         events.TrafficArrived();
-    timers.RunDue(clock.Now());
     logs.Flush();
     display.ShowCommsLog(logs.IsCommsLogOpen());
     display.FollowPass();
@@ -88,13 +91,15 @@ bool Monitor::RunPass() {
 }
 
 void Monitor::WaitForWork() {
+    thread.AssertOwned();
     const auto due = timers.NextDue();
     line.Wait(due ? *due - clock.Now() : longestIdle, display.AwaitsDrain());
 }
 
 void Monitor::Close() {
+    thread.AssertOwned();
     isClosing = true;
-    // A command that was posted last is not lost because the line was slow.
+    // Runs commands that were posted while the line was slow.
     RunCommands();
     display.Stop();
     reopenPort.Stop();

@@ -32,9 +32,12 @@ public:
     TrafficQueue& Traffic() { return traffic; }
     const KelText& MachineName() const { return machineName; }
 
-    // The life of the monitor thread. Open loads the settings and opens the port. Then passes follow one another: each
-    // runs commands, looks at the line and fires timers, and returns true if the next is due at once; otherwise
-    // WaitForWork comes between. Close runs the last commands, closes the port and saves the settings.
+    // Loads the settings. Before the monitor thread starts: a window has them before its user can change them.
+    void Load();
+
+    // The life of the monitor thread. Open opens the port. Then passes follow one another: each runs commands, looks at
+    // the line and fires timers, and returns true if the next is due at once; otherwise WaitForWork comes between.
+    // Close runs the last commands, closes the port and saves the settings.
     void Open();
     bool RunPass();
     void WaitForWork();
@@ -44,7 +47,7 @@ public:
     const DownloadSettings& Settings() const { return settings; }
     // Opens the port anew.
     void ApplySettings(DownloadSettings newSettings);
-    // For settings that say nothing new about the port.
+    // Takes settings over that leave the port unchanged. The port stays open.
     void KeepSettings(DownloadSettings newSettings);
     void SetHandshakes(bool heedsCts, bool heedsDsr);
     void StartCommsLog(const std::filesystem::path& path);
@@ -61,7 +64,6 @@ public:
     LineTests& Tests() { return tests; }
     Network& Stations() { return network; }
     Sender& Output() { return line.Transmit(); }
-    Protocol& Conversation() { return *protocol; }
 
 private:
     void OnReceived(ReceiveBuffer& received) override;
@@ -85,8 +87,7 @@ private:
     Mutex commandMutex;
     std::vector<Command> commands GUARDED_BY(commandMutex);
 
-    // In the order in which they need one another. The display reads the transfer and the line, which come after it: it
-    // keeps references only until the engine opens.
+    // Constructed in this order. The display stores references to the transfer and the line, and uses them after Open.
     SettingsStore store;
     DownloadSettings settings;
     TimerQueue timers;

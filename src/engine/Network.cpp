@@ -40,7 +40,7 @@ void Network::EndOfServe() {
 }
 
 void Network::ResetLink() {
-    // The user has cancelled nothing, so no cancelled transfer is shown.
+    // The user did not cancel a transfer, so no cancelled status appears.
     transfer.Wait(Urgency::NextTick);
     display.ShowButtons(settings.networkMode == 0);
     if (!IsClient()) {

@@ -1,6 +1,6 @@
 #pragma once
-// Stations that keep their NC files in step over a network, as far as this program takes part: it can put the link
-// back, and tells how it stands to its server. Monitor thread.
+// Stations that exchange NC files over a network. So far this class only resets the link and shows that the server is
+// missing. Monitor thread.
 
 #include "base/Timer.h"
 #include "engine/Display.h"

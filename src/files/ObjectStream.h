@@ -13,7 +13,7 @@ namespace tarvin {
 // constructor got.
 class ObjectReader {
 public:
-    explicit ObjectReader(std::string_view bytes) : rest(bytes) {}
+    explicit ObjectReader(std::string_view rest) : rest(rest) {}
 
     std::uint8_t Byte() { return static_cast<std::uint8_t>(LittleEndian(Bytes(1))); }
     std::uint16_t Unit() { return static_cast<std::uint16_t>(LittleEndian(Bytes(2))); }

@@ -131,7 +131,7 @@ void LineService::WriteData() {
     std::size_t byteCount = 0;
     const auto written = link.Port().Write(transmit.Pending(), byteCount);
     transmit.Consume(byteCount);
-    // A write that took so long was held up: the lamp shall not show a line that works.
+    // A slow write was held up. The lamp stays dark because the line was not working.
     if (byteCount == pendingCount && clock.Now() - started < slowWrite)
         activity.transmitted = true;
     // How much of it the driver still holds is known at the next look.

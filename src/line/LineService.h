@@ -17,8 +17,7 @@ namespace tarvin {
 class LineClient {
 public:
     virtual ~LineClient() = default;
-    // Bytes have arrived: once for each read that brought some. The client takes the bytes that it understands; the
-    // rest stays and is there, with more behind it, the next time.
+    // Called once for each read that brought bytes. Bytes that the client leaves are offered again with the next bytes.
     virtual void OnReceived(ReceiveBuffer& received) = 0;
     // The driver has sent everything, nothing holds the line, and what was queued has been offered to the driver.
     virtual void OnLineFree() = 0;

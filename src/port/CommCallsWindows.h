@@ -17,6 +17,7 @@ struct CommCalls {
     decltype(&::SetCommState) setCommState = &::SetCommState;
     decltype(&::SetCommTimeouts) setCommTimeouts = &::SetCommTimeouts;
     decltype(&::PurgeComm) purgeComm = &::PurgeComm;
+    decltype(&::EscapeCommFunction) escapeCommFunction = &::EscapeCommFunction;
     decltype(&::ClearCommError) clearCommError = &::ClearCommError;
     decltype(&::ReadFile) readFile = &::ReadFile;
     decltype(&::WriteFile) writeFile = &::WriteFile;

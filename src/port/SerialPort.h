@@ -97,6 +97,10 @@ public:
     // ended the write.
     virtual Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) = 0;
 
+    // Ends a hold by XOFF that the driver obeys, and drops the bytes that it holds. Later bytes go out, until the next
+    // XOFF. Requires an open port with software flow control.
+    virtual Result<> ReleaseXoff() = 0;
+
     enum class Awaited { BytesToo, WakeOnly };
 
     // Blocks until bytes have arrived, Wake is called, a modem line is due for a look, or `longest` has passed.

@@ -329,6 +329,23 @@ Result<> SerialPortPosix::PumpQueue() {
     return {};
 }
 
+Result<> SerialPortPosix::ReleaseXoff() {
+    assert(IsOpen());
+    queue.clear();
+    (void)::ioctl(device, TCFLSH, TCOFLUSH);
+    // A terminal that an XOFF has stopped does not count as stopped by TCOOFF, and TCOON alone starts only such a one.
+    (void)::ioctl(device, TCXONC, TCOOFF);
+    (void)::ioctl(device, TCXONC, TCOON);
+    // A chip that obeys XOFF by itself starts again when its flow control is set anew.
+    termios2 without = state;
+    without.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
+    if (::ioctl(device, TCSETS2, &without) != 0 || ::ioctl(device, TCSETS2, &state) != 0)
+        return Failure(errno);
+    lastKernelCount = 0;
+    wasStopped = false;
+    return {};
+}
+
 void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
     assert(longest >= 0ns);
     const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;

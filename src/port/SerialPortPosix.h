@@ -28,6 +28,7 @@ public:
     Result<LineStatus> GetStatus() override;
     Result<std::size_t> Read(std::span<std::uint8_t> room) override;
     Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
+    Result<> ReleaseXoff() override;
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override;
 

@@ -177,6 +177,12 @@ Result<> SerialPortWindows::Write(std::span<const std::uint8_t> bytes, std::size
     return error == ERROR_SUCCESS || error == ERROR_OPERATION_ABORTED ? Result<>() : Failure(error);
 }
 
+Result<> SerialPortWindows::ReleaseXoff() {
+    assert(IsOpen());
+    calls.purgeComm(handle, PURGE_TXCLEAR);
+    return Check(calls.escapeCommFunction(handle, SETXON));
+}
+
 void SerialPortWindows::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
     assert(longest >= std::chrono::nanoseconds::zero());
     // A synchronous handle has no event for bytes that arrive, so the caller looks again after a millisecond.

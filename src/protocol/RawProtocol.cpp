@@ -3,6 +3,7 @@
 #include "line/PortLink.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarvin {
 
@@ -21,12 +22,14 @@ RawProtocol::RawProtocol(const ProtocolParts& parts)
     : parts(parts), download(parts, [transfer = &parts.transfer] { transfer->CallUser(); }) {}
 
 void RawProtocol::OnReceived(ReceiveBuffer& received) {
-    if (parts.transfer.State() == TransferState::Uploading) {
-        const auto bytes = received.Bytes();
-        parts.transfer.Store(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    if (parts.transfer.State() == TransferState::LoopbackFailure) {
+        testedCount = received.Count();
+        return;
     }
-    if (parts.transfer.State() != TransferState::LoopbackFailure)
-        received.Clear();
+    const auto bytes = received.Bytes().subspan(std::min(std::exchange(testedCount, 0), received.Count()));
+    if (parts.transfer.State() == TransferState::Uploading)
+        parts.transfer.Store(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    received.Clear();
 }
 
 void RawProtocol::OnLineFree() {

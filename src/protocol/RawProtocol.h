@@ -1,6 +1,6 @@
 #pragma once
-// No protocol at all: the bytes of a file as they are, in blocks, for a machine that only listens or only talks. Every
-// transfer is begun by hand. Monitor thread.
+// Sends and receives the plain bytes of a file, in blocks, for a machine that only listens or only talks. Every
+// transfer begins by hand. Monitor thread.
 
 #include "protocol/DelayedDownload.h"
 
@@ -15,7 +15,7 @@ public:
     void OnReceived(ReceiveBuffer& received) override;
     // Sends the next block of the file.
     void OnLineFree() override;
-    // Ends the transfer: half a file that goes on after a gap would be cut as if it were whole.
+    // Ends the transfer. After a gap the machine would cut an incomplete file as if it were complete.
     void OnLinkLost() override;
 
     // Calls the user to send a file, after the start character and the delay. Nothing calls this yet: a machine without
@@ -25,6 +25,7 @@ public:
 private:
     const ProtocolParts parts;
     DelayedDownload download;
+    std::size_t testedCount = 0; // received bytes that belong to a loop-back test and to no file
 };
 
 }

@@ -13,7 +13,7 @@ class TarvinApp : public Protocol {
 public:
     static constexpr const char16_t* defaultMachineName = u"TARVIN";
 
-    // The settings of a machine about which no file says anything: this controller names files without an extension.
+    // The settings of a machine without a settings file. The extension is empty.
     static DownloadSettings FirstSettings();
 
     explicit TarvinApp(const ProtocolParts& parts);

@@ -34,9 +34,9 @@ void Transfer::Release() {
 }
 
 void Transfer::ReleaseFor(TransferState newState) {
-    // The last block of a download by hand is still on its way, but nothing more has to be done for it: the bar stays
-    // full.
-    const bool staysFull = dialog == EndDialog::Download && newState == TransferState::DownloadCompleted;
+    // The bar stays full at the end of a download by hand: its last block is still leaving.
+    const bool staysFull = newState == TransferState::DownloadCompleted && image.Position() == image.Length() &&
+                           dialog == EndDialog::Download;
     Release();
     if (staysFull)
         bar.position = bar.range;
@@ -130,6 +130,7 @@ void Transfer::CountSent(std::int64_t byteCount) {
 }
 
 bool Transfer::BeginDownloadByHand(const TransferName& newName) {
+    assert(!IsUnderWay());
     Release();
     SetName({newName.path, newName.fileName, {}});
     KelFile source;
@@ -152,11 +153,14 @@ bool Transfer::BeginUpload() {
         return false;
     }
     lines.Clear();
-    Begin(TransferState::Uploading, EndDialog::None, rangeOfUpload, Urgency::AtOnce);
+    // An upload by hand that the controller begins again keeps its dialog.
+    const EndDialog shownDialog = state == TransferState::Uploading ? dialog : EndDialog::None;
+    Begin(TransferState::Uploading, shownDialog, rangeOfUpload, Urgency::AtOnce);
     return true;
 }
 
 bool Transfer::BeginUploadByHand(const TransferName& newName) {
+    assert(!IsUnderWay());
     Release();
     SetName({newName.path, newName.fileName, {}});
     if (!file.Open(ToPath(name.path), KelFile::Mode::WriteBytes)) {

@@ -10,8 +10,8 @@
 //   upload    any -> 13 uploading -> 19 completed, 15 errors, 17 cancelled      any -> 10 cannot open
 //   link      any -> 1 waiting, 2 link test, 24 overrun -> 1         1 -> 21 loop-back test -> 22 its message came back
 //
-// A state that is none of 12 and 13 ends a transfer that is under way: its file is closed, its lines are dropped, and
-// the bar goes back. So a controller that tests the link or asks for another file gives up the transfer before it.
+// Every state except 12 and 13 ends the running transfer: it closes the file, drops the lines and resets the bar. So a
+// controller that tests the link or asks for another file gives up the transfer before it.
 
 #include "base/ThreadOwner.h"
 #include "files/KelFile.h"
@@ -83,7 +83,7 @@ public:
     // A download whose start is delayed, and one that is about to begin.
     void AwaitDownload();
     void PrepareDownload();
-    // The download is wanted by a user's machine that cannot ask by itself: calls the user.
+    // Calls the user: the machine cannot request its file.
     void CallUser() { observer.DrawAttention(); }
     // Reads the file of the present name as lines and enters Downloading. False, with the state that says why, if it
     // cannot be opened, or if it has a line that the controller cannot take.
@@ -91,8 +91,8 @@ public:
     // The next line of a download that is not empty; empty at the end of the file. Valid until the transfer ends.
     std::string_view NextLine() { return lines.NextNonEmpty(); }
     void CountSent(std::int64_t byteCount);
-    // Reads the whole file as bytes, for a download by hand. False, with the state that says why, if it cannot be read;
-    // the caption then stays.
+    // Reads the whole file as bytes, for a download by hand. Requires that no file is on its way. False, with the state
+    // that says why, if it cannot be read; the caption then stays.
     bool BeginDownloadByHand(const TransferName& newName);
     // The next bytes of it, at most `byteCount`; none at its end.
     std::span<const std::uint8_t> NextBlock(std::size_t byteCount);
@@ -100,7 +100,7 @@ public:
     // Opens the file of the present name and enters Uploading. A request for an upload while one is under way goes on
     // in the file that is open. False, with the state that says why, if it cannot be opened.
     bool BeginUpload();
-    // Opens the file for an upload by hand, which is written byte for byte. False as above.
+    // Opens the file for an upload by hand, which is written byte for byte. Requires the same. False as above.
     bool BeginUploadByHand(const TransferName& newName);
     // Whether a file is open for writing.
     bool IsStoring() const { return file.IsWriting(); }
@@ -109,7 +109,7 @@ public:
     // Completes the upload once its file is on the disk. False, with the state that says why, if it cannot get there.
     bool CompleteUpload();
 
-    // The program ends: brings the received part of an upload to the disk. The state stays.
+    // For the end of the program: writes the received part of an upload to the disk. The state stays.
     void KeepFile();
 
     // Ends the transfer, or refuses one, in a state that ends it.

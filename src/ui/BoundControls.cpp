@@ -4,15 +4,16 @@
 
 namespace tarvin {
 
-BoundChoice::BoundChoice(wxChoice* list, std::vector<KelText> texts, const KelText& given)
-    : choice(list), entries(std::move(texts)), original(given) {
-    auto selected = std::find(entries.begin(), entries.end(), given);
+BoundChoice::BoundChoice(wxChoice* choice, std::vector<KelText> entries, const KelText& original)
+    : choice(choice), entries(std::move(entries)), original(original) {
+    std::vector<KelText>& shown = this->entries;
+    auto selected = std::find(shown.begin(), shown.end(), original);
     // An empty text selects no entry.
-    if (selected == entries.end() && !given.empty())
-        selected = entries.insert(selected, given);
-    for (const KelText& entry : entries)
+    if (selected == shown.end() && !original.empty())
+        selected = shown.insert(selected, original);
+    for (const KelText& entry : shown)
         choice->Append(ToWx(entry));
-    choice->SetSelection(selected == entries.end() ? wxNOT_FOUND : static_cast<int>(selected - entries.begin()));
+    choice->SetSelection(selected == shown.end() ? wxNOT_FOUND : static_cast<int>(selected - shown.begin()));
 }
 
 KelText BoundChoice::Value() const {

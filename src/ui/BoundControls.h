@@ -9,10 +9,10 @@
 
 namespace tarvin {
 
-// A list of texts. Adds `given` if it is none of them.
+// A list of texts. Adds `original` if it is none of them.
 class BoundChoice {
 public:
-    BoundChoice(wxChoice* list, std::vector<KelText> texts, const KelText& given);
+    BoundChoice(wxChoice* choice, std::vector<KelText> entries, const KelText& original);
 
     KelText Value() const;
 
@@ -24,7 +24,7 @@ private:
 
 class BoundEdit {
 public:
-    BoundEdit(wxTextCtrl* control, const KelText& given) : edit(control) { Show(given); }
+    BoundEdit(wxTextCtrl* edit, const KelText& original) : edit(edit) { Show(original); }
 
     void Show(const KelText& text);
     // `isNew` is false while the control shows the text of the last Show.

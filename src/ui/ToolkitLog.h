@@ -8,18 +8,18 @@ namespace tarvin {
 
 class ToolkitLog : public wxLog {
 public:
-    // Works until it is destroyed. User-interface thread. `app` outlives it.
-    explicit ToolkitLog(AppInterface& app) : app(app), previousLog(wxLog::SetActiveTarget(this)) {}
+    // Works until it is destroyed. User-interface thread. `messages` outlives it.
+    explicit ToolkitLog(AppInterface& messages) : messages(messages), previousLog(wxLog::SetActiveTarget(this)) {}
     ~ToolkitLog() override { wxLog::SetActiveTarget(previousLog); }
 
 protected:
     void DoLogRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo&) override {
         if (level <= wxLOG_Warning)
-            app.Report({static_cast<std::int32_t>(ReportLevel::Warning), {}, FromWx(message), {}, 0});
+            messages.Report({static_cast<std::int32_t>(ReportLevel::Warning), {}, FromWx(message), {}, 0});
     }
 
 private:
-    AppInterface& app;
+    AppInterface& messages;
     wxLog* const previousLog;
 };
 

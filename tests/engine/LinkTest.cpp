@@ -257,7 +257,7 @@ TEST_CASE("LineTests: the loop-back test succeeds if its message returns, in pie
         CHECK(message == "LocalTestMessage@");
         CHECK(harness.Status() == "Local Loopback Test Failure");
         if (isJoined) {
-            harness.Exchange("noise" + message.substr(0, 5));
+            harness.Exchange("noise@noise" + message.substr(0, 5));
             harness.Exchange(message.substr(5));
         }
         harness.Run(200ms);

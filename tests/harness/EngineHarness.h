@@ -64,7 +64,10 @@ public:
     }
 
     // Loads the settings and opens the port.
-    void Open() { engine->Open(); }
+    void Open() {
+        engine->Load();
+        engine->Open();
+    }
 
     // Runs passes until nothing moves. The clock stands still, apart from the time that writes take.
     void Settle() {

@@ -135,6 +135,13 @@ Result<> FakePort::Write(std::span<const std::uint8_t> bytes, std::size_t& byteC
     return {};
 }
 
+Result<> FakePort::ReleaseXoff() {
+    assert(isOpen);
+    line.output.clear();
+    line.holds.xoff = false;
+    return Step("ReleaseXoff");
+}
+
 void FakePort::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
     assert(longest >= 0ns);
     const bool hasBytes = awaited == Awaited::BytesToo && !line.input.empty();

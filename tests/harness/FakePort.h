@@ -63,6 +63,7 @@ public:
     Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
     // Ends at once if bytes or a wake are there. Otherwise moves the clock by `longest`, but by 0.1 ms at least and by
     // 1 s at most: the line drains in between.
+    Result<> ReleaseXoff() override;
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override { isWoken = true; }
 

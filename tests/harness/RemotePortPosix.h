@@ -25,6 +25,7 @@ public:
     Result<LineStatus> GetStatus() override;
     Result<std::size_t> Read(std::span<std::uint8_t> room) override;
     Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
+    Result<> ReleaseXoff() override { return Ask("release"); }
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override { host.WriteInput("wake\n"); }
     void CancelWrite() override { host.WriteInput("cancel\n"); }

@@ -13,8 +13,8 @@ using namespace tarvin::test;
 namespace {
 
 // A line whose client notes what it gets, takes nothing, and answers each arrival with `answer`.
-struct Station : LineClient {
-    explicit Station(const char16_t* flowControl) {
+struct TestedLine : LineClient {
+    explicit TestedLine(const char16_t* flowControl) {
         settings.port = u"COM1";
         settings.baudRate = u"2400";
         settings.parity = u"None";
@@ -58,44 +58,44 @@ struct Station : LineClient {
 }
 
 TEST_CASE("LineService: one arrival is told once, however often the line is looked at") {
-    Station station(u"None");
-    station.answer = "!";
-    station.far.Arrive("ab");
-    station.LookUntilQuiet();
-    station.LookUntilQuiet();
-    CHECK(station.arrivals == std::vector<std::string>{"ab"});
-    CHECK(station.far.TakeSent() == "!");
-    station.far.Arrive("c");
-    station.LookUntilQuiet();
-    CHECK(station.arrivals == std::vector<std::string>{"ab", "abc"});
+    TestedLine tested(u"None");
+    tested.answer = "!";
+    tested.far.Arrive("ab");
+    tested.LookUntilQuiet();
+    tested.LookUntilQuiet();
+    CHECK(tested.arrivals == std::vector<std::string>{"ab"});
+    CHECK(tested.far.TakeSent() == "!");
+    tested.far.Arrive("c");
+    tested.LookUntilQuiet();
+    CHECK(tested.arrivals == std::vector<std::string>{"ab", "abc"});
 }
 
 TEST_CASE("LineService: an XOFF that arrives after the status was taken holds the write that follows it") {
     for (const char16_t* flow : {u"None", u"Hardware"}) {
-        Station station(flow);
-        station.line.Transmit().SendText("answer");
-        station.far.arrivesAfterStatus = "\x13";
-        station.LookUntilQuiet();
-        CHECK(station.far.TakeSent().empty());
-        CHECK(station.line.Holds().xoff);
-        CHECK(station.freeCount == 0);
-        station.far.Arrive("\x11");
-        station.LookUntilQuiet();
-        CHECK_FALSE(station.line.Holds().xoff);
-        CHECK(station.freeCount > 0);
+        TestedLine tested(flow);
+        tested.line.Transmit().SendText("answer");
+        tested.far.arrivesAfterStatus = "\x13";
+        tested.LookUntilQuiet();
+        CHECK(tested.far.TakeSent().empty());
+        CHECK(tested.line.Holds().xoff);
+        CHECK(tested.freeCount == 0);
+        tested.far.Arrive("\x11");
+        tested.LookUntilQuiet();
+        CHECK_FALSE(tested.line.Holds().xoff);
+        CHECK(tested.freeCount > 0);
         // A waiting answer goes out with the next one.
-        station.line.Transmit().SendText(" and more");
-        station.LookUntilQuiet();
-        CHECK(station.far.TakeSent() == "answer and more");
+        tested.line.Transmit().SendText(" and more");
+        tested.LookUntilQuiet();
+        CHECK(tested.far.TakeSent() == "answer and more");
     }
 }
 
 TEST_CASE("LineService: bytes that arrive while an answer is about to be written are told, and answered with it") {
-    Station station(u"None");
-    station.answer = "+";
-    station.line.Transmit().SendText("first");
-    station.far.arrivesAfterStatus = "b";
-    station.LookUntilQuiet();
-    CHECK(station.arrivals == std::vector<std::string>{"b"});
-    CHECK(station.far.TakeSent() == "first+");
+    TestedLine tested(u"None");
+    tested.answer = "+";
+    tested.line.Transmit().SendText("first");
+    tested.far.arrivesAfterStatus = "b";
+    tested.LookUntilQuiet();
+    CHECK(tested.arrivals == std::vector<std::string>{"b"});
+    CHECK(tested.far.TakeSent() == "first+");
 }

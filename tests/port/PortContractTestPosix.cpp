@@ -193,6 +193,25 @@ TEST_CASE("SerialPort: with software flow an XOFF holds the output, an XON relea
         Needs::Hold);
 }
 
+TEST_CASE("SerialPort: a release ends a hold by XOFF, drops the held bytes, and leaves the next XOFF its effect") {
+    ForEachBackEnd(
+        [](Fixture& fixture) {
+            SerialPort& port = fixture.Port();
+            Open(port, {.software = true});
+            for (int hold = 0; hold < 2; ++hold) {
+                fixture.Arrive("\x13");
+                StatusUntil(port, [](const LineStatus& status) { return status.holds.xoff; });
+                std::size_t count = 0;
+                CHECK(port.Write(Bytes("dropped"), count));
+                CHECK(port.ReleaseXoff());
+                CHECK(port.Write(Bytes("kept"), count));
+                StatusUntil(port, [](const LineStatus& look) { return !look.holds.xoff && look.outputCount == 0; });
+                CHECK(fixture.Sent(4) == "kept");
+            }
+        },
+        Needs::Hold);
+}
+
 TEST_CASE("SerialPort: a purge drops waiting bytes of both directions, on a held line too") {
     ForEachBackEnd(
         [](Fixture& fixture) {

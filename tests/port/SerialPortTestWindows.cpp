@@ -79,6 +79,7 @@ CommCalls FakeCalls() {
                     times->WriteTotalTimeoutConstant);
     };
     calls.purgeComm = [](HANDLE, DWORD what) -> BOOL { return Call("PurgeComm", what); };
+    calls.escapeCommFunction = [](HANDLE, DWORD what) -> BOOL { return Call("EscapeCommFunction", what); };
     calls.clearCommError = [](HANDLE, LPDWORD errors, LPCOMSTAT status) -> BOOL {
         *errors = theSystem->errors;
         *status = theSystem->status;
@@ -103,15 +104,19 @@ public:
     Fixture() { theSystem = &system; }
     ~Fixture() { theSystem = nullptr; }
 
-    // The engine's link, with a port on the fake system. Puts its message boxes into `boxes`.
+    // The engine's link, with a port on the fake system.
     std::unique_ptr<PortLink> MakeLink() {
-        return std::make_unique<PortLink>(std::make_unique<SerialPortWindows>(names, FakeCalls()),
-                                          [this](const MessageBoxText& box) { boxes.push_back(box); });
+        return std::make_unique<PortLink>(std::make_unique<SerialPortWindows>(names, FakeCalls()));
+    }
+    // Opens the port and keeps its problems.
+    void Open(PortLink& link, const DownloadSettings& settings) {
+        for (PortProblem& problem : link.Open(settings, u"LASER"))
+            problems.push_back(std::move(problem));
     }
 
     FakeSystem system;
     PortNames names{"KEL.INI"};
-    std::vector<MessageBoxText> boxes;
+    std::vector<PortProblem> problems;
 };
 
 using Strings = std::vector<std::string>;
@@ -150,18 +155,18 @@ TEST_CASE("SerialPortWindows: opening, configuring, opening again and closing ma
     Fixture fixture;
     {
         const auto link = fixture.MakeLink();
-        link->OpenPort(Settings(), u"LASER", false);
+        fixture.Open(*link, Settings());
         CHECK(fixture.system.calls == configuration);
         CHECK(link->Title() == u"LASER COM12:2400,N,8,1,Xon/Xoff");
-        link->OpenPort(Settings(), u"LASER", false);
+        fixture.Open(*link, Settings());
         CHECK(fixture.system.calls == Joined(Joined(configuration, closing), configuration));
         fixture.system.calls.clear();
-        link->ClosePort();
+        link->Close();
         CHECK(fixture.system.calls == closing);
     }
     // The destructor does not close a port again.
     CHECK(fixture.system.calls == closing);
-    CHECK(fixture.boxes.empty());
+    CHECK(fixture.problems.empty());
 }
 
 TEST_CASE("SerialPortWindows: each failed step is reported in the system's words, and a refused step ends the "
@@ -183,7 +188,7 @@ TEST_CASE("SerialPortWindows: each failed step is reported in the system's words
         Fixture fixture;
         fixture.system.failures[each.call] = ERROR_NOT_ENOUGH_MEMORY;
         const auto link = fixture.MakeLink();
-        link->OpenPort(Settings(), u"LASER", false);
+        fixture.Open(*link, Settings());
         Strings expected(configuration.begin(), configuration.begin() + static_cast<std::ptrdiff_t>(each.callCount));
         if (each.isPurged)
             expected = Joined(expected, {"PurgeComm 4", "PurgeComm 8"});
@@ -191,20 +196,20 @@ TEST_CASE("SerialPortWindows: each failed step is reported in the system's words
         CHECK(fixture.system.calls == expected);
         CHECK(link->IsOpen() == (each.call != "CreateFile"));
         CHECK(link->Title() == (each.isLinked ? u"LASER COM12:2400,N,8,1,Xon/Xoff" : u"LASER - No Link"));
-        REQUIRE(fixture.boxes.size() == 1);
-        CHECK(fixture.boxes[0].caption == each.caption);
+        REQUIRE(fixture.problems.size() == 1);
+        CHECK(fixture.problems[0].stepName == each.caption);
         // The words of the system, without the line end that it adds.
-        CHECK(fixture.boxes[0].text.starts_with(u"COM12\n"));
-        CHECK(fixture.boxes[0].text.size() > 10);
-        CHECK(fixture.boxes[0].text.find(u'\r') == KelText::npos);
+        CHECK(fixture.problems[0].text.starts_with(u"COM12\n"));
+        CHECK(fixture.problems[0].text.size() > 10);
+        CHECK(fixture.problems[0].text.find(u'\r') == KelText::npos);
     }
     Fixture fixture;
     const auto link = fixture.MakeLink();
-    link->OpenPort(Settings(), u"LASER", false);
+    fixture.Open(*link, Settings());
     fixture.system.failures["CloseHandle"] = ERROR_NOT_ENOUGH_MEMORY;
-    link->OpenPort(Settings(), u"LASER", false);
-    REQUIRE(fixture.boxes.size() == 1);
-    CHECK(fixture.boxes[0].caption == u"Close Previous Connection");
+    fixture.Open(*link, Settings());
+    REQUIRE(fixture.problems.size() == 1);
+    CHECK(fixture.problems[0].stepName == u"Close Previous Connection");
     CHECK(link->Title() == u"LASER COM12:2400,N,8,1,Xon/Xoff");
 }
 
@@ -213,23 +218,20 @@ TEST_CASE("SerialPortWindows: the control block gets the handshake of the settin
         const char16_t* flowControl;
         bool cts;
         bool dsr;
-        bool noSoftwareFlow;
         // fOutX and fInX, fOutxCtsFlow, fOutxDsrFlow, fDsrSensitivity, fRtsControl, fDtrControl
         std::vector<DWORD> expected;
     };
     constexpr DWORD enable = RTS_CONTROL_ENABLE;
     constexpr DWORD handshake = RTS_CONTROL_HANDSHAKE;
     const Case cases[] = {
-        {u"Xon/Xoff", true, true, false, {1, 1, 0, 0, 0, enable, enable}},
-        {u"Xon/Xoff", true, true, true, {0, 0, 0, 0, 0, enable, enable}},
-        {u"None", true, true, false, {0, 0, 0, 0, 0, enable, enable}},
-        {u"Hardware", true, false, false, {0, 0, 1, 0, 1, handshake, enable}},
-        {u"Hardware", false, true, false, {0, 0, 0, 1, 1, enable, handshake}},
-        {u"Hardware", false, false, false, {0, 0, 0, 0, 1, enable, enable}},
-        {u"Combined", true, true, false, {1, 1, 1, 1, 1, handshake, handshake}},
-        {u"Combined", true, true, true, {0, 0, 1, 1, 1, handshake, handshake}},
+        {u"Xon/Xoff", true, true, {1, 1, 0, 0, 0, enable, enable}},
+        {u"None", true, true, {0, 0, 0, 0, 0, enable, enable}},
+        {u"Hardware", true, false, {0, 0, 1, 0, 1, handshake, enable}},
+        {u"Hardware", false, true, {0, 0, 0, 1, 1, enable, handshake}},
+        {u"Hardware", false, false, {0, 0, 0, 0, 1, enable, enable}},
+        {u"Combined", true, true, {1, 1, 1, 1, 1, handshake, handshake}},
         // No known flow control: the handshake stays as it was found, without the sensitivity.
-        {u"", true, true, false, {0, 1, 1, 0, 0, RTS_CONTROL_TOGGLE, DTR_CONTROL_DISABLE}},
+        {u"", true, true, {0, 1, 1, 0, 0, RTS_CONTROL_TOGGLE, DTR_CONTROL_DISABLE}},
     };
     for (const Case& each : cases) {
         CAPTURE(ToUtf8(each.flowControl));
@@ -251,7 +253,7 @@ TEST_CASE("SerialPortWindows: the control block gets the handshake of the settin
         settings.ctsFlow = each.cts;
         settings.dsrFlow = each.dsr;
         const auto link = fixture.MakeLink();
-        link->OpenPort(settings, u"LASER", each.noSoftwareFlow);
+        fixture.Open(*link, settings);
         const DCB& state = fixture.system.committed;
         CHECK(std::vector<DWORD>{state.fOutX, state.fInX, state.fOutxCtsFlow, state.fOutxDsrFlow, state.fDsrSensitivity,
                                  state.fRtsControl, state.fDtrControl} == each.expected);

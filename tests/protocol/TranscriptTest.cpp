@@ -120,6 +120,7 @@ TEST_CASE("Monitor: no machine name leads the settings file out of the installat
     for (const char16_t* name : {u"TARVIN", u"LASER/../2", u"CUT 1"}) {
         EngineHarness<TarvinApp> harness;
         Monitor machine(harness.Setup(), name);
+        machine.Load();
         machine.Open();
         const std::string title = ToUtf8(name);
         CHECK(ToUtf8(machine.Snapshot().caption) == title + " COM1:2400,N,8,1,Xon/Xoff");

@@ -102,6 +102,8 @@ Result<> Run(SerialPort& port, const std::string& operation, std::istream& words
         port.Purge();
         return {};
     }
+    if (operation == "release")
+        return port.ReleaseXoff();
     if (operation == "status") {
         const auto status = port.GetStatus();
         if (!status)
