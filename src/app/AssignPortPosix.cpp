@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* freshPathsFile = "[PROGRAM PATHS]\nNC Files=NC Files\n[PORTS]\n";
+constexpr const char* freshPathsFile = "[PROGRAM PATHS]\r\nNC Files=NC Files\r\n[PORTS]\r\n";
 
 bool Exists(const fs::path& path) {
     std::error_code ignored;
@@ -56,7 +56,10 @@ Result<KelText> AssignInInstallation(const Installation& installation, const fs:
     const KelText settingsFile = FromPath(store.FilePath());
     const bool hasSettings = Exists(store.FilePath());
     // The port that the program will open: settings that name none, or are damaged, have a default.
-    const KelText wantedName = hasSettings ? store.Load({}).settings.port : KelText();
+    const auto loaded = store.Load({});
+    if (loaded.isRefused)
+        return Error{Filled(text::assignPort::cannotRead, {settingsFile})};
+    const KelText wantedName = hasSettings ? loaded.settings.port : KelText();
     if (hasSettings && !IsPortName(wantedName))
         return Error{Filled(text::assignPort::noPortInSettings, {settingsFile})};
     const auto name = AssignPortName(installation.PathsFile(), device, wantedName);
@@ -64,7 +67,7 @@ Result<KelText> AssignInInstallation(const Installation& installation, const fs:
         return Error{Filled(text::assignPort::settingsNameOther, {name.Reason().text, settingsFile, wantedName})};
     if (!name)
         return name;
-    if (!hasSettings && !ReplaceWholeFile(store.FilePath(), "[Port Settings]\nport=" + ToUtf8(*name) + "\n"))
+    if (!hasSettings && !ReplaceWholeFile(store.FilePath(), "[Port Settings]\r\nport=" + ToUtf8(*name) + "\r\n"))
         return Error{Filled(text::assignPort::cannotWrite, {settingsFile})};
     return Filled(text::assignPort::assigned, {FromPath(device), *name, machineName, settingsFile});
 }

@@ -1,6 +1,5 @@
 #include "app/Desktop.h"
 
-#include "base/Messages.h"
 #include "ui/MainWindow.h"
 
 #include <utility>
@@ -17,12 +16,14 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
     messages.ReadSuppressedMessages();
     window = new MainWindow({*engine, events, help, program.Place().PathsFile()}, messages);
     if (!loaded)
-        events.ShowMessage(
-            {loaded.Reason().text, Dictionary().Text(text::dictionary::problem.id), okOnly | iconExclamation});
+        events.ShowMessage(messages.ReportFailure(loaded.Reason().text));
 }
 
 Desktop::~Desktop() {
     engine->Stop();
+    // What went wrong while the window closed, such as settings that could not be saved.
+    for (const MessageBoxText& box : events.TakeUnseenBoxes())
+        messages.Report({static_cast<std::int32_t>(ReportLevel::Warning), box.caption, box.text, {}, 0});
 }
 
 void Desktop::Start() {

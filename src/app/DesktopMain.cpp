@@ -2,6 +2,8 @@
 
 #include "app/Desktop.h"
 #include "app/StopRequest.h"
+#include "ui/CustomMessage.h"
+#include "ui/ModalLoop.h"
 
 #include <filesystem>
 #include <thread>
@@ -32,6 +34,23 @@ std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& install
     return files;
 }
 
+// Shows why the program cannot start. The help book may be missing too, so the box has none.
+class ProblemApp : public wxApp {
+public:
+    explicit ProblemApp(const tarvin::ProgramStart& start) : start(start) { SetAppName("TarvinDL"); }
+
+    bool OnInit() override { return true; }
+
+    int OnRun() override {
+        tarvin::CustomMessage message(nullptr, *start.problem, [] {});
+        tarvin::ModalLoop([](bool) {}).Run(message);
+        return start.exitCode;
+    }
+
+private:
+    const tarvin::ProgramStart& start;
+};
+
 class DesktopApp : public wxApp {
 public:
     explicit DesktopApp(const tarvin::Program& program) : program(program) { SetAppName("TarvinDL"); }
@@ -59,16 +78,22 @@ private:
 }
 
 int main(int argumentCount, char** arguments) {
-    const auto program = tarvin::Program::Begin(argumentCount, arguments, "tarvindl", usage);
-    if (!program)
-        return 0;
-    tarvin::PrepareStopRequests();
+    const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl", usage);
+    if (!start.program && !start.problem)
+        return start.exitCode;
+    // A program that only shows a box ends by the signal, as every program does that expects none.
+    if (start.program)
+        tarvin::PrepareStopRequests();
     // The toolkit reports a missing display before it can show a window.
     delete wxLog::SetActiveTarget(new wxLogStderr);
     // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
-    wxApp::SetInstance(new DesktopApp(*program));
+    if (start.program)
+        wxApp::SetInstance(new DesktopApp(*start.program));
+    else
+        wxApp::SetInstance(new ProblemApp(start));
     int toolkitArgumentCount = 1;
     // A negative result means that the toolkit has found no display, and has reported that.
-    return wxEntry(toolkitArgumentCount, arguments) < 0 ? 1 : 0;
+    const int result = wxEntry(toolkitArgumentCount, arguments);
+    return result < 0 ? 1 : start.program ? 0 : result;
 }

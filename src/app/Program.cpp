@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include "app/CommandLine.h"
+#include "base/Messages.h"
 #include "base/System.h"
 #include "base/Version.h"
 #include "dictionary/TextHolder.h"
@@ -14,6 +15,21 @@
 
 namespace tarvin {
 
+namespace {
+
+// A missing dictionary is no failure.
+Result<> LoadDictionary(const std::filesystem::path& installation, const KelText& commandLine) {
+    DictionaryRequest request;
+    request.programFolder = installation;
+    request.commandLine = commandLine;
+    auto loaded = Dictionary().Load(request);
+    std::error_code ignored;
+    const bool isThere = std::filesystem::exists(installation / request.fileName, ignored);
+    return isThere ? loaded : Result<>();
+}
+
+}
+
 KelText MachineNameOf(KelTextView commandLine) {
     KelText name = MachineNameIn(commandLine);
     return name.empty() ? KelText(TarvinApp::defaultMachineName) : name;
@@ -26,24 +42,37 @@ Result<Installation> FindProgramInstallation() {
     return Installation::Read(*folder);
 }
 
-std::optional<Program> Program::Begin(int argumentCount, const char* const* arguments, const char* programName,
-                                      const char* usage) {
+ProgramStart Program::Begin(int argumentCount, const char* const* arguments, const char* programName,
+                            const char* usage) {
     SecureStandardStreams();
-    KelText commandLine = JoinWords(ProgramArguments(argumentCount, arguments));
+    KelText commandLine = CommandLineOf(argumentCount, arguments);
     if (commandLine == u"--help") {
         std::fputs(usage, stdout);
-        return std::nullopt;
+        return {};
     }
     if (commandLine == u"--version") {
         std::printf("%s %s\n", programName, programVersion);
-        return std::nullopt;
+        return {};
     }
-    auto installation = FindProgramInstallation();
+    const auto say = [programName](const Error& reason) {
+        std::fprintf(stderr, "%s: %s.\n", programName, ToUtf8(reason.text).c_str());
+    };
+    const auto folder = FindInstallation();
+    if (!folder) {
+        say(folder.Reason());
+        return {};
+    }
+    auto installation = Installation::Read(*folder);
     if (!installation) {
-        std::fprintf(stderr, "%s: %s.\n", programName, ToUtf8(installation.Reason().text).c_str());
-        return std::nullopt;
+        say(installation.Reason());
+        // The box speaks the user's language as far as it can. Without a dictionary it is English.
+        (void)tarvin::LoadDictionary(*folder, commandLine);
+        const MessageBoxText problem = {installation.Reason().text, text::start::corruptCaption, okOnly | iconError};
+        return {std::nullopt, 1, problem};
     }
-    return std::optional<Program>(std::in_place, std::move(*installation), std::move(commandLine));
+    ProgramStart start;
+    start.program.emplace(std::move(*installation), std::move(commandLine));
+    return start;
 }
 
 Program::Program(Installation installation, KelText commandLine)
@@ -57,13 +86,7 @@ std::filesystem::path Program::MachineFolder() const {
 }
 
 Result<> Program::LoadDictionary() const {
-    DictionaryRequest request;
-    request.programFolder = installation.Folder();
-    request.commandLine = commandLine;
-    auto loaded = Dictionary().Load(request);
-    std::error_code ignored;
-    const bool isThere = std::filesystem::exists(request.programFolder / request.fileName, ignored);
-    return isThere ? loaded : Result<>();
+    return tarvin::LoadDictionary(installation.Folder(), commandLine);
 }
 
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {

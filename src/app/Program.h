@@ -6,6 +6,7 @@
 #include "base/Result.h"
 #include "engine/DownloadApp.h"
 #include "files/Installation.h"
+#include "messages/MessageReport.h"
 #include "port/PortNames.h"
 
 #include <memory>
@@ -14,13 +15,14 @@
 namespace tarvin {
 
 class EngineEvents;
+struct ProgramStart;
 
 class Program {
 public:
-    // From the arguments of main(). None if the program has nothing more to do and ends with 0: its usage or its
-    // version was asked for and has been printed, or there is no installation, which has been said on standard error.
-    static std::optional<Program> Begin(int argumentCount, const char* const* arguments, const char* programName,
-                                        const char* usage);
+    // From the arguments of main(). Prints usage or version if the command line asks for it. Says on standard error why
+    // a program cannot start.
+    static ProgramStart Begin(int argumentCount, const char* const* arguments, const char* programName,
+                              const char* usage);
 
     // For the machine that the command line names.
     Program(Installation installation, KelText commandLine);
@@ -43,6 +45,16 @@ private:
     KelText machineName;
     PortNames portNames;
     SteadyClock clock;
+};
+
+// What a program does after Begin.
+struct ProgramStart {
+    // To run. None if the program ends here.
+    std::optional<Program> program = {};
+    int exitCode = 0; // without a program
+    // Without a program: for a program with a window to show. The dictionary of the installation is loaded, if there is
+    // one.
+    std::optional<MessageBoxText> problem = {};
 };
 
 // The installation that the environment and the conventions of the system lead to, or the reason why there is none.

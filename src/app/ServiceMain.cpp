@@ -43,10 +43,8 @@ int Serve(const tarvin::Program& program) {
     tarvin::ServiceOutput output;
     tarvin::AppInterface messages({program.MachineFolder()},
                                   [&output](tarvin::KelTextView note) { output.AddNote(note); });
-    if (const auto loaded = program.LoadDictionary(); !loaded) {
-        constexpr auto warning = static_cast<std::int32_t>(tarvin::ReportLevel::Warning);
-        messages.Report({warning, {}, loaded.Reason().text, {}, 0});
-    }
+    if (const auto loaded = program.LoadDictionary(); !loaded)
+        messages.AnswerWithoutUser(messages.ReportFailure(loaded.Reason().text));
     messages.ReadSuppressedMessages();
     tarvin::ServiceEvents events(output, messages);
     const auto engine = program.MakeEngine(events);
@@ -83,6 +81,6 @@ int main(int argumentCount, char** arguments) {
     const auto words = tarvin::ProgramArguments(argumentCount, arguments);
     if (!words.empty() && words.front() == u"--assign-port")
         return RunAssignPort(words);
-    const auto program = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
-    return program ? Serve(*program) : 0;
+    const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
+    return start.program ? Serve(*start.program) : start.exitCode;
 }

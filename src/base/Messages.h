@@ -22,10 +22,15 @@ inline constexpr char16_t errorCaption[] = u"Error";
 inline constexpr char16_t problemCaption[] = u"Problem";
 inline constexpr char16_t badSettingsCaption[] = u"Warning: Bad INI file load";
 inline constexpr char16_t badSettings[] = u"Possible loss of settings";
+// %1 is the settings file and %2 the reason, here and below.
+inline constexpr char16_t settingsNotRead[] =
+    u"The settings file cannot be read and stays as it is; the program goes on with the values of a first run.\n%1: %2";
+inline constexpr char16_t settingsNotSaved[] = u"The settings could not be saved.\n%1: %2";
 inline constexpr char16_t badDictionary[] = u"Error Opening Specified Dictionary\n%1";
 inline constexpr char16_t noHelpBook[] = u"The help book comshelp.htb is missing or damaged.";
 inline constexpr char16_t notAscii[] = u"Not a valid ASCII file.";
-inline constexpr char16_t cannotWriteLog[] = u"Unable to write to log file";
+// %1 is the log file and %2 the reason.
+inline constexpr char16_t cannotWriteLog[] = u"Unable to write to log file\n%1: %2";
 }
 
 // The steps in which a port is used. A box about a failed step has the step's name as its caption, and the port's name
@@ -59,6 +64,18 @@ inline constexpr char16_t heldByDsr[] = u"Held by the machine (DSR)";
 inline constexpr char16_t free[] = u"No longer held by the machine";
 }
 
+// Why settings are not saved, where the system gives no reason.
+namespace settingsReason {
+inline constexpr char16_t notReadBefore[] = u"it could not be read when the program began, and stays as it is";
+}
+
+// Why a log cannot be written, where the system gives no reason or a vague one. %1 is the system's reason.
+namespace logReason {
+inline constexpr char16_t notCommsLog[] = u"it is no comms log";
+inline constexpr char16_t lostFile[] = u"it was moved or deleted";
+inline constexpr char16_t heldByOther[] = u"another program writes it (%1)";
+}
+
 // The answers of --assign-port, told on the terminal.
 namespace assignPort {
 inline constexpr char16_t noDeviceGiven[] = u"--assign-port needs a device, such as /dev/ttyUSB0";
@@ -82,12 +99,16 @@ inline constexpr char16_t notNeededOnWindows[] =
     u"A port needs no entry in KEL.INI on Windows; its name, such as COM3, stands in the machine's settings";
 }
 
-// The start of a program: told on standard error.
+// Why a program does not start: told on standard error, and by the desktop program in a box too if there is an
+// installation.
 namespace start {
+inline constexpr char16_t corruptCaption[] = u"Corrupt Installation";
 inline constexpr char16_t noInstallation[] =
     u"No installation of TarvinDL was found: no folder with a readable KEL.INI";
 inline constexpr char16_t noProgramPaths[] =
     u"Unable to locate Program Paths in %1: KEL.INI there has no section PROGRAM PATHS";
+// %2 is the system's reason.
+inline constexpr char16_t unreadablePaths[] = u"Unable to locate Program Paths in %1: KEL.INI there cannot be read. %2";
 }
 
 // Reports: written to the debug log.
@@ -149,7 +170,14 @@ inline constexpr char programEnd[] = "Application Terminated";
 inline constexpr char16_t downloadDelayed[] = u"Download delayed for %1 second(s).";
 inline constexpr char16_t notSent[] =
     u"Not sent: the last %1 bytes. The line was held, and the controller has spoken again.";
+// %1 is a number of seconds and %2 the reason.
+inline constexpr char16_t logGap[] = u"... nothing logged for %1 seconds: %2 ...";
 inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
+}
+
+// Lines of the activity log that stand for no status.
+namespace activity {
+inline constexpr char16_t linesNotWritten[] = u"... %1 lines not written ...";
 }
 
 // Lines that the service prints.

@@ -4,6 +4,7 @@
 #include "base/KelText.h"
 #include "base/Result.h"
 
+#include <optional>
 #include <vector>
 
 namespace tarvin {
@@ -20,6 +21,10 @@ KelText SystemName();
 // The words of the command line after the program's name, from the arguments of main(). Keeps every character, also
 // those that the system's code page lacks.
 std::vector<KelText> ProgramArguments(int argumentCount, const char* const* arguments);
+
+// The command line as it was typed, with the program's name and with quotes, where the system hands it over so. Any
+// thread.
+std::optional<KelText> TypedCommandLine();
 
 // Opens the null device in place of each standard stream that is closed. Otherwise the next file or device that the
 // program opens takes the number of the closed stream, and receives the text that the program prints. Call it before

@@ -48,6 +48,11 @@ std::vector<KelText> ProgramArguments(int argumentCount, const char* const* argu
     return words;
 }
 
+// The shell has split it into words.
+std::optional<KelText> TypedCommandLine() {
+    return std::nullopt;
+}
+
 void SecureStandardStreams() {
     // The system hands out the lowest free number, so the closed streams are filled in order.
     int opened = 0;

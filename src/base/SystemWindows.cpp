@@ -75,6 +75,11 @@ std::vector<KelText> ProgramArguments(int, const char* const*) {
     return words;
 }
 
+std::optional<KelText> TypedCommandLine() {
+    const std::wstring_view typed = ::GetCommandLineW();
+    return KelText(typed.begin(), typed.end());
+}
+
 // Windows gives no handle the number of a closed stream.
 void SecureStandardStreams() {}
 

@@ -79,6 +79,7 @@ private:
     void BeginLanguage(const XML_Char** attributes);
     void Text(std::string_view more);
     void End();
+    void EndLanguage();
     void EndEntry();
     void TakeField(Element element);
     void TakeId();
@@ -176,13 +177,28 @@ void Reader::End() {
     const Element element = open.back()->element;
     open.pop_back();
     if (element == Element::Language)
-        content.languages.back().name = FromUtf8(text);
+        EndLanguage();
     else if (element == Element::Entry)
         EndEntry();
-    else if (element == Element::Dictionary && content.languages.empty())
-        Fail("there is no <Language>");
+    else if (element == Element::Dictionary && content.entries.empty())
+        Fail("there is no <Entry>");
     else if (element != Element::Dictionary)
         TakeField(element);
+}
+
+// A user chooses a language by its name or its folder, and of two equal ones could never choose the second.
+void Reader::EndLanguage() {
+    DictionaryLanguage& language = content.languages.back();
+    language.name = FromUtf8(text);
+    const auto isTaken = [&](KelText DictionaryLanguage::*naming) {
+        return !(language.*naming).empty() &&
+               std::any_of(content.languages.begin(), content.languages.end() - 1,
+                           [&](const DictionaryLanguage& other) { return other.*naming == language.*naming; });
+    };
+    if (isTaken(&DictionaryLanguage::name))
+        Fail("the language name \"" + text + "\" is given twice");
+    else if (isTaken(&DictionaryLanguage::folder))
+        Fail("the language folder \"" + ToUtf8(language.folder) + "\" is given twice");
 }
 
 // The other fields may be missing. Their order is free, so this is checked at the end of the entry.

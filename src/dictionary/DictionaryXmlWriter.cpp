@@ -41,6 +41,35 @@ std::string Field(const char* name, const std::string& value) {
     return std::string("    <") + name + ">" + value + "</" + name + ">\n";
 }
 
+// The place in the content that a line of the written XML stands for, as the start of a reason. Each text is on one
+// line, because its line ends are references.
+KelText PlaceOfLine(const DictionaryContent& content, std::int32_t line) {
+    // The first line is the declaration and the second one <Dictionary>.
+    std::int32_t last = 2;
+    for (std::size_t index = 0; index < content.languages.size(); ++index) {
+        if (++last == line)
+            return u"language " + ToText(static_cast<std::int64_t>(index + 1)) + u": ";
+    }
+    for (std::size_t index = 0; index < content.entries.size(); ++index) {
+        const TextEntry& entry = content.entries[index];
+        // <Entry>, four fields, the translations and </Entry>.
+        last += 6 + static_cast<std::int32_t>(entry.translations.size());
+        if (line <= last)
+            return u"entry " + ToText(static_cast<std::int64_t>(index + 1)) + u" (id " + ToText(entry.id) + u"): ";
+    }
+    return {};
+}
+
+// The reason of ReadXml about the written XML, which the user never sees, as a reason about the content.
+Error FaultOf(const DictionaryContent& content, KelTextView reason) {
+    constexpr KelTextView head = u"line ";
+    const auto line = reason.starts_with(head) ? LeadingNumber(reason.substr(head.size())) : std::nullopt;
+    const std::size_t fault = reason.find(u": ");
+    if (!line || fault == KelTextView::npos)
+        return {KelText(reason)};
+    return {PlaceOfLine(content, *line) + KelText(reason.substr(fault + 2))};
+}
+
 }
 
 Result<std::string> WriteXml(const DictionaryContent& content) {
@@ -62,9 +91,9 @@ Result<std::string> WriteXml(const DictionaryContent& content) {
     // Reading the result back holds the content to every rule of the reader, without a second copy of the rules.
     const auto readBack = ReadXml(xml);
     if (!readBack)
-        return readBack.Reason();
+        return FaultOf(content, readBack.Reason().text);
     if (*readBack != content)
-        return Error{u"line 1: a text is not valid Unicode"};
+        return Error{u"a text is not valid Unicode"};
     return xml;
 }
 

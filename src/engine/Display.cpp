@@ -41,6 +41,9 @@ void Display::OnTick() {
 }
 
 void Display::OnStateChanged(Urgency urgency) {
+    // The end of a transfer, and a refusal, is an event of its own even if the one before had the same text.
+    if (sources.transfer.State() != TransferState::Overrun)
+        loggedLine.clear();
     if (urgency == Urgency::AtOnce)
         Show();
 }
@@ -123,12 +126,15 @@ bool Display::Publish() {
     return true;
 }
 
-// A status is logged when it appears, not at each tick at which it stays, and again if it could not be written.
+// A status is logged when it appears, not at each tick at which it stays. An overrun may appear with every read: one
+// line stands for all of them.
 void Display::LogStatus(const StatusDescription& description) {
-    if (description.isReported && (loggedLine != next.statusLine || logs.IsStatusUnwritten())) {
+    if (description.isReported && loggedLine != next.statusLine) {
+        const bool force = sources.transfer.State() != TransferState::Overrun;
+        const KelText& fileName = sources.transfer.Name().fileName;
         if (description.reportedBefore)
-            logs.LogStatusChange(sources.settings, *description.reportedBefore, sources.transfer.Name().fileName);
-        logs.LogStatusChange(sources.settings, next.statusLine, sources.transfer.Name().fileName);
+            logs.LogStatusChange(sources.settings, *description.reportedBefore, fileName, force);
+        logs.LogStatusChange(sources.settings, next.statusLine, fileName, force);
     }
     loggedLine = description.isReported ? next.statusLine : KelText();
 }

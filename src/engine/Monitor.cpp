@@ -109,10 +109,17 @@ void Monitor::Close() {
     display.Stop();
     reopenPort.Stop();
     line.ClosePort();
-    (void)store.SaveSettings(settings);
+    SaveSettings();
     transfer.KeepFile();
-    logs.EndCommsLog(text::trace::programEnd);
-    logs.Flush();
+    logs.Close();
+}
+
+void Monitor::SaveSettings() {
+    const auto saved = store.SaveSettings(settings);
+    if (saved)
+        return;
+    const KelText problem = Filled(text::box::settingsNotSaved, {FromPath(store.FilePath()), saved.Reason().text});
+    events.ShowMessage({problem, text::box::problemCaption, okOnly | iconExclamation});
 }
 
 void Monitor::OnReceived(ReceiveBuffer& received) {

@@ -77,6 +77,7 @@ private:
     void OnLinkLost() override;
     void OnPortProblem(const PortProblem& problem) override;
 
+    void SaveSettings();
     void RunCommands() EXCLUDES(commandMutex);
     void OpenPort();
     void ReopenPort();

@@ -12,6 +12,12 @@ bool IsForbidden(char16_t unit) {
     return unit < 0x20 || unit == 0x7F || reserved.find(unit) != KelTextView::npos;
 }
 
+// With the extension of a settings file the name would be that of KEL.INI, which every machine of the installation
+// needs. In any case: Windows does not tell cases apart.
+bool IsProgramFile(KelTextView name) {
+    return EqualIgnoringCase(name, u"KEL");
+}
+
 }
 
 bool IsDeviceName(KelTextView fileName) {
@@ -34,7 +40,7 @@ KelText FileNameFor(KelTextView name) {
     // Windows drops dots and blanks at the end. A name of dots alone is a folder on every system.
     for (auto unit = fileName.rbegin(); unit != fileName.rend() && (*unit == u'.' || *unit == u' '); ++unit)
         *unit = u'_';
-    return IsDeviceName(fileName) ? u'_' + fileName : fileName;
+    return IsDeviceName(fileName) || IsProgramFile(fileName) ? u'_' + fileName : fileName;
 }
 
 KelText WithOwnSeparators(KelText path) {

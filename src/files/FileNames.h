@@ -9,7 +9,8 @@
 namespace tarvin {
 
 // Replaces by '_' each character of `name` that no file name may hold, and each dot or blank at the end. Puts a '_' in
-// front of the name of a device. Keeps everything else; an empty name stays empty.
+// front of the name of a device, and of "KEL" in any case: no machine's settings file may be KEL.INI. Keeps everything
+// else; an empty name stays empty.
 KelText FileNameFor(KelTextView name);
 
 // True for CON, NUL, COM1 and the other names of devices, with any extension.

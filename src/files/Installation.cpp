@@ -18,10 +18,14 @@ constexpr KelTextView pathsSection = u"PROGRAM PATHS";
 // The longest path that any of the systems takes.
 constexpr std::size_t maximumPathUnits = 32767;
 
-// An unreadable KEL.INI counts as none, so that the next candidate is tried.
 bool HoldsInstallation(const std::filesystem::path& folder) {
     NativeFile file;
     return static_cast<bool>(file.Open(folder / pathsFileName, NativeFile::Access::Read));
+}
+
+bool HoldsPathsFile(const std::filesystem::path& folder) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(folder / pathsFileName, ignored));
 }
 
 // A KEL.INI written on Windows names the same folder on every system, so separators are replaced. A full path belongs
@@ -37,7 +41,9 @@ std::filesystem::path BelowInstallation(const std::filesystem::path& installatio
 Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates) {
     const Error notFound = {text::start::noInstallation};
     const auto folders = candidates.chosen ? std::vector{*candidates.chosen} : candidates.folders;
-    const auto found = std::find_if(folders.begin(), folders.end(), HoldsInstallation);
+    auto found = std::find_if(folders.begin(), folders.end(), HoldsInstallation);
+    if (found == folders.end())
+        found = std::find_if(folders.begin(), folders.end(), HoldsPathsFile);
     if (found == folders.end())
         return notFound;
     // Absolute, because the working folder may change later.
@@ -61,9 +67,10 @@ std::filesystem::path Installation::PathsFile() const {
 
 Result<Installation> Installation::Read(const std::filesystem::path& folder) {
     const auto profile = Profile::Read(folder / pathsFileName);
-    if (!profile || !profile->HasSection(pathsSection)) {
+    if (!profile)
+        return Error{Filled(text::start::unreadablePaths, {FromPath(folder), profile.Reason().text})};
+    if (!profile->HasSection(pathsSection))
         return Error{Filled(text::start::noProgramPaths, {FromPath(folder)})};
-    }
     KelText ncFiles = profile->Text(pathsSection, u"NC Files", u"", maximumPathUnits);
     if (ncFiles.empty())
         ncFiles = u"NC Files";

@@ -17,7 +17,7 @@ std::optional<std::filesystem::path> ProgramFolder();
 struct InstallationCandidates {
     // The user's choice. With a choice no other folder is tried, even if this one holds no installation.
     std::optional<std::filesystem::path> chosen;
-    // The first of these with a readable KEL.INI is the installation.
+    // The first of these with a readable KEL.INI is the installation, else the first with one that cannot be read.
     std::vector<std::filesystem::path> folders;
 };
 
@@ -27,7 +27,8 @@ InstallationCandidates SystemInstallationCandidates();
 // The folder of the user's own installation, whether or not there is one. None if the environment names no such place.
 std::optional<std::filesystem::path> UserInstallation();
 
-// The installation folder as an absolute path. Fails if no candidate holds an installation.
+// The installation folder as an absolute path. Fails if no candidate has a KEL.INI. With one that cannot be read, the
+// folder is an installation that is corrupt: Installation::Read says why.
 Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates);
 Result<std::filesystem::path> FindInstallation();
 

@@ -1,24 +1,32 @@
 #include "files/NativeFile.h"
 
+#include <algorithm>
+
 namespace tarvin {
 
-Result<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maximum) {
+Result<std::string> ReadStartOfFile(const std::filesystem::path& path, std::size_t byteCount) {
     NativeFile file;
     if (const auto opened = file.Open(path, NativeFile::Access::Read); !opened)
         return opened.Reason();
-    // The file may grow while it is read, so its size is not asked for. The check comes before the content grows.
+    // The file may grow while it is read, so its size is not asked for.
     std::string content;
     char chunk[16384];
-    for (;;) {
-        const auto count = file.Read(chunk, sizeof chunk);
+    while (content.size() < byteCount) {
+        const auto count = file.Read(chunk, std::min(sizeof chunk, byteCount - content.size()));
         if (!count)
             return count.Reason();
         if (*count == 0)
-            return content;
-        if (content.size() + *count > maximum)
-            return Error{u"The file is larger than " + ToText(static_cast<std::int64_t>(maximum)) + u" bytes"};
+            break;
         content.append(chunk, *count);
     }
+    return content;
+}
+
+Result<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maximum) {
+    auto content = ReadStartOfFile(path, maximum + 1);
+    if (content && content->size() > maximum)
+        return Error{u"The file is larger than " + ToText(static_cast<std::int64_t>(maximum)) + u" bytes"};
+    return content;
 }
 
 }

@@ -14,7 +14,8 @@ namespace tarvin {
 
 class NativeFile {
 public:
-    enum class Access { Read, Replace, Append };
+    // Create makes a new file and refuses a name that exists, also as a link that leads nowhere.
+    enum class Access { Read, Replace, Append, Create };
 
     NativeFile() = default;
     ~NativeFile() { Close(); }
@@ -40,6 +41,9 @@ public:
     // Takes the lock on the file and holds it until the file is closed. Does not block: fails if another open file
     // holds the lock. Reading and writing need no lock.
     Result<> Lock();
+    // Gives the file the owner, group and permissions of the file at `model`, as far as the system permits. Permissions
+    // of a group that cannot be kept are reduced to those of everyone. Requires a file opened with Create.
+    void CopyRights(const std::filesystem::path& model);
     // True if the path still leads to this file: it may have been deleted, moved or replaced.
     bool IsAt(const std::filesystem::path& path);
     void Close();
@@ -53,10 +57,14 @@ private:
 // The whole content of a file. Fails if the file cannot be read or holds more than `maximum` bytes.
 Result<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maximum);
 
+// The content of a file, or its first `byteCount` bytes if it is longer. Fails if the file cannot be read.
+Result<std::string> ReadStartOfFile(const std::filesystem::path& path, std::size_t byteCount);
+
 // Replaces a file in one step: at every moment, also after a crash, the path leads to the whole old content or the
-// whole new one. Keeps the permissions of an existing file, and refuses to replace anything but a regular file. Blocks
-// until the new content is on the disk. A failure leaves the old file as it was, unless the step itself could not be
-// brought to the disk: then the new content is in place.
+// whole new one. Keeps owner, group and permissions of an existing file as far as permitted. A link stays a link: the
+// file that it leads to is replaced. Refuses to replace anything but a regular file. Removes new files that a killed
+// program has left behind. Blocks until the new content is on the disk. A failure leaves the old file as it was, unless
+// the step itself could not be brought to the disk: then the new content is in place.
 Result<> ReplaceWholeFile(const std::filesystem::path& path, std::string_view content);
 
 }

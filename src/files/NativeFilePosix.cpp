@@ -28,32 +28,14 @@ int OpenFlags(NativeFile::Access access) {
         return always | O_WRONLY | O_CREAT;
     case NativeFile::Access::Append:
         return always | O_WRONLY | O_CREAT | O_APPEND;
+    case NativeFile::Access::Create:
+        return always | O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
     }
     return always;
 }
 
 Error SystemError(int errorNumber) {
     return {SystemErrorText(static_cast<unsigned long>(errorNumber))};
-}
-
-// A new name is on the disk once its folder is.
-Result<> SyncFolderOf(const std::filesystem::path& path) {
-    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return LastSystemError();
-    const Result<> synced = ::fsync(descriptor) == 0 ? Result<>() : LastSystemError();
-    ::close(descriptor);
-    return synced;
-}
-
-Result<> WriteNewFile(const std::filesystem::path& path, std::string_view content) {
-    NativeFile file;
-    if (const auto opened = file.Open(path, NativeFile::Access::Replace); !opened)
-        return opened;
-    if (const auto written = file.Write(content); !written)
-        return written;
-    return file.Sync();
 }
 
 }
@@ -122,6 +104,21 @@ Result<> NativeFile::Lock() {
     return ::flock(Descriptor(handle), LOCK_EX | LOCK_NB) == 0 ? Result<>() : LastSystemError();
 }
 
+void NativeFile::CopyRights(const std::filesystem::path& model) {
+    struct stat wanted = {};
+    if (::stat(model.c_str(), &wanted) != 0)
+        return;
+    // Whoever may not give a file away may still give it to a group of his own.
+    bool keepsGroup = ::fchown(Descriptor(handle), wanted.st_uid, wanted.st_gid) == 0;
+    if (!keepsGroup)
+        keepsGroup = ::fchown(Descriptor(handle), static_cast<uid_t>(-1), wanted.st_gid) == 0;
+    mode_t mode = wanted.st_mode & 0777;
+    // The group is now another one. It gets what everyone has.
+    if (!keepsGroup)
+        mode = (mode & 0707) | ((mode & 07) << 3);
+    (void)::fchmod(Descriptor(handle), mode);
+}
+
 // Device and inode number identify a file, whatever its names are.
 bool NativeFile::IsAt(const std::filesystem::path& path) {
     struct stat own = {};
@@ -134,29 +131,6 @@ void NativeFile::Close() {
     if (IsOpen())
         ::close(Descriptor(handle));
     handle = closedHandle;
-}
-
-Result<> ReplaceWholeFile(const std::filesystem::path& named, std::string_view content) {
-    // A link stays a link: its target is replaced.
-    std::error_code isMissing;
-    const std::filesystem::path target = std::filesystem::canonical(named, isMissing);
-    const std::filesystem::path& path = isMissing ? named : target;
-    struct stat state = {};
-    const bool isThere = ::stat(path.c_str(), &state) == 0;
-    if (isThere && !S_ISREG(state.st_mode))
-        return SystemError(S_ISDIR(state.st_mode) ? EISDIR : EINVAL);
-    // The process number stands in the name, so that two programs that save at once do not write into one file.
-    const std::filesystem::path fresh = path.native() + "." + std::to_string(::getpid()) + ".new";
-    // The content is on the disk before the file takes its name. After a crash the name never leads to an empty file.
-    Result<> result = WriteNewFile(fresh, content);
-    if (result && isThere)
-        ::chmod(fresh.c_str(), state.st_mode & 07777);
-    if (result && ::rename(fresh.c_str(), path.c_str()) != 0)
-        result = LastSystemError();
-    if (result)
-        return SyncFolderOf(path);
-    ::unlink(fresh.c_str());
-    return result;
 }
 
 }

@@ -3,7 +3,7 @@
 #include "files/NativeFile.h"
 
 #include <algorithm>
-#include <string>
+#include <vector>
 
 namespace tarvin {
 
@@ -11,15 +11,6 @@ namespace {
 
 HANDLE Handle(std::intptr_t handle) {
     return reinterpret_cast<HANDLE>(handle);
-}
-
-Result<> WriteNewFile(const std::filesystem::path& path, std::string_view content) {
-    NativeFile file;
-    if (const auto opened = file.Open(path, NativeFile::Access::Replace); !opened)
-        return opened;
-    if (const auto written = file.Write(content); !written)
-        return written;
-    return file.Sync();
 }
 
 // The largest piece handed over in one call, whose count has 32 bits.
@@ -33,8 +24,11 @@ Result<> NativeFile::Open(const std::filesystem::path& path, Access access) {
     // FILE_APPEND_DATA alone: the system puts each write at the end of the file, also while another program writes.
     const DWORD rights = access == Access::Read      ? GENERIC_READ
                          : access == Access::Replace ? GENERIC_WRITE
+                         : access == Access::Create  ? GENERIC_WRITE | WRITE_DAC
                                                      : FILE_APPEND_DATA | SYNCHRONIZE;
-    const DWORD disposition = access == Access::Read ? OPEN_EXISTING : OPEN_ALWAYS;
+    const DWORD disposition = access == Access::Read     ? OPEN_EXISTING
+                              : access == Access::Create ? CREATE_NEW
+                                                         : OPEN_ALWAYS;
     // Shared in every way, as files are on POSIX: other programs may read, move and delete the file while it is open.
     HANDLE opened = ::CreateFileW(path.c_str(), rights, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -93,6 +87,24 @@ Result<> NativeFile::Lock() {
     return ::LockFileEx(Handle(handle), flags, 0, 1, 0, &place) ? Result<>() : LastSystemError();
 }
 
+// The owner stays the one who has made the file: giving a file away needs a privilege.
+void NativeFile::CopyRights(const std::filesystem::path& model) {
+    DWORD length = 0;
+    ::GetFileSecurityW(model.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &length);
+    std::vector<unsigned char> rights(length);
+    if (length > 0 && ::GetFileSecurityW(model.c_str(), DACL_SECURITY_INFORMATION, rights.data(), length, &length))
+        ::SetKernelObjectSecurity(Handle(handle), DACL_SECURITY_INFORMATION, rights.data());
+    const DWORD attributes = ::GetFileAttributesW(model.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return;
+    // Times of zero stay as they are.
+    FILE_BASIC_INFO info = {};
+    info.FileAttributes = attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE);
+    if (info.FileAttributes == 0)
+        info.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+    ::SetFileInformationByHandle(Handle(handle), FileBasicInfo, &info, sizeof info);
+}
+
 // Volume and file index identify a file, whatever its names are. Opened without any right, so that no other program is
 // disturbed.
 bool NativeFile::IsAt(const std::filesystem::path& path) {
@@ -113,17 +125,6 @@ void NativeFile::Close() {
     if (IsOpen())
         ::CloseHandle(Handle(handle));
     handle = closedHandle;
-}
-
-Result<> ReplaceWholeFile(const std::filesystem::path& path, std::string_view content) {
-    const std::filesystem::path fresh = path.native() + L"." + std::to_wstring(::GetCurrentProcessId()) + L".new";
-    // The content is on the disk before the file takes its name, and WRITE_THROUGH waits for the name too.
-    Result<> result = WriteNewFile(fresh, content);
-    if (result && !::MoveFileExW(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        result = LastSystemError();
-    if (!result)
-        ::DeleteFileW(fresh.c_str());
-    return result;
 }
 
 }

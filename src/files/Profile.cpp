@@ -45,13 +45,14 @@ std::optional<std::size_t> EndOfSection(KelTextView content, KelTextView section
     return end;
 }
 
-// The line end at or after the position; at the end of the file the first one of the file.
+// The line end at or after the position; at the end of the file the first one of the file; CR LF in a file without
+// any.
 KelText LineEndAt(KelTextView content, std::size_t position) {
     std::size_t found = content.find_first_of(u"\r\n", position);
     if (found == KelTextView::npos)
         found = content.find_first_of(u"\r\n");
     if (found == KelTextView::npos)
-        return u"\n";
+        return u"\r\n";
     const KelTextView end = content.substr(found, 2);
     return KelText(end == u"\r\n" ? end : end.substr(0, 1));
 }

@@ -1,6 +1,7 @@
 #include "logging/ActivityLog.h"
 
-#include "files/KelFile.h"
+#include "base/Messages.h"
+#include "logging/LogFile.h"
 
 #include <algorithm>
 #include <utility>
@@ -21,38 +22,47 @@ std::string LineOf(const KelText& statusText, const KelText& programName) {
 
 }
 
-void ActivityLog::LogStatusChange(const std::filesystem::path& path, const KelText& statusText,
-                                  const KelText& programName) {
+void ActivityLog::LogStatusChange(const std::filesystem::path& newPath, const KelText& statusText,
+                                  const KelText& programName, bool force) {
     std::string text = ToUtf8(statusText);
-    if (lastLogged.Is(text))
+    if (!force && lastLogged.Is(text))
         return;
-    std::string before = std::exchange(lastLogged.text, text);
-    entries.push_back({path, std::move(text), LineOf(statusText, programName), std::move(before)});
+    lastLogged.text = std::move(text);
+    // Another file is worth an attempt at once.
+    if (path != newPath)
+        isFailing = false;
+    path = newPath;
+    lines.push_back(LineOf(statusText, programName));
+    if (lines.size() > mostLines) {
+        lines.pop_front();
+        ++lostCount;
+    }
 }
 
-bool ActivityLog::Flush() {
-    if (entries.empty())
-        return true;
-    const std::string failedBefore = std::exchange(failedStatus, {});
-    std::vector<Entry> failed;
-    for (Entry& entry : std::exchange(entries, {})) {
-        if (!Append(entry))
-            failed.push_back(std::move(entry));
-    }
-    // Undone from the last line back: the same texts may be logged again, here and in the comms log.
-    for (auto entry = failed.rbegin(); entry != failed.rend(); ++entry) {
-        if (lastLogged.Is(entry->statusText))
-            lastLogged.text = std::move(entry->lastLoggedBefore);
-    }
-    if (failed.empty())
-        return true;
-    failedStatus = std::move(failed.back().statusText);
-    return failedStatus == failedBefore;
+Result<> ActivityLog::Flush(bool force) {
+    const auto now = clock.Now();
+    if (lines.empty() || (isFailing && !force && now - lastAttempt < logRetryPeriod))
+        return {};
+    lastAttempt = now;
+    Result<> appended = Append();
+    const bool wasFailing = std::exchange(isFailing, !appended);
+    if (!appended)
+        return wasFailing ? Result<>() : appended;
+    lines.clear();
+    lostCount = 0;
+    return {};
 }
 
-bool ActivityLog::Append(const Entry& entry) {
+Result<> ActivityLog::Append() const {
+    std::string text = EndsWithinLine(path) ? "\r\n" : "";
+    if (lostCount > 0)
+        text += LineOf(Filled(text::activity::linesNotWritten, {ToText(static_cast<std::int64_t>(lostCount))}), {});
+    for (const std::string& line : lines)
+        text += line;
     KelFile file;
-    return file.Open(entry.path, KelFile::Mode::AppendText) && file.Write(entry.line);
+    if (const auto opened = file.Open(path, KelFile::Mode::AppendBytes); !opened)
+        return opened;
+    return AppendLines(file, path, text);
 }
 
 }

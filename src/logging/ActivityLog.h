@@ -2,42 +2,45 @@
 // A history of status texts, one line each. Flush opens the file, appends the lines and closes it. Until then the lines
 // wait in memory, so that no answer to the controller waits for the disk. Monitor thread only.
 
-#include "base/KelText.h"
+#include "base/Clock.h"
+#include "base/Result.h"
 #include "logging/LogText.h"
 
+#include <deque>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace tarvin {
 
 class ActivityLog {
 public:
-    explicit ActivityLog(LastLogged& lastLogged) : lastLogged(lastLogged) {}
+    // The lines that wait at most for a file that cannot be written.
+    static constexpr std::size_t mostLines = 1000;
 
-    // Adds a status text for the file at `path`, unless it repeats the line logged last. `programName` is the number of
-    // the NC file.
-    void LogStatusChange(const std::filesystem::path& path, const KelText& statusText, const KelText& programName);
+    ActivityLog(const Clock& clock, LastLogged& lastLogged) : clock(clock), lastLogged(lastLogged) {}
 
-    // Appends the waiting lines to their files. Lines that a file does not take are dropped. True also for a failure
-    // with the same status text as the failure before: the user is told of each status text once.
-    bool Flush();
-    // True if the last Flush with a line to write has lost one.
-    bool HasFailed() const { return !failedStatus.empty(); }
+    // Adds a status text for the file at `path`. Ignores one that repeats the line logged last unless `force`.
+    // `programName` is the number of the NC file. Lines that wait go to the newest path.
+    void LogStatusChange(const std::filesystem::path& path, const KelText& statusText, const KelText& programName,
+                         bool force);
+
+    // Appends the waiting lines to the file. Fails once for each time in which the file cannot be written. Meanwhile
+    // the lines wait, and Flush tries again each minute, or at once with `force`. If more lines wait than there is room
+    // for, the oldest ones are dropped, and a line counts them.
+    Result<> Flush(bool force = false);
+    // The file of the lines.
+    const std::filesystem::path& Path() const { return path; }
 
 private:
-    struct Entry {
-        std::filesystem::path path;
-        std::string statusText;
-        std::string line;
-        std::string lastLoggedBefore;
-    };
+    Result<> Append() const;
 
-    static bool Append(const Entry& entry);
-
+    const Clock& clock;
     LastLogged& lastLogged;
-    std::vector<Entry> entries;
-    std::string failedStatus;
+    std::filesystem::path path;
+    std::deque<std::string> lines;
+    std::size_t lostCount = 0;
+    bool isFailing = false;
+    Clock::TimePoint lastAttempt;
 };
 
 }

@@ -1,5 +1,8 @@
 #include "logging/CommsLog.h"
 
+#include "base/Messages.h"
+#include "logging/LogFile.h"
+
 #include <algorithm>
 #include <cassert>
 #include <charconv>
@@ -79,7 +82,7 @@ Result<> CommsLog::Open(const std::filesystem::path& path) {
 Result<> CommsLog::OpenRolling(const std::filesystem::path& path, std::uint64_t newSizeLimit) {
     assert(newSizeLimit > 0);
     if (!IsCommsLog(path))
-        return Error{FromPath(path) + u" is no comms log"};
+        return Error{text::logReason::notCommsLog};
     sizeLimit = newSizeLimit;
     if (const auto begun = Begin(path, KelFile::Mode::AppendBytes); !begun)
         return begun;
@@ -96,16 +99,31 @@ Result<> CommsLog::Begin(const std::filesystem::path& path, KelFile::Mode mode) 
     return file.Open(path, mode);
 }
 
-// Opens the rolling file if it is closed, and locks it, so that no other running program rolls it over.
+// Opens the file if it is closed. Locks a rolling one, so that no other running program rolls it over.
 Result<> CommsLog::OpenLocked() {
     Result<> result = file.Open(filePath, KelFile::Mode::AppendBytes);
-    if (result)
-        result = file.Lock();
-    if (result)
-        sizeBefore = file.Size().ValueOr(0);
-    else
+    if (result && sizeLimit > 0) {
+        if (const auto locked = file.Lock(); !locked)
+            result = Error{Filled(text::logReason::heldByOther, {locked.Reason().text})};
+    }
+    if (!result) {
         file.Close();
-    return result;
+        return result;
+    }
+    sizeBefore = file.Size().ValueOr(0);
+    if (EndsWithinLine(filePath))
+        pending = "\r\n";
+    return {};
+}
+
+Result<> CommsLog::Resume() {
+    assert(!IsOpen() && !filePath.empty());
+    if (!IsCommsLog(filePath))
+        return Error{text::logReason::notCommsLog};
+    if (const auto opened = OpenLocked(); !opened)
+        return opened;
+    lastLookAtFile = clock.Now();
+    return {};
 }
 
 void CommsLog::LogLine(std::string_view text, bool force) {
@@ -131,7 +149,7 @@ Result<> CommsLog::Flush() {
 }
 
 Result<> CommsLog::WritePending() {
-    Result<> result = IsFileLost() ? Error{FromPath(filePath) + u" was moved or deleted"} : file.Write(pending);
+    Result<> result = IsFileLost() ? Error{text::logReason::lostFile} : AppendLines(file, filePath, pending);
     pending.clear();
     return result;
 }

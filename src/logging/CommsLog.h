@@ -27,12 +27,17 @@ public:
     // in progress as it is.
     Result<> OpenRolling(const std::filesystem::path& path, std::uint64_t sizeLimit);
     bool IsOpen() const { return file.IsOpen(); }
+    // Goes on with the run that a failure of Flush has ended: appends to its file, and its times go on. Fails like
+    // OpenRolling. Requires such a run.
+    Result<> Resume();
+    // The file of the last run.
+    const std::filesystem::path& Path() const { return filePath; }
 
     // Adds a line of UTF-8 without its line end. Ignores an empty text, and one that repeats the last line unless
     // `force`.
     void LogLine(std::string_view text, bool force);
 
-    // Writes the waiting lines. A failure closes the log.
+    // Writes the waiting lines, all or none of them. A failure closes the log.
     Result<> Flush();
     // True if a new file has begun since the last call.
     bool TakeRolledOver() { return std::exchange(hasRolledOver, false); }

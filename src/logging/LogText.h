@@ -1,14 +1,18 @@
 #pragma once
-// Texts that the logs share: local time, bytes of the line, and the last line.
+// What the logs share: local time, bytes of the line, the last line, and how often a failed log is tried again.
 
 #include "base/KelText.h"
 
+#include <chrono>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace tarvin {
+
+// A log that cannot be written is tried again this often.
+inline constexpr std::chrono::minutes logRetryPeriod{1};
 
 // Time and date as the user's locale writes them.
 struct LocalTimeText {

@@ -16,6 +16,11 @@ std::int32_t AppInterface::Report(const MessageReport& report) {
     return report.answer;
 }
 
+MessageBoxText AppInterface::ReportFailure(KelTextView message) {
+    Report({static_cast<std::int32_t>(ReportLevel::Warning), {}, KelText(message), {}, 0});
+    return {KelText(message), dictionary.Text(text::dictionary::problem.id), okOnly | iconExclamation};
+}
+
 std::optional<int> AppInterface::AnswerWithoutUser(const MessageBoxText& box) {
     const MessageButton& button = AutomaticAnswerTo(box.style);
     if (box.dontShowAgainId && suppressed.Contains(*box.dontShowAgainId))

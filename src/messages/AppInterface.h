@@ -38,6 +38,9 @@ public:
     // Writes the report to the debug log and returns its answer. Any thread.
     std::int32_t Report(const MessageReport& report);
 
+    // Writes a failure of the program itself to the debug log, and gives the box that tells it to the user. Any thread.
+    MessageBoxText ReportFailure(KelTextView message);
+
     // The answer of a message box that needs no user, as the Windows message box numbers it: the user has suppressed
     // it, or the program is unattended, which leaves a note. None if the box has to be shown. Any thread.
     std::optional<int> AnswerWithoutUser(const MessageBoxText& box);

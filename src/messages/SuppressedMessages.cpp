@@ -14,25 +14,6 @@ namespace {
 
 constexpr std::size_t maximumFileSize = 1024 * 1024;
 
-// Reads up to maximumFileSize bytes, and one more byte from a longer file. None if the file cannot be read.
-std::optional<std::string> ReadStart(const std::filesystem::path& path) {
-    NativeFile file;
-    if (!file.Open(path, NativeFile::Access::Read))
-        return std::nullopt;
-    std::string content;
-    char chunk[16384];
-    while (content.size() <= maximumFileSize) {
-        const auto count = file.Read(chunk, sizeof chunk);
-        if (!count)
-            return std::nullopt;
-        if (*count == 0)
-            break;
-        content.append(chunk, *count);
-    }
-    content.resize(std::min(content.size(), maximumFileSize + 1));
-    return content;
-}
-
 // None if the line is not exactly one number. An editor may have put a CR before the line end.
 std::optional<std::int32_t> ParseLine(std::string_view line) {
     if (line.ends_with('\r'))
@@ -67,7 +48,7 @@ SuppressedMessages::Content Parse(std::string_view content, std::set<std::int32_
 }
 
 SuppressedMessages::Content SuppressedMessages::Read() {
-    const auto content = ReadStart(file);
+    const auto content = ReadStartOfFile(file, maximumFileSize + 1);
     if (!content) {
         std::error_code error;
         const bool isMissing = std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found;
@@ -93,7 +74,7 @@ bool SuppressedMessages::Add(std::int32_t id) {
         const MutexLock lock(mutex);
         ids.insert(id);
         for (const std::int32_t each : ids)
-            content += std::to_string(each) + "\n";
+            content += std::to_string(each) + "\r\n";
     }
     if (!isReadable)
         return false;

@@ -2,6 +2,7 @@
 
 #include "base/Messages.h"
 #include "files/FileNames.h"
+#include "files/FileReplacement.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
 
@@ -20,6 +21,13 @@ constexpr std::size_t maximumFileSize = 1024 * 1024;
 constexpr KelTextView portSection = u"Port Settings";
 constexpr KelTextView filesSection = u"Files";
 constexpr KelTextView logSection = u"Log";
+
+// The name of a COM port in upper case, as records hold it.
+KelText PortFromProfile(KelText port) {
+    if (EqualIgnoringCase(KelTextView(port).substr(0, 3), u"COM"))
+        std::transform(port.begin(), port.end(), port.begin(), ToUpperAscii);
+    return port;
+}
 
 // A record that another program has damaged or is writing mostly shows it here.
 bool HasUsablePort(const DownloadSettings& settings) {
@@ -44,12 +52,21 @@ bool Exists(const std::filesystem::path& path) {
     return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
-// Keeps the file under a second name: as a link, or renamed where links are impossible. `content` is none if the file
-// could not be read.
+Result<> WriteCopy(const std::filesystem::path& copy, std::string_view content) {
+    NativeFile file;
+    Result<> done = file.Open(copy, NativeFile::Access::Create);
+    if (done)
+        done = file.Write(content);
+    if (done)
+        done = file.Sync();
+    return done;
+}
+
+// Keeps the file under a second name: as a link, or renamed where links are impossible. Saving replaces the file that a
+// symbolic link leads to, so the second name is one for that file, or for a copy. `content` is none if the file is too
+// long to be read.
 Result<> KeepBeside(const std::filesystem::path& file, const std::optional<std::string>& content) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored))
-        return Error{FromPath(file) + u" is a folder"};
+    std::error_code error;
     for (int number = 1;; ++number) {
         std::filesystem::path kept = file;
         kept += number == 1 ? ".bad" : ".bad" + std::to_string(number);
@@ -60,13 +77,11 @@ Result<> KeepBeside(const std::filesystem::path& file, const std::optional<std::
                 return {};
             continue;
         }
-        std::error_code error;
-        if (content) {
-            std::filesystem::create_hard_link(file, kept, error);
-            if (!error)
-                return {};
-        }
-        // An unreadable file is always renamed. The file that replaces it would otherwise take over its permissions.
+        std::filesystem::create_hard_link(WithoutLinks(file), kept, error);
+        if (!error)
+            return {};
+        if (content && std::filesystem::is_symlink(file, error))
+            return WriteCopy(kept, *content);
         std::filesystem::rename(file, kept, error);
         if (error)
             return Error{FromUtf8(error.message())};
@@ -83,52 +98,51 @@ std::filesystem::path SettingsStore::FilePath() const {
     return folder / ToPath(FileNameFor(machineName) + u".INI");
 }
 
-std::optional<std::string> SettingsStore::ReadFile() {
-    auto content = ReadWholeFile(FilePath(), maximumFileSize);
-    if (content)
-        return std::move(*content);
-    isUnread = isUnread || Exists(FilePath());
-    return std::nullopt;
-}
-
-RecordState SettingsStore::ReadRecord(DownloadSettings& settings) {
-    const auto content = ReadFile();
-    return content ? DecodeRecord(*content, settings) : RecordState::None;
+SettingsStore::FoundFile SettingsStore::ReadFile() const {
+    auto content = ReadStartOfFile(FilePath(), maximumFileSize + 1);
+    if (!content)
+        return {Exists(FilePath()) ? FileState::Refused : FileState::Missing, {}, content.Reason()};
+    if (content->size() > maximumFileSize)
+        return {FileState::TooLong, {}, {}};
+    return {FileState::Read, std::move(*content), {}};
 }
 
 bool SettingsStore::LoadSettings(DownloadSettings& settings) {
-    return ReadRecord(settings) != RecordState::None;
+    return DecodeRecord(ReadFile().content, settings) != RecordState::None;
 }
 
 SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructorValues) {
     const MessageBoxText warning = {text::box::badSettings, text::box::badSettingsCaption, iconExclamation};
+    FoundFile found = ReadFile();
+    wasRefused = found.state == FileState::Refused;
+    if (wasRefused) {
+        const KelText refusal = Filled(text::box::settingsNotRead, {FromPath(FilePath()), found.reason.text});
+        return {FromProfile(Profile(""), constructorValues),
+                MessageBoxText{refusal, text::box::badSettingsCaption, iconExclamation}, true};
+    }
     LoadResult result = {constructorValues, std::nullopt};
-    isUnread = false;
-    RecordState state = ReadRecord(result.settings);
+    RecordState state = DecodeRecord(found.content, result.settings);
     if (state == RecordState::None)
-        return {ReadProfile(constructorValues), std::nullopt};
+        return {FromProfile(Profile(found.content), constructorValues), std::nullopt};
     if (!HasUsablePort(result.settings)) {
         // Another program may have been writing the file at that moment, so it is read a second time.
+        found = ReadFile();
         result.settings = constructorValues;
-        state = ReadRecord(result.settings);
+        state = DecodeRecord(found.content, result.settings);
         if (state == RecordState::None || !HasUsablePort(result.settings))
-            return {ReadProfile(constructorValues), warning};
+            return {FromProfile(Profile(found.content), constructorValues), warning};
     }
     if (state == RecordState::Damaged) {
         // The lost fields get the values of a first run. Without line settings the port could not be opened.
         result = {FromProfile(Profile(""), constructorValues), warning};
-        ReadRecord(result.settings);
+        DecodeRecord(found.content, result.settings);
     }
     return result;
 }
 
-DownloadSettings SettingsStore::ReadProfile(const DownloadSettings& constructorValues) {
-    return FromProfile(Profile(ReadFile().value_or("")), constructorValues);
-}
-
 DownloadSettings SettingsStore::FromProfile(const Profile& profile, const DownloadSettings& constructorValues) const {
     DownloadSettings settings = constructorValues;
-    settings.port = profile.Text(portSection, u"port", u"COM1");
+    settings.port = PortFromProfile(profile.Text(portSection, u"port", u"COM1"));
     settings.baudRate = profile.Text(portSection, u"baudrate", u"2400");
     settings.parity = profile.Text(portSection, u"parity", u"None");
     settings.dataBits = profile.Text(portSection, u"databits", u"8");
@@ -145,16 +159,17 @@ DownloadSettings SettingsStore::FromProfile(const Profile& profile, const Downlo
 
 Result<> SettingsStore::SaveSettings(const DownloadSettings& settings) {
     const std::filesystem::path file = FilePath();
-    const auto content = ReadFile();
-    const bool losesNothing = !isUnread && (!content || IsUnderstood(*content));
-    if (!losesNothing && Exists(file)) {
-        if (const auto kept = KeepBeside(file, content); !kept)
+    const FoundFile found = ReadFile();
+    if (found.state == FileState::Refused)
+        return found.reason;
+    if (wasRefused && found.state != FileState::Missing)
+        return Error{text::settingsReason::notReadBefore};
+    const bool isRead = found.state == FileState::Read;
+    if (found.state == FileState::TooLong || (isRead && !IsUnderstood(found.content))) {
+        if (const auto kept = KeepBeside(file, isRead ? std::optional(found.content) : std::nullopt); !kept)
             return kept;
     }
-    if (const auto replaced = ReplaceWholeFile(file, EncodeRecord(settings)); !replaced)
-        return replaced;
-    isUnread = false;
-    return {};
+    return ReplaceWholeFile(file, EncodeRecord(settings));
 }
 
 }

@@ -20,6 +20,8 @@ public:
         DownloadSettings settings;
         // For the caller to show.
         std::optional<MessageBoxText> warning;
+        // The system refuses to open or read the file: the settings are those of a first run.
+        bool isRefused = false;
     };
 
     // The file is in `folder` and named after the machine. `transferFolder` is the upload and download path of a
@@ -30,7 +32,7 @@ public:
 
     // The settings to start with: from the record if it is usable, else from the text profile, else the values of a
     // first run. Settings that none of these has keep the values of `constructorValues`. A record is usable if its port
-    // is a COM port.
+    // is a COM port. The port of a profile may be written in any case.
     LoadResult Load(const DownloadSettings& constructorValues);
 
     // Reads the record once, as far as it is undamaged. False, with `settings` unchanged, if the file cannot be read or
@@ -39,21 +41,26 @@ public:
 
     // Replaces the file in one step, and returns when the settings are on the disk. If this would lose content, it
     // first keeps the old file as "<name>.bad" ("<name>.bad2" ...): content that is neither settings nor a profile of
-    // this program, is damaged, or could not be read at the last Load. If the old file cannot be kept, nothing is
-    // saved.
+    // this program, or is damaged. Fails, and leaves the file as it is, if the old file cannot be kept, or if the
+    // system refuses to open or read it, now or at the last Load.
     Result<> SaveSettings(const DownloadSettings& settings);
 
 private:
-    std::optional<std::string> ReadFile();
-    RecordState ReadRecord(DownloadSettings& settings);
-    DownloadSettings ReadProfile(const DownloadSettings& constructorValues);
+    enum class FileState { Missing, Refused, TooLong, Read };
+    struct FoundFile {
+        FileState state;
+        std::string content; // empty unless the state is Read
+        Error reason;        // of a refusal
+    };
+
+    FoundFile ReadFile() const;
     DownloadSettings FromProfile(const Profile& profile, const DownloadSettings& constructorValues) const;
 
     std::filesystem::path folder;
     KelText machineName;
     KelText transferFolder;
-    // The file exists but could not be read, so the settings in use are not its own.
-    bool isUnread = false;
+    // The system refused the file at the last Load, so the settings in use are not its own.
+    bool wasRefused = false;
 };
 
 }

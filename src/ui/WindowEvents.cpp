@@ -1,6 +1,5 @@
 #include "ui/WindowEvents.h"
 
-#include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
 
 #include <cassert>
@@ -15,6 +14,12 @@ void WindowEvents::Attach(Receiver& newReceiver) {
 
 void WindowEvents::Detach() {
     receiver = nullptr;
+}
+
+std::deque<MessageBoxText> WindowEvents::TakeUnseenBoxes() {
+    assert(receiver == nullptr);
+    const MutexLock lock(mutex);
+    return std::exchange(boxes, {});
 }
 
 void WindowEvents::Post(std::function<void()> call) {
@@ -40,7 +45,19 @@ void WindowEvents::TrafficArrived() {
 }
 
 void WindowEvents::ShowMessage(const MessageBoxText& box) {
-    Post([this, box] { receiver->OnMessage(box); });
+    {
+        const MutexLock lock(mutex);
+        boxes.push_back(box);
+    }
+    Post([this] {
+        MessageBoxText next;
+        {
+            const MutexLock lock(mutex);
+            next = std::move(boxes.front());
+            boxes.pop_front();
+        }
+        receiver->OnMessage(next);
+    });
 }
 
 void WindowEvents::DrawAttention() {

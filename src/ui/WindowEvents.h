@@ -1,10 +1,13 @@
 #pragma once
 // Carries the events of an engine to the user-interface thread. The engine never waits for a window.
 
+#include "base/Mutex.h"
 #include "engine/EngineEvents.h"
+#include "messages/MessageReport.h"
 #include "ui/Wx.h"
 
 #include <atomic>
+#include <deque>
 #include <functional>
 
 namespace tarvin {
@@ -31,12 +34,16 @@ public:
     // Drops the events that are on their way, and all later ones.
     void Detach();
 
+    // The boxes that no receiver has got, and will not get: those that the engine wanted to show while the window
+    // closed. Called after Detach.
+    std::deque<MessageBoxText> TakeUnseenBoxes() EXCLUDES(mutex);
+
     // Runs `call` on the user-interface thread. Dropped if no receiver is attached by then. Any thread.
     void Post(std::function<void()> call);
 
     void SnapshotChanged(const EngineSnapshot& snapshot) override;
     void TrafficArrived() override;
-    void ShowMessage(const MessageBoxText& box) override;
+    void ShowMessage(const MessageBoxText& box) override EXCLUDES(mutex);
     void DrawAttention() override;
     void SettingsChanged(const DownloadSettings& settings) override;
 
@@ -44,6 +51,8 @@ private:
     wxEvtHandler handler;
     Receiver* receiver = nullptr; // user-interface thread
     std::atomic<bool> isSnapshotPending = false;
+    Mutex mutex;
+    std::deque<MessageBoxText> boxes GUARDED_BY(mutex); // on their way to the receiver
 };
 
 }

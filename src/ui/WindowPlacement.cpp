@@ -64,10 +64,11 @@ void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     // The toolkit does not tell the normal place of a maximised window: the saved one stays.
     const auto stored = Profile::Read(file);
     const Profile* const known = window.IsMaximized() && stored ? &*stored : nullptr;
-    std::string text = "[Window]\n";
+    std::string text = "[Window]\r\n";
     const auto add = [&](const char* key, int value) {
         const KelText name = FromUtf8(key);
-        text += std::string(key) + "=" + std::to_string(known ? known->Integer(u"Window", name, value) : value) + "\n";
+        text +=
+            std::string(key) + "=" + std::to_string(known ? known->Integer(u"Window", name, value) : value) + "\r\n";
     };
     if (window.IsIconized())
         return;
@@ -75,7 +76,7 @@ void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     add("y", place.GetY());
     add("width", place.GetWidth());
     add("height", place.GetHeight());
-    text += std::string("maximised=") + (window.IsMaximized() ? "1" : "0") + "\n";
+    text += std::string("maximised=") + (window.IsMaximized() ? "1" : "0") + "\r\n";
     std::error_code ignored;
     std::filesystem::create_directories(file.parent_path(), ignored);
     (void)ReplaceWholeFile(file, text);

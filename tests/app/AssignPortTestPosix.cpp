@@ -102,7 +102,7 @@ TEST_CASE("AssignPort: a machine gets the port of its settings, the port of the 
         if (each.settings)
             CHECK(station.folder.ReadFile("M.INI") == *each.settings);
         else if (each.port)
-            CHECK(station.folder.ReadFile("M.INI") == "[Port Settings]\nport=" + *each.port + "\n");
+            CHECK(station.folder.ReadFile("M.INI") == "[Port Settings]\r\nport=" + *each.port + "\r\n");
         else
             CHECK_FALSE(fs::exists(station.folder / "M.INI"));
         if (done) {
@@ -117,7 +117,7 @@ TEST_CASE("AssignPort: an entry for the device under another of its paths is its
     const std::string paths = "[PROGRAM PATHS]\n[PORTS]\nCOM5=" + station.terminal.Device().string() + "\n";
     station.folder.WriteFile("KEL.INI", paths);
     CHECK(station.Assign());
-    CHECK(station.folder.ReadFile("M.INI") == "[Port Settings]\nport=COM5\n");
+    CHECK(station.folder.ReadFile("M.INI") == "[Port Settings]\r\nport=COM5\r\n");
     CHECK(station.Assign());
     CHECK(station.folder.ReadFile("KEL.INI") == paths);
 }
@@ -138,8 +138,8 @@ TEST_CASE("AssignPort: an installation is made where there is none, and the mach
     CHECK(done->starts_with(u"Made an installation in " + FromPath(home) + u"\n"));
     CHECK(fs::is_directory(home / "NC Files"));
     CHECK(station.folder.ReadFile("new/home/KEL.INI") ==
-          station.Named("[PROGRAM PATHS]\nNC Files=NC Files\n[PORTS]\nCOM1=@\n"));
-    CHECK(station.folder.ReadFile("new/home/CUT_3.INI") == "[Port Settings]\nport=COM1\n");
+          station.Named("[PROGRAM PATHS]\r\nNC Files=NC Files\r\n[PORTS]\r\nCOM1=@\r\n"));
+    CHECK(station.folder.ReadFile("new/home/CUT_3.INI") == "[Port Settings]\r\nport=COM1\r\n");
     const auto again = station.Assign(u"");
     REQUIRE(again);
     CHECK(again->find(u"the settings of TARVIN are in ") != KelText::npos);

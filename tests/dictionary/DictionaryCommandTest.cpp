@@ -84,10 +84,18 @@ TEST_CASE("DictionaryCommand: wrong XML is refused with its line, and the old ou
     const std::string entity = "<!DOCTYPE Dictionary [\n<!ENTITY a 'aaaa'>]>\n";
     const Case cases[] = {
         {"", "1: no element found"},
-        {"<Dictionary>\n</Dictionary>", "2: there is no <Language>"},
+        {"<Dictionary>\n</Dictionary>", "2: there is no <Entry>"},
+        {WithEntries(""), "3: there is no <Entry>"},
+        {"<Dictionary>\n<Language folder='a' lcid='1' codepage='1'>A</Language>\n"
+         "<Language folder='b' lcid='1' codepage='1'>A</Language>\n",
+         "3: the language name \"A\" is given twice"},
+        {"<Dictionary>\n<Language folder='a' lcid='1' codepage='1'>A</Language>\n"
+         "<Language folder='a' lcid='1' codepage='1'>B</Language>\n",
+         "3: the language folder \"a\" is given twice"},
+        {"<Dictionary>\n<Entry>" + right + "</Entry></Dictionary>", ""},
         {"<Dictionary>\n", "2: no element found"},
         {"<Other/>", "1: unknown element <Other>"},
-        {WithEntries("") + "<Dictionary/>", "4: junk"},
+        {Entry(right) + "<Dictionary/>", "6: junk"},
         {entity + WithEntries(""), "1: a document type"},
         {Entry(right + "<comment>&a;</comment>"), "4: undefined entity"},
         {Entry(right + "<comment>\x01</comment>"), "4: not well-formed"},
@@ -135,23 +143,36 @@ TEST_CASE("DictionaryCommand: wrong XML is refused with its line, and the old ou
 
 TEST_CASE("DictionaryCommand: a dictionary that XML cannot hold is not exported") {
     const DictionaryLanguage german = {u"German", 1031, 1252, u"Deutsch"};
-    const DictionaryContent cases[] = {
-        {{}, {}},
-        {{german}, {{1, u"a"}, {1, u"b"}}},
-        {{german}, {{-1, u"a"}}},
-        {{german}, {{1, u"bell \x07"}}},
-        {{german}, {{1, u"no UTF-8 \xDC80"}}},
-        {{german}, {{1, u"no character \uFFFE"}}},
-        {{german}, {{1, u"a", {}, u"elsewhere"}}},
+    struct Case {
+        DictionaryContent content;
+        std::string fault;
+    };
+    const DictionaryLanguage other = {u"other", 0, 0, u"Deutsch"};
+    const Case cases[] = {
+        {{{german}, {}}, "there is no <Entry>"},
+        {{{german, other}, {{1, u"a"}}}, "language 2: the language name \"Deutsch\" is given twice"},
+        {{{german}, {{1, u"a", {u"A"}}, {1, u"b"}}}, "entry 2 (id 1): the text id 1 is given twice"},
+        {{{german}, {{0, u"a\nb"}, {-1, u"a"}}}, "entry 2 (id -1): \"-1\" is no text id (0 to 999999)"},
+        {{{german}, {{1, u"bell \x07"}}}, "entry 1 (id 1): "},
+        {{{german}, {{1, u"no UTF-8 \xDC80"}}}, "entry 1 (id 1): "},
+        {{{german}, {{1, u"no character \uFFFE"}}}, "entry 1 (id 1): "},
+        {{{german}, {{2, u"a", {}, u"elsewhere"}}}, "entry 1 (id 2): a text position begins with TXTPOS_"},
     };
     Tool tool;
-    for (const DictionaryContent& each : cases) {
-        tool.folder.WriteFile("in.ary", EncodeDictionary(each));
+    for (const Case& each : cases) {
+        CAPTURE(each.fault);
+        tool.folder.WriteFile("in.ary", EncodeDictionary(each.content));
         const CommandOutcome result = tool.Run(u"export", "in.ary", "out.xml");
         CHECK(result.exitCode == 1);
-        CHECK(result.errors.find("in.ary: gives no right XML: line ") != std::string::npos);
+        CHECK_MESSAGE(result.errors.find("in.ary: gives no right XML: " + each.fault) != std::string::npos,
+                      result.errors);
         CHECK_FALSE(std::filesystem::exists(tool.folder / "out.xml"));
     }
+    // Without a language it loads, in English, so it is exported too.
+    tool.folder.WriteFile("in.ary", EncodeDictionary({{}, {{1, u"a"}}}));
+    CHECK(tool.Run(u"export", "in.ary", "english.xml").exitCode == 0);
+    CHECK(tool.Run(u"compile", "english.xml", "english.ary").exitCode == 0);
+    CHECK(tool.folder.ReadFile("english.ary") == tool.folder.ReadFile("in.ary"));
     tool.folder.WriteFile("in.ary", EncodeDictionary({{german}, {}}).substr(0, 40));
     CHECK(tool.Run(u"export", "in.ary", "out.xml").errors.find("in.ary: is damaged") != std::string::npos);
 }

@@ -2,6 +2,7 @@
 #include "protocol/RawProtocol.h"
 
 #include <algorithm>
+#include <regex>
 #include <sstream>
 
 #include <doctest/doctest.h>
@@ -111,8 +112,59 @@ TEST_CASE("Logs: a log that cannot be written is told once, and the transfer goe
         sent += harness.Run(1s) + harness.Exchange("?");
     CHECK(sent == std::string(5000, 'x'));
     // One box for the trace, and one for the status that ends the transfer.
-    CHECK(harness.events.boxes == Strings(2, "Problem: Unable to write to log file"));
+    const std::string problem = "Problem: Unable to write to log file\n";
+    REQUIRE(harness.events.boxes.size() == 2);
+    CHECK(harness.events.boxes[0].starts_with(problem + (harness.folder / "logs/log").string() + ": "));
+    CHECK(harness.events.boxes[1].starts_with(problem + (harness.folder / "missing/activity").string() + ": "));
     CHECK_FALSE(harness.Snapshot().isCommsLogOn);
+}
+
+TEST_CASE("Logs: a log that another program holds is tried again each minute, and notes its gap") {
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
+    LastLogged last;
+    CommsLog other(harness.clock, last);
+    REQUIRE(other.OpenRolling(harness.folder / "log", 1 << 20));
+    harness.engine->StartRollingCommsLog(harness.folder / "log", 1 << 20);
+    harness.Run(3min);
+    CHECK(harness.events.boxes.size() == 1);
+    CHECK_FALSE(harness.Snapshot().isCommsLogOn);
+    CHECK(other.Close());
+    harness.Run(61s);
+    CHECK(harness.Snapshot().isCommsLogOn);
+    harness.Exchange("again");
+    // Lost once more while it is written, for more than a minute.
+    std::filesystem::rename(harness.folder / "log", harness.folder / "moved");
+    std::filesystem::create_directory(harness.folder / "log");
+    harness.Run(10s);
+    harness.Exchange("lost");
+    harness.Run(1min);
+    std::filesystem::remove(harness.folder / "log");
+    harness.Run(1min);
+    harness.Exchange("back");
+    harness.engine->Close();
+    CHECK(harness.events.boxes.size() == 2);
+    const Strings first = LinesOf(harness.folder.ReadFile("moved"));
+    REQUIRE(first.size() == 3);
+    CHECK(std::regex_match(
+        first[1], std::regex("\\.\\.\\. nothing logged for [12]\\d\\d seconds: another program writes it \\(.*")));
+    CHECK(first[2] == "RX again");
+    const std::string second = harness.folder.ReadFile("log");
+    CHECK(std::regex_search(second, std::regex("nothing logged for 6\\d seconds: it was moved or deleted")));
+    CHECK(second.find(") RX back\r\n") != std::string::npos);
+}
+
+TEST_CASE("Logs: each refusal is a line of the activity log, however often the same comes") {
+    EngineHarness<RawProtocol> harness;
+    harness.Open();
+    SwitchActivityLogOn(harness, "activity");
+    for (int request = 0; request < 3; ++request) {
+        harness.engine->SendFile(harness.folder / "NC/8");
+        harness.Run(request == 0 ? 5s : 0s);
+    }
+    harness.Run(1s);
+    const std::string log = harness.folder.ReadFile("activity");
+    CHECK(std::count(log.begin(), log.end(), '\n') == 3);
 }
 
 TEST_CASE("Logs: the activity log gets the status that ends a transfer, with its file") {

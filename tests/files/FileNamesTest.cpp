@@ -19,6 +19,10 @@ TEST_CASE("FileNames: a name changes only where a system forbids it") {
                           {u"nul", u"_nul"},
                           {u"Com1.x", u"_Com1.x"},
                           {u"LPT\u00B2", u"_LPT\u00B2"},
+                          {u"KEL", u"_KEL"},
+                          {u"kel", u"_kel"},
+                          {u"KEL ", u"KEL_"},
+                          {u"KEL 2", u"KEL 2"},
                           {u"COM0", u"COM0"},
                           {u"CONTOUR", u"CONTOUR"},
                           {u"LATHE1", u"LATHE1"}};

@@ -7,7 +7,7 @@
 using namespace tarvin;
 using tarvin::test::TemporaryFolder;
 
-TEST_CASE("FindInstallation: the first candidate with an installation is taken, unless the user has chosen one") {
+TEST_CASE("FindInstallation: the first candidate with a readable KEL.INI is taken, unless the user has chosen one") {
     const TemporaryFolder folder;
     for (const char* name : {"user", "system", "empty", "odd/KEL.INI"})
         std::filesystem::create_directories(folder / name);
@@ -27,7 +27,8 @@ TEST_CASE("FindInstallation: the first candidate with an installation is taken, 
         {{std::nullopt, {empty, system, user}}, system},
         {{system, {user}}, system},
         {{missing, {user}}, std::nullopt},
-        {{odd, {user}}, std::nullopt},
+        {{odd, {user}}, odd},
+        {{std::nullopt, {empty, odd}}, odd},
         {{std::nullopt, {empty, missing}}, std::nullopt},
         {{std::nullopt, {}}, std::nullopt},
     };
@@ -63,6 +64,8 @@ TEST_CASE("Installation: the folder for NC files is below it, unless KEL.INI giv
         CHECK(installation->Folder() == folder.Path());
         CHECK(installation->NcFilesFolder() == each.ncFiles);
     }
+    std::filesystem::create_directories(folder / "odd/KEL.INI");
+    CHECK_FALSE(Installation::Read(folder / "odd"));
     CHECK_FALSE(Installation::Read(folder / "missing"));
     folder.WriteFile("KEL.INI", "[PORTS]\nNC Files=Parts\n");
     CHECK_FALSE(Installation::Read(folder.Path()));

@@ -104,7 +104,7 @@ TEST_CASE("WithProfileEntry: an entry joins its section in the form of the file,
         std::string after;
     };
     const Case cases[] = {
-        {"", "[P]\nk=v\n"},
+        {"", "[P]\r\nk=v\r\n"},
         {"[O]\r\na=1", "[O]\r\na=1\r\n[P]\r\nk=v\r\n"},
         {"[O]\na=1\n", "[O]\na=1\n[P]\nk=v\n"},
         {"\xEF\xBB\xBF[O]\n\xC3\xBC=1\n[ p ]\r\n\n[Q]", "\xEF\xBB\xBF[O]\n\xC3\xBC=1\n[ p ]\r\nk=v\r\n\n[Q]"},

@@ -3,6 +3,7 @@
 #include "logging/ActivityLog.h"
 #include "logging/CommsLog.h"
 
+#include <algorithm>
 #include <regex>
 
 #include <doctest/doctest.h>
@@ -39,47 +40,89 @@ TEST_CASE("CommsLog, ActivityLog: a repeated line is written only if forced, and
     ManualClock clock;
     LastLogged last;
     CommsLog comms(clock, last);
-    ActivityLog activity(last);
+    ActivityLog activity(clock, last);
     REQUIRE(comms.Open(folder / "comms"));
     comms.LogLine("same", false);
     comms.LogLine("same", false);
     comms.LogLine("same", true);
     comms.LogLine("", true);
-    activity.LogStatusChange(folder / "activity", u"same", u"");
-    activity.LogStatusChange(folder / "activity", u"status", u"123");
-    activity.LogStatusChange(folder / "activity", u"status", u"123");
+    activity.LogStatusChange(folder / "activity", u"same", u"", false);
+    activity.LogStatusChange(folder / "activity", u"status", u"123", false);
+    activity.LogStatusChange(folder / "activity", u"status", u"123", false);
+    activity.LogStatusChange(folder / "activity", u"status", u"123", true);
     comms.LogLine("status", false);
     comms.LogLine("other", false);
-    activity.LogStatusChange(folder / "activity", u"status \u00E4", u"1234567890");
+    activity.LogStatusChange(folder / "activity", u"status \u00E4", u"1234567890", true);
     CHECK(activity.Flush());
     CHECK(comms.Close());
     CHECK(folder.ReadFile("comms") == "00:00:00.000000 (+0.000000) same\r\n00:00:00.000000 (+0.000000) same\r\n"
                                       "00:00:00.000000 (+0.000000) other\r\n");
-    const std::regex lines("     123 \\S.* status\r\n1234567890 \\S.* status \xC3\xA4\r\n");
+    const std::regex lines("     123 \\S.* status\r\n     123 \\S.* status\r\n1234567890 \\S.* status \xC3\xA4\r\n");
     CHECK(std::regex_match(folder.ReadFile("activity"), lines));
 }
 
-TEST_CASE("ActivityLog: a failure is reported once for each status, and the log is tried again") {
+TEST_CASE("ActivityLog: a failure is told once, its lines wait, and the log is tried again each minute") {
     const TemporaryFolder folder;
+    ManualClock clock;
     LastLogged last;
-    ActivityLog log(last);
+    ActivityLog log(clock, last);
     const auto attempt = [&](const KelText& status) {
-        log.LogStatusChange(folder / "missing/log", status, u"1");
-        return log.Flush();
+        log.LogStatusChange(folder / "missing/log", status, u"1", true);
+        return static_cast<bool>(log.Flush());
     };
     CHECK_FALSE(attempt(u"first"));
     CHECK(attempt(u"first"));
-    CHECK_FALSE(attempt(u"second"));
-    CHECK(last.text.empty());
-    log.LogStatusChange(folder / "missing/log", u"a", u"");
-    log.LogStatusChange(folder / "missing/log", u"b", u"");
-    CHECK_FALSE(log.Flush());
-    CHECK(log.HasFailed());
-    CHECK(last.text.empty());
-    std::filesystem::create_directory(folder / "missing");
+    clock.Advance(1min);
     CHECK(attempt(u"second"));
-    CHECK(folder.ReadFile("missing/log").ends_with(" second\r\n"));
-    CHECK(last.text == "second");
+    std::filesystem::create_directory(folder / "missing");
+    clock.Advance(59s);
+    CHECK(attempt(u"third"));
+    CHECK_FALSE(std::filesystem::exists(folder / "missing/log"));
+    clock.Advance(1s);
+    CHECK(log.Flush());
+    const std::regex lines("( {7}1 \\S.* first\r\n){2} {7}1 .* second\r\n {7}1 .* third\r\n");
+    CHECK(std::regex_match(folder.ReadFile("missing/log"), lines));
+    // Good again, so the next failure is told again. The end of the program tries once more, whatever the time.
+    std::filesystem::rename(folder / "missing", folder / "away");
+    CHECK_FALSE(attempt(u"fourth"));
+    std::filesystem::rename(folder / "away", folder / "missing");
+    CHECK(log.Flush());
+    CHECK(log.Flush(true));
+    CHECK(folder.ReadFile("missing/log").ends_with(" fourth\r\n"));
+}
+
+TEST_CASE("ActivityLog: lines that wait too long are counted, and a new path is tried at once") {
+    const TemporaryFolder folder;
+    ManualClock clock;
+    LastLogged last;
+    ActivityLog log(clock, last);
+    for (std::size_t line = 0; line < ActivityLog::mostLines + 5; ++line) {
+        log.LogStatusChange(folder / "missing/log", u"status", u"1", true);
+        (void)log.Flush();
+    }
+    log.LogStatusChange(folder / "log", u"last", u"2", true);
+    CHECK(log.Flush());
+    const std::string written = folder.ReadFile("log");
+    CHECK(std::count(written.begin(), written.end(), '\n') == ActivityLog::mostLines + 1);
+    CHECK(written.substr(0, written.find('\r')).ends_with(" ... 6 lines not written ..."));
+    CHECK(written.ends_with(" last\r\n"));
+}
+
+TEST_CASE("ActivityLog, CommsLog: a line that was torn by the end of a program is ended first") {
+    const TemporaryFolder folder;
+    folder.WriteFile("activity", "       7 12:00 half a li");
+    ManualClock clock;
+    LastLogged last;
+    ActivityLog activity(clock, last);
+    activity.LogStatusChange(folder / "activity", u"whole", u"8", true);
+    CHECK(activity.Flush());
+    CHECK(folder.ReadFile("activity").starts_with("       7 12:00 half a li\r\n       8 "));
+    folder.WriteFile("comms", "00:00:00.000000 (+0.000000) ha");
+    CommsLog comms(clock, last);
+    REQUIRE(comms.OpenRolling(folder / "comms", 1000));
+    comms.LogLine("whole", true);
+    CHECK(comms.Close());
+    CHECK(folder.ReadFile("comms") == "00:00:00.000000 (+0.000000) ha\r\n00:00:00.000000 (+0.000000) whole\r\n");
 }
 
 TEST_CASE("CommsLog: a rolling log fills two files at most, and keeps earlier lines") {

@@ -19,12 +19,13 @@ TEST_CASE("SuppressedMessages: a list keeps each line that is a number, and the 
         std::string kept;
     };
     const Case cases[] = {
-        {"1\r\n2", Content::Sound, "1\n2\n8\n9\n"},
-        {"\xEF\xBB\xBF-1\n", Content::Sound, "-1\n8\n9\n"},
-        {"1\n\n 2\n3 4\n0x5\n6\n", Content::Damaged, "1\n6\n8\n9\n"},
-        {"2147483648\n-2147483649\n99999999999999999999\n-\n2147483647\n", Content::Damaged, "8\n9\n2147483647\n"},
-        {std::string("\0\xFF\x7F\r\r\n\n3\n\xC3", 9), Content::Damaged, "3\n8\n9\n"},
-        {tenMegabytes, Content::Damaged, "4\n8\n9\n"},
+        {"1\r\n2", Content::Sound, "1\r\n2\r\n8\r\n9\r\n"},
+        {"\xEF\xBB\xBF-1\n", Content::Sound, "-1\r\n8\r\n9\r\n"},
+        {"1\n\n 2\n3 4\n0x5\n6\n", Content::Damaged, "1\r\n6\r\n8\r\n9\r\n"},
+        {"2147483648\n-2147483649\n99999999999999999999\n-\n2147483647\n", Content::Damaged,
+         "8\r\n9\r\n2147483647\r\n"},
+        {std::string("\0\xFF\x7F\r\r\n\n3\n\xC3", 9), Content::Damaged, "3\r\n8\r\n9\r\n"},
+        {tenMegabytes, Content::Damaged, "4\r\n8\r\n9\r\n"},
     };
     for (const Case& each : cases) {
         CAPTURE(each.kept);

@@ -72,6 +72,7 @@ const Found foundFiles[] = {
     {"record cut within the port", RecordWithPort(u"COM2").substr(0, 22), "COM1", false, true, true},
     {"record of another type", "\x42" + RecordWithPort(u"COM2").substr(1), "COM1", false, false, true},
     {"profile", "[port settings]\r\nPORT = COM3\r\n", "COM3", false, false, false},
+    {"profile, port in lower case", "[Port Settings]\nport=com7\n", "COM7", false, false, false},
     {"profile with an odd port", "[Port Settings]\nport=/dev/ttyS0\n", "/dev/ttyS0", false, false, false},
     {"profile without port section", "[Log]\nwrite log=0\n", "COM1", false, false, false},
     {"foreign profile", "[Display]\nport=COM3\n", "COM1", false, false, true},
@@ -134,6 +135,17 @@ TEST_CASE("SettingsStore: a record gives all settings, a profile those that have
                       5, 1));
 }
 
+TEST_CASE("SettingsStore: a machine named like KEL.INI or a device leaves both alone") {
+    const TemporaryFolder folder;
+    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n");
+    for (const KelTextView name : {u"KEL", u"kel", u"COM1", u"nul"}) {
+        SettingsStore store(folder.Path(), KelText(name), u"");
+        REQUIRE(store.SaveSettings(FirstRun()));
+        CHECK(folder.ReadFile("_" + ToUtf8(name) + ".INI") == EncodeRecord(FirstRun()));
+    }
+    CHECK(folder.ReadFile("KEL.INI") == "[PROGRAM PATHS]\n");
+}
+
 TEST_CASE("SettingsStore: each different lost file gets its own name, and one that cannot be kept is not replaced") {
     const TemporaryFolder folder;
     SettingsStore store(folder.Path(), u"TARVIN", u"");
@@ -147,17 +159,43 @@ TEST_CASE("SettingsStore: each different lost file gets its own name, and one th
     CHECK(folder.ReadFile("TARVIN.INI.bad3") == "third");
     CHECK(FileCount(folder) == 4);
 
-    std::filesystem::remove(folder / "TARVIN.INI");
+    CHECK_FALSE(SettingsStore(folder / "missing", u"TARVIN", u"").SaveSettings(FirstRun()));
+}
+
+TEST_CASE("SettingsStore: a port in lower case keeps all settings of a profile in the second run too") {
+    const TemporaryFolder folder;
+    folder.WriteFile("TARVIN.INI", "[Port Settings]\nport=com7\nbaudrate=9600\n");
+    SettingsStore store(folder.Path(), u"TARVIN", u"");
+    REQUIRE(store.SaveSettings(store.Load(ConstructorValues()).settings));
+    const auto second = store.Load(ConstructorValues());
+    CHECK_FALSE(second.warning);
+    CHECK(second.settings.baudRate == u"9600");
+}
+
+TEST_CASE("SettingsStore: a file that the system refuses is told and never replaced") {
+    const TemporaryFolder folder;
+    SettingsStore store(folder.Path(), u"TARVIN", u"/nc");
     std::filesystem::create_directories(folder / "TARVIN.INI/precious");
-    CHECK(store.Load(ConstructorValues()).settings.port == u"COM1");
+    const auto loaded = store.Load(ConstructorValues());
+    CHECK(loaded.isRefused);
+    CHECK(loaded.settings == FirstRun());
+    REQUIRE(loaded.warning);
+    CHECK(loaded.warning->text.find(FromPath(store.FilePath())) != KelText::npos);
     CHECK_FALSE(store.SaveSettings(FirstRun()));
     CHECK(std::filesystem::exists(folder / "TARVIN.INI/precious"));
-    // A file that could not be read at Load is kept, even if it is readable and sound when settings are saved.
+    // The settings in use are not those of the file, even if it has become readable meanwhile.
     std::filesystem::remove_all(folder / "TARVIN.INI");
     folder.WriteFile("TARVIN.INI", RecordWithPort(u"COM2"));
+    CHECK_FALSE(store.SaveSettings(FirstRun()));
+    CHECK(folder.ReadFile("TARVIN.INI") == RecordWithPort(u"COM2"));
+    CHECK(FileCount(folder) == 1);
+    CHECK_FALSE(store.Load(ConstructorValues()).isRefused);
     CHECK(store.SaveSettings(FirstRun()));
-    CHECK(folder.ReadFile("TARVIN.INI.bad4") == RecordWithPort(u"COM2"));
+    // A file that is refused now, and one that has gone.
+    std::filesystem::remove(folder / "TARVIN.INI");
+    std::filesystem::create_directory(folder / "TARVIN.INI");
+    CHECK_FALSE(store.SaveSettings(FirstRun()));
+    store.Load(ConstructorValues());
+    std::filesystem::remove(folder / "TARVIN.INI");
     CHECK(store.SaveSettings(FirstRun()));
-    CHECK(FileCount(folder) == 5);
-    CHECK_FALSE(SettingsStore(folder / "missing", u"TARVIN", u"").SaveSettings(FirstRun()));
 }

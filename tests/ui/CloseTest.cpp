@@ -112,4 +112,22 @@ TEST_CASE("tarvindl: it ends with 0 without an installation, and in order when i
     CHECK(std::filesystem::exists(folder / "LASER 2.INI"));
 }
 
+TEST_CASE("tarvindl: it shows a box for a corrupt installation, and ends with 1") {
+    TemporaryFolder folder;
+    folder.WriteFile("KEL.INI", "[PORTS]\n");
+    const std::map<std::string, std::string> environment = {{"TARVINDL_HOME", folder.Path().string()}};
+    ChildProcess program("tarvindl", {{"LASER"}, environment});
+    const std::string box = "xdotool search --onlyvisible --name '^Corrupt Installation$'";
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (std::system((box + " >/dev/null 2>&1").c_str()) != 0)
+        REQUIRE(std::chrono::steady_clock::now() < end);
+    CHECK(std::system((box + " windowfocus --sync key Return >/dev/null 2>&1").c_str()) == 0);
+    CHECK(program.WaitForExit(closeLimit) == 1);
+    CHECK(program.Output().find("has no section PROGRAM PATHS") != std::string::npos);
+    auto noDisplay = environment;
+    noDisplay["DISPLAY"] = "";
+    ChildProcess unseen("tarvindl", {{"LASER"}, noDisplay});
+    CHECK(unseen.WaitForExit() == 1);
+}
+
 }

@@ -222,6 +222,7 @@ TEST_CASE("WindowPlacement: a window comes back to its place, unless a user coul
         return desktop.window->GetClientSize() == leftClient && std::abs(off.x) < 40 && std::abs(off.y) < 40;
     }));
     REQUIRE(desktop.Close());
+    CHECK(folder.ReadFile("TarvinDL/LASER window.ini").starts_with("[Window]\r\nx="));
     folder.WriteFile("TarvinDL/LASER window.ini", "[Window]\nx=90000\ny=-5000\nwidth=-3\nheight=99999999\n");
     desktop.Start();
     CHECK(Becomes([&] {
