@@ -10,6 +10,7 @@ namespace tarvin {
 namespace {
 
 constexpr int attemptsAllowed = 3;
+constexpr int repeatsOfLastAnswer = 2;
 // What the controller counts for each line end of the file.
 constexpr std::int64_t lineEndBytes = 2;
 
@@ -23,6 +24,16 @@ DownloadSettings TarvinApp::FirstSettings() {
 
 TarvinApp::TarvinApp(const ProtocolParts& parts)
     : parts(parts), transfer(parts.transfer), download(parts, [this] { BeginDownload(); }) {}
+
+void TarvinApp::Abandon() {
+    download.Drop();
+    lastAnswer = {};
+}
+
+void TarvinApp::OnTransferLost() {
+    hasLostTransfer = true;
+    lastAnswer = {};
+}
 
 void TarvinApp::Send(std::string_view text) {
     BuildFrame(text, frame);
@@ -54,13 +65,17 @@ bool TarvinApp::IsRepeatOfHeldMessage(const std::string& next) {
     return isRepeat;
 }
 
-// Each test sees the state that the one before left, and a message may hold more than one code: "ABST" within a line of
-// an upload is stored as data and is a request as well, because nothing tells a lost line end from data.
+// A line of a running upload is data, whatever it holds: "(SICHERHEITSABSTAND 5)" is a comment and no request. In any
+// other message a code counts wherever it stands, and there may be more than one. Each test sees the state that the one
+// before left.
 void TarvinApp::HandleMessage() {
-    codeText = message;
-    if (RefuseLostTransfer())
+    if (RepeatLastAnswer() || RefuseLostTransfer())
         return;
-    bool isHandled = HandleUploadMessage();
+    if (transfer.State() == TransferState::Uploading && HoldsCode(message, code::uploadData)) {
+        OnDataLine();
+        return;
+    }
+    bool isHandled = HandleUploadEnd();
     isHandled = HandleRequest() || isHandled;
     if (transfer.State() != TransferState::Downloading)
         return;
@@ -72,18 +87,37 @@ void TarvinApp::HandleMessage() {
     }
 }
 
+// The last answer of a transfer may be lost. The controller then repeats what it sent, and nothing but the same answer
+// can tell it that all is well.
+void TarvinApp::SendLast(std::string_view answer, std::string_view repeatedBy) {
+    Send(answer);
+    lastAnswer = {answer, repeatedBy, repeatsOfLastAnswer};
+}
+
+// Any other message says that the controller has gone on.
+bool TarvinApp::RepeatLastAnswer() {
+    const std::string_view text = std::string_view(message).substr(0, message.size() - 1);
+    if (lastAnswer.repeatsLeft == 0 || !text.ends_with(lastAnswer.repeatedBy) || HoldsCode(text, code::uploadData)) {
+        lastAnswer = {};
+        return false;
+    }
+    --lastAnswer.repeatsLeft;
+    Send(lastAnswer.text);
+    return true;
+}
+
 // The first message about a transfer that the link has taken along. A request begins anew instead.
 bool TarvinApp::RefuseLostTransfer() {
     if (!hasLostTransfer)
         return false;
     for (const std::string_view request : {code::uploadRequest, code::downloadRequest}) {
-        if (HoldsCode(codeText, request)) {
+        if (HoldsCode(message, request)) {
             hasLostTransfer = false;
             return false;
         }
     }
     for (const std::string_view part : {code::uploadData, code::uploadEnd, code::dataGood, code::dataBad}) {
-        if (HoldsCode(codeText, part)) {
+        if (HoldsCode(message, part)) {
             hasLostTransfer = false;
             Send(code::cannotGoOn);
             return true;
@@ -92,34 +126,26 @@ bool TarvinApp::RefuseLostTransfer() {
     return false;
 }
 
-bool TarvinApp::HandleUploadMessage() {
-    bool isHandled = false;
-    if (transfer.State() == TransferState::Uploading && HoldsCode(codeText, code::uploadData)) {
-        OnDataLine();
-        isHandled = true;
-    }
-    if (transfer.State() == TransferState::Uploading && HoldsCode(codeText, code::uploadEnd)) {
-        Send(transfer.CompleteUpload() ? code::acknowledge : code::cannotGoOn);
-        isHandled = true;
-    }
-    return isHandled;
+bool TarvinApp::HandleUploadEnd() {
+    if (transfer.State() != TransferState::Uploading || !HoldsCode(message, code::uploadEnd))
+        return false;
+    SendLast(transfer.CompleteUpload() ? code::acknowledge : code::cannotGoOn, code::uploadEnd);
+    return true;
 }
 
 bool TarvinApp::HandleRequest() {
     bool isHandled = false;
-    if (HoldsCode(codeText, code::linkTest)) {
+    if (HoldsCode(message, code::linkTest)) {
         DropAbandoned();
         transfer.ShowLinkTest();
         Send(code::linkTestAnswer);
         isHandled = true;
     }
-    if (HoldsCode(codeText, code::uploadRequest)) {
-        codeText = message;
+    if (HoldsCode(message, code::uploadRequest)) {
         OnUploadRequest();
         isHandled = true;
     }
-    if (HoldsCode(codeText, code::downloadRequest)) {
-        codeText = message;
+    if (HoldsCode(message, code::downloadRequest)) {
         OnDownloadRequest();
         isHandled = true;
     }
@@ -127,12 +153,12 @@ bool TarvinApp::HandleRequest() {
 }
 
 bool TarvinApp::HandleAcknowledgement() {
-    if (HoldsCode(codeText, code::dataGood)) {
+    if (HoldsCode(message, code::dataGood)) {
         SendNextDataLine();
         failedAttempts = 0;
         return true;
     }
-    if (HoldsCode(codeText, code::dataBad)) {
+    if (HoldsCode(message, code::dataBad)) {
         transfer.CountRepeat();
         OnResend();
         return true;
@@ -158,8 +184,27 @@ void TarvinApp::DropAbandoned() {
         parts.sender.DropUnsent();
 }
 
+// An upload that the controller leaves for another request has failed. One that was begun by hand waits for its
+// request.
+void TarvinApp::EndUnfinishedUpload() {
+    if (IsUploadingByRequest())
+        transfer.End(TransferState::UploadErrors);
+}
+
+bool TarvinApp::IsUploadingByRequest() const {
+    return transfer.State() == TransferState::Uploading && transfer.Dialog() == EndDialog::None;
+}
+
 void TarvinApp::OnUploadRequest() {
     DropAbandoned();
+    const bool isRepeat = IsUploadingByRequest() && transfer.BytesDone() == 0 &&
+                          transfer.Name().fileName == FromBytes(FileNumber(message));
+    if (isRepeat) {
+        transfer.CountRepeat();
+        Send(code::acknowledge);
+        return;
+    }
+    EndUnfinishedUpload();
     if (!NameTransfer(parts.settings.uploadPath)) {
         transfer.End(TransferState::UploadCouldNotOpen);
         Send(code::cannotGoOn);
@@ -176,16 +221,16 @@ void TarvinApp::OnUploadRequest() {
 }
 
 void TarvinApp::OnDataLine() {
-    // Without the checksum character: it could complete a code at the end of the line.
-    codeText = DataPayload(message);
+    const std::string_view line = DataPayload(message);
     // An empty line is acknowledged but not stored.
-    const bool isStored = codeText.empty() || transfer.Store(std::string(codeText) + '\n');
+    const bool isStored = line.empty() || transfer.Store(std::string(line) + '\n');
     Send(isStored ? code::acknowledge : code::cannotGoOn);
 }
 
 void TarvinApp::OnDownloadRequest() {
+    EndUnfinishedUpload();
     if (transfer.IsStoring()) {
-        // Reading would have to give up a file that is still arriving.
+        // Reading would have to give up a file that a user waits for.
         NameTransfer(parts.settings.downloadPath);
         transfer.End(TransferState::DownloadCouldNotOpen);
         Send(code::cannotRead);
@@ -207,6 +252,7 @@ void TarvinApp::BeginDownload() {
         Send(code::cannotRead);
         return;
     }
+    failedAttempts = 0;
     Send(code::acknowledge);
     SendNextDataLine();
 }
@@ -215,7 +261,7 @@ void TarvinApp::SendNextDataLine() {
     const std::string_view dataLine = transfer.NextLine();
     if (dataLine.empty()) {
         transfer.End(TransferState::DownloadCompleted);
-        Send(code::downloadEnd);
+        SendLast(code::downloadEnd, code::dataBad);
         return;
     }
     dataMessage.assign(code::downloadData);

@@ -20,19 +20,22 @@ public:
 
     // Answers each message in the bytes.
     void OnReceived(ReceiveBuffer& received) override;
-    void Abandon() override { download.Drop(); }
+    void Abandon() override;
     // The controller does not know that its transfer has ended: it is told at its next message about it.
-    void OnTransferLost() override { hasLostTransfer = true; }
+    void OnTransferLost() override;
 
 private:
     bool IsRepeatOfHeldMessage(const std::string& next);
     void HandleMessage();
+    bool RepeatLastAnswer();
     bool RefuseLostTransfer();
-    bool HandleUploadMessage();
+    bool HandleUploadEnd();
     bool HandleRequest();
     bool HandleAcknowledgement();
 
     void DropAbandoned();
+    bool IsUploadingByRequest() const;
+    void EndUnfinishedUpload();
     void OnUploadRequest();
     void OnDataLine();
     void OnDownloadRequest();
@@ -42,16 +45,24 @@ private:
 
     bool NameTransfer(const KelText& folder);
     void Send(std::string_view text);
+    void SendLast(std::string_view answer, std::string_view repeatedBy);
+
+    // The last answer of a transfer, for a controller that did not get it.
+    struct LastAnswer {
+        std::string_view text;       // a code
+        std::string_view repeatedBy; // the code of the message that asks for it again
+        int repeatsLeft = 0;
+    };
 
     const ProtocolParts parts;
     Transfer& transfer;
-    std::string message;       // the last one received, with its checksum character
-    std::string_view codeText; // where codes count: the message, or the payload once it has been stored
-    std::string dataMessage;   // the last one sent, for a repeat
+    std::string message;     // the last one received, with its checksum character
+    std::string dataMessage; // the last one sent, for a repeat
+    LastAnswer lastAnswer;
     std::string frame;
     bool isRequestUsable = false; // the number of the download that waits or has begun may name a file
     bool hasLostTransfer = false;
-    int failedAttempts = 0; // of the data line last sent; only "ABAK" ends the count
+    int failedAttempts = 0; // of the data line last sent
     DelayedDownload download;
 };
 

@@ -104,8 +104,8 @@ public:
     // The next bytes of it, at most `byteCount`; none at its end.
     std::span<const std::uint8_t> NextBlock(std::size_t byteCount);
 
-    // Opens the file of the present name and enters Uploading. A request for an upload while one is under way goes on
-    // in the file that is open. False, with the state that says why, if it cannot be opened.
+    // Opens the file of the present name and enters Uploading. An upload that was begun by hand goes on in the file
+    // that is open. False, with the state that says why, if it cannot be opened.
     bool BeginUpload();
     // Opens the file for an upload by hand, which is written byte for byte. Requires the same. False as above.
     bool BeginUploadByHand(const TransferName& newName);

@@ -35,7 +35,7 @@ TEST_CASE("ReplaceWholeFile: owner, group and permissions stay") {
     // Root may give a file to anyone; other users keep what they have.
     if (::geteuid() == 0)
         REQUIRE(::chown(file.c_str(), 1234, 4321) == 0);
-    for (const mode_t mode : {0640, 0600, 0666}) {
+    for (const mode_t mode : {0640U, 0600U, 0666U}) {
         REQUIRE(::chmod(file.c_str(), mode) == 0);
         const auto before = RightsOf(file);
         CHECK(ReplaceWholeFile(file, "new"));

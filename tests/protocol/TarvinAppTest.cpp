@@ -43,7 +43,7 @@ TEST_CASE("TarvinApp: whatever gives up a transfer leaves no file open, no line 
     };
     const Case cases[] = {
         {"upload, link test", Message("ABST1") + Message("ABADN1"), Message("ABTS"), TransferState::LinkTest},
-        {"upload, another file", Message("ABST1") + Message("ABADN1"), Message("ABSE7"),
+        {"upload, another file", Message("ABST1") + Message("ABADN1"), Message("ABSE8"),
          TransferState::DownloadCouldNotOpen},
         {"upload, its end", Message("ABST1") + Message("ABADN1"), Message("ABEF"), TransferState::UploadCompleted},
         {"upload, a bad number", Message("ABST1") + Message("ABADN1"), Message("ABST.."),
