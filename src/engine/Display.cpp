@@ -90,8 +90,7 @@ bool Display::Show() {
     ShowHold();
     next.progressPosition = transfer.Bar().position;
     next.progressRange = transfer.Bar().range;
-    const LineService::Activity& activity = sources.line.RecentActivity();
-    next.lamps = {activity.received, activity.transmitted, sources.line.Holds()};
+    next.lamps = PresentLamps();
     // A second transfer must not break into the first, and without one there is nothing to end.
     next.sendFile.isEnabled = next.receiveFile.isEnabled = !transfer.IsUnderWay();
     next.endDialog = transfer.Dialog();
@@ -139,11 +138,14 @@ void Display::LogStatus(const StatusDescription& description) {
     loggedLine = description.isReported ? next.statusLine : KelText();
 }
 
-bool Display::HasNews() const {
+Lamps Display::PresentLamps() const {
     const LineService::Activity& activity = sources.line.RecentActivity();
-    const Lamps lamps = {activity.received, activity.transmitted, sources.line.Holds()};
+    return {activity.received, activity.transmitted, sources.line.Holds()};
+}
+
+bool Display::HasNews() const {
     if (sources.transfer.State() != next.transferState || sources.transfer.BytesDone() != shownByteCount ||
-        lamps != next.lamps)
+        PresentLamps() != next.lamps)
         return true;
     const MutexLock lock(mutex);
     return next != latest;

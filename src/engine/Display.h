@@ -54,6 +54,7 @@ private:
     void ShowHold();
     bool Publish();
     void LogStatus(const StatusDescription& description);
+    Lamps PresentLamps() const;
     bool HasNews() const;
 
     const Sources sources;

@@ -131,9 +131,13 @@ void Monitor::OnPortProblem(const PortProblem& problem) {
     outage.Note(problem);
 }
 
-void Monitor::OnLinkLost() {
+bool Monitor::AbandonTransfer() {
     protocol->Abandon();
-    if (transfer.EndWithErrors())
+    return transfer.EndWithErrors();
+}
+
+void Monitor::OnLinkLost() {
+    if (AbandonTransfer())
         protocol->OnTransferLost();
     display.ShowLink();
     reopenPort.Start();
@@ -237,16 +241,14 @@ void Monitor::CancelDownload() {
 }
 
 void Monitor::ResetLink() {
-    protocol->Abandon();
-    transfer.EndWithErrors();
+    AbandonTransfer();
     line.DropUnsent();
     line.ForgetXoff();
     network.ResetLink();
 }
 
 void Monitor::StartLoopbackTest() {
-    protocol->Abandon();
-    transfer.EndWithErrors();
+    AbandonTransfer();
     tests.StartLoopback(BitsPerSecond(settings));
 }
 

@@ -81,6 +81,8 @@ private:
     void RunCommands() EXCLUDES(commandMutex);
     void OpenPort();
     void ReopenPort();
+    // Ends whatever is under way, for the protocol too. True if that was a transfer.
+    bool AbandonTransfer();
     void RememberExtension(const std::filesystem::path& path);
 
     const KelText machineName;

@@ -108,7 +108,7 @@ void NativeFile::CopyRights(const std::filesystem::path& model) {
     struct stat wanted = {};
     if (::stat(model.c_str(), &wanted) != 0)
         return;
-    // Whoever may not give a file away may still give it to a group of his own.
+    // Only root may change the owner. Every user may set the group to one that he belongs to.
     bool keepsGroup = ::fchown(Descriptor(handle), wanted.st_uid, wanted.st_gid) == 0;
     if (!keepsGroup)
         keepsGroup = ::fchown(Descriptor(handle), static_cast<uid_t>(-1), wanted.st_gid) == 0;

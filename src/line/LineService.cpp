@@ -74,8 +74,6 @@ bool LineService::IsHeldUp() const {
 void LineService::EndOldHold() {
     if (!holds.xoff || clock.Now() - xoffSince < oldHold)
         return;
-    LineHolds present = holds;
-    present.xoff = false;
     if (link.DriverTellsXoffHold()) {
         const std::size_t unsentCount = std::min(status.outputCount, inDriver.size());
         if (const auto released = link.Port().ReleaseXoff(); !released) {
@@ -88,15 +86,12 @@ void LineService::EndOldHold() {
         status.holds.xoff = false;
         status.outputCount = 0;
     }
-    SetHolds(present);
+    SetXoffHold(false);
 }
 
 void LineService::ForgetXoff() {
-    if (link.DriverTellsXoffHold())
-        return;
-    LineHolds present = holds;
-    present.xoff = false;
-    SetHolds(present);
+    if (!link.DriverTellsXoffHold())
+        SetXoffHold(false);
 }
 
 // The order matters. Reading comes first, so that an answer goes out in the look that read the question. The client's
@@ -143,6 +138,12 @@ void LineService::SetHolds(const LineHolds& present) {
     holds = present;
 }
 
+void LineService::SetXoffHold(bool isHeld) {
+    LineHolds present = holds;
+    present.xoff = isHeld;
+    SetHolds(present);
+}
+
 void LineService::ReadData() {
     const auto room = receive.Room();
     if (room.empty()) {
@@ -170,13 +171,14 @@ void LineService::NoteReceived(std::span<const std::uint8_t> bytes) {
     activity.received = true;
     recorder.Received(bytes);
     // Where the driver obeys XOFF, it keeps both bytes to itself.
-    LineHolds present = holds;
+    if (link.DriverTellsXoffHold())
+        return;
+    bool isHeld = holds.xoff;
     for (const std::uint8_t byte : bytes) {
         if (byte == xon || byte == xoff)
-            present.xoff = byte == xoff;
+            isHeld = byte == xoff;
     }
-    if (!link.DriverTellsXoffHold())
-        SetHolds(present);
+    SetXoffHold(isHeld);
 }
 
 bool LineService::IsWriteDue() const {

@@ -66,8 +66,8 @@ public:
     bool IsDrained() const { return transmit.IsEmpty() && status.outputCount == 0; }
 
     // Returns when bytes have arrived, when Wake is called, when a queued write is due, or after `longest`.
-    // `isWatched`: holds and the end of the output are looked at every 10 ms, because somebody logs them or waits for
-    // them.
+    // With `isWatched` the wait ends after 10 ms at the latest: a log, a trace or a transfer needs the exact time of a
+    // hold, and of the end of the output.
     void Wait(std::chrono::nanoseconds longest, bool isWatched);
     // Ends the present Wait, or the next one. Any thread.
     void Wake() { link.Port().Wake(); }
@@ -90,6 +90,7 @@ public:
 private:
     void NoteStatus(const LineStatus& present);
     void SetHolds(const LineHolds& present);
+    void SetXoffHold(bool isHeld);
     void ReadData();
     void NoteReceived(std::span<const std::uint8_t> bytes);
     bool IsHeld() const { return holds.cts || holds.dsr || holds.xoff; }

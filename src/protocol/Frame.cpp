@@ -24,10 +24,13 @@ void BuildFrame(std::string_view text, std::string& frame) {
     frame.push_back(frameEnd);
 }
 
-bool HoldsKnownCode(std::string_view message) {
-    constexpr std::string_view codes[] = {code::linkTest,  code::uploadRequest, code::downloadRequest, code::uploadData,
-                                          code::uploadEnd, code::dataGood,      code::dataBad};
+bool HoldsAnyCode(std::string_view message, std::initializer_list<std::string_view> codes) {
     return std::ranges::any_of(codes, [&](std::string_view each) { return HoldsCode(message, each); });
+}
+
+bool HoldsKnownCode(std::string_view message) {
+    return HoldsAnyCode(message, {code::linkTest, code::uploadRequest, code::downloadRequest, code::uploadData,
+                                  code::uploadEnd, code::dataGood, code::dataBad});
 }
 
 std::string_view DataPayload(std::string_view message) {

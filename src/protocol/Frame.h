@@ -6,6 +6,7 @@
 // ours with "AA".
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -44,6 +45,8 @@ void BuildFrame(std::string_view text, std::string& frame);
 inline bool HoldsCode(std::string_view message, std::string_view code) {
     return message.find(code) != std::string_view::npos;
 }
+
+bool HoldsAnyCode(std::string_view message, std::initializer_list<std::string_view> codes);
 
 // Whether the message holds any code of the controller.
 bool HoldsKnownCode(std::string_view message);

@@ -54,10 +54,9 @@ void TarvinApp::OnReceived(ReceiveBuffer& received) {
 // one acknowledgement ahead for the rest of the transfer. So a repeat is left alone, and any other message drops the
 // answer that waits.
 bool TarvinApp::IsRepeatOfHeldMessage(const std::string& next) {
-    const bool isRepeat = parts.sender.IsHeldUp() && next == message;
-    if (isRepeat)
-        transfer.CountRepeat();
-    else if (parts.sender.IsHeldUp())
+    const bool isHeldUp = parts.sender.IsHeldUp();
+    const bool isRepeat = isHeldUp && next == message;
+    if (isHeldUp && !isRepeat)
         parts.sender.DropUnsent();
     // A controller that speaks this language takes answers, so an old XOFF is none of its own.
     if (HoldsKnownCode(next))
@@ -110,20 +109,13 @@ bool TarvinApp::RepeatLastAnswer() {
 bool TarvinApp::RefuseLostTransfer() {
     if (!hasLostTransfer)
         return false;
-    for (const std::string_view request : {code::uploadRequest, code::downloadRequest}) {
-        if (HoldsCode(message, request)) {
-            hasLostTransfer = false;
-            return false;
-        }
-    }
-    for (const std::string_view part : {code::uploadData, code::uploadEnd, code::dataGood, code::dataBad}) {
-        if (HoldsCode(message, part)) {
-            hasLostTransfer = false;
-            Send(code::cannotGoOn);
-            return true;
-        }
-    }
-    return false;
+    const bool isRequest = HoldsAnyCode(message, {code::uploadRequest, code::downloadRequest});
+    const bool isRefused =
+        !isRequest && HoldsAnyCode(message, {code::uploadData, code::uploadEnd, code::dataGood, code::dataBad});
+    hasLostTransfer = !isRequest && !isRefused;
+    if (isRefused)
+        Send(code::cannotGoOn);
+    return isRefused;
 }
 
 bool TarvinApp::HandleUploadEnd() {
@@ -159,7 +151,6 @@ bool TarvinApp::HandleAcknowledgement() {
         return true;
     }
     if (HoldsCode(message, code::dataBad)) {
-        transfer.CountRepeat();
         OnResend();
         return true;
     }
@@ -177,7 +168,8 @@ bool TarvinApp::NameTransfer(const KelText& folder) {
     return IsUsableFileNumber(number);
 }
 
-// A message that begins something else gives up what is under way, and what is queued for it.
+// A message that begins something else gives up a download that is under way, waits or is queued: its answer would come
+// where the controller does not expect it.
 void TarvinApp::DropAbandoned() {
     download.Drop();
     if (transfer.State() == TransferState::Downloading)
@@ -200,7 +192,6 @@ void TarvinApp::OnUploadRequest() {
     const bool isRepeat = IsUploadingByRequest() && transfer.BytesDone() == 0 &&
                           transfer.Name().fileName == FromBytes(FileNumber(message));
     if (isRepeat) {
-        transfer.CountRepeat();
         Send(code::acknowledge);
         return;
     }
@@ -214,9 +205,6 @@ void TarvinApp::OnUploadRequest() {
         Send(code::cannotGoOn);
         return;
     }
-    // A download that still waits for its delay would put an answer into this upload that the controller does not
-    // expect.
-    download.Drop();
     Send(code::acknowledge);
 }
 

@@ -54,7 +54,6 @@ void Transfer::Enter(TransferState newState, Urgency urgency) {
 void Transfer::Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency) {
     bytesDone = 0;
     bytesTotal = range;
-    repeatCount = 0;
     bar = {0, range};
     dialog = newDialog;
     Enter(newState, urgency);

@@ -56,9 +56,6 @@ public:
     // Whether a file is on its way.
     bool IsUnderWay() const { return IsTransferring(state); }
     const TransferName& Name() const { return name; }
-    // The controller has repeated a message, or asked for a repeat.
-    void CountRepeat() { ++repeatCount; }
-    int RepeatCount() const { return repeatCount; }
     // Bytes sent or received so far, and the size of a download.
     std::int64_t BytesDone() const { return bytesDone; }
     std::int64_t BytesTotal() const { return bytesTotal; }
@@ -143,10 +140,9 @@ private:
     Progress bar;
     EndDialog dialog = EndDialog::None;
     bool isTesting = false;
-    int repeatCount = 0; // of the transfer
-    KelFile file;        // of an upload
-    LineList lines;      // of a download for a controller that takes lines
-    FileImage image;     // of a download by hand
+    KelFile file;    // of an upload
+    LineList lines;  // of a download for a controller that takes lines
+    FileImage image; // of a download by hand
 };
 
 }

@@ -210,7 +210,7 @@ TEST_CASE("LineService: a full receive buffer is an overrun, and the bytes after
     CHECK(harness.protocol->buffer->TakeMessage('!', false) == "the rest!");
 }
 
-TEST_CASE("LineService: an answer held by XOFF goes out at XON, whoever sees the two") {
+TEST_CASE("LineService: an answer held by XOFF goes out at XON, whether the driver or the program sees the two bytes") {
     EngineHarness<WaitingProtocol> harness("[Port Settings]\nflow control=None\n");
     harness.Open();
     CHECK(harness.Exchange("\x13").empty());

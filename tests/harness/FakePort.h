@@ -61,9 +61,9 @@ public:
     Result<LineStatus> GetStatus() override;
     Result<std::size_t> Read(std::span<std::uint8_t> room) override;
     Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) override;
+    Result<> ReleaseXoff() override;
     // Ends at once if bytes or a wake are there. Otherwise moves the clock by `longest`, but by 0.1 ms at least and by
     // 1 s at most: the line drains in between.
-    Result<> ReleaseXoff() override;
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override { isWoken = true; }
 
