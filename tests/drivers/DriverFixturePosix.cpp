@@ -1,0 +1,53 @@
+#include "drivers/DriverFixturePosix.h"
+
+namespace tarvin::test {
+
+using namespace std::chrono_literals;
+
+DriverFixture::DriverFixture() {
+    folder.WriteFile("KEL.INI", "[PORTS]\nCOM1=" + (folder / "line").string() + "\n");
+    names = std::make_unique<PortNames>(folder / "KEL.INI");
+    port = MakeSerialPort(*names);
+    LeadPortToDevice();
+    // What the last case has left on the line.
+    Driver().Receive(0, 0ms);
+}
+
+DriverFixture::~DriverFixture() {
+    (void)port->Close();
+    if (!isThere)
+        Return();
+}
+
+void DriverFixture::LeadPortToDevice() {
+    std::filesystem::remove(folder / "line");
+    std::filesystem::create_symlink(Driver().Device(), folder / "line");
+}
+
+std::string DriverFixture::Sent(std::size_t byteCount) {
+    return Driver().Receive(byteCount, byteCount > 0 ? 10s : 0s);
+}
+
+void DriverFixture::Vanish() {
+    Driver().Unplug();
+    isThere = false;
+}
+
+void DriverFixture::Return() {
+    Driver().Plug();
+    isThere = true;
+    LeadPortToDevice();
+}
+
+PortFixture::HoldShown DriverFixture::ShowsHold() const {
+    // The serial core stops by itself, and the output that stands still tells.
+    return Driver().IsSerialCore() ? HoldShown::WithOutput : HoldShown::AtOnce;
+}
+
+std::vector<std::unique_ptr<PortFixture>> MakePortFixtures() {
+    std::vector<std::unique_ptr<PortFixture>> fixtures;
+    fixtures.push_back(std::make_unique<DriverFixture>());
+    return fixtures;
+}
+
+}
