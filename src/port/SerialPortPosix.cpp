@@ -4,10 +4,12 @@
 #include "base/System.h"
 #include "port/PortMode.h"
 #include "port/PortNames.h"
+#include "port/TerminalModePosix.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <grp.h>
@@ -27,7 +29,7 @@ namespace {
 
 constexpr auto modemLineLook = 10ms;
 constexpr auto stopLook = 50ms;
-constexpr std::size_t dsrFlowAhead = 16;
+constexpr std::size_t longestReceived = 64 * 1024;
 constexpr tcflag_t handshakeInputFlags = IXON | IXOFF;
 
 Error Failure(int error) {
@@ -49,34 +51,17 @@ Error OpenFailure(int error, const std::filesystem::path& path) {
     return {Filled(text::portReason::notInGroup, {words, FromPath(path), FromUtf8(name)})};
 }
 
-tcflag_t CharacterFlags(const PortMode& mode) {
-    constexpr tcflag_t sizes[] = {CS5, CS6, CS7, CS8};
-    tcflag_t flags = sizes[mode.dataBits - 5];
-    if (mode.stopBits == PortMode::StopBits::Two)
-        flags |= CSTOPB;
-    switch (mode.parity) {
-    case PortMode::Parity::None:
-        return flags;
-    case PortMode::Parity::Even:
-        return flags | PARENB;
-    case PortMode::Parity::Odd:
-        return flags | PARENB | PARODD;
-    case PortMode::Parity::Mark:
-        return flags | PARENB | CMSPAR | PARODD;
-    case PortMode::Parity::Space:
-        return flags | PARENB | CMSPAR;
-    }
-    return flags;
-}
-
-// Without it a USB adapter keeps received bytes for up to 16 ms. Many drivers do not know the flag and are fast anyway,
-// so a refusal is ignored.
-void AskForLowLatency(int device) {
-    serial_struct serial = {};
-    if (::ioctl(device, TIOCGSERIAL, &serial) != 0)
-        return;
-    serial.flags |= ASYNC_LOW_LATENCY;
-    (void)::ioctl(device, TIOCSSERIAL, &serial);
+// The driver's counters. None where it has none, as a pseudo-terminal.
+std::optional<LineErrors> ErrorCounters(int device) {
+    serial_icounter_struct counters = {};
+    if (::ioctl(device, TIOCGICOUNT, &counters) != 0)
+        return std::nullopt;
+    LineErrors errors;
+    errors.parity = static_cast<std::uint32_t>(counters.parity);
+    errors.framing = static_cast<std::uint32_t>(counters.frame);
+    errors.overrun = static_cast<std::uint32_t>(counters.overrun) + static_cast<std::uint32_t>(counters.buf_overrun);
+    errors.breaks = static_cast<std::uint32_t>(counters.brk);
+    return errors;
 }
 
 }
@@ -121,12 +106,18 @@ Result<> SerialPortPosix::Prepare() {
     // A pseudo-terminal and some adapters have no modem lines: flow control must not wait for them.
     int lines = 0;
     hasModemLines = ::ioctl(device, TIOCMGET, &lines) == 0;
+    const auto errors = ErrorCounters(device);
+    hasErrorCounters = errors.has_value();
+    knownErrors = errors.value_or(LineErrors());
     queue.clear();
-    dsrHolds = false;
+    received.clear();
+    modemLineHolds = false;
+    isPaced = false;
     activeFlow = {};
     lastKernelCount = 0;
     lastLookAtStop = {};
-    AskForLowLatency(device);
+    driver = DriverOf(device);
+    advice = SpeedUpReceiving(device);
     // Here already, and again with the mode: a port whose mode is refused stays open, and must not echo or edit.
     MakeRaw();
     return Check(::ioctl(device, TCSETS2, &state));
@@ -173,11 +164,7 @@ Result<> SerialPortPosix::ApplyMode(const std::string& text) {
     const auto mode = ParsePortMode(text);
     if (!mode || mode->stopBits == PortMode::StopBits::OneAndAHalf)
         return Error{Filled(tarvin::text::portReason::unsupportedMode, {FromUtf8(text)})};
-    constexpr tcflag_t modeFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CBAUD | (CBAUD << IBSHIFT);
-    // BOTHER takes any speed, not only those of the list in termios.
-    state.c_cflag = (state.c_cflag & ~modeFlags) | CharacterFlags(*mode) | BOTHER | (BOTHER << IBSHIFT);
-    state.c_ispeed = state.c_ospeed = static_cast<speed_t>(mode->bitsPerSecond);
-    bitsPerSecond = mode->bitsPerSecond;
+    PutMode(*mode, state);
     return {};
 }
 
@@ -193,13 +180,37 @@ Result<> SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
         activeFlow.software = (state.c_iflag & IXON) != 0;
         activeFlow.ctsOutput = (state.c_cflag & CRTSCTS) != 0;
     }
-    if (::ioctl(device, TCSETS2, &state) != 0)
-        return Failure(errno);
+    // A chip that holds the line by itself, as FTDI's do, hides the hold and the bytes that it holds, and nothing takes
+    // these bytes back. So its output is paced as well.
+    isPaced = driver == LineDriver::Other && (activeFlow.software || activeFlow.ctsOutput || activeFlow.dsrOutput);
+    if (isPaced)
+        state.c_iflag &= ~static_cast<tcflag_t>(IXON);
+    if (const Result<> committed = CommitMode(); !committed)
+        return committed;
+    characterTime = CharacterTime(state);
+    pace.Start(characterTime);
+    received.clear();
     // With the RTS handshake the kernel drives RTS itself.
     int raised = TIOCM_DTR | (activeFlow.rtsHandshake ? 0 : TIOCM_RTS);
     if (hasModemLines)
         (void)::ioctl(device, TIOCMBIS, &raised);
     return {};
+}
+
+// A driver takes each mode with success, and runs in the nearest one that it has.
+Result<> SerialPortPosix::CommitMode() {
+    termios2 before = {};
+    if (::ioctl(device, TCGETS2, &before) != 0 || ::ioctl(device, TCSETS2, &state) != 0)
+        return Failure(errno);
+    if (driver == LineDriver::PseudoTerminal)
+        return {};
+    termios2 granted = {};
+    if (::ioctl(device, TCGETS2, &granted) != 0)
+        return Failure(errno);
+    Result<> result = CheckGrantedMode(state, granted);
+    if (!result)
+        (void)::ioctl(device, TCSETS2, &before);
+    return result;
 }
 
 Result<> SerialPortPosix::SetTimeouts(std::chrono::milliseconds /*writeTotal*/) {
@@ -209,7 +220,10 @@ Result<> SerialPortPosix::SetTimeouts(std::chrono::milliseconds /*writeTotal*/) 
 
 void SerialPortPosix::Purge() {
     assert(IsOpen());
+    // An XOFF among the bytes that are dropped counts all the same.
+    (void)FetchReceived();
     queue.clear();
+    received.clear();
     (void)::ioctl(device, TCFLSH, TCOFLUSH);
     (void)::ioctl(device, TCFLSH, TCIFLUSH);
 }
@@ -217,22 +231,61 @@ void SerialPortPosix::Purge() {
 Result<LineStatus> SerialPortPosix::GetStatus() {
     assert(IsOpen());
     LineStatus status;
-    // Before the queue: DSR decides whether it may go on.
+    // Before the queue: the modem lines and an XOFF decide whether it may go on.
     if (activeFlow.ctsOutput || activeFlow.dsrOutput)
-        LookAtModemLines(status.holds);
+        status.holds = LookAtModemLines();
+    if (const Result<> fetched = FetchReceived(); !fetched)
+        return fetched.Reason();
     if (const Result<> pumped = PumpQueue(); !pumped)
         return pumped.Reason();
     int waiting = 0;
     std::size_t unsent = 0;
     if (::ioctl(device, FIONREAD, &waiting) != 0 || !CountUnsent(unsent))
         return Failure(errno);
-    // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
-    status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
-    isReadable = false;
+    if (isPaced) {
+        status.inputCount = received.size();
+        // Some drivers count whole packets. They never have more than what was handed over.
+        unsent = std::max(pace.UnsentCount(), std::min(unsent, PacedOutput::ahead));
+        status.holds.xoff = pace.IsHeld();
+    } else {
+        // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
+        status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
+        if (activeFlow.software && !status.holds.cts && !status.holds.dsr)
+            status.holds.xoff = IsStopped(unsent);
+    }
     status.outputCount = queue.size() + unsent;
-    if (activeFlow.software && !status.holds.cts && !status.holds.dsr)
-        status.holds.xoff = IsStopped(unsent);
+    // After the count of bytes: an error is never told later than its byte.
+    if (status.inputCount > 0)
+        status.errors = NewErrors();
+    isReadable = false;
     return status;
+}
+
+LineErrors SerialPortPosix::NewErrors() {
+    const auto errors = hasErrorCounters ? ErrorCounters(device) : std::nullopt;
+    if (!errors)
+        return {};
+    // The counters wrap, and so does the difference.
+    const LineErrors fresh = {errors->parity - knownErrors.parity, errors->framing - knownErrors.framing,
+                              errors->overrun - knownErrors.overrun, errors->breaks - knownErrors.breaks};
+    knownErrors = *errors;
+    return fresh;
+}
+
+// Takes the bytes of a paced line from the kernel, so that an XOFF has its effect before the caller reads.
+Result<> SerialPortPosix::FetchReceived() {
+    std::uint8_t room[4096];
+    while (isPaced && received.size() < longestReceived) {
+        const auto byteCount = ReadDevice(room);
+        if (!byteCount)
+            return byteCount.Reason();
+        if (*byteCount == 0)
+            break;
+        std::vector<std::uint8_t> fresh(room, room + *byteCount);
+        pace.TakeFlowBytes(fresh);
+        received.insert(received.end(), fresh.begin(), fresh.end());
+    }
+    return {};
 }
 
 bool SerialPortPosix::CountUnsent(std::size_t& count) const {
@@ -243,15 +296,18 @@ bool SerialPortPosix::CountUnsent(std::size_t& count) const {
     return true;
 }
 
-void SerialPortPosix::LookAtModemLines(LineHolds& holds) {
+LineHolds SerialPortPosix::LookAtModemLines() {
+    LineHolds holds;
     int lines = 0;
     if (!hasModemLines || ::ioctl(device, TIOCMGET, &lines) != 0)
-        return;
-    holds.cts = activeFlow.ctsOutput && (lines & TIOCM_CTS) == 0;
+        return holds;
     // The kernel has no DSR flow: the queue of this class holds the bytes back. Bytes that arrive while DSR is off are
     // read all the same: a cable without that wire still works. DTR stays on, because received bytes never pile up.
+    holds.cts = activeFlow.ctsOutput && (lines & TIOCM_CTS) == 0;
     holds.dsr = activeFlow.dsrOutput && (lines & TIOCM_DSR) == 0;
-    dsrHolds = holds.dsr;
+    // The serial core heeds CTS by itself. What an adapter was given before its CTS went off cannot be counted.
+    modemLineHolds = holds.dsr || (holds.cts && isPaced);
+    return holds;
 }
 
 // The kernel does not tell that an XOFF has stopped it. A count of unsent bytes that stands still does.
@@ -265,7 +321,7 @@ bool SerialPortPosix::IsStopped(std::size_t kernelCount) {
         lastProgress = now;
     lastKernelCount = kernelCount;
     // A transmitter takes up to 64 characters of its own at once; the count stands still until they are sent.
-    return now - lastProgress > 100ms + std::chrono::nanoseconds(1s) * 640 / bitsPerSecond;
+    return now - lastProgress > 100ms + characterTime * 64;
 }
 
 // A stopped pseudo-terminal always counts 0, but takes no more bytes, and poll tells. While nothing waits to be written
@@ -283,6 +339,17 @@ bool SerialPortPosix::IsStoppedWhileEmpty() {
 
 Result<std::size_t> SerialPortPosix::Read(std::span<std::uint8_t> room) {
     assert(IsOpen() && !room.empty());
+    if (!isPaced)
+        return ReadDevice(room);
+    if (const Result<> fetched = FetchReceived(); !fetched)
+        return fetched.Reason();
+    const std::size_t byteCount = std::min(room.size(), received.size());
+    std::copy_n(received.begin(), byteCount, room.begin());
+    received.erase(received.begin(), received.begin() + static_cast<std::ptrdiff_t>(byteCount));
+    return byteCount;
+}
+
+Result<std::size_t> SerialPortPosix::ReadDevice(std::span<std::uint8_t> room) {
     const ssize_t count = ::read(device, room.data(), room.size());
     if (count > 0)
         return static_cast<std::size_t>(count);
@@ -297,22 +364,24 @@ Result<> SerialPortPosix::Write(std::span<const std::uint8_t> bytes, std::size_t
     assert(IsOpen());
     byteCount = bytes.size();
     queue.insert(queue.end(), bytes.begin(), bytes.end());
-    if (activeFlow.dsrOutput) {
-        LineHolds present;
-        LookAtModemLines(present);
-    }
+    if (activeFlow.dsrOutput || isPaced)
+        (void)LookAtModemLines();
+    // An XOFF may have arrived since the last look.
+    if (const Result<> fetched = FetchReceived(); !fetched)
+        return fetched;
     return PumpQueue();
 }
 
-// How many bytes the kernel may get now. The kernel sends all that it has, even with DSR off. With DSR flow it
-// therefore gets a few bytes at a time.
+// How many bytes the kernel may get now. The kernel sends all that it has, whatever DSR says and, on a paced line,
+// whatever has arrived. It therefore gets a few bytes at a time.
 std::size_t SerialPortPosix::KernelRoom() const {
-    if (dsrHolds)
+    if (modemLineHolds)
         return 0;
     std::size_t unsent = 0;
-    if (!activeFlow.dsrOutput || !CountUnsent(unsent))
+    if ((!isPaced && !activeFlow.dsrOutput) || !CountUnsent(unsent))
         return queue.size();
-    return std::min(queue.size(), dsrFlowAhead - std::min(dsrFlowAhead, unsent));
+    const std::size_t room = PacedOutput::ahead - std::min(PacedOutput::ahead, unsent);
+    return std::min({queue.size(), room, isPaced ? pace.Room() : room});
 }
 
 Result<> SerialPortPosix::PumpQueue() {
@@ -324,6 +393,7 @@ Result<> SerialPortPosix::PumpQueue() {
             return errno == EAGAIN ? Result<>() : Failure(errno);
         if (count == 0)
             return {};
+        pace.HandedOver(static_cast<std::size_t>(count));
         queue.erase(queue.begin(), queue.begin() + count);
     }
     return {};
@@ -333,10 +403,13 @@ Result<> SerialPortPosix::ReleaseXoff() {
     assert(IsOpen());
     queue.clear();
     (void)::ioctl(device, TCFLSH, TCOFLUSH);
+    pace.Release();
+    if (isPaced)
+        return {};
     // A terminal that an XOFF has stopped does not count as stopped by TCOOFF, and TCOON alone starts only such a one.
     (void)::ioctl(device, TCXONC, TCOOFF);
     (void)::ioctl(device, TCXONC, TCOON);
-    // A chip that obeys XOFF by itself starts again when its flow control is set anew.
+    // A driver may keep a stop of its own, which ends when its flow control is set anew.
     termios2 without = state;
     without.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
     if (::ioctl(device, TCSETS2, &without) != 0 || ::ioctl(device, TCSETS2, &state) != 0)
@@ -346,16 +419,25 @@ Result<> SerialPortPosix::ReleaseXoff() {
     return {};
 }
 
+// poll reports neither modem lines nor the time at which a paced line may get more.
+std::chrono::nanoseconds SerialPortPosix::LongestWait(std::chrono::nanoseconds longest) const {
+    if (hasModemLines && (activeFlow.ctsOutput || activeFlow.dsrOutput))
+        longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
+    if (!isPaced)
+        return longest;
+    if (!queue.empty() && !pace.IsHeld() && !modemLineHolds)
+        longest = std::min<std::chrono::nanoseconds>(longest, pace.NextWrite() - clock.Now());
+    return received.empty() ? std::max(longest, 0ns) : 0ns;
+}
+
 void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
     assert(longest >= 0ns);
     const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;
-    const bool hasLineFlow = activeFlow.ctsOutput || activeFlow.dsrOutput;
-    // poll does not report modem lines.
-    if (isPortAwaited && hasModemLines && hasLineFlow)
-        longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
-    // With DSR flow the kernel always has room and POLLOUT would end the wait at once; the queue goes on at the next
-    // look.
-    const bool wantsOutput = !queue.empty() && !activeFlow.dsrOutput;
+    if (isPortAwaited)
+        longest = LongestWait(longest);
+    // With DSR flow and on a paced line the kernel always has room and POLLOUT would end the wait at once; the queue
+    // goes on at the next look.
+    const bool wantsOutput = !queue.empty() && !activeFlow.dsrOutput && !isPaced;
     pollfd events[2] = {{wakeEvent, POLLIN, 0},
                         {device, static_cast<short>(wantsOutput ? POLLIN | POLLOUT : POLLIN), 0}};
     const timespec timeout = {static_cast<time_t>(longest / 1s), static_cast<long>((longest % 1s).count())};
@@ -366,6 +448,13 @@ void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
         eventfd_t count = 0;
         (void)::eventfd_read(wakeEvent, &count);
     }
+}
+
+std::optional<KelText> SerialPortPosix::TakeAdvice() {
+    std::optional<KelText> taken = std::exchange(advice, std::nullopt);
+    if (taken && !givenAdvice.insert(*taken).second)
+        return std::nullopt;
+    return taken;
 }
 
 void SerialPortPosix::Wake() {
