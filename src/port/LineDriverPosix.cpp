@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 #include <fcntl.h>
 #include <linux/major.h>
@@ -61,6 +62,13 @@ LineDriver DriverOf(int device) {
     // The serial core shows the clock of the chip for each of its ports. The type that TIOCGSERIAL gives tells less:
     // drivers of USB adapters claim to be a chip of the board.
     return ::access((SystemFolder(device) / "uartclk").c_str(), F_OK) == 0 ? LineDriver::SerialCore : LineDriver::Other;
+}
+
+bool SendsFiveBitsAsEight(int device) {
+    // FTDI's chips have 7 and 8 data bits. The driver lets 5 pass for card readers that use it as a switch.
+    std::error_code hasNoDriver;
+    const auto driver = std::filesystem::read_symlink(SystemFolder(device) / "device" / "driver", hasNoDriver);
+    return driver.filename() == "ftdi_sio";
 }
 
 std::optional<KelText> SpeedUpReceiving(int device) {

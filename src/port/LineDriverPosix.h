@@ -20,6 +20,9 @@ enum class LineDriver {
 // Requires an open device.
 LineDriver DriverOf(int device);
 
+// Whether the driver takes 5 data bits and sends 8, without telling.
+bool SendsFiveBitsAsEight(int device);
+
 // Makes the driver hand over received bytes at once. Returns what the user should know if only the rights are missing.
 std::optional<KelText> SpeedUpReceiving(int device);
 

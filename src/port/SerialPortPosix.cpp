@@ -141,6 +141,12 @@ void SerialPortPosix::MakeRaw() {
 Result<> SerialPortPosix::Close() {
     if (!IsOpen())
         return {};
+    // The kernel waits up to 30 s for an adapter that is held by CTS to send its last bytes. Without the handshake they
+    // leave at once.
+    if (driver == LineDriver::Other && (state.c_cflag & CRTSCTS) != 0) {
+        state.c_cflag &= ~CRTSCTS;
+        (void)::ioctl(device, TCSETS2, &state);
+    }
     // The far end of a pseudo-terminal keeps the device alive, and the exclusive mode with it: nothing could open the
     // device again.
     (void)::ioctl(device, TIOCNXCL);
@@ -207,6 +213,8 @@ Result<> SerialPortPosix::CommitMode() {
     termios2 granted = {};
     if (::ioctl(device, TCGETS2, &granted) != 0)
         return Failure(errno);
+    if ((granted.c_cflag & CSIZE) == CS5 && SendsFiveBitsAsEight(device))
+        granted.c_cflag |= CS8;
     Result<> result = CheckGrantedMode(state, granted);
     if (!result)
         (void)::ioctl(device, TCSETS2, &before);

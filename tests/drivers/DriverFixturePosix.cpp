@@ -9,14 +9,27 @@ DriverFixture::DriverFixture() {
     names = std::make_unique<PortNames>(folder / "KEL.INI");
     port = MakeSerialPort(*names);
     LeadPortToDevice();
-    // What the last case has left on the line.
-    Driver().Receive(0, 0ms);
+    DropOldBytes();
 }
 
 DriverFixture::~DriverFixture() {
     (void)port->Close();
     if (!isThere)
         Return();
+}
+
+// The last case may have left bytes on the line, in both directions.
+void DriverFixture::DropOldBytes() {
+    if (!port->Open(u"COM1"))
+        return;
+    std::uint8_t room[100];
+    std::size_t byteCount = 0;
+    do {
+        port->Wait(20ms, SerialPort::Awaited::BytesToo);
+        byteCount = port->Read(room).ValueOr(0);
+    } while (byteCount > 0);
+    (void)port->Close();
+    (void)Driver().Receive(0, 0ms);
 }
 
 void DriverFixture::LeadPortToDevice() {

@@ -22,9 +22,11 @@ public:
     // Brings the device back, perhaps under another name.
     void Return();
     HoldShown ShowsHold() const override;
+    const std::filesystem::path& Folder() const { return folder.Path(); }
 
 private:
     void LeadPortToDevice();
+    void DropOldBytes();
 
     TemporaryFolder folder;
     std::unique_ptr<PortNames> names;

@@ -74,7 +74,6 @@ public:
     fs::path Device() override { return "/dev/ttyS1"; }
     void Unplug() override { WriteSystemFile(driver / "unbind", chipName); }
     void Plug() override { WriteSystemFile(driver / "bind", chipName); }
-    bool HasSpeed() const override { return true; }
     bool IsSerialCore() const override { return true; }
 
 private:

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <sstream>
 
 #include <doctest/doctest.h>
 
@@ -28,9 +29,15 @@ public:
         std::printf("  %s: %s\n", testCase->m_name, exception.error_string.c_str());
     }
     void log_assert(const doctest::AssertData& check) override {
-        if (check.m_failed)
-            std::printf("  %s:%d: %s: %s %s\n", check.m_file, check.m_line, check.m_expr, check.m_decomp.c_str(),
-                        check.m_exception.c_str());
+        if (!check.m_failed)
+            return;
+        std::printf("  %s:%d: %s is %s %s\n", check.m_file, check.m_line, check.m_expr, check.m_decomp.c_str(),
+                    check.m_exception.c_str());
+        for (int context = 0; context < get_num_active_contexts(); ++context) {
+            std::ostringstream text;
+            get_active_contexts()[context]->stringify(&text);
+            std::printf("    %s\n", text.str().c_str());
+        }
     }
     void log_message(const doctest::MessageData& message) override {
         std::printf("%s: %s\n", Driver().Name(), message.m_string.c_str());
