@@ -1,7 +1,7 @@
 #include "port/SerialPortPosix.h"
 
 #include "base/Messages.h"
-#include "base/System.h"
+#include "port/DeviceFailurePosix.h"
 #include "port/PortMode.h"
 #include "port/PortNames.h"
 #include "port/TerminalModePosix.h"
@@ -12,13 +12,10 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <grp.h>
-#include <linux/serial.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tarvin {
@@ -28,40 +25,11 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto modemLineLook = 10ms;
-constexpr auto stopLook = 50ms;
 constexpr std::size_t longestReceived = 64 * 1024;
 constexpr tcflag_t handshakeInputFlags = IXON | IXOFF;
 
-Error Failure(int error) {
-    const bool isGone = error == EIO || error == ENXIO || error == ENODEV;
-    return {SystemErrorText(static_cast<unsigned long>(error)), isGone};
-}
-
 Result<> Check(int result) {
-    return result == 0 ? Result<>() : Failure(errno);
-}
-
-Error OpenFailure(int error, const std::filesystem::path& path) {
-    struct stat file = {};
-    if (error != EACCES || ::stat(path.c_str(), &file) != 0)
-        return Failure(error);
-    const group* owner = ::getgrgid(file.st_gid);
-    const std::string name = owner != nullptr ? owner->gr_name : std::to_string(file.st_gid);
-    const KelText words = SystemErrorText(static_cast<unsigned long>(error));
-    return {Filled(text::portReason::notInGroup, {words, FromPath(path), FromUtf8(name)})};
-}
-
-// The driver's counters. None where it has none, as a pseudo-terminal.
-std::optional<LineErrors> ErrorCounters(int device) {
-    serial_icounter_struct counters = {};
-    if (::ioctl(device, TIOCGICOUNT, &counters) != 0)
-        return std::nullopt;
-    LineErrors errors;
-    errors.parity = static_cast<std::uint32_t>(counters.parity);
-    errors.framing = static_cast<std::uint32_t>(counters.frame);
-    errors.overrun = static_cast<std::uint32_t>(counters.overrun) + static_cast<std::uint32_t>(counters.buf_overrun);
-    errors.breaks = static_cast<std::uint32_t>(counters.brk);
-    return errors;
+    return result == 0 ? Result<>() : DeviceFailure(errno);
 }
 
 }
@@ -98,24 +66,20 @@ Result<> SerialPortPosix::Open(const KelText& portName) {
 Result<> SerialPortPosix::Prepare() {
     // First of all: a file or a pipe fails here, before anything else touches it.
     if (::ioctl(device, TCGETS2, &state) != 0)
-        return Failure(errno);
+        return DeviceFailure(errno);
     // The lock stops programs that know it, those of root too. The exclusive mode stops all others, but not root.
     if (::flock(device, LOCK_EX | LOCK_NB) != 0)
-        return Failure(errno == EWOULDBLOCK ? EBUSY : errno);
+        return DeviceFailure(errno == EWOULDBLOCK ? EBUSY : errno);
     (void)::ioctl(device, TIOCEXCL);
     // A pseudo-terminal and some adapters have no modem lines: flow control must not wait for them.
     int lines = 0;
     hasModemLines = ::ioctl(device, TIOCMGET, &lines) == 0;
-    const auto errors = ErrorCounters(device);
-    hasErrorCounters = errors.has_value();
-    knownErrors = errors.value_or(LineErrors());
+    errorCounters.Start(device);
     queue.clear();
     received.clear();
     modemLineHolds = false;
     isPaced = false;
     activeFlow = {};
-    lastKernelCount = 0;
-    lastLookAtStop = {};
     driver = DriverOf(device);
     advice = SpeedUpReceiving(device);
     // Here already, and again with the mode: a port whose mode is refused stays open, and must not echo or edit.
@@ -124,7 +88,7 @@ Result<> SerialPortPosix::Prepare() {
 }
 
 // Passes every byte unchanged in both directions: no echo, no line editing, no mapping, no signals. A break gives no
-// byte.
+// byte, apart from FTDI's driver, which gives a 0.
 void SerialPortPosix::MakeRaw() {
     state.c_iflag = (state.c_iflag & handshakeInputFlags) | IGNBRK;
     state.c_oflag = 0;
@@ -141,18 +105,23 @@ void SerialPortPosix::MakeRaw() {
 Result<> SerialPortPosix::Close() {
     if (!IsOpen())
         return {};
-    // The kernel waits up to 30 s for an adapter that is held by CTS to send its last bytes. Without the handshake they
-    // leave at once.
-    if (driver == LineDriver::Other && (state.c_cflag & CRTSCTS) != 0) {
-        state.c_cflag &= ~CRTSCTS;
-        (void)::ioctl(device, TCSETS2, &state);
-    }
+    if (isPaced)
+        EndPace();
     // The far end of a pseudo-terminal keeps the device alive, and the exclusive mode with it: nothing could open the
     // device again.
     (void)::ioctl(device, TIOCNXCL);
     const int result = ::close(device);
     device = -1;
     return Check(result);
+}
+
+// Leaves the handshake as the settings had it, but for a line that CTS holds: there the kernel would wait up to 30 s
+// for the adapter to send its last bytes. Without the handshake they leave at once.
+void SerialPortPosix::EndPace() {
+    state.c_iflag |= activeFlow.software ? IXON : 0;
+    if (LookAtModemLines().cts)
+        state.c_cflag &= ~CRTSCTS;
+    (void)::ioctl(device, TCSETS2, &state);
 }
 
 Result<> SerialPortPosix::SetQueueSizes(std::size_t /*inputBytes*/, std::size_t /*outputBytes*/) {
@@ -193,8 +162,8 @@ Result<> SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
         state.c_iflag &= ~static_cast<tcflag_t>(IXON);
     if (const Result<> committed = CommitMode(); !committed)
         return committed;
-    characterTime = CharacterTime(state);
-    pace.Start(characterTime);
+    pace.Start(CharacterTime(state));
+    stoppedOutput.Start(CharacterTime(state));
     received.clear();
     // With the RTS handshake the kernel drives RTS itself.
     int raised = TIOCM_DTR | (activeFlow.rtsHandshake ? 0 : TIOCM_RTS);
@@ -207,12 +176,12 @@ Result<> SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
 Result<> SerialPortPosix::CommitMode() {
     termios2 before = {};
     if (::ioctl(device, TCGETS2, &before) != 0 || ::ioctl(device, TCSETS2, &state) != 0)
-        return Failure(errno);
+        return DeviceFailure(errno);
     if (driver == LineDriver::PseudoTerminal)
         return {};
     termios2 granted = {};
     if (::ioctl(device, TCGETS2, &granted) != 0)
-        return Failure(errno);
+        return DeviceFailure(errno);
     if ((granted.c_cflag & CSIZE) == CS5 && SendsFiveBitsAsEight(device))
         granted.c_cflag |= CS8;
     Result<> result = CheckGrantedMode(state, granted);
@@ -249,7 +218,7 @@ Result<LineStatus> SerialPortPosix::GetStatus() {
     int waiting = 0;
     std::size_t unsent = 0;
     if (::ioctl(device, FIONREAD, &waiting) != 0 || !CountUnsent(unsent))
-        return Failure(errno);
+        return DeviceFailure(errno);
     if (isPaced) {
         status.inputCount = received.size();
         // Some drivers count whole packets. They never have more than what was handed over.
@@ -259,25 +228,14 @@ Result<LineStatus> SerialPortPosix::GetStatus() {
         // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
         status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
         if (activeFlow.software && !status.holds.cts && !status.holds.dsr)
-            status.holds.xoff = IsStopped(unsent);
+            status.holds.xoff = stoppedOutput.Look(device, unsent, !queue.empty());
     }
     status.outputCount = queue.size() + unsent;
     // After the count of bytes: an error is never told later than its byte.
     if (status.inputCount > 0)
-        status.errors = NewErrors();
+        status.errors = errorCounters.TakeNew(device);
     isReadable = false;
     return status;
-}
-
-LineErrors SerialPortPosix::NewErrors() {
-    const auto errors = hasErrorCounters ? ErrorCounters(device) : std::nullopt;
-    if (!errors)
-        return {};
-    // The counters wrap, and so does the difference.
-    const LineErrors fresh = {errors->parity - knownErrors.parity, errors->framing - knownErrors.framing,
-                              errors->overrun - knownErrors.overrun, errors->breaks - knownErrors.breaks};
-    knownErrors = *errors;
-    return fresh;
 }
 
 // Takes the bytes of a paced line from the kernel, so that an XOFF has its effect before the caller reads.
@@ -318,33 +276,6 @@ LineHolds SerialPortPosix::LookAtModemLines() {
     return holds;
 }
 
-// The kernel does not tell that an XOFF has stopped it. A count of unsent bytes that stands still does.
-bool SerialPortPosix::IsStopped(std::size_t kernelCount) {
-    if (kernelCount == 0) {
-        lastKernelCount = 0;
-        return IsStoppedWhileEmpty();
-    }
-    const TimePoint now = std::chrono::steady_clock::now();
-    if (kernelCount < lastKernelCount || lastKernelCount == 0)
-        lastProgress = now;
-    lastKernelCount = kernelCount;
-    // A transmitter takes up to 64 characters of its own at once; the count stands still until they are sent.
-    return now - lastProgress > 100ms + characterTime * 64;
-}
-
-// A stopped pseudo-terminal always counts 0, but takes no more bytes, and poll tells. While nothing waits to be written
-// only a lamp depends on the answer, and a poll at each look would cost more than the rest of the look: every 50 ms is
-// enough.
-bool SerialPortPosix::IsStoppedWhileEmpty() {
-    const TimePoint now = std::chrono::steady_clock::now();
-    if (queue.empty() && !wasStopped && now - lastLookAtStop < stopLook)
-        return false;
-    lastLookAtStop = now;
-    pollfd line = {device, POLLOUT, 0};
-    wasStopped = ::poll(&line, 1, 0) == 0;
-    return wasStopped;
-}
-
 Result<std::size_t> SerialPortPosix::Read(std::span<std::uint8_t> room) {
     assert(IsOpen() && !room.empty());
     if (!isPaced)
@@ -362,17 +293,17 @@ Result<std::size_t> SerialPortPosix::ReadDevice(std::span<std::uint8_t> room) {
     if (count > 0)
         return static_cast<std::size_t>(count);
     if (count == 0)
-        return Failure(EIO);
+        return DeviceFailure(EIO);
     if (errno == EAGAIN || errno == EINTR)
         return std::size_t{0};
-    return Failure(errno);
+    return DeviceFailure(errno);
 }
 
 Result<> SerialPortPosix::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
     assert(IsOpen());
     byteCount = bytes.size();
     queue.insert(queue.end(), bytes.begin(), bytes.end());
-    if (activeFlow.dsrOutput || isPaced)
+    if (activeFlow.dsrOutput || (isPaced && activeFlow.ctsOutput))
         (void)LookAtModemLines();
     // An XOFF may have arrived since the last look.
     if (const Result<> fetched = FetchReceived(); !fetched)
@@ -398,7 +329,7 @@ Result<> SerialPortPosix::PumpQueue() {
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            return errno == EAGAIN ? Result<>() : Failure(errno);
+            return errno == EAGAIN ? Result<>() : DeviceFailure(errno);
         if (count == 0)
             return {};
         pace.HandedOver(static_cast<std::size_t>(count));
@@ -421,9 +352,8 @@ Result<> SerialPortPosix::ReleaseXoff() {
     termios2 without = state;
     without.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
     if (::ioctl(device, TCSETS2, &without) != 0 || ::ioctl(device, TCSETS2, &state) != 0)
-        return Failure(errno);
-    lastKernelCount = 0;
-    wasStopped = false;
+        return DeviceFailure(errno);
+    stoppedOutput.Start(CharacterTime(state));
     return {};
 }
 
@@ -459,10 +389,8 @@ void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
 }
 
 std::optional<KelText> SerialPortPosix::TakeAdvice() {
-    std::optional<KelText> taken = std::exchange(advice, std::nullopt);
-    if (taken && !givenAdvice.insert(*taken).second)
-        return std::nullopt;
-    return taken;
+    const auto taken = std::exchange(advice, std::nullopt);
+    return taken && givenAdvice.insert(*taken).second ? taken : std::nullopt;
 }
 
 void SerialPortPosix::Wake() {

@@ -3,8 +3,10 @@
 // whole and never waits for a held line. Where the driver does not hold the line, this class does.
 
 #include "port/LineDriverPosix.h"
+#include "port/LineErrorCountersPosix.h"
 #include "port/PacedOutput.h"
 #include "port/SerialPort.h"
+#include "port/StoppedOutputPosix.h"
 
 #include <chrono>
 #include <set>
@@ -37,21 +39,17 @@ public:
     std::optional<KelText> TakeAdvice() override;
 
 private:
-    using TimePoint = std::chrono::steady_clock::time_point;
-
     Result<> Prepare();
     void MakeRaw();
     Result<> CommitMode();
+    void EndPace();
     Result<> PumpQueue();
     std::size_t KernelRoom() const;
     bool CountUnsent(std::size_t& count) const;
     Result<> FetchReceived();
     Result<std::size_t> ReadDevice(std::span<std::uint8_t> room);
-    LineErrors NewErrors();
     LineHolds LookAtModemLines();
     std::chrono::nanoseconds LongestWait(std::chrono::nanoseconds longest) const;
-    bool IsStopped(std::size_t kernelCount);
-    bool IsStoppedWhileEmpty();
 
     const PortNames& names;
     const SteadyClock clock;
@@ -60,10 +58,9 @@ private:
     LineDriver driver = LineDriver::Other;
     termios2 state = {};
     FlowControl activeFlow;
-    Clock::Duration characterTime = std::chrono::milliseconds(1);
+    StoppedOutput stoppedOutput{clock};
     bool hasModemLines = false;
-    bool hasErrorCounters = false;
-    LineErrors knownErrors;      // the driver's counters at the last look
+    LineErrorCounters errorCounters;
     bool modemLineHolds = false; // at the last look, a line that the flow control heeds was off
     bool isReadable = false;     // the last wait ended with news from the device
     std::vector<std::uint8_t> queue;
@@ -73,11 +70,6 @@ private:
     std::vector<std::uint8_t> received;
     std::optional<KelText> advice;
     std::set<KelText> givenAdvice;
-    // How the kernel's count of unsent bytes has moved, which tells a stopped line from a slow one.
-    std::size_t lastKernelCount = 0;
-    TimePoint lastProgress;
-    TimePoint lastLookAtStop;
-    bool wasStopped = false;
 };
 
 }
