@@ -78,9 +78,12 @@ Result<> SerialPortPosix::Prepare() {
     queue.clear();
     received.clear();
     modemLineHolds = false;
+    untoldErrors = {};
+    toldCount = 0;
     isPaced = false;
     activeFlow = {};
     driver = DriverOf(device);
+    isBuffered = driver != LineDriver::PseudoTerminal;
     advice = SpeedUpReceiving(device);
     // Here already, and again with the mode: a port whose mode is refused stays open, and must not echo or edit.
     MakeRaw();
@@ -165,6 +168,7 @@ Result<> SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
     pace.Start(CharacterTime(state));
     stoppedOutput.Start(CharacterTime(state));
     received.clear();
+    toldCount = 0;
     // With the RTS handshake the kernel drives RTS itself.
     int raised = TIOCM_DTR | (activeFlow.rtsHandshake ? 0 : TIOCM_RTS);
     if (hasModemLines)
@@ -201,6 +205,7 @@ void SerialPortPosix::Purge() {
     (void)FetchReceived();
     queue.clear();
     received.clear();
+    toldCount = 0;
     (void)::ioctl(device, TCFLSH, TCOFLUSH);
     (void)::ioctl(device, TCFLSH, TCIFLUSH);
 }
@@ -217,39 +222,44 @@ Result<LineStatus> SerialPortPosix::GetStatus() {
         return pumped.Reason();
     int waiting = 0;
     std::size_t unsent = 0;
-    if (::ioctl(device, FIONREAD, &waiting) != 0 || !CountUnsent(unsent))
+    if ((!isBuffered && ::ioctl(device, FIONREAD, &waiting) != 0) || !CountUnsent(unsent))
         return DeviceFailure(errno);
+    // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
+    status.inputCount = isBuffered ? received.size() : static_cast<std::size_t>(std::max(waiting, isReadable ? 1 : 0));
+    status.errors = std::exchange(untoldErrors, {});
+    toldCount = received.size();
+    isReadable = false;
     if (isPaced) {
-        status.inputCount = received.size();
         // Some drivers count whole packets. They never have more than what was handed over.
         unsent = std::max(pace.UnsentCount(), std::min(unsent, PacedOutput::ahead));
         status.holds.xoff = pace.IsHeld();
-    } else {
-        // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
-        status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
-        if (activeFlow.software && !status.holds.cts && !status.holds.dsr)
-            status.holds.xoff = stoppedOutput.Look(device, unsent, !queue.empty());
+    } else if (activeFlow.software && !status.holds.cts && !status.holds.dsr) {
+        status.holds.xoff = stoppedOutput.Look(device, unsent, !queue.empty());
     }
     status.outputCount = queue.size() + unsent;
-    // After the count of bytes: an error is never told later than its byte.
-    if (status.inputCount > 0)
-        status.errors = errorCounters.TakeNew(device);
-    isReadable = false;
     return status;
 }
 
-// Takes the bytes of a paced line from the kernel, so that an XOFF has its effect before the caller reads.
+// Takes received bytes from the kernel, so that an XOFF of a paced line has its effect before the caller reads, and an
+// error is known before its byte is read.
 Result<> SerialPortPosix::FetchReceived() {
     std::uint8_t room[4096];
-    while (isPaced && received.size() < longestReceived) {
+    while (isBuffered && received.size() < longestReceived) {
         const auto byteCount = ReadDevice(room);
         if (!byteCount)
             return byteCount.Reason();
         if (*byteCount == 0)
             break;
         std::vector<std::uint8_t> fresh(room, room + *byteCount);
-        pace.TakeFlowBytes(fresh);
+        if (isPaced)
+            pace.TakeFlowBytes(fresh);
         received.insert(received.end(), fresh.begin(), fresh.end());
+        // After the bytes: a driver counts an error before it hands over the byte.
+        const LineErrors errors = errorCounters.TakeNew(device);
+        untoldErrors.parity += errors.parity;
+        untoldErrors.framing += errors.framing;
+        untoldErrors.overrun += errors.overrun;
+        untoldErrors.breaks += errors.breaks;
     }
     return {};
 }
@@ -278,11 +288,14 @@ LineHolds SerialPortPosix::LookAtModemLines() {
 
 Result<std::size_t> SerialPortPosix::Read(std::span<std::uint8_t> room) {
     assert(IsOpen() && !room.empty());
-    if (!isPaced)
+    if (!isBuffered)
         return ReadDevice(room);
     if (const Result<> fetched = FetchReceived(); !fetched)
         return fetched.Reason();
-    const std::size_t byteCount = std::min(room.size(), received.size());
+    // Bytes that came with an error wait for the status that tells it.
+    const std::size_t readable = untoldErrors == LineErrors() ? received.size() : toldCount;
+    const std::size_t byteCount = std::min(room.size(), readable);
+    toldCount -= std::min(toldCount, byteCount);
     std::copy_n(received.begin(), byteCount, room.begin());
     received.erase(received.begin(), received.begin() + static_cast<std::ptrdiff_t>(byteCount));
     return byteCount;
@@ -361,9 +374,7 @@ Result<> SerialPortPosix::ReleaseXoff() {
 std::chrono::nanoseconds SerialPortPosix::LongestWait(std::chrono::nanoseconds longest) const {
     if (hasModemLines && (activeFlow.ctsOutput || activeFlow.dsrOutput))
         longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
-    if (!isPaced)
-        return longest;
-    if (!queue.empty() && !pace.IsHeld() && !modemLineHolds)
+    if (isPaced && !queue.empty() && !pace.IsHeld() && !modemLineHolds)
         longest = std::min<std::chrono::nanoseconds>(longest, pace.NextWrite() - clock.Now());
     return received.empty() ? std::max(longest, 0ns) : 0ns;
 }

@@ -64,10 +64,14 @@ private:
     bool modemLineHolds = false; // at the last look, a line that the flow control heeds was off
     bool isReadable = false;     // the last wait ended with news from the device
     std::vector<std::uint8_t> queue;
-    // Paced: the driver does not hold the line by itself. Received bytes then wait in `received`, without XOFF and XON.
+    // Of a real driver: the bytes that were taken from the kernel, and the errors that came with them.
+    bool isBuffered = false;
+    std::vector<std::uint8_t> received;
+    std::size_t toldCount = 0; // how many of them the last status has counted
+    LineErrors untoldErrors;
+    // The driver does not hold the line by itself. XOFF and XON are taken out of the received bytes.
     bool isPaced = false;
     PacedOutput pace{clock};
-    std::vector<std::uint8_t> received;
     std::optional<KelText> advice;
     std::set<KelText> givenAdvice;
 };
