@@ -139,6 +139,7 @@ void Transfer::CountSent(std::int64_t byteCount) {
 
 bool Transfer::BeginDownloadByHand(const TransferName& newName) {
     assert(!IsUnderWay());
+    ResetQuality();
     Release();
     SetName({newName.path, newName.fileName, {}});
     KelFile source;
@@ -155,20 +156,36 @@ std::span<const std::uint8_t> Transfer::NextBlock(std::size_t byteCount) {
     return image.Next(byteCount);
 }
 
+EndDialog Transfer::Dialog() const {
+    if (awaited)
+        return EndDialog::Upload;
+    return IsUnderWay() ? dialog : EndDialog::None;
+}
+
+void Transfer::CancelAwaitedUpload(KelText newReason) {
+    assert(awaited);
+    TransferName waiting = std::move(*std::exchange(awaited, std::nullopt));
+    if (IsUnderWay() || state == TransferState::DownloadWaiting || state == TransferState::DownloadPreparation)
+        return;
+    SetName({waiting.path, waiting.fileName, {}});
+    End(TransferState::UploadCancelled, std::move(newReason));
+}
+
 bool Transfer::BeginUpload() {
+    if (awaited)
+        SetName(*awaited);
     if (!file.Open(ToPath(name.path), KelFile::Mode::WriteText)) {
         End(TransferState::UploadCouldNotOpen);
         return false;
     }
-    lines.Clear();
-    // An upload by hand that the controller begins again keeps its dialog.
-    const EndDialog shownDialog = state == TransferState::Uploading ? dialog : EndDialog::None;
-    Begin(TransferState::Uploading, shownDialog, rangeOfUpload, Urgency::AtOnce);
+    const bool isByHand = std::exchange(awaited, std::nullopt).has_value();
+    Begin(TransferState::Uploading, isByHand ? EndDialog::Upload : EndDialog::None, rangeOfUpload, Urgency::AtOnce);
     return true;
 }
 
 bool Transfer::BeginUploadByHand(const TransferName& newName) {
     assert(!IsUnderWay());
+    ResetQuality();
     Release();
     SetName({newName.path, newName.fileName, {}});
     if (!file.Open(ToPath(name.path), KelFile::Mode::WriteBytes)) {
@@ -203,12 +220,12 @@ bool Transfer::CompleteUpload() {
     return isOnDisk;
 }
 
-bool Transfer::EndWithErrors() {
+bool Transfer::EndWithErrors(KelText newReason) {
     const bool isDownload = state == TransferState::Downloading || state == TransferState::DownloadWaiting ||
                             state == TransferState::DownloadPreparation;
     if (!isDownload && state != TransferState::Uploading)
         return false;
-    End(isDownload ? TransferState::DownloadErrors : TransferState::UploadErrors);
+    End(isDownload ? TransferState::DownloadErrors : TransferState::UploadErrors, std::move(newReason));
     return true;
 }
 

@@ -17,11 +17,14 @@
 #include "files/KelFile.h"
 #include "messages/MessageReport.h"
 #include "transfer/LineList.h"
+#include "transfer/LineQuality.h"
 #include "transfer/TransferState.h"
 
 #include <atomic>
+#include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace tarvin {
 
@@ -64,8 +67,15 @@ public:
         std::int64_t range = 0;
     };
     const Progress& Bar() const { return bar; }
-    // None unless a transfer that was begun by hand is under way.
-    EndDialog Dialog() const { return IsUnderWay() ? dialog : EndDialog::None; }
+    // None unless a transfer that was begun by hand is under way or awaited.
+    EndDialog Dialog() const;
+
+    // What was not clean on the line since the transfer's request, or its begin by hand.
+    const LineQuality& Quality() const { return quality; }
+    void ResetQuality() { quality = {}; }
+    void CountDamaged() { ++quality.damaged; }
+    void CountRepeat() { ++quality.repeats; }
+    void CountDriverErrors(std::uint32_t errorCount) { quality.driverErrors += errorCount; }
 
     // States of the link. Each ends a transfer that is under way.
     void Wait(Urgency urgency);
@@ -101,8 +111,13 @@ public:
     // The next bytes of it, at most `byteCount`; none at its end.
     std::span<const std::uint8_t> NextBlock(std::size_t byteCount);
 
-    // Opens the file of the present name and enters Uploading. An upload that was begun by hand goes on in the file
-    // that is open. False, with the state that says why, if it cannot be opened.
+    // The next upload of the controller goes to this file instead of its own. The link does not change.
+    void AwaitUpload(TransferName newName) { awaited = std::move(newName); }
+    bool IsUploadAwaited() const { return awaited.has_value(); }
+    // Ends the wait. Unless another transfer is under way, enters UploadCancelled for the awaited file.
+    void CancelAwaitedUpload(KelText newReason);
+    // Opens the file of the present name, or the awaited one, and enters Uploading. False, with the state that says
+    // why, if it cannot be opened.
     bool BeginUpload();
     // Opens the file for an upload by hand, which is written byte for byte. Requires the same. False as above.
     bool BeginUploadByHand(const TransferName& newName);
@@ -118,7 +133,7 @@ public:
 
     // Ends a transfer that is under way, or a download that waits, with errors: something other than the transfer has
     // ended it. Returns whether there was one.
-    bool EndWithErrors();
+    bool EndWithErrors(KelText newReason);
 
     // Ends the transfer, or refuses one, in a state that ends it.
     void End(TransferState newState, KelText newReason = {});
@@ -143,6 +158,8 @@ private:
     Progress bar;
     EndDialog dialog = EndDialog::None;
     bool isTesting = false;
+    LineQuality quality;
+    std::optional<TransferName> awaited;
     KelFile file;    // of an upload
     LineList lines;  // of a download for a controller that takes lines
     FileImage image; // of a download by hand

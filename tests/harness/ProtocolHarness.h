@@ -76,7 +76,8 @@ struct ProtocolHarness {
     RecordedTransfer observed;
     DownloadSettings settings;
     ReceiveBuffer received;
-    ProtocolType protocol{ProtocolParts{observed.transfer, sender, settings, timers, clock}};
+    ProtocolType protocol{ProtocolParts{observed.transfer, sender, settings, timers, clock,
+                                        [this](bool sends) { settings.sendsChecksums = sends ? 1 : 0; }}};
 };
 
 }

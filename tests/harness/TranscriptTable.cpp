@@ -131,7 +131,13 @@ std::vector<Transcript> Uploads() {
 }
 
 std::vector<Transcript> FileNumbers() {
-    std::vector<TranscriptStep> steps;
+    // The leading zeros are removed before the checksum character. A checksum character "0" after zeros only is removed
+    // with them.
+    std::vector<TranscriptStep> steps = {
+        {"ABST0000\r", cannotGoOn},
+        {"ABST000a0\r", acknowledge, "Uploading {NC}/a.nc - 0 bytes received."},
+        {Message("ABEF"), acknowledge},
+    };
     for (const std::string number : {"../../x", "/etc/passwd", "..\\x", "C:x", "..", "...", "CON", "nul", "com1",
                                      "LPT9.txt", "Aux .x", "", "0000"}) {
         steps.push_back({Message("ABST" + number), cannotGoOn});
@@ -139,11 +145,6 @@ std::vector<Transcript> FileNumbers() {
     }
     steps.push_back({Message("ABSE" + std::string(900, '9')), cannotRead});
     steps.push_back({Message("ABST" + std::string(900, '9')), cannotGoOn});
-    // The leading zeros are removed before the checksum character. A checksum character "0" after zeros only is removed
-    // with them.
-    steps.push_back({"ABST0000\r", cannotGoOn});
-    steps.push_back({"ABST000a0\r", acknowledge, "Uploading {NC}/a.nc - 0 bytes received."});
-    steps.push_back({Message("ABEF"), acknowledge});
     steps.push_back({Message("ABSTconsole 2."), acknowledge, "Uploading {NC}/console 2..nc - 0 bytes received."});
     steps.push_back({Message("ABEF"), acknowledge});
     return {{"a number that leads out of the folder or to a device names no file", steps, {}, {{"a.nc", ""}}}};
