@@ -15,6 +15,14 @@ constexpr auto holdWorthTelling = 3s;
 // Each tick wakes the processor, and a link may be idle for days.
 constexpr auto quietPeriod = 500ms;
 
+KelText WithReason(KelText line, const KelText& reason) {
+    if (reason.empty())
+        return line;
+    if (line.ends_with(u'.'))
+        line.pop_back();
+    return line + u": " + reason;
+}
+
 }
 
 Display::Display(const Sources& sources, EngineEvents& events, Logs& logs, TimerQueue& timers, const Clock& clock)
@@ -86,7 +94,7 @@ bool Display::Show() {
     next.transferState = transfer.State();
     next.transferPath = transfer.Name().path;
     if (description.line)
-        next.statusLine = transfer.Reason().empty() ? *description.line : *description.line + u": " + transfer.Reason();
+        next.statusLine = WithReason(*description.line, transfer.Reason());
     ShowHold();
     next.progressPosition = transfer.Bar().position;
     next.progressRange = transfer.Bar().range;
