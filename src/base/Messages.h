@@ -92,6 +92,36 @@ inline constexpr char16_t programEnd[] = u"the program has ended";
 inline constexpr char16_t nothingReceived[] = u"the machine has sent no file for 10 minutes";
 }
 
+// Why a file is refused, where the system gives no reason.
+namespace fileReason {
+inline constexpr char16_t isFolder[] = u"a folder has this name";
+inline constexpr char16_t noRegularFile[] = u"it is no regular file";
+inline constexpr char16_t noFolder[] = u"there is no such folder";
+inline constexpr char16_t writeProtected[] = u"it is write-protected";
+}
+
+// Why a transfer is refused or has ended, told behind its status.
+namespace transferReason {
+inline constexpr char16_t otherSends[] = u"another machine is sending this file";
+inline constexpr char16_t nameTooLong[] = u"the name is too long";
+inline constexpr char16_t moved[] = u"%1 was moved or deleted";
+// %1 is the folder for older files and %2 the reason.
+inline constexpr char16_t olderNotKept[] = u"the older file cannot be kept in %1: %2";
+inline constexpr char16_t olderStays[] = u"no line has come, and the older file stays";
+// %1 is the reason and %2 the path.
+inline constexpr char16_t wholeIn[] = u"%1; all of it is in %2";
+inline constexpr char16_t lineAfterEnd[] = u"a line has come after its end";
+inline constexpr char16_t beingWritten[] = u"another program is writing it";
+inline constexpr char16_t changed[] = u"it has changed while it was read";
+inline constexpr char16_t ambiguousName[] = u"more than one name differs in case alone: %1";
+inline constexpr char16_t linkElsewhere[] = u"it is a link to %1, outside the folder";
+inline constexpr char16_t tooLarge[] = u"it is larger than %1 bytes";
+inline constexpr char16_t noMemory[] = u"there is not enough memory";
+inline constexpr char16_t longLine[] = u"line %1 has more than %2 characters";
+inline constexpr char16_t strayReturn[] = u"line %1 has a carriage return that ends no line";
+inline constexpr char16_t utf16[] = u"it is UTF-16 text";
+}
+
 // Why settings are not saved, where the system gives no reason.
 namespace settingsReason {
 inline constexpr char16_t notReadBefore[] = u"it could not be read when the program began, and stays as it is";

@@ -17,8 +17,13 @@ constexpr auto quietPeriod = 500ms;
 constexpr auto announcementPeriod = 1min;
 
 KelText WithReason(const KelText& line, const KelText& reason) {
-    // A status without a file ends with a blank.
-    return reason.empty() ? line : KelText(Trimmed(line)) + u": " + reason;
+    if (reason.empty())
+        return line;
+    // A status without a file ends with a blank, and some end with a full stop.
+    KelTextView start = Trimmed(line);
+    if (start.ends_with(u'.'))
+        start.remove_suffix(1);
+    return KelText(start) + u": " + reason;
 }
 
 }

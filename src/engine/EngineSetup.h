@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <vector>
 
 namespace tarvin {
 
@@ -20,6 +21,8 @@ struct EngineSetup {
     std::filesystem::path installation;
     KelText ncFilesFolder;               // the upload and download folder unless the settings name others
     DownloadSettings firstSettings = {}; // values for which neither the settings file nor a first run has one
+    // Links in the download folder may lead to files below these folders.
+    std::vector<std::filesystem::path> linkedFolders = {};
 };
 
 }

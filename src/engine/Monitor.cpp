@@ -26,7 +26,7 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       trace(traffic),
       logs(clock, trace, events),
       display({transfer, line, settings, this->machineName}, events, logs, timers, clock),
-      transfer(display, isClosing, thread),
+      transfer({display, settings, timers, clock, isClosing, thread, std::move(setup.linkedFolders)}),
       line(std::move(setup.port), clock, logs.Recorder(), *this, thread),
       tests(transfer, line, logs.Recorder(), timers, clock),
       network(transfer, line, display, settings, timers, clock),

@@ -178,7 +178,8 @@ bool TarvinApp::RefuseLostTransfer() {
 bool TarvinApp::HandleUploadEnd() {
     if (transfer.State() != TransferState::Uploading || !HoldsCode(message, code::uploadEnd))
         return false;
-    SendLast(transfer.CompleteUpload() ? code::acknowledge : code::cannotGoOn, code::uploadEnd);
+    transfer.CompleteUpload(
+        [this](bool isCompleted) { SendLast(isCompleted ? code::acknowledge : code::cannotGoOn, code::uploadEnd); });
     return true;
 }
 
@@ -297,13 +298,15 @@ void TarvinApp::BeginDownload() {
         Send(code::cannotRead);
         return;
     }
-    if (!transfer.BeginDownload(longestDataLine)) {
-        Send(code::cannotRead);
-        return;
-    }
-    failedAttempts = 0;
-    Send(code::acknowledge);
-    SendNextDataLine();
+    transfer.BeginDownload(longestDataLine, [this](bool hasBegun) {
+        if (!hasBegun) {
+            Send(code::cannotRead);
+            return;
+        }
+        failedAttempts = 0;
+        Send(code::acknowledge);
+        SendNextDataLine();
+    });
 }
 
 void TarvinApp::SendNextDataLine() {

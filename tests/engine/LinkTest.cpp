@@ -330,7 +330,7 @@ TEST_CASE("Network: a reset puts the link back and keeps an upload's file") {
         CHECK(harness.Run(5s).empty() != each.keepsPinging);
         CHECK(harness.Status() == each.status);
         CHECK(harness.Snapshot().sendFile.isVisible == each.showsButtons);
-        CHECK(harness.folder.ReadFile("NC/new") == "part");
+        CHECK(harness.folder.ReadFile("NC/new.part") == "part");
         CHECK(std::none_of(harness.events.statusLines.begin(), harness.events.statusLines.end(),
                            [](const KelText& line) { return line.starts_with(u"Upload Cancelled"); }));
     }
