@@ -2,6 +2,7 @@
 // What an engine is made of. The program puts it together.
 
 #include "engine/EngineEvents.h"
+#include "logging/LogFiles.h"
 #include "port/SerialPort.h"
 #include "protocol/Protocol.h"
 #include "settings/DownloadSettings.h"
@@ -20,6 +21,7 @@ struct EngineSetup {
     std::filesystem::path installation;
     KelText ncFilesFolder;               // the upload and download folder unless the settings name others
     DownloadSettings firstSettings = {}; // values for which neither the settings file nor a first run has one
+    std::unique_ptr<LogFiles> logFiles = std::make_unique<LogFiles>(); // where the logs are written
 };
 
 }

@@ -19,6 +19,9 @@ namespace {
 // The time between two looks at the file's path.
 constexpr auto fileLookInterval = 1s;
 
+// Waiting text that is worth a write.
+constexpr std::size_t blockSize = 64 * 1024;
+
 // True if the file is missing, is empty or begins with the time stamp of a comms log.
 bool IsCommsLog(const std::filesystem::path& path) {
     std::error_code error;
@@ -135,6 +138,11 @@ void CommsLog::LogLine(std::string_view text, bool force) {
     pending += text;
     pending += "\r\n";
     previousTime = time;
+}
+
+bool CommsLog::IsFlushDue() const {
+    return pending.size() >= blockSize ||
+           (sizeLimit > 0 && sizeBefore + file.BytesWritten() + pending.size() >= sizeLimit && !pending.empty());
 }
 
 Result<> CommsLog::Flush() {
