@@ -86,7 +86,7 @@ bool Display::Show() {
     next.transferState = transfer.State();
     next.transferPath = transfer.Name().path;
     if (description.line)
-        next.statusLine = *description.line;
+        next.statusLine = transfer.Reason().empty() ? *description.line : *description.line + u": " + transfer.Reason();
     ShowHold();
     next.progressPosition = transfer.Bar().position;
     next.progressRange = transfer.Bar().range;

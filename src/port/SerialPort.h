@@ -33,8 +33,17 @@ struct LineHolds {
     bool operator==(const LineHolds&) const = default;
 };
 
+// Errors that the driver has seen in received characters. The characters themselves may have arrived or be missing.
+struct LineErrors {
+    std::uint32_t parity = 0;
+    std::uint32_t framing = 0;
+    std::uint32_t overrun = 0; // of the receiver or of the driver's queue
+    std::uint32_t breaks = 0;
+    bool operator==(const LineErrors&) const = default;
+};
+
 struct LineStatus {
-    std::uint32_t errors = 0; // the error flags of the Windows status call since the last status; 0 on POSIX
+    LineErrors errors; // since the last status. Windows reports each kind at most once. None where a driver counts none
     LineHolds holds;
     std::size_t inputCount = 0;  // bytes received and not read yet
     std::size_t outputCount = 0; // bytes written and not on the line yet

@@ -128,7 +128,10 @@ Result<LineStatus> SerialPortWindows::GetStatus() {
     if (!calls.clearCommError(handle, &errors, &line))
         return Failure(::GetLastError());
     LineStatus status;
-    status.errors = errors;
+    status.errors.parity = (errors & CE_RXPARITY) != 0 ? 1 : 0;
+    status.errors.framing = (errors & CE_FRAME) != 0 ? 1 : 0;
+    status.errors.overrun = (errors & (CE_OVERRUN | CE_RXOVER)) != 0 ? 1 : 0;
+    status.errors.breaks = (errors & CE_BREAK) != 0 ? 1 : 0;
     status.holds.cts = line.fCtsHold != 0;
     status.holds.dsr = line.fDsrHold != 0;
     status.holds.rlsd = line.fRlsdHold != 0;

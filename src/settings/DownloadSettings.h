@@ -8,6 +8,11 @@
 
 namespace tarvin {
 
+// The values of DownloadSettings::incomingCheck. A file may hold others; they act as incomingCheckEnd.
+inline constexpr std::int32_t incomingCheckOff = 0;
+inline constexpr std::int32_t incomingCheckEnd = 1;    // ends the upload
+inline constexpr std::int32_t incomingCheckRepeat = 2; // waits for the repeat, up to twice in a row
+
 struct DownloadSettings {
     KelText port;
     KelText baudRate;
@@ -34,6 +39,13 @@ struct DownloadSettings {
     std::int32_t networkMode = 0;
     std::int32_t serverMode = 0;
     KelText stationName = u"Machine";
+
+    // What a damaged message of an upload does.
+    std::int32_t incomingCheck = incomingCheckEnd;
+    // Replaced files of one name that are kept. 0 keeps none.
+    std::int32_t replacedFilesKept = 5;
+    // 1 if the controller is taken to send checksums. The program finds out by itself.
+    std::int32_t sendsChecksums = 0;
 
     // The bytes of further fields, which a newer program has added to the settings record.
     std::string extensionFields;

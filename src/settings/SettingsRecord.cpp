@@ -40,6 +40,9 @@ void VisitFields(Settings& settings, Visitor&& visit) {
     visit(settings.networkMode);
     visit(settings.serverMode);
     visit(settings.stationName);
+    visit(settings.incomingCheck);
+    visit(settings.replacedFilesKept);
+    visit(settings.sendsChecksums);
 }
 
 class FieldWriter {

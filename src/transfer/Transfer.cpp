@@ -42,12 +42,13 @@ void Transfer::ReleaseFor(TransferState newState) {
         bar.position = bar.range;
 }
 
-void Transfer::Enter(TransferState newState, Urgency urgency) {
+void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason) {
     thread.AssertOwned();
     if (!IsTransferring(newState))
         ReleaseFor(newState);
     isTesting = false;
     state = newState;
+    reason = std::move(newReason);
     observer.OnStateChanged(urgency);
 }
 
@@ -211,9 +212,9 @@ bool Transfer::EndWithErrors() {
     return true;
 }
 
-void Transfer::End(TransferState newState) {
+void Transfer::End(TransferState newState, KelText newReason) {
     assert(!IsTransferring(newState));
-    Enter(newState, Urgency::AtOnce);
+    Enter(newState, Urgency::AtOnce, std::move(newReason));
 }
 
 }

@@ -121,10 +121,12 @@ public:
     bool EndWithErrors();
 
     // Ends the transfer, or refuses one, in a state that ends it.
-    void End(TransferState newState);
+    void End(TransferState newState, KelText newReason = {});
+    // Why the transfer ended as it did or was refused, for the user. Empty if the state says it all.
+    const KelText& Reason() const { return reason; }
 
 private:
-    void Enter(TransferState newState, Urgency urgency);
+    void Enter(TransferState newState, Urgency urgency, KelText newReason = {});
     void Release();
     void ReleaseFor(TransferState newState);
     void Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency);
@@ -135,6 +137,7 @@ private:
     const ThreadOwner& thread;
     TransferState state = TransferState::NoLink;
     TransferName name;
+    KelText reason;
     std::int64_t bytesDone = 0;
     std::int64_t bytesTotal = 0;
     Progress bar;

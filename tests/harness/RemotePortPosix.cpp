@@ -58,8 +58,9 @@ Result<LineStatus> RemotePort::GetStatus() {
         return result.Reason();
     LineStatus status;
     std::istringstream words(values);
-    words >> status.errors >> status.holds.cts >> status.holds.dsr >> status.holds.rlsd >> status.holds.xoff >>
-        status.holds.xoffSent >> status.inputCount >> status.outputCount;
+    words >> status.errors.parity >> status.errors.framing >> status.errors.overrun >> status.errors.breaks >>
+        status.holds.cts >> status.holds.dsr >> status.holds.rlsd >> status.holds.xoff >> status.holds.xoffSent >>
+        status.inputCount >> status.outputCount;
     return status;
 }
 

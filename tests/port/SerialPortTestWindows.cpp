@@ -277,19 +277,25 @@ TEST_CASE("SerialPortWindows: a status gives each hold, count and error in its o
         const auto status = port.GetStatus();
         REQUIRE(status);
         const LineHolds& holds = status->holds;
-        return std::vector<std::size_t>{holds.cts,      holds.dsr,          holds.rlsd,          holds.xoff,
-                                        holds.xoffSent, status->inputCount, status->outputCount, status->errors};
+        return std::vector<std::size_t>{holds.cts,      holds.dsr,          holds.rlsd,         holds.xoff,
+                                        holds.xoffSent, status->inputCount, status->outputCount};
     };
     COMSTAT& line = fixture.system.status;
     line.fCtsHold = line.fRlsdHold = line.fXoffSent = 1;
     line.cbInQue = 12;
     line.cbOutQue = 34;
-    fixture.system.errors = CE_FRAME;
-    CHECK(told() == std::vector<std::size_t>{1, 0, 1, 0, 1, 12, 34, CE_FRAME});
+    CHECK(told() == std::vector<std::size_t>{1, 0, 1, 0, 1, 12, 34});
     line = {};
     line.fDsrHold = line.fXoffHold = line.fEof = line.fTxim = 1;
-    fixture.system.errors = 0;
-    CHECK(told() == std::vector<std::size_t>{0, 1, 0, 1, 0, 0, 0, 0});
+    CHECK(told() == std::vector<std::size_t>{0, 1, 0, 1, 0, 0, 0});
+    const auto errors = [&](DWORD flags) {
+        fixture.system.errors = flags;
+        return port.GetStatus()->errors;
+    };
+    CHECK(errors(CE_FRAME | CE_BREAK) == LineErrors{0, 1, 0, 1});
+    CHECK(errors(CE_RXPARITY | CE_OVERRUN) == LineErrors{1, 0, 1, 0});
+    CHECK(errors(CE_RXOVER) == LineErrors{0, 0, 1, 0});
+    CHECK(errors(0) == LineErrors{});
 }
 
 TEST_CASE("SerialPortWindows: each call tells a device that was pulled out from one that has a fault") {

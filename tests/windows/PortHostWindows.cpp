@@ -36,8 +36,10 @@ std::vector<std::uint8_t> FromHex(const std::string& text) {
 
 std::string ValuesOf(const LineStatus& status) {
     std::ostringstream text;
-    text << status.errors << ' ' << status.holds.cts << ' ' << status.holds.dsr << ' ' << status.holds.rlsd << ' '
-         << status.holds.xoff << ' ' << status.holds.xoffSent << ' ' << status.inputCount << ' ' << status.outputCount;
+    text << status.errors.parity << ' ' << status.errors.framing << ' ' << status.errors.overrun << ' '
+         << status.errors.breaks << ' ' << status.holds.cts << ' ' << status.holds.dsr << ' ' << status.holds.rlsd
+         << ' ' << status.holds.xoff << ' ' << status.holds.xoffSent << ' ' << status.inputCount << ' '
+         << status.outputCount;
     return text.str();
 }
 
