@@ -31,14 +31,21 @@ bool IsCommsLog(const std::filesystem::path& path) {
     NativeFile log;
     if (!log.Open(path, NativeFile::Access::Read))
         return false;
-    constexpr std::string_view shape = "00:00:00.000000 (+";
-    char head[shape.size()] = "";
-    const auto count = log.Read(head, shape.size());
-    if (!count || (*count > 0 && *count < shape.size()))
+    char bytes[48] = "";
+    const auto count = log.Read(bytes, sizeof bytes);
+    if (!count)
         return false;
-    return *count == 0 || std::equal(shape.begin(), shape.end(), head, [](char expected, char actual) {
-        return expected == '0' ? actual >= '0' && actual <= '9' : actual == expected;
-    });
+    std::string_view head(bytes, *count);
+    if (head.empty())
+        return true;
+    // A run of more than four days counts its hours with three digits and more.
+    const std::size_t hourDigits = std::min(head.find_first_not_of("0123456789"), head.size());
+    constexpr std::string_view shape = ":00:00.000000 (+";
+    head.remove_prefix(hourDigits);
+    return hourDigits >= 2 && head.size() >= shape.size() &&
+           std::equal(shape.begin(), shape.end(), head.begin(), [](char expected, char actual) {
+               return expected == '0' ? actual >= '0' && actual <= '9' : actual == expected;
+           });
 }
 
 constexpr std::int64_t nanosecondsPerMinute = 60'000'000'000;

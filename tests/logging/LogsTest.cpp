@@ -163,15 +163,19 @@ TEST_CASE("CommsLog: a file that is no comms log is not rolled over") {
     ManualClock clock;
     LastLogged last;
     CommsLog log(clock, last);
-    for (const char* content : {"[Port Settings]\nport=COM1\n", "x", "00:00:00.00000x (+0.000000)"}) {
+    for (const char* content :
+         {"[Port Settings]\nport=COM1\n", "x", "00:00:00.00000x (+0.000000)", "0:00:00.000000 (+0.000000)", "100"}) {
         folder.WriteFile("file", content);
         CHECK_FALSE(log.OpenRolling(folder / "file", 10));
         CHECK(folder.ReadFile("file") == content);
     }
     CHECK_FALSE(log.OpenRolling(folder.Path(), 10));
     CHECK(std::filesystem::is_directory(folder.Path()));
-    folder.WriteFile("empty", "");
-    CHECK(log.OpenRolling(folder / "empty", 10));
+    for (const char* content : {"", "00:00:00.000000 (+0.000000) x\r\n", "1234:00:00.000000 (+0.000000) x\r\n"}) {
+        folder.WriteFile("log", content);
+        CHECK(log.OpenRolling(folder / "log", 1000));
+        CHECK(log.Close());
+    }
 }
 
 TEST_CASE("CommsLog: a log that loses its file ends, and reports it once") {
