@@ -132,6 +132,8 @@ namespace logReason {
 inline constexpr char16_t notCommsLog[] = u"it is no comms log";
 inline constexpr char16_t lostFile[] = u"it was moved or deleted";
 inline constexpr char16_t heldByOther[] = u"another program writes it (%1)";
+// %1 is a number of lines.
+inline constexpr char16_t diskHangs[] = u"the disk does not answer. Lines lost: %1 at most";
 }
 
 // The answers of --assign-port, told on the terminal.
@@ -230,6 +232,7 @@ inline constexpr char16_t notSent[] =
     u"Not sent: the last %1 bytes. The line was held, and the controller has spoken again.";
 // %1 is a number of seconds and %2 the reason.
 inline constexpr char16_t logGap[] = u"... nothing logged for %1 seconds: %2 ...";
+inline constexpr char16_t linesNotLogged[] = u"... %1 lines not logged ...";
 inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
 }
 

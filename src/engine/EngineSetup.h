@@ -2,6 +2,7 @@
 // What an engine is made of. The program puts it together.
 
 #include "engine/EngineEvents.h"
+#include "logging/LogFiles.h"
 #include "port/SerialPort.h"
 #include "protocol/Protocol.h"
 #include "settings/DownloadSettings.h"
@@ -23,6 +24,7 @@ struct EngineSetup {
     DownloadSettings firstSettings = {}; // values for which neither the settings file nor a first run has one
     // Links in the download folder may lead to files below these folders.
     std::vector<std::filesystem::path> linkedFolders = {};
+    std::unique_ptr<LogFiles> logFiles = std::make_unique<LogFiles>(); // where the logs are written
 };
 
 }

@@ -48,6 +48,7 @@ struct EngineSnapshot {
     ActionButton receiveFile;
     ActionButton test = {true, true};
     EndDialog endDialog = EndDialog::None;
+    // A comms log is written, or its file is being opened.
     bool isCommsLogOn = false;
     bool operator==(const EngineSnapshot&) const = default;
 };

@@ -24,7 +24,7 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       store(std::move(setup.installation), this->machineName, std::move(setup.ncFilesFolder)),
       settings(std::move(setup.firstSettings)),
       trace(traffic),
-      logs(clock, trace, events),
+      logs(clock, trace, events, std::move(setup.logFiles)),
       display({transfer, line, settings, this->machineName}, events, logs, timers, clock),
       transfer({display, settings, timers, clock, isClosing, thread, std::move(setup.linkedFolders)}),
       line(std::move(setup.port), clock, logs.Recorder(), *this, thread),
@@ -90,7 +90,7 @@ bool Monitor::RunPass() {
     if (trace.TakeWakeUp())
         events.TrafficArrived();
     logs.Flush();
-    display.ShowCommsLog(logs.IsCommsLogOpen());
+    display.ShowCommsLog(logs.IsCommsLogOn());
     display.FollowPass();
     return isMoreDue || (hasFired && !line.IsEmpty());
 }
@@ -98,7 +98,7 @@ bool Monitor::RunPass() {
 void Monitor::WaitForWork() {
     thread.AssertOwned();
     const auto due = timers.NextDue();
-    const bool isWatched = logs.IsCommsLogOpen() || trace.IsWanted() || transfer.IsUnderWay();
+    const bool isWatched = logs.IsCommsLogOn() || trace.IsWanted() || transfer.IsUnderWay();
     line.Wait(due ? *due - clock.Now() : longestIdle, isWatched);
 }
 
@@ -205,9 +205,8 @@ void Monitor::StartCommsLog(const std::filesystem::path& path) {
     settings.commsLogFileName = FromPath(path);
     events.SettingsChanged(settings);
     logs.StartCommsLog(path, settings, 0);
-    // A full disk shows at the first write.
     logs.Flush();
-    display.ShowCommsLog(logs.IsCommsLogOpen());
+    display.ShowCommsLog(logs.IsCommsLogOn());
     display.ShowAgain();
 }
 

@@ -69,6 +69,7 @@ public:
     LineTests& Tests() { return tests; }
     Network& Stations() { return network; }
     Sender& Output() { return line; }
+    Logs& LogOutput() { return logs; }
 
 private:
     void OnReceived(ReceiveBuffer& received) override;

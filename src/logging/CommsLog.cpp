@@ -19,6 +19,9 @@ namespace {
 // The time between two looks at the file's path.
 constexpr auto fileLookInterval = 1s;
 
+// Waiting text that is worth a write.
+constexpr std::size_t blockSize = 64 * 1024;
+
 // True if the file is missing, is empty or begins with the time stamp of a comms log.
 bool IsCommsLog(const std::filesystem::path& path) {
     std::error_code error;
@@ -28,14 +31,21 @@ bool IsCommsLog(const std::filesystem::path& path) {
     NativeFile log;
     if (!log.Open(path, NativeFile::Access::Read))
         return false;
-    constexpr std::string_view shape = "00:00:00.000000 (+";
-    char head[shape.size()] = "";
-    const auto count = log.Read(head, shape.size());
-    if (!count || (*count > 0 && *count < shape.size()))
+    char bytes[48] = "";
+    const auto count = log.Read(bytes, sizeof bytes);
+    if (!count)
         return false;
-    return *count == 0 || std::equal(shape.begin(), shape.end(), head, [](char expected, char actual) {
-        return expected == '0' ? actual >= '0' && actual <= '9' : actual == expected;
-    });
+    std::string_view head(bytes, *count);
+    if (head.empty())
+        return true;
+    // A run of more than four days counts its hours with three digits and more.
+    const std::size_t hourDigits = std::min(head.find_first_not_of("0123456789"), head.size());
+    constexpr std::string_view shape = ":00:00.000000 (+";
+    head.remove_prefix(hourDigits);
+    return hourDigits >= 2 && head.size() >= shape.size() &&
+           std::equal(shape.begin(), shape.end(), head.begin(), [](char expected, char actual) {
+               return expected == '0' ? actual >= '0' && actual <= '9' : actual == expected;
+           });
 }
 
 constexpr std::int64_t nanosecondsPerMinute = 60'000'000'000;
@@ -135,6 +145,11 @@ void CommsLog::LogLine(std::string_view text, bool force) {
     pending += text;
     pending += "\r\n";
     previousTime = time;
+}
+
+bool CommsLog::IsFlushDue() const {
+    return pending.size() >= blockSize ||
+           (sizeLimit > 0 && sizeBefore + file.BytesWritten() + pending.size() >= sizeLimit && !pending.empty());
 }
 
 Result<> CommsLog::Flush() {

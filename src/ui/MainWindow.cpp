@@ -221,7 +221,7 @@ void MainWindow::OnLog() {
         panel->logSwitch->SetValue(false);
         return;
     }
-    // The engine answers with a snapshot even if the log could not be opened, which switches the log off here.
+    // If the log cannot be opened, a later snapshot switches it off here.
     engine.StartCommsLog(*path);
 }
 
