@@ -33,16 +33,21 @@ std::string TextBehind(std::string_view code, const std::string& message) {
     return text;
 }
 
-// The program drops bytes that do not print, so a message is judged without them.
+// Whether the receiver of the message had a wrong checksum in its hands. The controller's may mean nothing; the
+// program's always count. The program drops bytes that do not print, so a message is judged without them.
 bool CouldBeTold(const TransferRecord& record, const LineEvent& event) {
-    return (record.kind == TransferKind::Download && event.direction == Direction::ToController) ||
-                   record.sendsChecksums
-               ? !IsRight(PrintableOf(event.bytes))
-               : false;
+    const bool isChecksumMeant = event.direction == Direction::ToController || record.sendsChecksums;
+    return isChecksumMeant && !IsRight(PrintableOf(event.bytes));
 }
 
 Cause CauseOf(const TransferRecord& record, const LineEvent& event, Cause told) {
     return CouldBeTold(record, event) ? told : Cause::RightChecksum;
+}
+
+// Zeros in front of a number do not count.
+std::string WithoutZeros(std::string number) {
+    number.erase(0, number.find_first_not_of('0'));
+    return number;
 }
 
 // A request that has arrived with another number.
@@ -50,7 +55,7 @@ bool IsWrongRequest(const TransferRecord& record, const LineEvent& event) {
     const auto code = record.kind == TransferKind::Upload ? code::uploadRequest : code::downloadRequest;
     const std::string message = PrintableOf(event.bytes);
     return event.direction == Direction::ToProgram && message.find(code) != std::string::npos &&
-           TextBehind(message.substr(0, code.size()), message) != record.number;
+           WithoutZeros(TextBehind(code, message)) != WithoutZeros(record.number);
 }
 
 // A data line that has arrived with the text that stands at the first difference. The program stores no empty lines, so
