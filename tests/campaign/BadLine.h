@@ -1,12 +1,11 @@
 #pragma once
-// The line between the campaign's controller and the program: a pseudo-terminal, and in front of it a damage that is
-// chosen by seed for single messages of both directions. Keeps all traffic of a transfer. Failed system calls throw.
-// One thread.
+// The line between the campaign's controller and the program: a pseudo-terminal whose messages are damaged here and
+// there, in both directions, as a seed decides. Keeps all traffic of a transfer. Failed system calls throw. One thread.
 
 #include "campaign/Damage.h"
 
-#include <array>
 #include <chrono>
+#include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
@@ -25,9 +24,8 @@ struct LineEvent {
     Direction direction = Direction::ToProgram;
     std::chrono::microseconds time = {}; // since the start of the transfer
     std::string bytes;                   // without the carriage return
-    // Of an arrival: some of its bytes, or its end, were touched. Of a message sent: the damage, or empty.
-    bool isDamaged = false;
-    std::string damage;
+    bool isDamaged = false;              // an arrival: its bytes or its end differ from the ones sent
+    std::string damage;                  // to a message sent, in words; empty without damage
 };
 
 class BadLine {
@@ -47,7 +45,7 @@ public:
     // `descriptor` is the controller's end of a pseudo-terminal and stays open as long as it is used.
     explicit BadLine(int descriptor) : descriptor(descriptor) {}
 
-    // Leads to a new pseudo-terminal. What is on its way on the old one is gone.
+    // Goes on with a new pseudo-terminal. Messages on their way on the old one are dropped.
     void Reconnect(int newDescriptor);
 
     // Forgets the traffic so far and damages messages from now on.

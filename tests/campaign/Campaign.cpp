@@ -69,8 +69,19 @@ void Campaign::StartProgram() {
     files.Restore();
 }
 
-// Two link tests: the first one ends what the transfer has left, and some programs close its file with the next
-// message.
+void Campaign::RestartProgram(const std::string& place) {
+    if (const std::string end = program.Stop(); !end.empty())
+        tally.Report(place + "the program " + end);
+    StartProgram();
+}
+
+std::string Campaign::PlaceOf(std::uint32_t transfer) const {
+    return "seed " + std::to_string(options.seed) + ", transfer " + std::to_string(transfer) + " (" +
+           std::string(NameOf(KindOf(transfer))) + "): ";
+}
+
+// Two link tests: the first one ends an unfinished transfer, and some programs close its file at the message after
+// that.
 bool Campaign::IsMute() {
     return !controller.TestLink(longestLinkTest) || !controller.TestLink(longestLinkTest);
 }
@@ -148,8 +159,7 @@ void Campaign::Add(std::uint32_t transfer, const TransferRecord& record, const J
     tally.Add(kind, Count::Repeats, static_cast<std::uint64_t>(record.controller.repeatCount));
     tally.Add(kind, Count::Restarts, static_cast<std::uint64_t>(record.controller.restartCount));
 
-    const std::string place = "seed " + std::to_string(options.seed) + ", transfer " + std::to_string(transfer) + " (" +
-                              std::string(NameOf(kind)) + "): ";
+    const std::string place = PlaceOf(transfer);
     const auto changes = files.ChangesBeside(NcFiles::NameOf(transfer));
     for (const std::string& name : changes.overwritten) {
         tally.Add(kind, Count::OtherOverwritten);
@@ -181,17 +191,16 @@ void Campaign::Run(std::uint32_t transfer) {
     if (options.sabotage != Sabotage::None && !IsRightAbout(transfer, judgement))
         ++misjudgedCount;
     files.Restore();
+    trace = DescribeTraffic();
     // A mute program would fail all that follow.
-    if (record.isMute) {
-        program.Stop();
-        StartProgram();
-    }
+    if (record.isMute)
+        RestartProgram(PlaceOf(transfer));
     const auto took = std::chrono::steady_clock::now() - start;
     tally.Add(record.kind, Count::Milliseconds,
               static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(took).count()));
 }
 
-std::string Campaign::Traffic() const {
+std::string Campaign::DescribeTraffic() const {
     std::string text;
     const LineEvent* before = nullptr;
     for (const LineEvent& event : line.Traffic()) {

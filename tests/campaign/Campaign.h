@@ -24,12 +24,15 @@ public:
     void Run(std::uint32_t transfer);
     // Transfers whose falsification the judge has missed, or sound ones that it has condemned.
     int MisjudgedCount() const { return misjudgedCount; }
-    // The traffic of the last transfer, one message a line, and what the program has logged.
-    std::string Traffic() const;
+    // The traffic of the last transfer, one message a line, and the lines that the program has logged.
+    const std::string& Trace() const { return trace; }
 
 private:
     TransferKind KindOf(std::uint32_t transfer) const;
     void StartProgram();
+    void RestartProgram(const std::string& place);
+    std::string PlaceOf(std::uint32_t transfer) const;
+    std::string DescribeTraffic() const;
     TransferRecord Transfer(std::uint32_t transfer);
     bool IsFalsified(std::uint32_t transfer) const;
     BadLine::Plan PlanOf(std::uint32_t transfer) const;
@@ -45,6 +48,7 @@ private:
     BadLine line;
     CampaignController controller;
     int misjudgedCount = 0;
+    std::string trace;
 };
 
 }

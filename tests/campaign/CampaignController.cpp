@@ -71,9 +71,9 @@ bool CampaignController::Ask(std::string_view text, Awaited awaited, bool isFirs
             return !outcome.wasRefused;
         if (options.habit == Habit::Restart || repeat == options.repeatsOfMessage)
             return false;
-        // What the trouble has left on the line must not be taken for the answer to the repeat.
+        // A rest of the damaged answer would look like the answer to the repeat.
         line.ClearReceived(quietTime);
-        // An "ABNK" that stays without an answer in an upload is not understood there: the message itself follows.
+        // A program that leaves an "ABNK" in an upload without an answer gets the message itself.
         const bool asksAgain = IsAskingAgain(lastAnswer, awaited) && !(hasAskedAgain && awaited != Awaited::Data);
         Send(asksAgain ? code::dataBad : text);
         hasAskedAgain = asksAgain;
@@ -128,13 +128,17 @@ CampaignController::Outcome CampaignController::Download(std::string_view number
     return Transfer([&] { return DownloadOnce(number); });
 }
 
+// A part of a message that a damage has left at the program may swallow the first test.
 bool CampaignController::TestLink(std::chrono::milliseconds longest) {
     line.ClearReceived(quietTime);
-    Send(code::linkTest);
-    const auto deadline = steady_clock::now() + longest;
-    while (const auto message = line.Receive(deadline)) {
-        if (IsRight(*message) && message->starts_with(code::linkTestAnswer))
-            return true;
+    const auto end = steady_clock::now() + longest;
+    while (steady_clock::now() < end) {
+        Send(code::linkTest);
+        const auto deadline = steady_clock::now() + options.answerTime;
+        while (const auto message = line.Receive(deadline)) {
+            if (IsRight(*message) && message->starts_with(code::linkTestAnswer))
+                return true;
+        }
     }
     return false;
 }

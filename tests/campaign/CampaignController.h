@@ -45,7 +45,7 @@ public:
     Outcome Upload(std::string_view number, const std::vector<std::string>& lines);
     // Asks for the file with this number.
     Outcome Download(std::string_view number);
-    // True if the program answers a link test in this time. Sends the test once.
+    // True if the program answers a link test in this time. Sends the test again after each answer time.
     bool TestLink(std::chrono::milliseconds longest);
 
 private:

@@ -1,4 +1,4 @@
-// tarvin-campaign: transfers over a bad line, and what becomes of them.
+// tarvin-campaign: runs transfers over a bad line and judges each of them.
 
 #include "campaign/Campaign.h"
 
@@ -26,7 +26,7 @@ int RunCampaign(const CampaignOptions& options) {
     Campaign campaign(options, tally);
     if (options.only) {
         campaign.Run(*options.only);
-        std::printf("%s\n", campaign.Traffic().c_str());
+        std::printf("%s\n", campaign.Trace().c_str());
     }
     for (; !options.only && !isStopping && tally.next <= campaign.TransferCount();) {
         campaign.Run(tally.next++);

@@ -1,5 +1,5 @@
 #pragma once
-// What a bad line does to one message. Any thread.
+// The damage that a bad line does to one message. Any thread.
 
 #include "campaign/Random.h"
 

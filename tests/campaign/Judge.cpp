@@ -84,6 +84,8 @@ Cause FindCause(const TransferRecord& record, std::size_t difference) {
         if (isDamagedArrival && IsWrongData(record, event, actual))
             return CauseOf(record, event, Cause::DataChecksum);
     }
+    if (record.kind == TransferKind::Upload && record.controller.restartCount > 0 && actual == At(record.expected, 0))
+        return Cause::EarlierAttempt;
     const bool hasDelay = std::any_of(attempt.begin(), attempt.end(), [](const LineEvent& event) {
         return event.damage.starts_with(NameOf(DamageKind::Delay));
     });

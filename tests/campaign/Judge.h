@@ -1,6 +1,6 @@
 #pragma once
-// Compares what the controller sent or took with what the folder holds or gave, and says what each side knows of it.
-// Any thread.
+// Judges one transfer: compares the bytes of both sides, and tells which side knows of an error and what has caused a
+// difference that both take for success. Any thread.
 
 #include "campaign/BadLine.h"
 #include "campaign/CampaignController.h"
@@ -15,19 +15,20 @@ namespace tarvin::campaign {
 enum class TransferKind { Upload, Download };
 
 enum class Verdict {
-    Identical,
-    BothKnow, // both sides know of an error
+    Identical, // and neither side knows of an error
+    BothKnow,  // both sides know of an error
     ControllerAloneKnows,
     ProgramAloneKnows,
     SilentDifference, // the content differs and neither side knows
 };
 
-// What has made a silent difference, and whether the receiver could have noticed.
+// The cause of a silent difference, and whether the receiver could have noticed it.
 enum class Cause {
     DataChecksum,    // a damaged data line was taken, although its checksum was wrong
     RequestChecksum, // a damaged file number was taken, although the checksum of its request was wrong
     RightChecksum,   // the damage left a right checksum, or the controller sends none: nothing could tell
     Repeat,          // the controller sent its message again, or asked again, and the program took that for a new one
+    EarlierAttempt,  // the file begins with lines of an attempt that the controller had given up
     OutOfStep,       // an answer came late, so later answers stood for the wrong messages
     Unknown,
 };

@@ -14,7 +14,7 @@
 
 namespace tarvin::campaign {
 
-// What the program has told about a transfer: the last line of its activity log that ends one.
+// The word of the program on a transfer: the last line of its activity log that ends one.
 enum class ProgramWord { None, Completed, Errors };
 
 class ProgramUnderTest {
@@ -30,16 +30,16 @@ public:
 
     // Starts the program on a new line and waits until its port is open.
     void Start();
-    // Ends the program in order, or kills it if it does not end.
-    void Stop();
+    // Ends the program in order, or kills it if it does not end. Returns how it ended, in words; empty if in order.
+    std::string Stop();
 
     // The controller's end of the line. Changes with each Start.
     int LineDescriptor() const { return terminal->Descriptor(); }
     std::filesystem::path NcFolder() const { return installation.NcFolder(); }
 
-    // Forgets what the program has told so far.
+    // Forgets the words so far.
     void ForgetWords();
-    // What the program has told since ForgetWords. Waits a moment for `expected`: log lines follow their answers.
+    // The last word since ForgetWords. Waits a moment for `expected`: log lines come a little after their answers.
     ProgramWord LastWord(ProgramWord expected) const;
     // The lines of the activity log since ForgetWords.
     std::string Words() const;

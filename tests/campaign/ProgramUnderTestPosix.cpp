@@ -20,9 +20,9 @@ constexpr char machine[] = "LASER";
 constexpr char activityLog[] = "activity.log";
 
 ProgramWord WordOf(const std::string& line) {
-    if (line.find(" Completed ") != std::string::npos)
+    if (line.find("Completed") != std::string::npos)
         return ProgramWord::Completed;
-    for (const char* error : {" Error(s) ", " could not open", "File format error", " Cancelled "}) {
+    for (const char* error : {"Error(s)", "could not open", "File format error", "Cancelled"}) {
         if (line.find(error) != std::string::npos)
             return ProgramWord::Errors;
     }
@@ -56,17 +56,21 @@ void ProgramUnderTest::Start() {
         throw std::runtime_error(program + " does not open its port; its output: " + service->Output());
 }
 
-void ProgramUnderTest::Stop() {
+std::string ProgramUnderTest::Stop() {
     if (!service)
-        return;
-    service->Signal(SIGTERM);
+        return {};
+    std::string end;
     try {
-        service->WaitForExit(longestEnd);
+        service->Signal(SIGTERM);
+        if (const int code = service->WaitForExit(longestEnd); code != 0)
+            end = "has ended with code " + std::to_string(code);
     } catch (const std::runtime_error&) {
-        // A program that hangs is killed when its object goes.
+        // The destructor of its process kills it.
+        end = "does not end";
     }
     service.reset();
     terminal.reset();
+    return end;
 }
 
 std::string ProgramUnderTest::Words() const {

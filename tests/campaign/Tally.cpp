@@ -24,6 +24,7 @@ constexpr std::string_view titles[] = {
     "  damaged file number, wrong checksum",
     "  damaged, right checksum or none sent",
     "  the controller's repeat taken as new",
+    "  lines of an attempt given up before",
     "  out of step after a late answer",
     "  cause not found",
     "\"Completed\" for a file that is not whole",
@@ -73,6 +74,8 @@ Count CountOf(Cause cause) {
         return Count::SilentRightChecksum;
     case Cause::Repeat:
         return Count::SilentRepeat;
+    case Cause::EarlierAttempt:
+        return Count::SilentEarlierAttempt;
     case Cause::OutOfStep:
         return Count::SilentOutOfStep;
     case Cause::Unknown:

@@ -28,6 +28,7 @@ enum class Count : std::size_t {
     SilentRequestChecksum,
     SilentRightChecksum,
     SilentRepeat,
+    SilentEarlierAttempt,
     SilentOutOfStep,
     SilentUnknown,
     CompletedNotWhole,
