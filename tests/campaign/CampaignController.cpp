@@ -111,7 +111,6 @@ CampaignController::Outcome CampaignController::Transfer(Attempt attempt) {
     outcome = {};
     for (;;) {
         outcome.lines.clear();
-        outcome.lastAttempt = line.Traffic().size();
         outcome.isDone = attempt();
         if (outcome.isDone || outcome.wasRefused || outcome.restartCount == options.restartsOfTransfer)
             return outcome;

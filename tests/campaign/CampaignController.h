@@ -36,7 +36,6 @@ public:
         std::vector<std::string> lines; // of a download, as received
         int repeatCount = 0;            // messages sent again, and "ABNK"s
         int restartCount = 0;
-        std::size_t lastAttempt = 0; // index in the line's traffic at which the last attempt begins
     };
 
     CampaignController(BadLine& line, const Options& options) : line(line), options(options) {}

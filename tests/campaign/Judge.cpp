@@ -59,8 +59,8 @@ bool IsWrongRequest(const TransferRecord& record, const LineEvent& event) {
 }
 
 // A data line that has arrived with the text that stands at the first difference. The program stores no empty lines, so
-// a line that has arrived empty is one that is missing.
-bool IsWrongData(const TransferRecord& record, const LineEvent& event, const std::optional<std::string>& actual) {
+// a line that has arrived empty is missing.
+bool IsWrongData(const TransferRecord& record, const LineEvent& event, std::size_t difference) {
     const bool isUpload = record.kind == TransferKind::Upload;
     const auto code = isUpload ? code::uploadData : code::downloadData;
     const std::string message = PrintableOf(event.bytes);
@@ -68,25 +68,30 @@ bool IsWrongData(const TransferRecord& record, const LineEvent& event, const std
         message.find(code) == std::string::npos)
         return false;
     const std::string payload = TextBehind(code, message);
-    return payload == actual || (isUpload && payload.empty());
+    const auto actual = At(record.actual, difference);
+    const bool isMissing = actual == At(record.expected, difference + 1);
+    return payload == actual || (isUpload && payload.empty() && isMissing);
 }
 
+bool EndsWith(const std::vector<std::string>& lines, const std::vector<std::string>& end) {
+    return lines.size() >= end.size() && std::equal(end.rbegin(), end.rend(), lines.rbegin());
+}
+
+// Looks at all attempts: an old program appends the lines of a later one to those of the first.
 Cause FindCause(const TransferRecord& record, std::size_t difference) {
-    const auto actual = At(record.actual, difference);
-    const std::vector<LineEvent> attempt(
-        record.traffic.begin() +
-            static_cast<std::ptrdiff_t>(std::min(record.controller.lastAttempt, record.traffic.size())),
-        record.traffic.end());
-    for (const LineEvent& event : attempt) {
+    for (const LineEvent& event : record.traffic) {
         const bool isDamagedArrival = event.kind == LineEvent::Kind::Arrived && event.isDamaged;
-        if (isDamagedArrival && IsWrongRequest(record, event))
-            return CauseOf(record, event, Cause::RequestChecksum);
-        if (isDamagedArrival && IsWrongData(record, event, actual))
+        if (isDamagedArrival && IsWrongData(record, event, difference))
             return CauseOf(record, event, Cause::DataChecksum);
+        // Another file differs from its first line on.
+        if (isDamagedArrival && difference == 0 && IsWrongRequest(record, event))
+            return CauseOf(record, event, Cause::RequestChecksum);
     }
-    if (record.kind == TransferKind::Upload && record.controller.restartCount > 0 && actual == At(record.expected, 0))
+    const auto actual = At(record.actual, difference);
+    const bool isRestarted = record.kind == TransferKind::Upload && record.controller.restartCount > 0;
+    if (isRestarted && (actual == At(record.expected, 0) || EndsWith(record.actual, record.expected)))
         return Cause::EarlierAttempt;
-    const bool hasDelay = std::any_of(attempt.begin(), attempt.end(), [](const LineEvent& event) {
+    const bool hasDelay = std::any_of(record.traffic.begin(), record.traffic.end(), [](const LineEvent& event) {
         return event.damage.starts_with(NameOf(DamageKind::Delay));
     });
     const bool isDoubled = difference > 0 && actual == At(record.expected, difference - 1);
