@@ -54,13 +54,17 @@ public:
     void StartRollingCommsLog(std::filesystem::path path, std::uint64_t sizeLimit);
     void StopCommsLog();
 
-    // Transfers by hand. A file is sent or received only if none is on its way; its folder and extension become those
-    // of the settings. The last three do nothing without such a transfer.
+    // Transfers by hand, only if no file is on its way. SendFile is for a machine that does not ask: under a
+    // conversation it does nothing. There ReceiveFile waits for the next upload of the controller, for 10 minutes. The
+    // last three do nothing without such a transfer.
     void SendFile(std::filesystem::path path);
     void ReceiveFile(std::filesystem::path path);
     void CompleteUpload();
     void CancelUpload();
     void CancelDownload();
+
+    // Tells the user and the logs something that has happened to the machine's files.
+    void Announce(KelText announcement);
 
     // Ends a transfer and puts the link back to waiting.
     void ResetLink();

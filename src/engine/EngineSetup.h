@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <vector>
 
 namespace tarvin {
 
@@ -21,6 +22,8 @@ struct EngineSetup {
     std::filesystem::path installation;
     KelText ncFilesFolder;               // the upload and download folder unless the settings name others
     DownloadSettings firstSettings = {}; // values for which neither the settings file nor a first run has one
+    // Links in the download folder may lead to files below these folders.
+    std::vector<std::filesystem::path> linkedFolders = {};
     std::unique_ptr<LogFiles> logFiles = std::make_unique<LogFiles>(); // where the logs are written
 };
 

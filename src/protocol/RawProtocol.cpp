@@ -29,6 +29,7 @@ void RawProtocol::OnReceived(ReceiveBuffer& received) {
     const auto bytes = received.Bytes().subspan(std::min(std::exchange(testedCount, 0), received.Count()));
     if (parts.transfer.State() == TransferState::Uploading)
         parts.transfer.Store(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    parts.transfer.CountDriverErrors(received.TakeErrorCount());
     received.Clear();
 }
 

@@ -132,7 +132,7 @@ TEST_CASE("RawProtocol: an upload stores every byte, and ends as the user says")
         CHECK(harness.Snapshot().receiveFile.isEnabled);
         CHECK(harness.Snapshot().progressPosition == 0);
         harness.Exchange("late");
-        CHECK(harness.folder.ReadFile("NC/new") == content);
+        CHECK(harness.folder.ReadFile(isCompleted ? "NC/new" : "NC/new.part") == content);
     }
 }
 
@@ -177,8 +177,8 @@ TEST_CASE("RawProtocol: a lost link ends a transfer, and the received part is ke
     harness.Exchange("first");
     harness.line.isPresent = false;
     harness.Run(100ms);
-    CHECK(harness.Status() == "Upload Error(s) " + (harness.folder / "NC/new").string());
-    CHECK(harness.folder.ReadFile("NC/new") == "first");
+    CHECK(harness.Status() == "Upload Error(s) " + (harness.folder / "NC/new").string() + ": the port was lost");
+    CHECK(harness.folder.ReadFile("NC/new.part") == "first");
     harness.line.isPresent = true;
     harness.RunUntil([&] { return !harness.Snapshot().linkTitle.ends_with(u"No Link"); }, 2s);
     StartSending(harness, EveryByte(1000));
@@ -187,5 +187,5 @@ TEST_CASE("RawProtocol: a lost link ends a transfer, and the received part is ke
     harness.line.isPresent = false;
     harness.Run(100ms);
     // Half a file that goes on after a gap would be cut as if it were whole.
-    CHECK(harness.Status() == "Download Error(s) " + (harness.folder / "NC/part").string());
+    CHECK(harness.Status() == "Download Error(s) " + (harness.folder / "NC/part").string() + ": the port was lost");
 }
