@@ -83,10 +83,12 @@ void Logs::TakeNews() {
 }
 
 void Logs::Close() {
+    // The few lines of the activity log first: a slow disk may take no more than these in time.
+    if (writer || !lines.Records().empty())
+        lines.Add(LastAttempt{});
     EndCommsLog(text::trace::programEnd);
     if (!writer && lines.Records().empty())
         return;
-    lines.Add(LastAttempt{});
     HandOver();
     writer->Stop();
     const bool hasEnded = writer->WaitFor(longestClose);

@@ -19,8 +19,8 @@ namespace {
 // The time between two looks at the file's path.
 constexpr auto fileLookInterval = 1s;
 
-// Waiting text that is worth a write.
-constexpr std::size_t blockSize = 64 * 1024;
+// Waiting text that is worth a write. A slow disk, such as a network drive, takes as long for a few bytes as for many.
+constexpr std::size_t blockSize = 1024 * 1024;
 
 // True if the file is missing, is empty or begins with the time stamp of a comms log.
 bool IsCommsLog(const std::filesystem::path& path) {

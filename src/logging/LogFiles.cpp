@@ -16,10 +16,11 @@ LogNews LogFiles::Write(const std::vector<LogRecord>& records, Clock::TimePoint 
             FlushCommsLog();
     }
     clock.now = now;
+    // The few lines of the activity log first: the program may end while a slow disk takes a long trace.
+    FlushActivityLog(false);
     if (gap && now - gap->lastAttempt >= logRetryPeriod)
         EndGap();
     FlushCommsLog();
-    FlushActivityLog(false);
     return {std::exchange(problems, {}), switchCount, commsLog.IsOpen(), gap || activityLog.IsFailing()};
 }
 
