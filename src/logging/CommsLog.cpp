@@ -164,7 +164,16 @@ Result<> CommsLog::Flush() {
 }
 
 Result<> CommsLog::WritePending() {
-    Result<> result = IsFileLost() ? Error{text::logReason::lostFile} : AppendLines(file, filePath, pending);
+    const bool isLost = IsFileLost();
+    const Result<> result = isLost ? Error{text::logReason::lostFile} : AppendLines(file, filePath, pending);
+    // A disk that is nearly full has room for some of the lines.
+    std::string_view rest = pending;
+    while (!result && !isLost && !rest.empty()) {
+        const std::size_t length = std::min(rest.find('\n'), rest.size() - 1) + 1;
+        if (!AppendLines(file, filePath, rest.substr(0, length)))
+            break;
+        rest.remove_prefix(length);
+    }
     pending.clear();
     return result;
 }
