@@ -77,8 +77,11 @@ Result<> FileImage::Grow(std::size_t newCapacity) {
     return {};
 }
 
-std::span<const std::uint8_t> FileImage::Next(std::size_t byteCount) {
-    const std::size_t taken = std::min(byteCount, length - position);
+std::span<const std::uint8_t> FileImage::Next(std::size_t byteCount, bool upToLineEnd) {
+    std::size_t taken = std::min(byteCount, length - position);
+    const std::size_t lineEnd = upToLineEnd ? Content().substr(position, taken).find('\n') : std::string_view::npos;
+    if (lineEnd != std::string_view::npos)
+        taken = lineEnd + 1;
     const auto* start = reinterpret_cast<const std::uint8_t*>(content.get()) + position;
     position += taken;
     return {start, taken};

@@ -33,8 +33,9 @@ public:
     std::size_t Position() const { return position; }
     std::string_view Content() const { return {content.get(), length}; }
 
-    // Takes the next bytes, at most `byteCount`; none at the end. Valid until Load or Clear.
-    std::span<const std::uint8_t> Next(std::size_t byteCount);
+    // Takes the next bytes, at most `byteCount` and with `upToLineEnd` none behind the next line feed; none at the end.
+    // Valid until Load or Clear.
+    std::span<const std::uint8_t> Next(std::size_t byteCount, bool upToLineEnd);
 
 private:
     Result<> Grow(std::size_t newCapacity);

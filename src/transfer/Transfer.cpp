@@ -210,8 +210,8 @@ bool Transfer::BeginDownloadByHand(const TransferName& newName) {
     return true;
 }
 
-std::span<const std::uint8_t> Transfer::NextBlock(std::size_t byteCount) {
-    return image.Next(byteCount);
+std::span<const std::uint8_t> Transfer::NextBlock(std::size_t byteCount, bool upToLineEnd) {
+    return image.Next(byteCount, upToLineEnd);
 }
 
 EndDialog Transfer::Dialog() const {

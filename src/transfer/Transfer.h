@@ -130,8 +130,8 @@ public:
     // Reads the whole file as bytes, for a download by hand. Requires that no file is on its way. False, with the state
     // that says why, if it cannot be read; the caption then stays.
     bool BeginDownloadByHand(const TransferName& newName);
-    // The next bytes of it, at most `byteCount`; none at its end.
-    std::span<const std::uint8_t> NextBlock(std::size_t byteCount);
+    // The next bytes of it, at most `byteCount` and with `upToLineEnd` none behind the next line feed; none at its end.
+    std::span<const std::uint8_t> NextBlock(std::size_t byteCount, bool upToLineEnd);
 
     // The next upload of the controller goes to this file instead of its own. The link does not change.
     void AwaitUpload(TransferName newName) { awaited = std::move(newName); }

@@ -51,6 +51,24 @@ TEST_CASE("RawProtocol: a download puts every byte of the file on the line, in b
     }
 }
 
+TEST_CASE("RawProtocol: each line waits for its delay, and the end character follows the last one") {
+    RawHarness harness("[Port Settings]\nflow control=None\n");
+    DownloadSettings settings;
+    harness.Open();
+    settings = harness.engine->Settings();
+    settings.lineDelayMilliseconds = 500;
+    settings.sendEndCode = 1;
+    harness.engine->ApplySettings(settings);
+    for (int transfer = 0; transfer < 2; ++transfer) {
+        StartSending(harness, "N1\r\nN2\r\nN3");
+        CHECK(harness.Run(400ms) == "N1\r\n");
+        CHECK(harness.Run(500ms) == "N2\r\n");
+        CHECK(harness.Snapshot().transferState == TransferState::Downloading);
+        CHECK(harness.Run(500ms) == "N3\x04");
+        CHECK(harness.Snapshot().transferState == TransferState::DownloadCompleted);
+    }
+}
+
 TEST_CASE("RawProtocol: an empty file is done at once, and an unreadable one says so") {
     RawHarness harness;
     harness.Open();
