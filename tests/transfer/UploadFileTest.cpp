@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <regex>
+#include <set>
 #include <vector>
 
 #include <doctest/doctest.h>
@@ -27,6 +28,10 @@ std::vector<std::string> Names(const fs::path& folder) {
 }
 
 using List = std::vector<std::string>;
+
+std::set<fs::path> Paths(const fs::path& folder) {
+    return {fs::directory_iterator(folder), fs::directory_iterator()};
+}
 
 Result<UploadFile::Ending> Upload(const fs::path& path, std::string_view content, int replacedFilesKept = keptCount) {
     UploadFile upload;
@@ -107,7 +112,9 @@ TEST_CASE("UploadFile: the newest replaced files of a name stay, and every other
     CHECK(Upload(folder / "1.nc", "2", 2));
     CHECK_FALSE(fs::exists(folder / "replaced/1.nc.2001-01-01_000001_10"));
     // Equal bytes replace nothing that a user may want back.
+    const auto keptBefore = Paths(folder / "replaced");
     CHECK(Upload(folder / "1.nc", "2", 2));
+    CHECK((Paths(folder / "replaced") == keptBefore));
     CHECK(Names(folder / "replaced").size() == others.size() + 1 + 2);
     CHECK(Upload(folder / "1.nc", "3", 0));
     for (const std::string& name : others)
