@@ -59,6 +59,8 @@ Error SystemError(DWORD error) {
     return {SystemErrorText(error), false, error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION};
 }
 
+}
+
 Result<> NativeFile::Open(const std::filesystem::path& path, Access access) {
     Close();
     bytesWritten = 0;
@@ -176,10 +178,10 @@ void NativeFile::CopyRights(const std::filesystem::path& model) {
 
 // By the handle, because a file that is not shared cannot be moved by its name.
 Result<> NativeFile::MoveTo([[maybe_unused]] const std::filesystem::path& path, const std::filesystem::path& target) {
-    std::error_code error;
-    const std::wstring name = std::filesystem::absolute(target, error).native();
-    if (error)
-        return Error{FromUtf8(error.message())};
+    std::error_code pathError;
+    const std::wstring name = std::filesystem::absolute(target, pathError).native();
+    if (pathError)
+        return Error{FromUtf8(pathError.message())};
     const std::size_t nameBytes = name.size() * sizeof(wchar_t);
     // The structure ends with the first unit of the name.
     std::vector<unsigned char> buffer(sizeof(FILE_RENAME_INFO) + nameBytes);
@@ -199,8 +201,7 @@ Result<> NativeFile::MoveTo([[maybe_unused]] const std::filesystem::path& path, 
 }
 
 void NativeFile::Delete([[maybe_unused]] const std::filesystem::path& path) {
-    FILE_DISPOSITION_INFO disposition = {};
-    disposition.DeleteFile = TRUE;
+    FILE_DISPOSITION_INFO disposition = {TRUE};
     ::SetFileInformationByHandle(Handle(handle), FileDispositionInfo, &disposition, sizeof disposition);
     Close();
 }
