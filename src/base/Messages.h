@@ -59,6 +59,22 @@ inline constexpr char16_t noDevice[] = u"The section PORTS of KEL.INI names no d
 inline constexpr char16_t unsupportedMode[] = u"Unsupported line settings: %1";
 inline constexpr char16_t notInGroup[] =
     u"%1. %2 belongs to the group %3; whoever runs the program has to be a member of it.";
+// %3 and %4 are of the list below.
+inline constexpr char16_t notGranted[] = u"Not granted: the device offers %1 baud, %2 data bits, %3, %4";
+// %1 is a file of the system and %2 the system's reason.
+inline constexpr char16_t lateReceiving[] =
+    u"Answers may be a few milliseconds late, because %1 cannot be set to 1: %2";
+}
+
+// Parts of the mode of a line.
+namespace lineMode {
+inline constexpr char16_t noParity[] = u"no parity";
+inline constexpr char16_t evenParity[] = u"even parity";
+inline constexpr char16_t oddParity[] = u"odd parity";
+inline constexpr char16_t markParity[] = u"mark parity";
+inline constexpr char16_t spaceParity[] = u"space parity";
+inline constexpr char16_t oneStopBit[] = u"1 stop bit";
+inline constexpr char16_t twoStopBits[] = u"2 stop bits";
 }
 
 // Told beside the status.

@@ -78,6 +78,7 @@ private:
     void OnOverrunEnded() override { transfer.EndOverrun(); }
     void OnLinkLost() override;
     void OnPortProblem(const PortProblem& problem) override;
+    void OnPortAdvice(const KelText& advice) override { logs.LogLine(ToUtf8(advice), true); }
 
     void SaveSettings();
     void RunCommands() EXCLUDES(commandMutex);

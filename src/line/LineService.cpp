@@ -25,16 +25,21 @@ void LineService::OpenPort(const DownloadSettings& settings, const KelText& appl
     thread.AssertOwned();
     DropEverything();
     bitsPerSecond = BitsPerSecond(settings);
-    for (const PortProblem& problem : link.Open(settings, applicationTitle))
-        client.OnPortProblem(problem);
+    TellOpening(link.Open(settings, applicationTitle));
 }
 
 bool LineService::Reopen(const DownloadSettings& settings, const KelText& applicationTitle) {
     thread.AssertOwned();
     DropEverything();
-    for (const PortProblem& problem : link.Reopen(settings, applicationTitle))
-        client.OnPortProblem(problem);
+    TellOpening(link.Reopen(settings, applicationTitle));
     return link.IsOpen();
+}
+
+void LineService::TellOpening(const std::vector<PortProblem>& problems) {
+    for (const PortProblem& problem : problems)
+        client.OnPortProblem(problem);
+    if (const auto advice = link.Port().TakeAdvice())
+        client.OnPortAdvice(*advice);
 }
 
 void LineService::ClosePort() {

@@ -29,6 +29,8 @@ public:
     // The device is gone, and with it everything on its way.
     virtual void OnLinkLost() = 0;
     virtual void OnPortProblem(const PortProblem& problem) = 0;
+    // What the user should know of a port that works all the same. Each text comes once in a run of the program.
+    virtual void OnPortAdvice(const KelText& advice) = 0;
 };
 
 class LineService : public Sender {
@@ -88,6 +90,7 @@ public:
     void ClearActivity() { activity = {}; }
 
 private:
+    void TellOpening(const std::vector<PortProblem>& problems);
     void NoteStatus(const LineStatus& present);
     void SetHolds(const LineHolds& present);
     void SetXoffHold(bool isHeld);

@@ -78,6 +78,8 @@ std::vector<PortProblem> PortLink::Open(const DownloadSettings& settings, const 
     }
     titleName = applicationTitle;
     OpenAndConfigure(settings, problems);
+    if (isModeRefused)
+        Close();
     return problems;
 }
 
@@ -94,6 +96,7 @@ bool PortLink::OpenAndConfigure(const DownloadSettings& settings, std::vector<Po
     title = Filled(text::caption::noLink, {titleName});
     failingStep.reset();
     isLinked = false;
+    isModeRefused = false;
     if (const auto opened = port->Open(portName); !opened) {
         problems.push_back(Problem(PortProblem::Kind::Device, text::portStep::open, opened.Reason()));
         return false;
@@ -120,9 +123,10 @@ bool PortLink::Configure(const DownloadSettings& settings, std::vector<PortProbl
     attempt(warning, text::portStep::fetchState, port->FetchState());
     const std::optional<FlowControl> flow = FlowOf(settings);
     driverTellsXoffHold = !flow || flow->software;
-    return attempt(mode, text::portStep::applyMode, port->ApplyMode(ModeText(settings))) &&
-           attempt(mode, text::portStep::commitState, port->CommitState(flow)) &&
-           attempt(mode, text::portStep::setTimeouts, port->SetTimeouts(writeTimeout));
+    if (!attempt(mode, text::portStep::applyMode, port->ApplyMode(ModeText(settings))))
+        return false;
+    isModeRefused = !attempt(mode, text::portStep::commitState, port->CommitState(flow));
+    return !isModeRefused && attempt(mode, text::portStep::setTimeouts, port->SetTimeouts(writeTimeout));
 }
 
 void PortLink::Close() {

@@ -32,7 +32,8 @@ public:
 
     // Closes an open port, then opens and configures the one that the settings name. Returns the steps that failed. A
     // step that fails after the opening leaves the port open, half-configured, under the "No Link" title: the next
-    // opening closes it. `applicationTitle` begins the title.
+    // opening closes it. A port whose device does not grant the mode is closed: nothing may cross the line in another
+    // mode. `applicationTitle` begins the title.
     std::vector<PortProblem> Open(const DownloadSettings& settings, const KelText& applicationTitle);
     // Like Open for a closed port, but closes a port again that cannot be configured: it is tried again until it works.
     std::vector<PortProblem> Reopen(const DownloadSettings& settings, const KelText& applicationTitle);
@@ -64,6 +65,7 @@ private:
     KelText titleName;
     KelText title;
     bool isLinked = false;
+    bool isModeRefused = false; // by the device
     bool driverTellsXoffHold = false;
     std::optional<LineStep> failingStep;
 };

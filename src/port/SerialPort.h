@@ -84,7 +84,8 @@ public:
     virtual Result<> ApplyMode(const std::string& mode) = 0;
 
     // Puts the flow control into the copy and gives the copy to the device. Without `flow` the handshake stays as
-    // FetchState found it. After a failure the device may have taken a part of it.
+    // FetchState found it. Fails if the device runs in another mode than asked; the reason names the mode that it
+    // offers. After a failure the device runs in the mode that it had before, as far as it takes that.
     virtual Result<> CommitState(const std::optional<FlowControl>& flow) = 0;
 
     // The longest time that one Write may block. POSIX has no use for it: a write never blocks there.
@@ -94,7 +95,8 @@ public:
     virtual void Purge() = 0;
 
     // Holds and counts at this moment. Never blocks. Requires an open port. An input count may be 1 although a read
-    // gives no byte: the read then fails, and its reason tells what has happened to the device.
+    // gives no byte: the read then fails, and its reason tells what has happened to the device. A driver that obeys
+    // XOFF by itself may tell the hold only once output waits, and up to half a second late.
     virtual Result<LineStatus> GetStatus() = 0;
 
     // Moves bytes that have arrived into `room` and gives their number, which may be 0. Never blocks. Requires an open
@@ -106,8 +108,8 @@ public:
     // ended the write.
     virtual Result<> Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) = 0;
 
-    // Ends a hold by XOFF that the driver obeys, and drops the bytes that it holds. Later bytes go out, until the next
-    // XOFF. Requires an open port with software flow control.
+    // Ends a hold by XOFF, and drops the bytes that it holds. Later bytes go out, until the next XOFF. Requires an open
+    // port with software flow control.
     virtual Result<> ReleaseXoff() = 0;
 
     enum class Awaited { BytesToo, WakeOnly };
@@ -122,6 +124,10 @@ public:
 
     // Ends a write that blocks; later writes on Windows take nothing. For the end of the program. Any thread.
     virtual void CancelWrite() {}
+
+    // What the user should know of a port that works all the same, such as a right that is missing. Each text is given
+    // once in the life of the object, after the opening that has found it.
+    virtual std::optional<KelText> TakeAdvice() { return std::nullopt; }
 };
 
 // The back end of this system, closed. `names` must outlive it.

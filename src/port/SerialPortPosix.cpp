@@ -1,22 +1,21 @@
 #include "port/SerialPortPosix.h"
 
 #include "base/Messages.h"
-#include "base/System.h"
+#include "port/DeviceFailurePosix.h"
 #include "port/PortMode.h"
 #include "port/PortNames.h"
+#include "port/TerminalModePosix.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
-#include <grp.h>
-#include <linux/serial.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tarvin {
@@ -26,57 +25,11 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto modemLineLook = 10ms;
-constexpr auto stopLook = 50ms;
-constexpr std::size_t dsrFlowAhead = 16;
+constexpr std::size_t longestReceived = 64 * 1024;
 constexpr tcflag_t handshakeInputFlags = IXON | IXOFF;
 
-Error Failure(int error) {
-    const bool isGone = error == EIO || error == ENXIO || error == ENODEV;
-    return {SystemErrorText(static_cast<unsigned long>(error)), isGone};
-}
-
 Result<> Check(int result) {
-    return result == 0 ? Result<>() : Failure(errno);
-}
-
-Error OpenFailure(int error, const std::filesystem::path& path) {
-    struct stat file = {};
-    if (error != EACCES || ::stat(path.c_str(), &file) != 0)
-        return Failure(error);
-    const group* owner = ::getgrgid(file.st_gid);
-    const std::string name = owner != nullptr ? owner->gr_name : std::to_string(file.st_gid);
-    const KelText words = SystemErrorText(static_cast<unsigned long>(error));
-    return {Filled(text::portReason::notInGroup, {words, FromPath(path), FromUtf8(name)})};
-}
-
-tcflag_t CharacterFlags(const PortMode& mode) {
-    constexpr tcflag_t sizes[] = {CS5, CS6, CS7, CS8};
-    tcflag_t flags = sizes[mode.dataBits - 5];
-    if (mode.stopBits == PortMode::StopBits::Two)
-        flags |= CSTOPB;
-    switch (mode.parity) {
-    case PortMode::Parity::None:
-        return flags;
-    case PortMode::Parity::Even:
-        return flags | PARENB;
-    case PortMode::Parity::Odd:
-        return flags | PARENB | PARODD;
-    case PortMode::Parity::Mark:
-        return flags | PARENB | CMSPAR | PARODD;
-    case PortMode::Parity::Space:
-        return flags | PARENB | CMSPAR;
-    }
-    return flags;
-}
-
-// Without it a USB adapter keeps received bytes for up to 16 ms. Many drivers do not know the flag and are fast anyway,
-// so a refusal is ignored.
-void AskForLowLatency(int device) {
-    serial_struct serial = {};
-    if (::ioctl(device, TIOCGSERIAL, &serial) != 0)
-        return;
-    serial.flags |= ASYNC_LOW_LATENCY;
-    (void)::ioctl(device, TIOCSSERIAL, &serial);
+    return result == 0 ? Result<>() : DeviceFailure(errno);
 }
 
 }
@@ -113,27 +66,29 @@ Result<> SerialPortPosix::Open(const KelText& portName) {
 Result<> SerialPortPosix::Prepare() {
     // First of all: a file or a pipe fails here, before anything else touches it.
     if (::ioctl(device, TCGETS2, &state) != 0)
-        return Failure(errno);
+        return DeviceFailure(errno);
     // The lock stops programs that know it, those of root too. The exclusive mode stops all others, but not root.
     if (::flock(device, LOCK_EX | LOCK_NB) != 0)
-        return Failure(errno == EWOULDBLOCK ? EBUSY : errno);
+        return DeviceFailure(errno == EWOULDBLOCK ? EBUSY : errno);
     (void)::ioctl(device, TIOCEXCL);
     // A pseudo-terminal and some adapters have no modem lines: flow control must not wait for them.
     int lines = 0;
     hasModemLines = ::ioctl(device, TIOCMGET, &lines) == 0;
+    errorCounters.Start(device);
     queue.clear();
-    dsrHolds = false;
+    received.clear();
+    modemLineHolds = false;
+    isPaced = false;
     activeFlow = {};
-    lastKernelCount = 0;
-    lastLookAtStop = {};
-    AskForLowLatency(device);
+    driver = DriverOf(device);
+    advice = SpeedUpReceiving(device);
     // Here already, and again with the mode: a port whose mode is refused stays open, and must not echo or edit.
     MakeRaw();
     return Check(::ioctl(device, TCSETS2, &state));
 }
 
 // Passes every byte unchanged in both directions: no echo, no line editing, no mapping, no signals. A break gives no
-// byte.
+// byte, apart from FTDI's driver, which gives a 0.
 void SerialPortPosix::MakeRaw() {
     state.c_iflag = (state.c_iflag & handshakeInputFlags) | IGNBRK;
     state.c_oflag = 0;
@@ -150,12 +105,23 @@ void SerialPortPosix::MakeRaw() {
 Result<> SerialPortPosix::Close() {
     if (!IsOpen())
         return {};
+    if (isPaced)
+        EndPace();
     // The far end of a pseudo-terminal keeps the device alive, and the exclusive mode with it: nothing could open the
     // device again.
     (void)::ioctl(device, TIOCNXCL);
     const int result = ::close(device);
     device = -1;
     return Check(result);
+}
+
+// Leaves the handshake as the settings had it, but for a line that CTS holds: there the kernel would wait up to 30 s
+// for the adapter to send its last bytes. Without the handshake they leave at once.
+void SerialPortPosix::EndPace() {
+    state.c_iflag |= activeFlow.software ? IXON : 0;
+    if (LookAtModemLines().cts)
+        state.c_cflag &= ~CRTSCTS;
+    (void)::ioctl(device, TCSETS2, &state);
 }
 
 Result<> SerialPortPosix::SetQueueSizes(std::size_t /*inputBytes*/, std::size_t /*outputBytes*/) {
@@ -173,11 +139,7 @@ Result<> SerialPortPosix::ApplyMode(const std::string& text) {
     const auto mode = ParsePortMode(text);
     if (!mode || mode->stopBits == PortMode::StopBits::OneAndAHalf)
         return Error{Filled(tarvin::text::portReason::unsupportedMode, {FromUtf8(text)})};
-    constexpr tcflag_t modeFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CBAUD | (CBAUD << IBSHIFT);
-    // BOTHER takes any speed, not only those of the list in termios.
-    state.c_cflag = (state.c_cflag & ~modeFlags) | CharacterFlags(*mode) | BOTHER | (BOTHER << IBSHIFT);
-    state.c_ispeed = state.c_ospeed = static_cast<speed_t>(mode->bitsPerSecond);
-    bitsPerSecond = mode->bitsPerSecond;
+    PutMode(*mode, state);
     return {};
 }
 
@@ -193,13 +155,39 @@ Result<> SerialPortPosix::CommitState(const std::optional<FlowControl>& flow) {
         activeFlow.software = (state.c_iflag & IXON) != 0;
         activeFlow.ctsOutput = (state.c_cflag & CRTSCTS) != 0;
     }
-    if (::ioctl(device, TCSETS2, &state) != 0)
-        return Failure(errno);
+    // A chip that holds the line by itself, as FTDI's do, hides the hold and the bytes that it holds, and nothing takes
+    // these bytes back. So its output is paced as well.
+    isPaced = driver == LineDriver::Other && (activeFlow.software || activeFlow.ctsOutput || activeFlow.dsrOutput);
+    if (isPaced)
+        state.c_iflag &= ~static_cast<tcflag_t>(IXON);
+    if (const Result<> committed = CommitMode(); !committed)
+        return committed;
+    pace.Start(CharacterTime(state));
+    stoppedOutput.Start(CharacterTime(state));
+    received.clear();
     // With the RTS handshake the kernel drives RTS itself.
     int raised = TIOCM_DTR | (activeFlow.rtsHandshake ? 0 : TIOCM_RTS);
     if (hasModemLines)
         (void)::ioctl(device, TIOCMBIS, &raised);
     return {};
+}
+
+// A driver takes each mode with success, and runs in the nearest one that it has.
+Result<> SerialPortPosix::CommitMode() {
+    termios2 before = {};
+    if (::ioctl(device, TCGETS2, &before) != 0 || ::ioctl(device, TCSETS2, &state) != 0)
+        return DeviceFailure(errno);
+    if (driver == LineDriver::PseudoTerminal)
+        return {};
+    termios2 granted = {};
+    if (::ioctl(device, TCGETS2, &granted) != 0)
+        return DeviceFailure(errno);
+    if ((granted.c_cflag & CSIZE) == CS5 && SendsFiveBitsAsEight(device))
+        granted.c_cflag |= CS8;
+    Result<> result = CheckGrantedMode(state, granted);
+    if (!result)
+        (void)::ioctl(device, TCSETS2, &before);
+    return result;
 }
 
 Result<> SerialPortPosix::SetTimeouts(std::chrono::milliseconds /*writeTotal*/) {
@@ -209,7 +197,10 @@ Result<> SerialPortPosix::SetTimeouts(std::chrono::milliseconds /*writeTotal*/) 
 
 void SerialPortPosix::Purge() {
     assert(IsOpen());
+    // An XOFF among the bytes that are dropped counts all the same.
+    (void)FetchReceived();
     queue.clear();
+    received.clear();
     (void)::ioctl(device, TCFLSH, TCOFLUSH);
     (void)::ioctl(device, TCFLSH, TCIFLUSH);
 }
@@ -217,22 +208,50 @@ void SerialPortPosix::Purge() {
 Result<LineStatus> SerialPortPosix::GetStatus() {
     assert(IsOpen());
     LineStatus status;
-    // Before the queue: DSR decides whether it may go on.
+    // Before the queue: the modem lines and an XOFF decide whether it may go on.
     if (activeFlow.ctsOutput || activeFlow.dsrOutput)
-        LookAtModemLines(status.holds);
+        status.holds = LookAtModemLines();
+    if (const Result<> fetched = FetchReceived(); !fetched)
+        return fetched.Reason();
     if (const Result<> pumped = PumpQueue(); !pumped)
         return pumped.Reason();
     int waiting = 0;
     std::size_t unsent = 0;
     if (::ioctl(device, FIONREAD, &waiting) != 0 || !CountUnsent(unsent))
-        return Failure(errno);
-    // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
-    status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
-    isReadable = false;
+        return DeviceFailure(errno);
+    if (isPaced) {
+        status.inputCount = received.size();
+        // Some drivers count whole packets. They never have more than what was handed over.
+        unsent = std::max(pace.UnsentCount(), std::min(unsent, PacedOutput::ahead));
+        status.holds.xoff = pace.IsHeld();
+    } else {
+        // A device that is readable and holds no bytes was hung up. Only a read tells, so one byte is reported.
+        status.inputCount = std::max<std::size_t>(static_cast<std::size_t>(std::max(waiting, 0)), isReadable ? 1 : 0);
+        if (activeFlow.software && !status.holds.cts && !status.holds.dsr)
+            status.holds.xoff = stoppedOutput.Look(device, unsent, !queue.empty());
+    }
     status.outputCount = queue.size() + unsent;
-    if (activeFlow.software && !status.holds.cts && !status.holds.dsr)
-        status.holds.xoff = IsStopped(unsent);
+    // After the count of bytes: an error is never told later than its byte.
+    if (status.inputCount > 0)
+        status.errors = errorCounters.TakeNew(device);
+    isReadable = false;
     return status;
+}
+
+// Takes the bytes of a paced line from the kernel, so that an XOFF has its effect before the caller reads.
+Result<> SerialPortPosix::FetchReceived() {
+    std::uint8_t room[4096];
+    while (isPaced && received.size() < longestReceived) {
+        const auto byteCount = ReadDevice(room);
+        if (!byteCount)
+            return byteCount.Reason();
+        if (*byteCount == 0)
+            break;
+        std::vector<std::uint8_t> fresh(room, room + *byteCount);
+        pace.TakeFlowBytes(fresh);
+        received.insert(received.end(), fresh.begin(), fresh.end());
+    }
+    return {};
 }
 
 bool SerialPortPosix::CountUnsent(std::size_t& count) const {
@@ -243,76 +262,65 @@ bool SerialPortPosix::CountUnsent(std::size_t& count) const {
     return true;
 }
 
-void SerialPortPosix::LookAtModemLines(LineHolds& holds) {
+LineHolds SerialPortPosix::LookAtModemLines() {
+    LineHolds holds;
     int lines = 0;
     if (!hasModemLines || ::ioctl(device, TIOCMGET, &lines) != 0)
-        return;
-    holds.cts = activeFlow.ctsOutput && (lines & TIOCM_CTS) == 0;
+        return holds;
     // The kernel has no DSR flow: the queue of this class holds the bytes back. Bytes that arrive while DSR is off are
     // read all the same: a cable without that wire still works. DTR stays on, because received bytes never pile up.
+    holds.cts = activeFlow.ctsOutput && (lines & TIOCM_CTS) == 0;
     holds.dsr = activeFlow.dsrOutput && (lines & TIOCM_DSR) == 0;
-    dsrHolds = holds.dsr;
-}
-
-// The kernel does not tell that an XOFF has stopped it. A count of unsent bytes that stands still does.
-bool SerialPortPosix::IsStopped(std::size_t kernelCount) {
-    if (kernelCount == 0) {
-        lastKernelCount = 0;
-        return IsStoppedWhileEmpty();
-    }
-    const TimePoint now = std::chrono::steady_clock::now();
-    if (kernelCount < lastKernelCount || lastKernelCount == 0)
-        lastProgress = now;
-    lastKernelCount = kernelCount;
-    // A transmitter takes up to 64 characters of its own at once; the count stands still until they are sent.
-    return now - lastProgress > 100ms + std::chrono::nanoseconds(1s) * 640 / bitsPerSecond;
-}
-
-// A stopped pseudo-terminal always counts 0, but takes no more bytes, and poll tells. While nothing waits to be written
-// only a lamp depends on the answer, and a poll at each look would cost more than the rest of the look: every 50 ms is
-// enough.
-bool SerialPortPosix::IsStoppedWhileEmpty() {
-    const TimePoint now = std::chrono::steady_clock::now();
-    if (queue.empty() && !wasStopped && now - lastLookAtStop < stopLook)
-        return false;
-    lastLookAtStop = now;
-    pollfd line = {device, POLLOUT, 0};
-    wasStopped = ::poll(&line, 1, 0) == 0;
-    return wasStopped;
+    // The serial core heeds CTS by itself. What an adapter was given before its CTS went off cannot be counted.
+    modemLineHolds = holds.dsr || (holds.cts && isPaced);
+    return holds;
 }
 
 Result<std::size_t> SerialPortPosix::Read(std::span<std::uint8_t> room) {
     assert(IsOpen() && !room.empty());
+    if (!isPaced)
+        return ReadDevice(room);
+    if (const Result<> fetched = FetchReceived(); !fetched)
+        return fetched.Reason();
+    const std::size_t byteCount = std::min(room.size(), received.size());
+    std::copy_n(received.begin(), byteCount, room.begin());
+    received.erase(received.begin(), received.begin() + static_cast<std::ptrdiff_t>(byteCount));
+    return byteCount;
+}
+
+Result<std::size_t> SerialPortPosix::ReadDevice(std::span<std::uint8_t> room) {
     const ssize_t count = ::read(device, room.data(), room.size());
     if (count > 0)
         return static_cast<std::size_t>(count);
     if (count == 0)
-        return Failure(EIO);
+        return DeviceFailure(EIO);
     if (errno == EAGAIN || errno == EINTR)
         return std::size_t{0};
-    return Failure(errno);
+    return DeviceFailure(errno);
 }
 
 Result<> SerialPortPosix::Write(std::span<const std::uint8_t> bytes, std::size_t& byteCount) {
     assert(IsOpen());
     byteCount = bytes.size();
     queue.insert(queue.end(), bytes.begin(), bytes.end());
-    if (activeFlow.dsrOutput) {
-        LineHolds present;
-        LookAtModemLines(present);
-    }
+    if (activeFlow.dsrOutput || (isPaced && activeFlow.ctsOutput))
+        (void)LookAtModemLines();
+    // An XOFF may have arrived since the last look.
+    if (const Result<> fetched = FetchReceived(); !fetched)
+        return fetched;
     return PumpQueue();
 }
 
-// How many bytes the kernel may get now. The kernel sends all that it has, even with DSR off. With DSR flow it
-// therefore gets a few bytes at a time.
+// How many bytes the kernel may get now. The kernel sends all that it has, whatever DSR says and, on a paced line,
+// whatever has arrived. It therefore gets a few bytes at a time.
 std::size_t SerialPortPosix::KernelRoom() const {
-    if (dsrHolds)
+    if (modemLineHolds)
         return 0;
     std::size_t unsent = 0;
-    if (!activeFlow.dsrOutput || !CountUnsent(unsent))
+    if ((!isPaced && !activeFlow.dsrOutput) || !CountUnsent(unsent))
         return queue.size();
-    return std::min(queue.size(), dsrFlowAhead - std::min(dsrFlowAhead, unsent));
+    const std::size_t room = PacedOutput::ahead - std::min(PacedOutput::ahead, unsent);
+    return std::min({queue.size(), room, isPaced ? pace.Room() : room});
 }
 
 Result<> SerialPortPosix::PumpQueue() {
@@ -321,9 +329,10 @@ Result<> SerialPortPosix::PumpQueue() {
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            return errno == EAGAIN ? Result<>() : Failure(errno);
+            return errno == EAGAIN ? Result<>() : DeviceFailure(errno);
         if (count == 0)
             return {};
+        pace.HandedOver(static_cast<std::size_t>(count));
         queue.erase(queue.begin(), queue.begin() + count);
     }
     return {};
@@ -333,29 +342,40 @@ Result<> SerialPortPosix::ReleaseXoff() {
     assert(IsOpen());
     queue.clear();
     (void)::ioctl(device, TCFLSH, TCOFLUSH);
+    pace.Release();
+    if (isPaced)
+        return {};
     // A terminal that an XOFF has stopped does not count as stopped by TCOOFF, and TCOON alone starts only such a one.
     (void)::ioctl(device, TCXONC, TCOOFF);
     (void)::ioctl(device, TCXONC, TCOON);
-    // A chip that obeys XOFF by itself starts again when its flow control is set anew.
+    // A driver may keep a stop of its own, which ends when its flow control is set anew.
     termios2 without = state;
     without.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
     if (::ioctl(device, TCSETS2, &without) != 0 || ::ioctl(device, TCSETS2, &state) != 0)
-        return Failure(errno);
-    lastKernelCount = 0;
-    wasStopped = false;
+        return DeviceFailure(errno);
+    stoppedOutput.Start(CharacterTime(state));
     return {};
+}
+
+// poll reports neither modem lines nor the time at which a paced line may get more.
+std::chrono::nanoseconds SerialPortPosix::LongestWait(std::chrono::nanoseconds longest) const {
+    if (hasModemLines && (activeFlow.ctsOutput || activeFlow.dsrOutput))
+        longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
+    if (!isPaced)
+        return longest;
+    if (!queue.empty() && !pace.IsHeld() && !modemLineHolds)
+        longest = std::min<std::chrono::nanoseconds>(longest, pace.NextWrite() - clock.Now());
+    return received.empty() ? std::max(longest, 0ns) : 0ns;
 }
 
 void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
     assert(longest >= 0ns);
     const bool isPortAwaited = IsOpen() && awaited == Awaited::BytesToo;
-    const bool hasLineFlow = activeFlow.ctsOutput || activeFlow.dsrOutput;
-    // poll does not report modem lines.
-    if (isPortAwaited && hasModemLines && hasLineFlow)
-        longest = std::min<std::chrono::nanoseconds>(longest, modemLineLook);
-    // With DSR flow the kernel always has room and POLLOUT would end the wait at once; the queue goes on at the next
-    // look.
-    const bool wantsOutput = !queue.empty() && !activeFlow.dsrOutput;
+    if (isPortAwaited)
+        longest = LongestWait(longest);
+    // With DSR flow and on a paced line the kernel always has room and POLLOUT would end the wait at once; the queue
+    // goes on at the next look.
+    const bool wantsOutput = !queue.empty() && !activeFlow.dsrOutput && !isPaced;
     pollfd events[2] = {{wakeEvent, POLLIN, 0},
                         {device, static_cast<short>(wantsOutput ? POLLIN | POLLOUT : POLLIN), 0}};
     const timespec timeout = {static_cast<time_t>(longest / 1s), static_cast<long>((longest % 1s).count())};
@@ -366,6 +386,11 @@ void SerialPortPosix::Wait(std::chrono::nanoseconds longest, Awaited awaited) {
         eventfd_t count = 0;
         (void)::eventfd_read(wakeEvent, &count);
     }
+}
+
+std::optional<KelText> SerialPortPosix::TakeAdvice() {
+    const auto taken = std::exchange(advice, std::nullopt);
+    return taken && givenAdvice.insert(*taken).second ? taken : std::nullopt;
 }
 
 void SerialPortPosix::Wake() {

@@ -1,10 +1,15 @@
 #pragma once
 // The serial port on termios. It keeps a driver queue of its own in front of non-blocking writes: a write is taken
-// whole and never waits for a held line.
+// whole and never waits for a held line. Where the driver does not hold the line, this class does.
 
+#include "port/LineDriverPosix.h"
+#include "port/LineErrorCountersPosix.h"
+#include "port/PacedOutput.h"
 #include "port/SerialPort.h"
+#include "port/StoppedOutputPosix.h"
 
 #include <chrono>
+#include <set>
 #include <vector>
 
 #include <asm/termbits.h>
@@ -31,34 +36,40 @@ public:
     Result<> ReleaseXoff() override;
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override;
+    std::optional<KelText> TakeAdvice() override;
 
 private:
-    using TimePoint = std::chrono::steady_clock::time_point;
-
     Result<> Prepare();
     void MakeRaw();
+    Result<> CommitMode();
+    void EndPace();
     Result<> PumpQueue();
     std::size_t KernelRoom() const;
     bool CountUnsent(std::size_t& count) const;
-    void LookAtModemLines(LineHolds& holds);
-    bool IsStopped(std::size_t kernelCount);
-    bool IsStoppedWhileEmpty();
+    Result<> FetchReceived();
+    Result<std::size_t> ReadDevice(std::span<std::uint8_t> room);
+    LineHolds LookAtModemLines();
+    std::chrono::nanoseconds LongestWait(std::chrono::nanoseconds longest) const;
 
     const PortNames& names;
+    const SteadyClock clock;
     int wakeEvent = -1;
     int device = -1;
+    LineDriver driver = LineDriver::Other;
     termios2 state = {};
     FlowControl activeFlow;
-    int bitsPerSecond = 1;
+    StoppedOutput stoppedOutput{clock};
     bool hasModemLines = false;
-    bool dsrHolds = false;   // DSR was off at the last look, and the flow control heeds it
-    bool isReadable = false; // the last wait ended with news from the device
+    LineErrorCounters errorCounters;
+    bool modemLineHolds = false; // at the last look, a line that the flow control heeds was off
+    bool isReadable = false;     // the last wait ended with news from the device
     std::vector<std::uint8_t> queue;
-    // How the kernel's count of unsent bytes has moved, which tells a stopped line from a slow one.
-    std::size_t lastKernelCount = 0;
-    TimePoint lastProgress;
-    TimePoint lastLookAtStop;
-    bool wasStopped = false;
+    // Paced: the driver does not hold the line by itself. Received bytes then wait in `received`, without XOFF and XON.
+    bool isPaced = false;
+    PacedOutput pace{clock};
+    std::vector<std::uint8_t> received;
+    std::optional<KelText> advice;
+    std::set<KelText> givenAdvice;
 };
 
 }

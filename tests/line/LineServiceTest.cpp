@@ -34,6 +34,7 @@ struct TestedLine : LineClient {
     void OnOverrunEnded() override {}
     void OnLinkLost() override {}
     void OnPortProblem(const PortProblem&) override {}
+    void OnPortAdvice(const KelText&) override {}
 
     void LookUntilQuiet() {
         while (line.Look()) {
