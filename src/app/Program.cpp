@@ -93,7 +93,7 @@ std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {
     const auto makeProtocol = [](const ProtocolParts& parts) { return std::make_unique<TarvinApp>(parts); };
     return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, makeProtocol,
                                                      installation.Folder(), FromPath(installation.NcFilesFolder()),
-                                                     TarvinApp::FirstSettings()},
+                                                     TarvinApp::FirstSettings(), installation.LinkedFolders()},
                                          machineName);
 }
 

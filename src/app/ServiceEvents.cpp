@@ -20,6 +20,11 @@ void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {
         printedNotice = snapshot.notice;
         output.Add(printedNotice.empty() ? KelTextView(text::notice::free) : printedNotice);
     }
+    if (snapshot.announcement != printedAnnouncement) {
+        printedAnnouncement = snapshot.announcement;
+        if (!printedAnnouncement.empty())
+            output.Add(printedAnnouncement);
+    }
     if (snapshot.statusLine != printedStatus) {
         printedStatus = snapshot.statusLine;
         output.Add(printedStatus);

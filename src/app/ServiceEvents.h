@@ -26,6 +26,7 @@ private:
     KelText printedStatus;
     KelText printedLink;
     KelText printedNotice;
+    KelText printedAnnouncement;
 };
 
 }

@@ -31,6 +31,11 @@ inline constexpr char16_t noHelpBook[] = u"The help book comshelp.htb is missing
 inline constexpr char16_t notAscii[] = u"Not a valid ASCII file.";
 // %1 is the log file and %2 the reason.
 inline constexpr char16_t cannotWriteLog[] = u"Unable to write to log file\n%1: %2";
+// %1 is the file that is there.
+inline constexpr char16_t replaceCaption[] = u"Replace File";
+inline constexpr char16_t replaceNcFile[] = u"%1 is there already. Replace it?";
+// %1 is the file to be copied, %2 the one to be made, and %3 the reason.
+inline constexpr char16_t notCopied[] = u"%1 could not be copied to %2: %3";
 }
 
 // The steps in which a port is used. A box about a failed step has the step's name as its caption, and the port's name
@@ -78,6 +83,59 @@ inline constexpr char16_t heldByXoff[] = u"Held by the machine (XOFF)";
 inline constexpr char16_t heldByCts[] = u"Held by the machine (CTS)";
 inline constexpr char16_t heldByDsr[] = u"Held by the machine (DSR)";
 inline constexpr char16_t free[] = u"No longer held by the machine";
+// %1 damaged messages, %2 repeats and %3 errors of the driver.
+inline constexpr char16_t lineQuality[] = u"Line quality: %1 damaged, %2 repeated, %3 driver errors";
+// %1 is a file and %2 its number.
+inline constexpr char16_t fileIsReady[] = u"%1 is ready: ask for %2 at the machine";
+inline constexpr char16_t sendsChecksums[] = u"The machine sends checksums; its messages are checked from now on";
+inline constexpr char16_t sendsNoChecksums[] =
+    u"The machine sends no checksums any more; its messages are not checked from now on";
+}
+
+// Why a transfer ended or was refused. Follows the status.
+namespace transferReason {
+inline constexpr char16_t damagedRequest[] = u"the request arrived damaged";
+inline constexpr char16_t damagedMessage[] = u"a message of the machine arrived damaged";
+inline constexpr char16_t unusableNumber[] = u"no file can have this number";
+inline constexpr char16_t newRequest[] = u"the machine has requested another transfer";
+inline constexpr char16_t linkTested[] = u"the machine has tested the link";
+inline constexpr char16_t lineTested[] = u"the line was tested";
+inline constexpr char16_t linkReset[] = u"the link was reset";
+inline constexpr char16_t linkLost[] = u"the port was lost";
+inline constexpr char16_t portReopened[] = u"the port was opened again";
+inline constexpr char16_t charactersLost[] = u"received characters were lost";
+inline constexpr char16_t programEnd[] = u"the program has ended";
+inline constexpr char16_t nothingReceived[] = u"the machine has sent no file for 10 minutes";
+}
+
+// Why a file is refused, where the system gives no reason.
+namespace fileReason {
+inline constexpr char16_t isFolder[] = u"a folder has this name";
+inline constexpr char16_t noRegularFile[] = u"it is no regular file";
+inline constexpr char16_t noFolder[] = u"there is no such folder";
+inline constexpr char16_t writeProtected[] = u"it is write-protected";
+}
+
+// Why a transfer is refused or has ended, told behind its status.
+namespace transferReason {
+inline constexpr char16_t otherSends[] = u"another machine is sending this file";
+inline constexpr char16_t nameTooLong[] = u"the name is too long";
+inline constexpr char16_t moved[] = u"%1 was moved or deleted";
+// %1 is the folder for older files and %2 the reason.
+inline constexpr char16_t olderNotKept[] = u"the older file cannot be kept in %1: %2";
+inline constexpr char16_t olderStays[] = u"no line has come, and the older file stays";
+// %1 is the reason and %2 the path.
+inline constexpr char16_t wholeIn[] = u"%1; all of it is in %2";
+inline constexpr char16_t lineAfterEnd[] = u"a line has come after its end";
+inline constexpr char16_t beingWritten[] = u"another program is writing it";
+inline constexpr char16_t changed[] = u"it has changed while it was read";
+inline constexpr char16_t ambiguousName[] = u"more than one name differs in case alone: %1";
+inline constexpr char16_t linkElsewhere[] = u"it is a link to %1, outside the folder";
+inline constexpr char16_t tooLarge[] = u"it is larger than %1 bytes";
+inline constexpr char16_t noMemory[] = u"there is not enough memory";
+inline constexpr char16_t longLine[] = u"line %1 has more than %2 characters";
+inline constexpr char16_t strayReturn[] = u"line %1 has a carriage return that ends no line";
+inline constexpr char16_t utf16[] = u"it is UTF-16 text";
 }
 
 // Why settings are not saved, where the system gives no reason.
@@ -90,6 +148,8 @@ namespace logReason {
 inline constexpr char16_t notCommsLog[] = u"it is no comms log";
 inline constexpr char16_t lostFile[] = u"it was moved or deleted";
 inline constexpr char16_t heldByOther[] = u"another program writes it (%1)";
+// %1 is a number of lines.
+inline constexpr char16_t diskHangs[] = u"the disk does not answer. Lines lost: %1 at most";
 }
 
 // The answers of --assign-port, told on the terminal.
@@ -188,6 +248,7 @@ inline constexpr char16_t notSent[] =
     u"Not sent: the last %1 bytes. The line was held, and the controller has spoken again.";
 // %1 is a number of seconds and %2 the reason.
 inline constexpr char16_t logGap[] = u"... nothing logged for %1 seconds: %2 ...";
+inline constexpr char16_t linesNotLogged[] = u"... %1 lines not logged ...";
 inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
 }
 
@@ -215,6 +276,7 @@ inline constexpr char16_t logFolderMissing[] = u"The folder of this file does no
 inline constexpr char16_t mayStay[] = u"%1 Press OK once more to keep it.";
 inline constexpr char16_t oneAndAHalfStopBits[] =
     u"With 7 or 8 data bits most ports refuse 1.5 stop bits, and Linux has none.";
+inline constexpr char16_t badNumber[] = u"No file can have this number.";
 inline constexpr char16_t noDeviceKnown[] = u"no device known";
 }
 
@@ -262,6 +324,7 @@ inline constexpr char16_t log[] = u"Write all that crosses the line to a log fil
 inline constexpr char16_t view[] = u"Show the traffic on the line in place of the picture";
 inline constexpr char16_t help[] = u"Open the help book (F1 opens it at the page that fits)";
 inline constexpr char16_t changeSettings[] = u"Port, folders, log and control characters";
+inline constexpr char16_t incomingCheck[] = u"What a message that arrives damaged does to an upload";
 inline constexpr char16_t sendFile[] = u"Send an NC file to the controller";
 inline constexpr char16_t test[] = u"Send a message to a plug that joins transmit and receive";
 inline constexpr char16_t receiveFile[] = u"Receive an NC file from the controller";
@@ -326,6 +389,12 @@ inline constexpr char16_t delayGroup[] = u"Delays";
 inline constexpr char16_t characterDelay[] = u"Character Dela&y (milliseconds)";
 inline constexpr char16_t lineDelay[] = u"Li&ne Delay (milliseconds)";
 inline constexpr char16_t transmitDelay[] = u"&Transmit Delay (Seconds)";
+// %1 is the file.
+inline constexpr char16_t fileNumber[] = u"Under which number will the machine ask for %1?";
+inline constexpr char16_t fileNumberName[] = u"File number";
+inline constexpr char16_t checkGroup[] = u"Uploads";
+inline constexpr char16_t incomingCheck[] = u"Check Incomin&g Messages";
+inline constexpr char16_t replacedFilesKept[] = u"Replaced Files &Kept for Each Number";
 inline constexpr char16_t allFiles[] = u"All Files (*.*)";
 inline constexpr char16_t ncFiles[] = u"NC files";
 inline constexpr char16_t logFiles[] = u"Log files";

@@ -15,6 +15,8 @@ struct Error {
     KelText text;
     // The device no longer exists: another attempt must open it again first.
     bool isGone = false;
+    // Another program uses the file: a later attempt may succeed.
+    bool isBusy = false;
 };
 
 // A value, or the reason for the failure. Tests as true if it holds a value.

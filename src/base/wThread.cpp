@@ -42,6 +42,11 @@ bool wThread::WaitFor(std::chrono::milliseconds longest) {
     return true;
 }
 
+void wThread::Detach() {
+    assert(thread.joinable());
+    thread.detach();
+}
+
 void wThread::Wait() {
     if (thread.joinable())
         thread.join();

@@ -23,6 +23,9 @@ public:
     void Wait();
     // Blocks until the body has returned, or for `longest`. True if the body has returned.
     bool WaitFor(std::chrono::milliseconds longest);
+    // Lets the body run on without being waited for: one that hangs in a system call cannot be ended. The object must
+    // then exist until the process ends. Only the thread that owns this object calls it.
+    void Detach();
     // 1 for the first thread of the process. Unique until 0xEFFFFFFF threads have been made.
     std::uint32_t Identifier() const { return identifier; }
 

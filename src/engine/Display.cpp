@@ -14,6 +14,17 @@ constexpr auto tickPeriod = 100ms;
 constexpr auto holdWorthTelling = 3s;
 // Each tick wakes the processor, and a link may be idle for days.
 constexpr auto quietPeriod = 500ms;
+constexpr auto announcementPeriod = 1min;
+
+KelText WithReason(const KelText& line, const KelText& reason) {
+    if (reason.empty())
+        return line;
+    // A status without a file ends with a blank, and some end with a full stop.
+    KelTextView start = Trimmed(line);
+    if (start.ends_with(u'.'))
+        start.remove_suffix(1);
+    return KelText(start) + u": " + reason;
+}
 
 }
 
@@ -60,6 +71,20 @@ void Display::ShowLink() {
     Publish();
 }
 
+void Display::ShowConversation(bool isConversation) {
+    next.isConversation = isConversation;
+    if (isConversation)
+        ShowButtons(true);
+}
+
+void Display::Announce(KelTextView announcement) {
+    next.announcement = announcement;
+    endOfAnnouncement = clock.Now() + announcementPeriod;
+    logs.LogLine(ToUtf8(next.announcement), true);
+    logs.LogStatusChange(sources.settings, next.announcement, {}, true);
+    Publish();
+}
+
 void Display::ShowButtons(bool areVisible) {
     for (ActionButton* button : {&next.sendFile, &next.receiveFile, &next.test})
         button->isVisible = areVisible;
@@ -86,7 +111,10 @@ bool Display::Show() {
     next.transferState = transfer.State();
     next.transferPath = transfer.Name().path;
     if (description.line)
-        next.statusLine = transfer.Reason().empty() ? *description.line : *description.line + u": " + transfer.Reason();
+        next.statusLine = WithReason(*description.line, transfer.Reason());
+    next.quality = transfer.Quality();
+    if (clock.Now() >= endOfAnnouncement)
+        next.announcement.clear();
     ShowHold();
     next.progressPosition = transfer.Bar().position;
     next.progressRange = transfer.Bar().range;
@@ -134,8 +162,19 @@ void Display::LogStatus(const StatusDescription& description) {
         if (description.reportedBefore)
             logs.LogStatusChange(sources.settings, *description.reportedBefore, fileName, force);
         logs.LogStatusChange(sources.settings, next.statusLine, fileName, force);
+        LogQuality();
     }
     loggedLine = description.isReported ? next.statusLine : KelText();
+}
+
+// One line behind that of the transfer. Nothing was worth a line if the line was clean.
+void Display::LogQuality() {
+    const Transfer& transfer = sources.transfer;
+    if (transfer.Quality().IsClean() || transfer.State() == TransferState::Overrun)
+        return;
+    const KelText quality = DescribeQuality(transfer.Quality());
+    logs.LogStatusChange(sources.settings, quality, transfer.Name().fileName, true);
+    logs.LogLine(ToUtf8(quality), true);
 }
 
 Lamps Display::PresentLamps() const {

@@ -36,9 +36,15 @@ public:
 
     // The port was opened or lost.
     void ShowLink();
+    // Whether the controller begins every transfer. The window then offers its action buttons from the start.
+    void ShowConversation(bool isConversation);
+    // Tells the user and the logs something that is no status. It stays beside the status for a minute.
+    void Announce(KelTextView announcement);
     // Whether the window offers its action buttons.
     void ShowButtons(bool areVisible);
     void ShowCommsLog(bool isOn) { next.isCommsLogOn = isOn; }
+    // For a change that no state tells.
+    void ShowNow() { Show(); }
     // Publishes even without a change, for a window whose switch is ahead of the engine.
     void ShowAgain();
     // To be called at the end of each pass over the line.
@@ -54,6 +60,7 @@ private:
     void ShowHold();
     bool Publish();
     void LogStatus(const StatusDescription& description);
+    void LogQuality();
     Lamps PresentLamps() const;
     bool HasNews() const;
 
@@ -65,7 +72,8 @@ private:
     mutable Mutex mutex;
     EngineSnapshot latest GUARDED_BY(mutex);
     std::int64_t shownByteCount = 0;
-    KelText loggedLine;   // the status that is in the activity log, for as long as it is shown
+    KelText loggedLine; // the status that is in the activity log, for as long as it is shown
+    Clock::TimePoint endOfAnnouncement;
     bool isQuiet = false; // nothing has changed at the last tick
     Timer tick;
 };

@@ -83,6 +83,10 @@ void DownloadApp::CancelDownload() {
     monitor->Post([](Monitor& owner) { owner.CancelDownload(); });
 }
 
+void DownloadApp::Announce(KelText announcement) {
+    monitor->Post([announcement = std::move(announcement)](Monitor& owner) { owner.Shown().Announce(announcement); });
+}
+
 void DownloadApp::ResetLink() {
     monitor->Post([](Monitor& owner) { owner.ResetLink(); });
 }

@@ -28,8 +28,10 @@ public:
     // Loads the settings, then opens the port and serves the line on the monitor thread; problems are told through the
     // events. Operations that were called before take effect now. Once, and on the thread that calls Stop.
     void Start();
-    // Ends a transfer, closes the port and saves the settings. Returns when the monitor thread has ended, within a
-    // second whatever the line does, unless the system takes longer to open the port. Does nothing the second time.
+    // Ends a transfer, closes the port, saves the settings and writes the logs. Returns when the monitor thread has
+    // ended, within a second whatever the line does, unless the system takes longer to open the port. A disk that does
+    // not take the logs costs two seconds more; the lines that are lost then are told through the events. Does nothing
+    // the second time.
     void Stop();
 
     const KelText& MachineName() const;
@@ -45,20 +47,24 @@ public:
     // Which signals of the controller hold the line under hardware flow control.
     void SetHandshakes(bool heedsCts, bool heedsDsr);
 
-    // Logs the line in a fresh file and stores its path in the settings. The next snapshot tells whether the file could
-    // be written.
+    // Logs the line in a fresh file and stores its path in the settings. The log counts as on at once; if the file
+    // cannot be written, a message box tells it, and a snapshot shows the log as off.
     void StartCommsLog(std::filesystem::path path);
     // Like StartCommsLog, but rolls over at `sizeLimit` bytes and does not store the path in the settings.
     void StartRollingCommsLog(std::filesystem::path path, std::uint64_t sizeLimit);
     void StopCommsLog();
 
-    // Transfers by hand. A file is sent or received only if none is on its way; its folder and extension become those
-    // of the settings. The last three do nothing without such a transfer.
+    // Transfers by hand, only if no file is on its way. SendFile is for a machine that does not ask: under a
+    // conversation it does nothing. There ReceiveFile waits for the next upload of the controller, for 10 minutes. The
+    // last three do nothing without such a transfer.
     void SendFile(std::filesystem::path path);
     void ReceiveFile(std::filesystem::path path);
     void CompleteUpload();
     void CancelUpload();
     void CancelDownload();
+
+    // Tells the user and the logs something that has happened to the machine's files.
+    void Announce(KelText announcement);
 
     // Ends a transfer and puts the link back to waiting.
     void ResetLink();

@@ -2,6 +2,7 @@
 // Everything that a window shows of the engine, as one plain value.
 
 #include "port/SerialPort.h"
+#include "transfer/LineQuality.h"
 #include "transfer/TransferState.h"
 
 #include <cstdint>
@@ -27,6 +28,10 @@ struct EngineSnapshot {
     KelText statusLine;
     // Something about the line that a user has to know beside the status, such as a hold. Empty without it.
     KelText notice;
+    // Something that has happened and is no status. Empty again a minute later.
+    KelText announcement;
+    // Of the transfer that is under way, or was last.
+    LineQuality quality;
     std::int64_t progressPosition = 0;
     std::int64_t progressRange = 0;
     Lamps lamps;
@@ -37,10 +42,13 @@ struct EngineSnapshot {
     bool hasLink = false;
     // The path of the file that is on its way, or was last.
     KelText transferPath;
+    // Whether the controller begins every transfer.
+    bool isConversation = false;
     ActionButton sendFile;
     ActionButton receiveFile;
     ActionButton test = {true, true};
     EndDialog endDialog = EndDialog::None;
+    // A comms log is written, or its file is being opened.
     bool isCommsLogOn = false;
     bool operator==(const EngineSnapshot&) const = default;
 };

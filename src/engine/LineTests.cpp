@@ -56,9 +56,10 @@ void LineTests::OnReceived(ReceiveBuffer& received) {
         if (!message)
             return;
         // Noise may stand before it. The terminator is printable and stays in the message.
-        const auto found = std::search(message->begin(), message->end(), loopbackMessage.begin(), loopbackMessage.end(),
-                                       [](char a, char b) { return UpperCase(a) == UpperCase(b); });
-        if (found != message->end())
+        const auto found =
+            std::search(message->text.begin(), message->text.end(), loopbackMessage.begin(), loopbackMessage.end(),
+                        [](char a, char b) { return UpperCase(a) == UpperCase(b); });
+        if (found != message->text.end())
             transfer.EndLoopback(true);
     }
 }

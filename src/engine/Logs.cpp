@@ -7,101 +7,106 @@
 
 namespace tarvin {
 
-Logs::Logs(const Clock& clock, LineTrace& trace, EngineEvents& events)
-    : clock(clock),
-      events(events),
-      commsLog(clock, lastLogged),
-      activityLog(clock, lastLogged),
-      recorder(trace, commsLog) {}
+using namespace std::chrono_literals;
 
-void Logs::ShowProblem(const std::filesystem::path& path, const Error& reason) {
-    const KelText problem = Filled(text::box::cannotWriteLog, {FromPath(path), reason.text});
+namespace {
+
+// How long the end of the program waits for the disk.
+constexpr auto longestClose = 2s;
+// The writer of a failed log looks this often whether its next attempt is due.
+constexpr auto attemptLookPeriod = 1s;
+
+}
+
+Logs::Logs(const Clock& clock, LineTrace& trace, EngineEvents& events, std::unique_ptr<LogFiles> files)
+    : clock(clock), events(events), lines(clock), recorder(trace, lines), files(std::move(files)) {}
+
+void Logs::ShowProblem(const std::filesystem::path& path, const KelText& reason) {
+    const KelText problem = Filled(text::box::cannotWriteLog, {FromPath(path), reason});
     events.ShowMessage({problem, text::box::problemCaption, okOnly | iconExclamation});
+}
+
+// The count tells news of the present log from late news of the one before.
+void Logs::SwitchCommsLog(bool isOn) {
+    ++switchCount;
+    isStarted = isOn;
+    lines.SwitchCommsLog(isOn);
 }
 
 void Logs::StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings, std::uint64_t sizeLimit) {
     // Waiting text belongs to the log that ends here.
     recorder.FlushPending();
-    (void)commsLog.Flush();
-    gap.reset();
-    lastGapEnd.reset();
-    report = DiagnosticsReport(settings);
-    const auto opened = sizeLimit == 0 ? commsLog.Open(path) : commsLog.OpenRolling(path, sizeLimit);
-    if (opened) {
-        LogStart();
-        return;
-    }
-    ShowProblem(path, opened.Reason());
-    if (sizeLimit > 0 && !commsLog.IsOpen())
-        gap = Gap{opened.Reason().text, clock.Now(), clock.Now(), sizeLimit, path};
-}
-
-void Logs::LogStart() {
-    commsLog.LogLine(text::trace::startOfLogging, false);
-    LogReport();
-}
-
-void Logs::LogReport() {
-    for (const std::string& line : report)
-        commsLog.LogLine(line, false);
+    lines.Add(CommsLogStart{path, sizeLimit, DiagnosticsReport(settings)});
+    commsLogPath = path;
+    // On at once: what the line brings while a slow disk opens the file belongs to the log.
+    SwitchCommsLog(true);
 }
 
 void Logs::EndCommsLog(std::string_view lastLine) {
-    gap.reset();
-    if (!commsLog.IsOpen())
+    if (!isStarted)
         return;
     recorder.FlushPending();
-    commsLog.LogLine(lastLine, false);
-    if (const auto closed = commsLog.Close(); !closed)
-        ShowProblem(commsLog.Path(), closed.Reason());
+    lines.Add(CommsLogEnd{std::string(lastLine)});
+    SwitchCommsLog(false);
 }
 
 void Logs::LogStatusChange(const DownloadSettings& settings, const KelText& statusText, const KelText& fileName,
                            bool force) {
-    if (settings.writeLog != 0)
-        activityLog.LogStatusChange(ToPath(settings.logFile), statusText, fileName, force);
+    if (settings.writeLog == 0)
+        return;
+    activityLogPath = ToPath(settings.logFile);
+    lines.Add(ActivityLine{activityLogPath, statusText, fileName, LocalTimeNow(), force});
 }
 
 void Logs::Flush() {
-    if (gap && clock.Now() - gap->lastAttempt >= logRetryPeriod)
-        EndGap();
-    FlushCommsLog();
-    if (const auto flushed = activityLog.Flush(); !flushed)
-        ShowProblem(activityLog.Path(), flushed.Reason());
+    if (!lines.Records().empty() || (isFailing && clock.Now() - lastHandOver >= attemptLookPeriod))
+        HandOver();
+    TakeNews();
+}
+
+void Logs::HandOver() {
+    if (!writer)
+        writer = std::make_unique<LogWriter>(std::move(files));
+    lastHandOver = clock.Now();
+    writer->HandOver(lines.Records(), lastHandOver);
+}
+
+void Logs::TakeNews() {
+    const auto news = writer ? writer->TakeNews() : std::nullopt;
+    if (!news)
+        return;
+    for (const LogProblem& problem : news->problems)
+        ShowProblem(problem.path, problem.reason.text);
+    isFailing = news->isFailing;
+    if (news->switchCount == switchCount)
+        lines.SwitchCommsLog(news->isCommsLogOpen);
 }
 
 void Logs::Close() {
+    // The few lines of the activity log first: a slow disk may take no more than these in time.
+    if (writer || !lines.Records().empty())
+        lines.Add(LastAttempt{});
     EndCommsLog(text::trace::programEnd);
-    if (const auto flushed = activityLog.Flush(true); !flushed)
-        ShowProblem(activityLog.Path(), flushed.Reason());
+    if (!writer && lines.Records().empty())
+        return;
+    HandOver();
+    writer->Stop();
+    const bool hasEnded = writer->WaitFor(longestClose);
+    TakeNews();
+    if (hasEnded)
+        writer.reset();
+    else
+        GiveUpWriter();
 }
 
-void Logs::FlushCommsLog() {
-    const auto flushed = commsLog.Flush();
-    // Each new file repeats the line settings: a reader may receive only this file.
-    if (commsLog.TakeRolledOver())
-        LogReport();
-    if (flushed)
-        return;
-    const auto now = clock.Now();
-    gap = Gap{flushed.Reason().text, now, now};
-    // A full disk takes a line now and then. It is one trouble, told once.
-    if (!lastGapEnd || now - *lastGapEnd >= logRetryPeriod)
-        ShowProblem(commsLog.Path(), flushed.Reason());
-}
-
-void Logs::EndGap() {
-    gap->lastAttempt = clock.Now();
-    const auto opened = gap->sizeLimit ? commsLog.OpenRolling(gap->path, *gap->sizeLimit) : commsLog.Resume();
-    if (!opened)
-        return;
-    const Gap ended = std::move(*gap);
-    gap.reset();
-    lastGapEnd = clock.Now();
-    if (ended.sizeLimit)
-        LogStart();
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(*lastGapEnd - ended.since);
-    commsLog.LogLine(ToUtf8(Filled(text::trace::logGap, {ToText(seconds.count()), ended.reason})), true);
+void Logs::GiveUpWriter() {
+    const auto unwritten = writer->UnwrittenLines();
+    const std::filesystem::path* paths[] = {&commsLogPath, &activityLogPath};
+    for (std::size_t log = 0; log < logKindCount; ++log) {
+        if (unwritten[log] > 0)
+            ShowProblem(*paths[log], Filled(text::logReason::diskHangs, {ToText(unwritten[log])}));
+    }
+    LogWriter::Abandon(std::move(writer));
 }
 
 }

@@ -1,77 +1,74 @@
 #pragma once
-// The engine's two logs: the trace of the line and the history of its transfers. They share the memory of the last
-// line. A log that cannot be written is tried again each minute. Monitor thread.
+// The engine's two logs: the trace of the line and the history of its transfers. A thread of their own writes them, and
+// tries a log that cannot be written again each minute. Monitor thread.
 
 #include "engine/EngineEvents.h"
 #include "line/LineRecorder.h"
-#include "logging/ActivityLog.h"
-#include "logging/CommsLog.h"
+#include "logging/LogWriter.h"
 #include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
 
-#include <cstdint>
-#include <filesystem>
-#include <optional>
-#include <string>
+#include <chrono>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 namespace tarvin {
 
 class Logs {
 public:
-    Logs(const Clock& clock, LineTrace& trace, EngineEvents& events);
+    // The writing thread starts with the first line, and uses `files` from then on.
+    Logs(const Clock& clock, LineTrace& trace, EngineEvents& events, std::unique_ptr<LogFiles> files);
 
     // Begins a comms log with the report of the settings. With a `sizeLimit` above 0 it rolls over at that many bytes.
     // The user is told if its file cannot be opened. A log that rolls over is then tried again, because no user stands
     // by to choose another file.
     void StartCommsLog(const std::filesystem::path& path, const DownloadSettings& settings, std::uint64_t sizeLimit);
-    // Ends the comms log with `lastLine`. Does nothing if none is open.
+    // Ends the comms log with `lastLine`. Does nothing if none was started.
     void EndCommsLog(std::string_view lastLine);
-    bool IsCommsLogOpen() const { return commsLog.IsOpen(); }
+    // True from the start of a comms log, even before its file is open, until the log ends or is known to have failed.
+    bool IsCommsLogOn() const { return lines.IsCommsLogOn(); }
     // A line of the comms log. Without `force` a repetition of the last line is left out.
-    void LogLine(std::string_view text, bool force) { commsLog.LogLine(text, force); }
+    void LogLine(std::string_view text, bool force) { lines.LogLine(text, force); }
 
     // Adds a status text to the activity log, if the settings ask for one. `fileName` is the number of its file.
     // Without `force` a repetition of the last line is left out.
     void LogStatusChange(const DownloadSettings& settings, const KelText& statusText, const KelText& fileName,
                          bool force);
 
-    // Writes to the disk what has been logged since the last call. The user is told of a log that cannot be written:
-    // once, until it has been good for a minute. The comms log then lacks what comes until an attempt succeeds, and a
-    // line of it tells the gap. The lines of the activity log wait.
+    // Hands what has been logged since the last call to the writing thread, and takes the results of earlier calls. The
+    // user is told of a log that cannot be written: once, until it has been good for a minute. The comms log then lacks
+    // what comes until an attempt succeeds, and a line of it tells the gap. The lines of the activity log wait.
     void Flush();
-    // Ends the comms log, and writes what waits for the activity log even if its next attempt is not due.
+    // Ends the comms log and the writing thread. Blocks until everything has been written, but for two seconds at most:
+    // then the user is told how many lines are lost.
     void Close();
+
+    // Blocks until everything that Flush has handed over has been written, or for `longest`. True if it has been
+    // written.
+    bool WaitUntilWritten(std::chrono::milliseconds longest) { return !writer || writer->WaitUntilWritten(longest); }
 
     LineRecorder& Recorder() { return recorder; }
 
 private:
-    // A comms log that cannot be written.
-    struct Gap {
-        KelText reason;
-        Clock::TimePoint since;
-        Clock::TimePoint lastAttempt;
-        // For a log that has not begun: the size limit that its start asked for, and its path.
-        std::optional<std::uint64_t> sizeLimit = {};
-        std::filesystem::path path = {};
-    };
-
-    void ShowProblem(const std::filesystem::path& path, const Error& reason);
-    void LogStart();
-    void LogReport();
-    void FlushCommsLog();
-    void EndGap();
+    void SwitchCommsLog(bool isOn);
+    void HandOver();
+    void TakeNews();
+    void GiveUpWriter();
+    void ShowProblem(const std::filesystem::path& path, const KelText& reason);
 
     const Clock& clock;
     EngineEvents& events;
-    LastLogged lastLogged;
-    CommsLog commsLog;
-    ActivityLog activityLog;
+    LogLines lines;
     LineRecorder recorder;
-    std::vector<std::string> report; // the head of each file of the comms log
-    std::optional<Gap> gap;
-    std::optional<Clock::TimePoint> lastGapEnd;
+    std::unique_ptr<LogFiles> files;   // until the writer starts
+    std::unique_ptr<LogWriter> writer; // none before the first line
+    // For the report of a disk that hangs: where the lines go.
+    std::filesystem::path commsLogPath;
+    std::filesystem::path activityLogPath;
+    std::int64_t switchCount = 0; // starts and ends of the comms log so far
+    bool isStarted = false;       // the last of these was a start
+    bool isFailing = false;       // a log waits for its next attempt
+    Clock::TimePoint lastHandOver;
 };
 
 }

@@ -1,7 +1,6 @@
 #include "engine/Monitor.h"
 
 #include "base/Messages.h"
-#include "settings/SettingsCheck.h"
 
 #include <utility>
 
@@ -13,10 +12,8 @@ namespace {
 
 constexpr auto reopenPeriod = 1000ms;
 constexpr auto longestIdle = 1h;
-
-KelText FolderOf(const std::filesystem::path& path) {
-    return AsFolderSetting(FromPath(path.parent_path()));
-}
+// A user who picks a file to receive goes to the machine then.
+constexpr auto longestAwaited = 10min;
 
 }
 
@@ -27,16 +24,19 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       store(std::move(setup.installation), this->machineName, std::move(setup.ncFilesFolder)),
       settings(std::move(setup.firstSettings)),
       trace(traffic),
-      logs(clock, trace, events),
+      logs(clock, trace, events, std::move(setup.logFiles)),
       display({transfer, line, settings, this->machineName}, events, logs, timers, clock),
-      transfer(display, isClosing, thread),
+      transfer({display, settings, timers, clock, isClosing, thread, std::move(setup.linkedFolders)}),
       line(std::move(setup.port), clock, logs.Recorder(), *this, thread),
       tests(transfer, line, logs.Recorder(), timers, clock),
       network(transfer, line, display, settings, timers, clock),
       outage(events, timers, clock),
-      protocol(setup.makeProtocol({transfer, line, settings, timers, clock})),
+      protocol(setup.makeProtocol(
+          {transfer, line, settings, timers, clock, [this](bool sendsChecksums) { NoteChecksums(sendsChecksums); }})),
       reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
-                 [this] { ReopenPort(); }) {}
+                 [this] { ReopenPort(); }),
+      endOfAwaited(timers, clock, "DownloadApp::EndOfAwaitedUpload", longestAwaited, Timer::Kind::OneShot,
+                   [this] { EndAwaitedUpload(text::transferReason::nothingReceived); }) {}
 
 void Monitor::Post(Command command) {
     {
@@ -73,6 +73,7 @@ void Monitor::Open() {
     thread.AssertOwned();
     OpenPort();
     transfer.Wait(Urgency::NextTick);
+    display.ShowConversation(protocol->IsConversation());
     display.Start();
 }
 
@@ -89,7 +90,7 @@ bool Monitor::RunPass() {
     if (trace.TakeWakeUp())
         events.TrafficArrived();
     logs.Flush();
-    display.ShowCommsLog(logs.IsCommsLogOpen());
+    display.ShowCommsLog(logs.IsCommsLogOn());
     display.FollowPass();
     return isMoreDue || (hasFired && !line.IsEmpty());
 }
@@ -97,7 +98,7 @@ bool Monitor::RunPass() {
 void Monitor::WaitForWork() {
     thread.AssertOwned();
     const auto due = timers.NextDue();
-    const bool isWatched = logs.IsCommsLogOpen() || trace.IsWanted() || transfer.IsUnderWay();
+    const bool isWatched = logs.IsCommsLogOn() || trace.IsWanted() || transfer.IsUnderWay();
     line.Wait(due ? *due - clock.Now() : longestIdle, isWatched);
 }
 
@@ -108,9 +109,11 @@ void Monitor::Close() {
     RunCommands();
     display.Stop();
     reopenPort.Stop();
+    endOfAwaited.Stop();
     line.ClosePort();
     SaveSettings();
     transfer.KeepFile();
+    AbandonTransfer(text::transferReason::programEnd);
     logs.Close();
 }
 
@@ -131,19 +134,37 @@ void Monitor::OnPortProblem(const PortProblem& problem) {
     outage.Note(problem);
 }
 
-bool Monitor::AbandonTransfer() {
+bool Monitor::AbandonTransfer(KelTextView reason) {
     protocol->Abandon();
-    return transfer.EndWithErrors();
+    return transfer.EndWithErrors(KelText(reason));
+}
+
+void Monitor::OnOverrun() {
+    AbandonTransfer(text::transferReason::charactersLost);
+    transfer.ShowOverrun();
+}
+
+void Monitor::NoteChecksums(bool sendsChecksums) {
+    settings.sendsChecksums = sendsChecksums ? 1 : 0;
+    events.SettingsChanged(settings);
+    // The loss of a check is news for a user. Its begin is none.
+    if (sendsChecksums)
+        line.Note(ToUtf8(text::notice::sendsChecksums));
+    else
+        display.Announce(text::notice::sendsNoChecksums);
 }
 
 void Monitor::OnLinkLost() {
-    if (AbandonTransfer())
+    if (AbandonTransfer(text::transferReason::linkLost))
         protocol->OnTransferLost();
     display.ShowLink();
     reopenPort.Start();
 }
 
+// A port that is opened again has lost what was on its way, and a transfer with it.
 void Monitor::OpenPort() {
+    if (AbandonTransfer(text::transferReason::portReopened))
+        protocol->OnTransferLost();
     line.OpenPort(settings, machineName);
     display.ShowLink();
     if (line.IsOpen())
@@ -167,6 +188,8 @@ void Monitor::ApplySettings(DownloadSettings newSettings) {
 }
 
 void Monitor::KeepSettings(DownloadSettings newSettings) {
+    // The program finds this out by itself, perhaps while the user changes the others.
+    newSettings.sendsChecksums = settings.sendsChecksums;
     settings = std::move(newSettings);
     events.SettingsChanged(settings);
 }
@@ -182,9 +205,8 @@ void Monitor::StartCommsLog(const std::filesystem::path& path) {
     settings.commsLogFileName = FromPath(path);
     events.SettingsChanged(settings);
     logs.StartCommsLog(path, settings, 0);
-    // A full disk shows at the first write.
     logs.Flush();
-    display.ShowCommsLog(logs.IsCommsLogOpen());
+    display.ShowCommsLog(logs.IsCommsLogOn());
     display.ShowAgain();
 }
 
@@ -198,38 +220,40 @@ void Monitor::StopCommsLog() {
 
 void Monitor::SendFile(const std::filesystem::path& path) {
     // The controller may have begun a transfer while the user chose the file.
-    if (transfer.IsUnderWay() || isClosing)
+    if (transfer.IsUnderWay() || isClosing || protocol->IsConversation())
         return;
-    if (!transfer.BeginDownloadByHand({FromPath(path), FromPath(path.filename()), u" " + FromPath(path)}))
-        return;
-    settings.downloadPath = FolderOf(path);
-    RememberExtension(path);
+    transfer.BeginDownloadByHand({FromPath(path), FromPath(path.filename()), u" " + FromPath(path)});
 }
 
 void Monitor::ReceiveFile(const std::filesystem::path& path) {
     if (transfer.IsUnderWay() || isClosing)
         return;
     const KelText fileName = FromPath(path.filename());
-    settings.uploadPath = FolderOf(path);
-    events.SettingsChanged(settings);
-    if (!transfer.BeginUploadByHand({FromPath(path), fileName, u" " + fileName}))
+    const TransferName name = {FromPath(path), fileName, u" " + fileName};
+    if (!protocol->IsConversation()) {
+        transfer.BeginUploadByHand(name);
         return;
-    RememberExtension(path);
+    }
+    transfer.AwaitUpload(name);
+    endOfAwaited.Start();
+    display.ShowNow();
 }
 
-// The dialogs look for the next file under the extension that the user has picked.
-void Monitor::RememberExtension(const std::filesystem::path& path) {
-    settings.fileExtension = AsExtensionSetting(FromPath(path.extension()));
-    events.SettingsChanged(settings);
+void Monitor::EndAwaitedUpload(KelTextView reason) {
+    endOfAwaited.Stop();
+    if (transfer.IsUploadAwaited())
+        transfer.CancelAwaitedUpload(KelText(reason));
 }
 
 // The transfer may have ended by itself while the user reached for the button.
 void Monitor::CompleteUpload() {
+    EndAwaitedUpload({});
     if (transfer.State() == TransferState::Uploading)
         transfer.CompleteUpload();
 }
 
 void Monitor::CancelUpload() {
+    EndAwaitedUpload({});
     // The received part is kept: it may be all there is of the file.
     if (transfer.State() == TransferState::Uploading)
         transfer.End(TransferState::UploadCancelled);
@@ -241,14 +265,14 @@ void Monitor::CancelDownload() {
 }
 
 void Monitor::ResetLink() {
-    AbandonTransfer();
+    AbandonTransfer(text::transferReason::linkReset);
     line.DropUnsent();
     line.ForgetXoff();
     network.ResetLink();
 }
 
 void Monitor::StartLoopbackTest() {
-    AbandonTransfer();
+    AbandonTransfer(text::transferReason::lineTested);
     tests.StartLoopback(BitsPerSecond(settings));
 }
 

@@ -65,14 +65,16 @@ public:
     void StartLoopbackTest();
 
     // The parts, for commands that concern one of them.
+    Display& Shown() { return display; }
     LineTests& Tests() { return tests; }
     Network& Stations() { return network; }
     Sender& Output() { return line; }
+    Logs& LogOutput() { return logs; }
 
 private:
     void OnReceived(ReceiveBuffer& received) override;
     void OnLineFree() override { protocol->OnLineFree(); }
-    void OnOverrun() override { transfer.ShowOverrun(); }
+    void OnOverrun() override;
     void OnOverrunEnded() override { transfer.EndOverrun(); }
     void OnLinkLost() override;
     void OnPortProblem(const PortProblem& problem) override;
@@ -83,8 +85,9 @@ private:
     void OpenPort();
     void ReopenPort();
     // Ends whatever is under way, for the protocol too. True if that was a transfer.
-    bool AbandonTransfer();
-    void RememberExtension(const std::filesystem::path& path);
+    bool AbandonTransfer(KelTextView reason);
+    void NoteChecksums(bool sendsChecksums);
+    void EndAwaitedUpload(KelTextView reason);
 
     const KelText machineName;
     const Clock& clock;
@@ -109,6 +112,7 @@ private:
     Outage outage;
     std::unique_ptr<Protocol> protocol;
     Timer reopenPort;
+    Timer endOfAwaited; // of an upload that a user awaits
 };
 
 }

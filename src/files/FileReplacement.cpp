@@ -1,10 +1,12 @@
 #include "files/FileReplacement.h"
 
+#include "files/Links.h"
 #include "files/NativeFile.h"
 
 #include <random>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace tarvin {
 
@@ -15,6 +17,19 @@ namespace fs = std::filesystem;
 constexpr std::size_t randomDigitCount = 16;
 constexpr std::string_view freshEnding = ".new";
 constexpr int mostAttempts = 8;
+
+Result<> CopyContent(NativeFile& source, NativeFile& copy) {
+    std::vector<char> piece(std::size_t{1} << 16);
+    for (;;) {
+        const auto count = source.Read(piece.data(), piece.size());
+        if (!count)
+            return count.Reason();
+        if (*count == 0)
+            return {};
+        if (const auto written = copy.Write({piece.data(), *count}); !written)
+            return written;
+    }
+}
 
 // Removes the new files that killed programs have left behind. A program that is still writing one holds its lock.
 void RemoveLeftOvers(const fs::path& path) {
@@ -51,6 +66,32 @@ Result<> OpenFresh(NativeFile& file, const fs::path& path, fs::path& fresh) {
     return opened;
 }
 
+}
+
+fs::path WithoutLinks(const fs::path& path) {
+    return IsLink(path) ? RealPath(path).ValueOr(path) : path;
+}
+
+Result<> LinkOrCopy(const fs::path& path, const fs::path& other) {
+    if (AddName(path, other))
+        return {};
+    NativeFile source;
+    NativeFile copy;
+    if (const auto opened = source.Open(path, NativeFile::Access::Read); !opened)
+        return opened;
+    if (const auto created = copy.Open(other, NativeFile::Access::Create); !created)
+        return created;
+    copy.CopyRights(path);
+    Result<> result = CopyContent(source, copy);
+    if (result)
+        result = copy.Sync();
+    copy.Close();
+    std::error_code ignored;
+    if (!result)
+        fs::remove(other, ignored);
+    else if (const auto time = fs::last_write_time(path, ignored); !ignored)
+        fs::last_write_time(other, time, ignored);
+    return result;
 }
 
 fs::path FreshNameFor(const fs::path& path) {

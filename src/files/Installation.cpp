@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* pathsFileName = "KEL.INI";
 constexpr KelTextView pathsSection = u"PROGRAM PATHS";
+constexpr KelTextView linkedFoldersSection = u"LINKED FOLDERS";
 // The longest path that any of the systems takes.
 constexpr std::size_t maximumPathUnits = 32767;
 
@@ -58,9 +59,6 @@ Result<std::filesystem::path> FindInstallation() {
     return FindInstallation(SystemInstallationCandidates());
 }
 
-Installation::Installation(std::filesystem::path folder, std::filesystem::path ncFilesFolder)
-    : folder(std::move(folder)), ncFilesFolder(std::move(ncFilesFolder)) {}
-
 std::filesystem::path Installation::PathsFile() const {
     return folder / pathsFileName;
 }
@@ -74,7 +72,14 @@ Result<Installation> Installation::Read(const std::filesystem::path& folder) {
     KelText ncFiles = profile->Text(pathsSection, u"NC Files", u"", maximumPathUnits);
     if (ncFiles.empty())
         ncFiles = u"NC Files";
-    return Installation(folder, BelowInstallation(folder, std::move(ncFiles)));
+    Installation installation;
+    installation.folder = folder;
+    installation.ncFilesFolder = BelowInstallation(folder, std::move(ncFiles));
+    for (const Profile::Entry& entry : profile->Entries(linkedFoldersSection)) {
+        if (!entry.value.empty())
+            installation.linkedFolders.push_back(BelowInstallation(folder, entry.value));
+    }
+    return installation;
 }
 
 }

@@ -43,11 +43,15 @@ public:
     // May be missing on the disk.
     const std::filesystem::path& NcFilesFolder() const { return ncFilesFolder; }
 
+    // The values of the section "LINKED FOLDERS": links in a folder for NC files may lead to files below these folders.
+    const std::vector<std::filesystem::path>& LinkedFolders() const { return linkedFolders; }
+
 private:
-    Installation(std::filesystem::path folder, std::filesystem::path ncFilesFolder);
+    Installation() = default;
 
     std::filesystem::path folder;
     std::filesystem::path ncFilesFolder;
+    std::vector<std::filesystem::path> linkedFolders;
 };
 
 }

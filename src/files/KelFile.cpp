@@ -25,23 +25,26 @@ Result<> KelFile::Open(const std::filesystem::path& path, Mode newMode) {
     if (IsOpen())
         return {};
     mode = newMode;
-    lastWasCarriageReturn = false;
+    lineEnds = {};
     return file.Open(path, AccessFor(mode));
 }
 
 Result<> KelFile::Write(std::string_view bytes) {
-    if (mode == Mode::WriteBytes || mode == Mode::AppendBytes)
-        return file.Write(bytes);
-    std::string text;
-    text.reserve(bytes.size() + 2);
-    for (const char byte : bytes) {
+    const bool isText = mode != Mode::WriteBytes && mode != Mode::AppendBytes;
+    return isText ? file.Write(lineEnds.WithCarriageReturns(bytes)) : file.Write(bytes);
+}
+
+std::string LineEnds::WithCarriageReturns(std::string_view text) {
+    std::string converted;
+    converted.reserve(text.size() + 2);
+    for (const char byte : text) {
         // A CR may have come at the end of the piece before.
         if (byte == '\n' && !lastWasCarriageReturn)
-            text.push_back('\r');
-        text.push_back(byte);
+            converted.push_back('\r');
+        converted.push_back(byte);
         lastWasCarriageReturn = byte == '\r';
     }
-    return file.Write(text);
+    return converted;
 }
 
 }

@@ -4,7 +4,19 @@
 
 #include "files/NativeFile.h"
 
+#include <string>
+
 namespace tarvin {
+
+// Turns text that comes in pieces into lines that end with CR LF.
+class LineEnds {
+public:
+    // The text with a CR before each LF that none precedes.
+    std::string WithCarriageReturns(std::string_view text);
+
+private:
+    bool lastWasCarriageReturn = false;
+};
 
 class KelFile {
 public:
@@ -34,7 +46,7 @@ public:
 private:
     NativeFile file;
     Mode mode = Mode::ReadBytes;
-    bool lastWasCarriageReturn = false;
+    LineEnds lineEnds;
 };
 
 }

@@ -1,6 +1,7 @@
 #include "files/NativeFile.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace tarvin {
 
@@ -27,6 +28,27 @@ Result<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t
     if (content && content->size() > maximum)
         return Error{u"The file is larger than " + ToText(static_cast<std::int64_t>(maximum)) + u" bytes"};
     return content;
+}
+
+bool HaveSameBytes(NativeFile& left, NativeFile& right) {
+    const auto leftSize = left.Size();
+    const auto rightSize = right.Size();
+    if (!leftSize || !rightSize || *leftSize != *rightSize || !left.Rewind() || !right.Rewind())
+        return false;
+    constexpr std::size_t pieceSize = 1 << 16;
+    std::vector<char> leftBytes(pieceSize);
+    std::vector<char> rightBytes(pieceSize);
+    for (;;) {
+        // A read of a regular file gives less than asked for at its end alone.
+        const auto leftCount = left.Read(leftBytes.data(), pieceSize);
+        const auto rightCount = right.Read(rightBytes.data(), pieceSize);
+        if (!leftCount || !rightCount || *leftCount != *rightCount ||
+            !std::equal(leftBytes.begin(), leftBytes.begin() + static_cast<std::ptrdiff_t>(*leftCount),
+                        rightBytes.begin()))
+            return false;
+        if (*leftCount == 0)
+            return true;
+    }
 }
 
 }

@@ -4,6 +4,7 @@
 
 #include "base/Result.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -14,8 +15,23 @@ namespace tarvin {
 
 class NativeFile {
 public:
-    // Create makes a new file and refuses a name that exists, also as a link that leads nowhere.
-    enum class Access { Read, Replace, Append, Create };
+    enum class Access {
+        Read,
+        ReadNoLink, // as Read, but refuses a link on POSIX
+        Replace,
+        Append,
+        Create,      // makes a new file, and refuses a name that exists, also as a link that leads nowhere
+        CreateForOne // as Create, for reading and writing, and for one program: locked on POSIX, not shared on Windows
+    };
+    // Whether another program, or another part of this one, has the file open for writing.
+    enum class Writers { None, Some, Unknown };
+
+    // A file whose content is changed gets another stamp.
+    struct Stamp {
+        std::uint64_t byteCount = 0;
+        std::chrono::system_clock::time_point written; // when the content was last changed
+        bool operator==(const Stamp&) const = default;
+    };
 
     NativeFile() = default;
     ~NativeFile() { Close(); }
@@ -34,16 +50,31 @@ public:
     Result<> Write(std::string_view bytes);
     // Bytes that the operating system has taken since the last Open. Stays known after Close.
     std::uint64_t BytesWritten() const { return bytesWritten; }
+    // Cuts the file to `byteCount` bytes and goes on writing there. BytesWritten stays.
+    Result<> Truncate(std::uint64_t byteCount);
+    // The next Read begins at the start of the file.
+    Result<> Rewind();
     // The size of the file in bytes.
     Result<std::uint64_t> Size();
+    Result<Stamp> Stamped();
+    // Requires a file opened with Read or ReadNoLink. Unknown on network drives, and where the system keeps the answer
+    // to the owner of the file.
+    Writers OtherWriters();
     // Blocks until the content is on the disk.
     Result<> Sync();
-    // Takes the lock on the file and holds it until the file is closed. Does not block: fails if another open file
-    // holds the lock. Reading and writing need no lock.
+    // Takes the lock on the file and holds it until the file is closed. Does not block: fails with isBusy if another
+    // open file holds the lock, and without it if the file system has no locks. Reading and writing need no lock.
     Result<> Lock();
     // Gives the file the owner, group and permissions of the file at `model`, as far as the system permits. Permissions
-    // of a group that cannot be kept are reduced to those of everyone. Requires a file opened with Create.
+    // of a group that cannot be kept are reduced to those of everyone. Requires a file opened with Create or
+    // CreateForOne.
     void CopyRights(const std::filesystem::path& model);
+    // Gives the file, which is at `path`, the name `target` in one step, in place of a file or link with that name.
+    // Blocks until the step is on the disk. Requires a file opened with CreateForOne. isBusy if another program holds
+    // the file at `target`.
+    Result<> MoveTo(const std::filesystem::path& path, const std::filesystem::path& target);
+    // Deletes the file, which is at `path`, and closes it. Requires a file opened with CreateForOne.
+    void Delete(const std::filesystem::path& path);
     // True if the path still leads to this file: it may have been deleted, moved or replaced.
     bool IsAt(const std::filesystem::path& path);
     void Close();
@@ -59,6 +90,9 @@ Result<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t
 
 // The content of a file, or its first `byteCount` bytes if it is longer. Fails if the file cannot be read.
 Result<std::string> ReadStartOfFile(const std::filesystem::path& path, std::size_t byteCount);
+
+// Whether both files have the same bytes. Reads both from the start. False if one of them cannot be read.
+bool HaveSameBytes(NativeFile& left, NativeFile& right);
 
 // Replaces a file in one step: at every moment, also after a crash, the path leads to the whole old content or the
 // whole new one. Keeps owner, group and permissions of an existing file as far as permitted. A link stays a link: the

@@ -1,12 +1,20 @@
 #include "base/System.h"
+#include "files/FileReplacement.h"
 #include "files/NativeFile.h"
 
+#include <algorithm>
+#include <cassert>
 #include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <iterator>
 #include <string>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace tarvin {
@@ -24,18 +32,37 @@ int OpenFlags(NativeFile::Access access) {
     switch (access) {
     case NativeFile::Access::Read:
         return always | O_RDONLY;
+    case NativeFile::Access::ReadNoLink:
+        return always | O_RDONLY | O_NOFOLLOW;
     case NativeFile::Access::Replace:
         return always | O_WRONLY | O_CREAT;
     case NativeFile::Access::Append:
         return always | O_WRONLY | O_CREAT | O_APPEND;
     case NativeFile::Access::Create:
         return always | O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
+    case NativeFile::Access::CreateForOne:
+        return always | O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
     }
     return always;
 }
 
 Error SystemError(int errorNumber) {
-    return {SystemErrorText(static_cast<unsigned long>(errorNumber))};
+    return {SystemErrorText(static_cast<unsigned long>(errorNumber)), false, errorNumber == EWOULDBLOCK};
+}
+
+std::chrono::system_clock::time_point TimeOf(const timespec& time) {
+    const auto sinceEpoch = std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+    return std::chrono::system_clock::time_point(
+        std::chrono::duration_cast<std::chrono::system_clock::duration>(sinceEpoch));
+}
+
+// The kernel asks the server, which refuses a lease for reasons of its own.
+bool IsOnNetwork(int descriptor) {
+    struct statfs fileSystem = {};
+    if (::fstatfs(descriptor, &fileSystem) != 0)
+        return true;
+    constexpr std::uint32_t networks[] = {NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, CIFS_SUPER_MAGIC, SMB2_SUPER_MAGIC};
+    return std::ranges::find(networks, static_cast<std::uint32_t>(fileSystem.f_type)) != std::end(networks);
 }
 
 }
@@ -56,6 +83,9 @@ Result<> NativeFile::Open(const std::filesystem::path& path, Access access) {
     else if (!S_ISREG(state.st_mode))
         error = EINVAL;
     else if (access == Access::Replace && ::ftruncate(descriptor, 0) != 0)
+        error = errno;
+    // Some network drives have no locks.
+    else if (access == Access::CreateForOne && ::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         error = errno;
     if (error != 0) {
         ::close(descriptor);
@@ -89,6 +119,38 @@ Result<> NativeFile::Write(std::string_view bytes) {
     return {};
 }
 
+Result<> NativeFile::Truncate(std::uint64_t byteCount) {
+    const auto end = static_cast<off_t>(byteCount);
+    const bool isCut = ::ftruncate(Descriptor(handle), end) == 0 && ::lseek(Descriptor(handle), end, SEEK_SET) == end;
+    return isCut ? Result<>() : LastSystemError();
+}
+
+Result<> NativeFile::Rewind() {
+    return ::lseek(Descriptor(handle), 0, SEEK_SET) == 0 ? Result<>() : LastSystemError();
+}
+
+Result<NativeFile::Stamp> NativeFile::Stamped() {
+    struct stat state = {};
+    if (::fstat(Descriptor(handle), &state) != 0)
+        return LastSystemError();
+    return Stamp{static_cast<std::uint64_t>(state.st_size), TimeOf(state.st_mtim)};
+}
+
+// The kernel grants a read lease only while no one has the file open for writing. It grants one to the owner of the
+// file and to root.
+NativeFile::Writers NativeFile::OtherWriters() {
+    // A program that opens the file while the lease stands ends it, and the kernel then sends SIGIO, which would end
+    // this program.
+    static const bool isSignalIgnored = ::signal(SIGIO, SIG_IGN) != SIG_ERR;
+    if (!isSignalIgnored)
+        return Writers::Unknown;
+    if (::fcntl(Descriptor(handle), F_SETLEASE, F_RDLCK) == 0) {
+        (void)::fcntl(Descriptor(handle), F_SETLEASE, F_UNLCK);
+        return Writers::None;
+    }
+    return errno == EAGAIN && !IsOnNetwork(Descriptor(handle)) ? Writers::Some : Writers::Unknown;
+}
+
 Result<std::uint64_t> NativeFile::Size() {
     struct stat state = {};
     if (::fstat(Descriptor(handle), &state) != 0)
@@ -101,7 +163,7 @@ Result<> NativeFile::Sync() {
 }
 
 Result<> NativeFile::Lock() {
-    return ::flock(Descriptor(handle), LOCK_EX | LOCK_NB) == 0 ? Result<>() : LastSystemError();
+    return ::flock(Descriptor(handle), LOCK_EX | LOCK_NB) == 0 ? Result<>() : SystemError(errno);
 }
 
 void NativeFile::CopyRights(const std::filesystem::path& model) {
@@ -117,6 +179,17 @@ void NativeFile::CopyRights(const std::filesystem::path& model) {
     if (!keepsGroup)
         mode = (mode & 0707) | ((mode & 07) << 3);
     (void)::fchmod(Descriptor(handle), mode);
+}
+
+Result<> NativeFile::MoveTo(const std::filesystem::path& path, const std::filesystem::path& target) {
+    assert(IsAt(path));
+    return TakeName(path, target);
+}
+
+// Before the lock goes with the descriptor: the path may then lead to the file of another program.
+void NativeFile::Delete(const std::filesystem::path& path) {
+    ::unlink(path.c_str());
+    Close();
 }
 
 // Device and inode number identify a file, whatever its names are.

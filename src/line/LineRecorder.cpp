@@ -14,7 +14,7 @@ constexpr std::size_t longestPiece = 1000;
 }
 
 void LineRecorder::Received(std::span<const std::uint8_t> bytes) {
-    if (!log.IsOpen() && !trace.IsWanted())
+    if (!log.IsCommsLogOn() && !trace.IsWanted())
         return;
     FlushPending();
     std::string line = "RX ";
@@ -24,7 +24,7 @@ void LineRecorder::Received(std::span<const std::uint8_t> bytes) {
 }
 
 void LineRecorder::SentText(std::string_view text) {
-    if (log.IsOpen()) {
+    if (log.IsCommsLogOn()) {
         FlushPending();
         for (const char character : text)
             AddPending(static_cast<std::uint8_t>(character));
@@ -48,7 +48,7 @@ void LineRecorder::SentBlock(int askedCount, std::span<const std::uint8_t> bytes
 }
 
 void LineRecorder::AddPending(std::uint8_t byte) {
-    if (!log.IsOpen())
+    if (!log.IsCommsLogOn())
         return;
     AppendTraffic(pendingTransmitText, byte);
     if (pendingTransmitText.size() >= longestPending)
@@ -68,7 +68,7 @@ void LineRecorder::FlushPending() {
 }
 
 void LineRecorder::Dropped(std::size_t byteCount) {
-    if (byteCount == 0 || (!log.IsOpen() && !trace.IsWanted()))
+    if (byteCount == 0 || (!log.IsCommsLogOn() && !trace.IsWanted()))
         return;
     FlushPending();
     const std::string line = ToUtf8(Filled(text::trace::notSent, {ToText(static_cast<std::int64_t>(byteCount))}));
@@ -77,7 +77,7 @@ void LineRecorder::Dropped(std::size_t byteCount) {
 }
 
 void LineRecorder::HoldsChanged(const LineHolds& previous, const LineHolds& present) {
-    if (!log.IsOpen() || previous == present)
+    if (!log.IsCommsLogOn() || previous == present)
         return;
     std::string line;
     const auto note = [&](const char* name, bool before, bool now) {

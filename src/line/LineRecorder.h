@@ -3,7 +3,7 @@
 // are off. Monitor thread.
 
 #include "line/LineTrace.h"
-#include "logging/CommsLog.h"
+#include "logging/LogLines.h"
 #include "port/SerialPort.h"
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace tarvin {
 
 class LineRecorder {
 public:
-    LineRecorder(LineTrace& trace, CommsLog& log) : trace(trace), log(log) {}
+    LineRecorder(LineTrace& trace, LogLines& log) : trace(trace), log(log) {}
 
     void Received(std::span<const std::uint8_t> bytes);
     // A text is one line of the log. A single byte or a block of file bytes waits for more until FlushPending, or until
@@ -40,7 +40,7 @@ private:
     static constexpr std::size_t longestPending = 64 * 1024;
 
     LineTrace& trace;
-    CommsLog& log;
+    LogLines& log;
     std::string pendingTransmitText;
 };
 

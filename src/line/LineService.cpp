@@ -112,8 +112,9 @@ bool LineService::Look() {
     }
     link.NoteSuccess(LineStep::Status);
     NoteStatus(*present);
+    // Not more than the status has counted: it has told the errors of these characters, and of no later ones.
     if (status.inputCount > 0)
-        ReadData();
+        ReadData(status.inputCount);
     if (link.IsOpen() && status.outputCount == 0 && !IsHeld()) {
         WriteQueued();
         if (link.IsOpen() && !IsHeld())
@@ -128,6 +129,7 @@ bool LineService::Look() {
 
 void LineService::NoteStatus(const LineStatus& present) {
     status = present;
+    receive.NoteErrors(present.errors.parity + present.errors.framing + present.errors.overrun);
     if (status.outputCount == 0)
         inDriver.clear();
     LineHolds effective = present.holds;
@@ -149,8 +151,8 @@ void LineService::SetXoffHold(bool isHeld) {
     SetHolds(present);
 }
 
-void LineService::ReadData() {
-    const auto room = receive.Room();
+void LineService::ReadData(std::size_t mostBytes) {
+    const auto room = receive.Room().first(std::min(receive.Room().size(), mostBytes));
     if (room.empty()) {
         isOverrun = true;
         receive.Clear();
@@ -201,7 +203,7 @@ void LineService::WriteQueued() {
         return;
     // An XOFF may have arrived since the status was taken. Where the driver obeys it, it holds the bytes by itself.
     if (!link.DriverTellsXoffHold())
-        ReadData();
+        ReadData(ReceiveBuffer::capacity);
     if (!IsHeld() && link.IsOpen())
         WriteData();
 }

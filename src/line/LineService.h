@@ -94,7 +94,7 @@ private:
     void NoteStatus(const LineStatus& present);
     void SetHolds(const LineHolds& present);
     void SetXoffHold(bool isHeld);
-    void ReadData();
+    void ReadData(std::size_t mostBytes);
     void NoteReceived(std::span<const std::uint8_t> bytes);
     bool IsHeld() const { return holds.cts || holds.dsr || holds.xoff; }
     bool IsWriteDue() const;

@@ -13,26 +13,31 @@ namespace {
 // Names are right-aligned, so that the times of most lines stand below each other.
 constexpr std::size_t nameColumns = 8;
 
-std::string LineOf(const KelText& statusText, const KelText& programName) {
+std::string LineOf(const KelText& statusText, const KelText& programName, const LocalTimeText& at) {
     const std::size_t missing = nameColumns - std::min(nameColumns, programName.size());
-    const LocalTimeText now = LocalTimeNow();
-    return ToUtf8(KelText(missing, u' ') + programName + u" " + now.time + u" " + now.date + u" " + statusText +
-                  u"\r\n");
+    return ToUtf8(KelText(missing, u' ') + programName + u" " + at.time + u" " + at.date + u" " + statusText + u"\r\n");
 }
 
 }
 
-void ActivityLog::LogStatusChange(const std::filesystem::path& newPath, const KelText& statusText,
-                                  const KelText& programName, bool force) {
-    std::string text = ToUtf8(statusText);
-    if (!force && lastLogged.Is(text))
+void ActivityLog::Add(const ActivityLine& line) {
+    std::string text = ToUtf8(line.statusText);
+    if (!line.force && lastLogged.Is(text))
         return;
     lastLogged.text = std::move(text);
     // Another file is worth an attempt at once.
-    if (path != newPath)
+    if (path != line.path)
         isFailing = false;
-    path = newPath;
-    lines.push_back(LineOf(statusText, programName));
+    path = line.path;
+    Keep(LineOf(line.statusText, line.programName, line.localTime));
+}
+
+void ActivityLog::AddNote(const KelText& note) {
+    Keep(LineOf(note, {}, LocalTimeNow()));
+}
+
+void ActivityLog::Keep(std::string line) {
+    lines.push_back(std::move(line));
     if (lines.size() > mostLines) {
         lines.pop_front();
         ++lostCount;
@@ -56,7 +61,8 @@ Result<> ActivityLog::Flush(bool force) {
 Result<> ActivityLog::Append() const {
     std::string text = EndsWithinLine(path) ? "\r\n" : "";
     if (lostCount > 0)
-        text += LineOf(Filled(text::activity::linesNotWritten, {ToText(static_cast<std::int64_t>(lostCount))}), {});
+        text += LineOf(Filled(text::activity::linesNotWritten, {ToText(static_cast<std::int64_t>(lostCount))}), {},
+                       LocalTimeNow());
     for (const std::string& line : lines)
         text += line;
     KelFile file;

@@ -1,10 +1,10 @@
 #pragma once
 // A history of status texts, one line each. Flush opens the file, appends the lines and closes it. Until then the lines
-// wait in memory, so that no answer to the controller waits for the disk. Monitor thread only.
+// wait in memory. One thread at a time.
 
 #include "base/Clock.h"
 #include "base/Result.h"
-#include "logging/LogText.h"
+#include "logging/LogRecord.h"
 
 #include <deque>
 #include <filesystem>
@@ -19,19 +19,22 @@ public:
 
     ActivityLog(const Clock& clock, LastLogged& lastLogged) : clock(clock), lastLogged(lastLogged) {}
 
-    // Adds a status text for the file at `path`. Ignores one that repeats the line logged last unless `force`.
-    // `programName` is the number of the NC file. Lines that wait go to the newest path.
-    void LogStatusChange(const std::filesystem::path& path, const KelText& statusText, const KelText& programName,
-                         bool force);
+    // Adds a line. Lines that wait go to the newest path.
+    void Add(const ActivityLine& line);
+    // Adds a line that stands for no status.
+    void AddNote(const KelText& note);
 
     // Appends the waiting lines to the file. Fails once for each time in which the file cannot be written. Meanwhile
     // the lines wait, and Flush tries again each minute, or at once with `force`. If more lines wait than there is room
     // for, the oldest ones are dropped, and a line counts them.
     Result<> Flush(bool force = false);
+    // True while the lines wait for the next attempt.
+    bool IsFailing() const { return isFailing; }
     // The file of the lines.
     const std::filesystem::path& Path() const { return path; }
 
 private:
+    void Keep(std::string line);
     Result<> Append() const;
 
     const Clock& clock;

@@ -19,6 +19,9 @@ namespace {
 // The time between two looks at the file's path.
 constexpr auto fileLookInterval = 1s;
 
+// Waiting text that is worth a write. A slow disk, such as a network drive, takes as long for a few bytes as for many.
+constexpr std::size_t blockSize = 1024 * 1024;
+
 // True if the file is missing, is empty or begins with the time stamp of a comms log.
 bool IsCommsLog(const std::filesystem::path& path) {
     std::error_code error;
@@ -28,14 +31,21 @@ bool IsCommsLog(const std::filesystem::path& path) {
     NativeFile log;
     if (!log.Open(path, NativeFile::Access::Read))
         return false;
-    constexpr std::string_view shape = "00:00:00.000000 (+";
-    char head[shape.size()] = "";
-    const auto count = log.Read(head, shape.size());
-    if (!count || (*count > 0 && *count < shape.size()))
+    char bytes[48] = "";
+    const auto count = log.Read(bytes, sizeof bytes);
+    if (!count)
         return false;
-    return *count == 0 || std::equal(shape.begin(), shape.end(), head, [](char expected, char actual) {
-        return expected == '0' ? actual >= '0' && actual <= '9' : actual == expected;
-    });
+    std::string_view head(bytes, *count);
+    if (head.empty())
+        return true;
+    // A run of more than four days counts its hours with three digits and more.
+    const std::size_t hourDigits = std::min(head.find_first_not_of("0123456789"), head.size());
+    constexpr std::string_view shape = ":00:00.000000 (+";
+    head.remove_prefix(hourDigits);
+    return hourDigits >= 2 && head.size() >= shape.size() &&
+           std::equal(shape.begin(), shape.end(), head.begin(), [](char expected, char actual) {
+               return expected == '0' ? actual >= '0' && actual <= '9' : actual == expected;
+           });
 }
 
 constexpr std::int64_t nanosecondsPerMinute = 60'000'000'000;
@@ -137,6 +147,11 @@ void CommsLog::LogLine(std::string_view text, bool force) {
     previousTime = time;
 }
 
+bool CommsLog::IsFlushDue() const {
+    return pending.size() >= blockSize ||
+           (sizeLimit > 0 && sizeBefore + file.BytesWritten() + pending.size() >= sizeLimit && !pending.empty());
+}
+
 Result<> CommsLog::Flush() {
     if (!IsOpen() || pending.empty())
         return {};
@@ -149,7 +164,16 @@ Result<> CommsLog::Flush() {
 }
 
 Result<> CommsLog::WritePending() {
-    Result<> result = IsFileLost() ? Error{text::logReason::lostFile} : AppendLines(file, filePath, pending);
+    const bool isLost = IsFileLost();
+    const Result<> result = isLost ? Error{text::logReason::lostFile} : AppendLines(file, filePath, pending);
+    // A disk that is nearly full has room for some of the lines.
+    std::string_view rest = pending;
+    while (!result && !isLost && !rest.empty()) {
+        const std::size_t length = std::min(rest.find('\n'), rest.size() - 1) + 1;
+        if (!AppendLines(file, filePath, rest.substr(0, length)))
+            break;
+        rest.remove_prefix(length);
+    }
     pending.clear();
     return result;
 }

@@ -1,6 +1,6 @@
 #pragma once
 // A trace of one logging run: each line with the time since the start and the time since the line before. The lines
-// wait in memory until Flush, so that no answer to the controller waits for the disk. Monitor thread only.
+// wait in memory until Flush, so that many are written at once. One thread at a time.
 
 #include "base/Clock.h"
 #include "files/KelFile.h"
@@ -37,6 +37,8 @@ public:
     // `force`.
     void LogLine(std::string_view text, bool force);
 
+    // Whether the waiting lines fill a block, or fill the file of a rolling log.
+    bool IsFlushDue() const;
     // Writes the waiting lines, all or none of them. A failure closes the log.
     Result<> Flush();
     // True if a new file has begun since the last call.

@@ -1,7 +1,5 @@
 #include "protocol/Frame.h"
 
-#include "files/FileNames.h"
-
 #include <algorithm>
 #include <cstdint>
 
@@ -46,14 +44,6 @@ std::string_view FileNumber(std::string_view message) {
     while (message.starts_with('0'))
         message.remove_prefix(1);
     return message.substr(0, message.empty() ? 0 : message.size() - 1);
-}
-
-bool IsUsableFileNumber(std::string_view number) {
-    const bool isDotsOnly = number.find_first_not_of('.') == std::string_view::npos;
-    const bool isForbidden = std::any_of(number.begin(), number.end(), [](char byte) {
-        return byte == '/' || byte == '\\' || byte == ':' || static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
-    });
-    return !isDotsOnly && !isForbidden && !IsDeviceName(FromBytes(number));
 }
 
 }

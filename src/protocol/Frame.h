@@ -59,7 +59,4 @@ std::string_view DataPayload(std::string_view message);
 // its checksum character. In this order, so a checksum "0" behind zeros goes with the zeros.
 std::string_view FileNumber(std::string_view message);
 
-// Whether the number may name a file: one that leads out of the transfer folder, or to a device, may not.
-bool IsUsableFileNumber(std::string_view number);
-
 }

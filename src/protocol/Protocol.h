@@ -21,6 +21,8 @@ struct ProtocolParts {
     const DownloadSettings& settings;
     TimerQueue& timers;
     const Clock& clock;
+    // The controller is taken, or no longer taken, to send checksums. Changes the settings.
+    std::function<void(bool sendsChecksums)> onChecksumsLearned;
 };
 
 class Protocol {
@@ -36,6 +38,8 @@ public:
     virtual void Abandon() {}
     // The device is gone, and a transfer with it.
     virtual void OnTransferLost() {}
+    // Whether the controller begins every transfer. Otherwise a user begins them by hand.
+    virtual bool IsConversation() const { return false; }
 };
 
 using ProtocolMaker = std::function<std::unique_ptr<Protocol>(const ProtocolParts& parts)>;

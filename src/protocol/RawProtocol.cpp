@@ -29,7 +29,13 @@ void RawProtocol::OnReceived(ReceiveBuffer& received) {
     const auto bytes = received.Bytes().subspan(std::min(std::exchange(testedCount, 0), received.Count()));
     if (parts.transfer.State() == TransferState::Uploading)
         parts.transfer.Store(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    parts.transfer.CountDriverErrors(received.TakeErrorCount());
     received.Clear();
+}
+
+void RawProtocol::Abandon() {
+    download.Drop();
+    isAtLineStart = isEndSent = false;
 }
 
 void RawProtocol::OnLineFree() {
@@ -38,14 +44,30 @@ void RawProtocol::OnLineFree() {
     // A full driver has left a rest of the last block.
     if (!parts.sender.IsEmpty())
         return;
-    const int blockSize = BlockSize(BitsPerSecond(parts.settings));
-    const auto block = parts.transfer.NextBlock(static_cast<std::size_t>(blockSize));
+    const DownloadSettings& settings = parts.settings;
+    const int blockSize = BlockSize(BitsPerSecond(settings));
+    const auto block =
+        parts.transfer.NextBlock(static_cast<std::size_t>(blockSize), settings.lineDelayMilliseconds > 0);
     if (block.empty()) {
-        parts.transfer.End(TransferState::DownloadCompleted);
+        EndDownload();
         return;
     }
-    parts.sender.SendBlock(blockSize, block, std::chrono::milliseconds(parts.settings.characterDelayMilliseconds));
+    std::chrono::milliseconds delay(settings.characterDelayMilliseconds);
+    if (std::exchange(isAtLineStart, block.back() == '\n'))
+        delay += std::chrono::milliseconds(settings.lineDelayMilliseconds);
+    parts.sender.SendBlock(blockSize, block, delay);
     parts.transfer.CountSent(static_cast<std::int64_t>(block.size()));
+}
+
+// The end character goes out behind the last block, and the download ends when it has left.
+void RawProtocol::EndDownload() {
+    isAtLineStart = false;
+    if (parts.settings.sendEndCode != 0 && !std::exchange(isEndSent, true)) {
+        parts.sender.SendChar(parts.settings.endCharacter, false);
+        return;
+    }
+    isEndSent = false;
+    parts.transfer.End(TransferState::DownloadCompleted);
 }
 
 }

@@ -1,7 +1,8 @@
 #include "protocol/TarvinApp.h"
 
-#include "files/FileNames.h"
+#include "base/Messages.h"
 #include "protocol/Frame.h"
+#include "transfer/NcFilePath.h"
 
 #include <utility>
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr int attemptsAllowed = 3;
 constexpr int repeatsOfLastAnswer = 2;
+constexpr int repeatsAwaited = 2;
 // What the controller counts for each line end of the file.
 constexpr std::int64_t lineEndBytes = 2;
 
@@ -43,9 +45,10 @@ void TarvinApp::Send(std::string_view text) {
 void TarvinApp::OnReceived(ReceiveBuffer& received) {
     while (auto next = received.TakeMessage(frameEnd, false)) {
         // The line feed of a line end stands alone before the next message.
-        if (next->empty() || IsRepeatOfHeldMessage(*next))
+        if (next->text.empty() || IsRepeatOfHeldMessage(*next))
             continue;
-        message = std::move(*next);
+        Judge(*next);
+        message = std::move(next->text);
         HandleMessage();
     }
 }
@@ -53,15 +56,34 @@ void TarvinApp::OnReceived(ReceiveBuffer& received) {
 // While the line is held, the controller does not get its answer and repeats its message. Answering twice would put it
 // one acknowledgement ahead for the rest of the transfer. So a repeat is left alone, and any other message drops the
 // answer that waits.
-bool TarvinApp::IsRepeatOfHeldMessage(const std::string& next) {
+bool TarvinApp::IsRepeatOfHeldMessage(const ReceivedMessage& next) {
     const bool isHeldUp = parts.sender.IsHeldUp();
-    const bool isRepeat = isHeldUp && next == message;
-    if (isHeldUp && !isRepeat)
+    const bool isRepeat = isHeldUp && next.text == message;
+    if (isRepeat)
+        transfer.CountRepeat();
+    else if (isHeldUp)
         parts.sender.DropUnsent();
     // A controller that speaks this language takes answers, so an old XOFF is none of its own.
-    if (HoldsKnownCode(next))
+    if (HoldsKnownCode(next.text) && (parts.settings.sendsChecksums == 0 || IncomingCheck::IsRight(next)))
         parts.sender.EndOldHold();
     return isRepeat;
+}
+
+void TarvinApp::Judge(const ReceivedMessage& next) {
+    const bool wasTaken = parts.settings.sendsChecksums != 0;
+    bool isTaken = wasTaken;
+    if (HoldsAnyCode(next.text, {code::uploadData, code::uploadRequest, code::downloadRequest}))
+        isTaken = incoming.Learn(next, wasTaken);
+    if (isTaken != wasTaken)
+        parts.onChecksumsLearned(isTaken);
+    isDamaged = IncomingCheck::IsDamaged(next, isTaken);
+    driverErrorCount = next.errorCount;
+}
+
+void TarvinApp::CountQuality() {
+    transfer.CountDriverErrors(driverErrorCount);
+    if (isDamaged)
+        transfer.CountDamaged();
 }
 
 // A line of a running upload is data, whatever it holds: "(SICHERHEITSABSTAND 5)" is a comment and no request. In any
@@ -70,7 +92,15 @@ bool TarvinApp::IsRepeatOfHeldMessage(const std::string& next) {
 void TarvinApp::HandleMessage() {
     if (RepeatLastAnswer() || RefuseLostTransfer())
         return;
-    if (transfer.State() == TransferState::Uploading && HoldsCode(message, code::uploadData)) {
+    if (IsDamagedPartOfUpload()) {
+        OnDamagedPartOfUpload();
+        return;
+    }
+    const bool isData = IsDataOfUpload();
+    // A request counts for the transfer that it begins.
+    if (transfer.IsUnderWay() && (isData || !HoldsAnyCode(message, {code::uploadRequest, code::downloadRequest})))
+        CountQuality();
+    if (isData) {
         OnDataLine();
         return;
     }
@@ -84,6 +114,33 @@ void TarvinApp::HandleMessage() {
         failedAttempts = attemptsAllowed;
         OnResend();
     }
+}
+
+bool TarvinApp::IsDataOfUpload() const {
+    return transfer.State() == TransferState::Uploading && HoldsCode(message, code::uploadData);
+}
+
+// A message without a code is the rest of a damaged one. A code of a request counts at the start only: elsewhere it
+// rather stands in a data line whose own code is damaged. Link tests and acknowledgements change no file, so they act
+// although they are damaged.
+bool TarvinApp::IsDamagedPartOfUpload() const {
+    if (transfer.State() != TransferState::Uploading || parts.settings.incomingCheck == incomingCheckOff)
+        return false;
+    if (IsDataOfUpload() || !HoldsKnownCode(message))
+        return isDamaged || !HoldsKnownCode(message);
+    const bool isRequest = message.starts_with(code::uploadRequest) || message.starts_with(code::downloadRequest);
+    return isDamaged && !isRequest && !HoldsAnyCode(message, {code::linkTest, code::dataGood, code::dataBad});
+}
+
+// Without an answer the controller sends the message again.
+void TarvinApp::OnDamagedPartOfUpload() {
+    isDamaged = true;
+    CountQuality();
+    ++damagedInARow;
+    if (parts.settings.incomingCheck == incomingCheckRepeat && damagedInARow <= repeatsAwaited)
+        return;
+    transfer.End(TransferState::UploadErrors, text::transferReason::damagedMessage);
+    Send(code::cannotGoOn);
 }
 
 // The last answer of a transfer may be lost. The controller then repeats what it sent, and nothing but the same answer
@@ -121,7 +178,8 @@ bool TarvinApp::RefuseLostTransfer() {
 bool TarvinApp::HandleUploadEnd() {
     if (transfer.State() != TransferState::Uploading || !HoldsCode(message, code::uploadEnd))
         return false;
-    SendLast(transfer.CompleteUpload() ? code::acknowledge : code::cannotGoOn, code::uploadEnd);
+    transfer.CompleteUpload(
+        [this](bool isCompleted) { SendLast(isCompleted ? code::acknowledge : code::cannotGoOn, code::uploadEnd); });
     return true;
 }
 
@@ -129,6 +187,7 @@ bool TarvinApp::HandleRequest() {
     bool isHandled = false;
     if (HoldsCode(message, code::linkTest)) {
         DropAbandoned();
+        (void)transfer.EndWithErrors(text::transferReason::linkTested);
         transfer.ShowLinkTest();
         Send(code::linkTestAnswer);
         isHandled = true;
@@ -151,6 +210,7 @@ bool TarvinApp::HandleAcknowledgement() {
         return true;
     }
     if (HoldsCode(message, code::dataBad)) {
+        transfer.CountRepeat();
         OnResend();
         return true;
     }
@@ -160,11 +220,9 @@ bool TarvinApp::HandleAcknowledgement() {
 // Names the transfer after the number in the message. False if that number may not name a file.
 bool TarvinApp::NameTransfer(const KelText& folder) {
     const std::string number(FileNumber(message));
-    KelText path = WithOwnSeparators(folder);
-    if (!path.empty() && !path.ends_with(pathSeparator))
-        path += pathSeparator;
     const KelText fileName = FromBytes(number);
-    transfer.SetName({path + fileName + u"." + parts.settings.fileExtension, fileName, u"  " + fileName});
+    const KelText path = NcFilePath(folder, fileName, parts.settings.fileExtension);
+    transfer.SetName({path, fileName, u"  " + fileName});
     return IsUsableFileNumber(number);
 }
 
@@ -176,55 +234,59 @@ void TarvinApp::DropAbandoned() {
         parts.sender.DropUnsent();
 }
 
-// An upload that the controller leaves for another request has failed. One that was begun by hand waits for its
-// request.
-void TarvinApp::EndUnfinishedUpload() {
-    if (IsUploadingByRequest())
-        transfer.End(TransferState::UploadErrors);
+// A transfer that the controller leaves for another request has failed.
+void TarvinApp::BeginRequest() {
+    if (transfer.IsUnderWay())
+        (void)transfer.EndWithErrors(text::transferReason::newRequest);
+    transfer.ResetQuality();
+    CountQuality();
 }
 
-bool TarvinApp::IsUploadingByRequest() const {
-    return transfer.State() == TransferState::Uploading && transfer.Dialog() == EndDialog::None;
+// The number is not used, not even for the status: it names the wrong file.
+void TarvinApp::RefuseDamagedRequest(TransferState newState, std::string_view answer) {
+    transfer.SetName({});
+    transfer.End(newState, text::transferReason::damagedRequest);
+    Send(answer);
 }
 
 void TarvinApp::OnUploadRequest() {
     DropAbandoned();
-    const bool isRepeat = IsUploadingByRequest() && transfer.BytesDone() == 0 &&
-                          transfer.Name().fileName == FromBytes(FileNumber(message));
-    if (isRepeat) {
+    std::string number(FileNumber(message));
+    const bool isUnbegun = transfer.State() == TransferState::Uploading && transfer.BytesDone() == 0;
+    if (isUnbegun && !isDamaged && number == uploadNumber) {
         Send(code::acknowledge);
         return;
     }
-    EndUnfinishedUpload();
+    BeginRequest();
+    if (isDamaged) {
+        RefuseDamagedRequest(TransferState::UploadErrors, code::cannotGoOn);
+        return;
+    }
     if (!NameTransfer(parts.settings.uploadPath)) {
-        transfer.End(TransferState::UploadCouldNotOpen);
+        transfer.End(TransferState::UploadCouldNotOpen, text::transferReason::unusableNumber);
         Send(code::cannotGoOn);
         return;
     }
-    if (!transfer.BeginUpload()) {
-        Send(code::cannotGoOn);
-        return;
-    }
-    Send(code::acknowledge);
+    uploadNumber = std::move(number);
+    damagedInARow = 0;
+    Send(transfer.BeginUpload() ? code::acknowledge : code::cannotGoOn);
 }
 
 void TarvinApp::OnDataLine() {
     const std::string_view line = DataPayload(message);
     // An empty line is acknowledged but not stored.
+    damagedInARow = 0;
     const bool isStored = line.empty() || transfer.Store(std::string(line) + '\n');
     Send(isStored ? code::acknowledge : code::cannotGoOn);
 }
 
 void TarvinApp::OnDownloadRequest() {
-    EndUnfinishedUpload();
-    if (transfer.IsStoring()) {
-        // Reading would have to give up a file that a user waits for.
-        NameTransfer(parts.settings.downloadPath);
-        transfer.End(TransferState::DownloadCouldNotOpen);
-        Send(code::cannotRead);
+    DropAbandoned();
+    BeginRequest();
+    if (isDamaged) {
+        RefuseDamagedRequest(TransferState::DownloadErrors, code::cannotRead);
         return;
     }
-    DropAbandoned();
     // The number counts that came with the request, whatever arrives during the delay.
     isRequestUsable = NameTransfer(parts.settings.downloadPath);
     download.Start();
@@ -232,17 +294,19 @@ void TarvinApp::OnDownloadRequest() {
 
 void TarvinApp::BeginDownload() {
     if (!isRequestUsable) {
-        transfer.End(TransferState::DownloadCouldNotOpen);
+        transfer.End(TransferState::DownloadCouldNotOpen, text::transferReason::unusableNumber);
         Send(code::cannotRead);
         return;
     }
-    if (!transfer.BeginDownload(longestDataLine)) {
-        Send(code::cannotRead);
-        return;
-    }
-    failedAttempts = 0;
-    Send(code::acknowledge);
-    SendNextDataLine();
+    transfer.BeginDownload(longestDataLine, [this](bool hasBegun) {
+        if (!hasBegun) {
+            Send(code::cannotRead);
+            return;
+        }
+        failedAttempts = 0;
+        Send(code::acknowledge);
+        SendNextDataLine();
+    });
 }
 
 void TarvinApp::SendNextDataLine() {

@@ -3,6 +3,7 @@
 // link test, upload (the controller sends a file) and download (it asks for one by number). Monitor thread.
 
 #include "protocol/DelayedDownload.h"
+#include "protocol/IncomingCheck.h"
 
 #include <string>
 #include <string_view>
@@ -23,10 +24,15 @@ public:
     void Abandon() override;
     // The controller does not know that its transfer has ended: it is told at its next message about it.
     void OnTransferLost() override;
+    bool IsConversation() const override { return true; }
 
 private:
-    bool IsRepeatOfHeldMessage(const std::string& next);
+    bool IsRepeatOfHeldMessage(const ReceivedMessage& next);
+    void Judge(const ReceivedMessage& next);
     void HandleMessage();
+    bool IsDataOfUpload() const;
+    bool IsDamagedPartOfUpload() const;
+    void OnDamagedPartOfUpload();
     bool RepeatLastAnswer();
     bool RefuseLostTransfer();
     bool HandleUploadEnd();
@@ -34,8 +40,9 @@ private:
     bool HandleAcknowledgement();
 
     void DropAbandoned();
-    bool IsUploadingByRequest() const;
-    void EndUnfinishedUpload();
+    void CountQuality();
+    void BeginRequest();
+    void RefuseDamagedRequest(TransferState newState, std::string_view answer);
     void OnUploadRequest();
     void OnDataLine();
     void OnDownloadRequest();
@@ -56,8 +63,13 @@ private:
 
     const ProtocolParts parts;
     Transfer& transfer;
-    std::string message;     // the last one received, with its checksum character
-    std::string dataMessage; // the last one sent, for a repeat
+    IncomingCheck incoming;
+    std::string message;    // the last one received, with its checksum character
+    bool isDamaged = false; // of that message, as its driver errors below
+    std::uint32_t driverErrorCount = 0;
+    int damagedInARow = 0;    // messages of the upload that is under way
+    std::string uploadNumber; // of the last upload that was accepted
+    std::string dataMessage;  // the last one sent, for a repeat
     LastAnswer lastAnswer;
     std::string frame;
     bool isRequestUsable = false; // the number of the download that waits or has begun may name a file

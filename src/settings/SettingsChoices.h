@@ -17,6 +17,10 @@ inline constexpr std::array<KelTextView, 2> dataBitsChoices = {u"7", u"8"};
 inline constexpr std::array<KelTextView, 3> stopBitsChoices = {u"1", u"1.5", u"2"};
 inline constexpr std::array<KelTextView, 4> flowControlChoices = {u"Xon/Xoff", u"Hardware", u"None", u"Combined"};
 
+// The entry of a value of DownloadSettings::incomingCheck has the value as its index.
+inline constexpr std::array<KelTextView, 3> incomingCheckChoices = {u"Off", u"End the upload", u"Wait for the repeat"};
+inline constexpr int mostReplacedFilesKept = 99;
+
 inline constexpr int longestCharacterDelayMilliseconds = 999;
 inline constexpr int longestLineDelayMilliseconds = 999;
 inline constexpr int longestTransmitDelaySeconds = 30;

@@ -2,7 +2,7 @@
 // The content of a file that is being downloaded, as it was when it was read: another program may rewrite the file
 // during the download.
 
-#include "files/KelFile.h"
+#include "files/NativeFile.h"
 
 #include <atomic>
 #include <cstddef>
@@ -17,21 +17,28 @@ public:
     // In bytes. Transfer counters and status texts end at 2^31 - 1.
     static constexpr std::size_t maximumLength = 0x7FFFFFFF;
 
-    // Reads the open file to its end. False, with an empty image, if it cannot be read, is too long, does not fit in
+    // Reads the open file to its end. Fails, with an empty image, if it cannot be read, is too long, does not fit in
     // memory, or if another thread sets `stop`: a program that ends does not wait for gigabytes.
-    bool Load(KelFile& file, const std::atomic<bool>& stop);
+    Result<> Load(NativeFile& file, const std::atomic<bool>& stop);
+
+    // The same in pieces, for a reader that may stop before the end. Begin makes room for the file and clears the
+    // image. Then each ReadPiece adds up to `byteCount` bytes and gives their number, 0 at the end of the file. After a
+    // failure the image is to be cleared.
+    Result<> Begin(NativeFile& file);
+    Result<std::size_t> ReadPiece(NativeFile& file, std::size_t byteCount);
+
     void Clear();
 
     std::size_t Length() const { return length; }
     std::size_t Position() const { return position; }
     std::string_view Content() const { return {content.get(), length}; }
 
-    // Takes the next bytes, at most `byteCount`; none at the end. Valid until Load or Clear.
-    std::span<const std::uint8_t> Next(std::size_t byteCount);
+    // Takes the next bytes, at most `byteCount` and with `upToLineEnd` none behind the next line feed; none at the end.
+    // Valid until Load or Clear.
+    std::span<const std::uint8_t> Next(std::size_t byteCount, bool upToLineEnd);
 
 private:
-    bool Grow(std::size_t newCapacity);
-    bool ReadAll(KelFile& file, const std::atomic<bool>& stop);
+    Result<> Grow(std::size_t newCapacity);
 
     std::unique_ptr<char[]> content;
     std::size_t capacity = 0;

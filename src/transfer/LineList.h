@@ -5,43 +5,41 @@
 #include "transfer/FileImage.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace tarvin {
 
 class LineList {
 public:
-    // In bytes without the line end. A file with a longer line is no NC text.
-    static constexpr std::size_t longestLineAllowed = 24576;
+    // In bytes without the line end. A file with a longer line is no NC text, whatever the controller takes.
+    static constexpr std::size_t longestLineOfText = 24576;
 
-    enum class LoadResult {
-        Loaded,
-        NotText,   // a line is longer than allowed; the lines before it have been loaded
-        Unreadable // no lines; also if `stop` was set
+    // Why the controller must not get the file.
+    struct Fault {
+        enum class Kind { LongLine, StrayReturn, Utf16 };
+        Kind kind = Kind::LongLine;
+        std::int64_t lineNumber = 1;   // from 1
+        bool isLongerThanText = false; // the line has more than longestLineOfText bytes
     };
 
-    // Reads the open file. Lines end with LF or CR LF. Bytes behind the last line end are a line too, without a CR at
-    // the very end.
-    LoadResult Load(KelFile& file, const std::atomic<bool>& stop);
+    // Reads the open file, up to its first fault. A line ends with an LF and the CRs beside it. Bytes behind the last
+    // line end are a line too, without CRs at the very end. A UTF-8 byte order mark at the start and 1Ah at the end
+    // belong to no line. A line of more than `longestLineAllowed` bytes and a CR within a line are faults. Fails if the
+    // file cannot be read, or if `stop` is set. Without success the list is empty.
+    Result<std::optional<Fault>> Load(NativeFile& file, const std::atomic<bool>& stop, std::size_t longestLineAllowed);
     void Clear();
 
     std::size_t FileSize() const { return image.Length(); }
-    // Length of the longest line, without its line end.
-    std::size_t LongestLine() const { return longestLine; }
-    // Whether a carriage return stands inside a line.
-    bool HasStrayCarriageReturn() const { return hasStrayCarriageReturn; }
 
     // Takes the next line that is not empty, without its line end; empty when no line is left. Valid until Load or
     // Clear.
     std::string_view NextNonEmpty();
 
 private:
-    std::string_view NextLine();
-
     FileImage image;
     std::string_view rest;
-    std::size_t longestLine = 0;
-    bool hasStrayCarriageReturn = false;
 };
 
 }

@@ -7,26 +7,44 @@
 
 namespace tarvin {
 
+using namespace std::chrono_literals;
+
 namespace {
 
 // The size of what arrives is not known, so the range of the bar doubles whenever the upload passes it.
 constexpr std::int64_t rangeOfUpload = 10'000;
 constexpr std::int64_t rangeOfUploadByHand = 1'000'000;
 
+// How long an upload waits at its end for another program to close the older file.
+constexpr auto longestWaitForName = 2s;
+constexpr auto pauseBetweenAttempts = 100ms;
+
+KelText Describe(const LineList::Fault& fault, std::size_t longestLineAllowed) {
+    const KelText number = ToText(fault.lineNumber);
+    switch (fault.kind) {
+    case LineList::Fault::Kind::LongLine:
+        return Filled(text::transferReason::longLine, {number, ToText(static_cast<std::int64_t>(longestLineAllowed))});
+    case LineList::Fault::Kind::StrayReturn:
+        return Filled(text::transferReason::strayReturn, {number});
+    case LineList::Fault::Kind::Utf16:
+        break;
+    }
+    return text::transferReason::utf16;
 }
 
-Transfer::Transfer(TransferObserver& observer, const std::atomic<bool>& isClosing, const ThreadOwner& thread)
-    : observer(observer), isClosing(isClosing), thread(thread) {}
-
-void Transfer::KeepFile() {
-    if (file.IsWriting())
-        (void)file.Sync();
-    file.Close();
 }
+
+Transfer::Transfer(TransferParts parts)
+    : parts(std::move(parts)),
+      pause(this->parts.timers, this->parts.clock, "Transfer::Pause", pauseBetweenAttempts, Timer::Kind::OneShot,
+            [this] { std::exchange(afterPause, {})(); }) {}
 
 // The one end of every transfer, whatever ends it.
 void Transfer::Release() {
-    file.Close();
+    pause.Stop();
+    afterPause = {};
+    upload.GiveUp();
+    source.Close();
     lines.Clear();
     image.Clear();
     dialog = EndDialog::None;
@@ -43,13 +61,13 @@ void Transfer::ReleaseFor(TransferState newState) {
 }
 
 void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason) {
-    thread.AssertOwned();
+    parts.thread.AssertOwned();
     if (!IsTransferring(newState))
         ReleaseFor(newState);
     isTesting = false;
     state = newState;
     reason = std::move(newReason);
-    observer.OnStateChanged(urgency);
+    parts.observer.OnStateChanged(urgency);
 }
 
 void Transfer::Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency) {
@@ -93,9 +111,9 @@ void Transfer::ShowMissingServer() {
 }
 
 void Transfer::SetName(TransferName newName) {
-    thread.AssertOwned();
+    parts.thread.AssertOwned();
     name = std::move(newName);
-    observer.OnNamed(name);
+    parts.observer.OnNamed(name);
 }
 
 void Transfer::AwaitDownload() {
@@ -107,28 +125,63 @@ void Transfer::PrepareDownload() {
     Enter(TransferState::DownloadPreparation, Urgency::NextTick);
 }
 
-LineList::LoadResult Transfer::LoadLines() {
-    KelFile source;
-    if (!source.Open(ToPath(name.path), KelFile::Mode::ReadText))
-        return LineList::LoadResult::Unreadable;
-    return lines.Load(source, isClosing);
+void Transfer::ContinueAfter(Clock::Duration duration, std::function<void()> next) {
+    afterPause = std::move(next);
+    pause.SetPeriod(duration);
+    pause.Start();
 }
 
-bool Transfer::BeginDownload(std::size_t longestLineAllowed) {
-    const LineList::LoadResult loaded = LoadLines();
-    if (loaded == LineList::LoadResult::Unreadable) {
-        End(TransferState::DownloadCouldNotOpen);
+// Ends the transfer unless the file is as it was when it was opened.
+bool Transfer::IsSourceUnchanged() {
+    const auto unchanged = source.CheckUnchanged();
+    if (!unchanged)
+        End(TransferState::DownloadCouldNotOpen, unchanged.Reason().text);
+    return static_cast<bool>(unchanged);
+}
+
+// Ends the transfer unless the controller can take the file.
+bool Transfer::LoadLines(std::size_t longestLineAllowed) {
+    if (const auto opened = source.Open(ToPath(name.path), parts.linkedFolders); !opened) {
+        End(TransferState::DownloadCouldNotOpen, opened.Reason().text);
         return false;
     }
-    if (loaded == LineList::LoadResult::NotText)
-        observer.ShowMessage({text::box::notAscii, text::box::errorCaption, okOnly | iconExclamation});
+    const auto loaded = lines.Load(source.File(), parts.isClosing, longestLineAllowed);
+    if (!loaded) {
+        End(TransferState::DownloadCouldNotOpen, loaded.Reason().text);
+        return false;
+    }
+    // Before the fault: half a file may have one that the whole file lacks.
+    if (!IsSourceUnchanged())
+        return false;
+    const std::optional<LineList::Fault>& fault = *loaded;
+    if (!fault)
+        return true;
+    if (fault->isLongerThanText)
+        parts.observer.ShowMessage({text::box::notAscii, text::box::errorCaption, okOnly | iconExclamation});
     // A line that is cut, split, or ended by a byte of its own would make the machine cut something else.
-    if (lines.LongestLine() > longestLineAllowed || lines.HasStrayCarriageReturn()) {
-        End(TransferState::FileFormatError);
-        return false;
-    }
+    End(TransferState::FileFormatError, Describe(*fault, longestLineAllowed));
+    return false;
+}
+
+void Transfer::StartDownload() {
+    source.Close();
     Begin(TransferState::Downloading, EndDialog::None, static_cast<std::int64_t>(lines.FileSize()), Urgency::NextTick);
-    return true;
+}
+
+void Transfer::BeginDownload(std::size_t longestLineAllowed, Completion completion) {
+    if (!LoadLines(longestLineAllowed)) {
+        completion(false);
+    } else if (!source.NeedsSecondLook()) {
+        StartDownload();
+        completion(true);
+    } else {
+        ContinueAfter(SourceFile::secondLookAfter, [this, completion = std::move(completion)] {
+            const bool isUnchanged = IsSourceUnchanged();
+            if (isUnchanged)
+                StartDownload();
+            completion(isUnchanged);
+        });
+    }
 }
 
 void Transfer::CountSent(std::int64_t byteCount) {
@@ -139,40 +192,64 @@ void Transfer::CountSent(std::int64_t byteCount) {
 
 bool Transfer::BeginDownloadByHand(const TransferName& newName) {
     assert(!IsUnderWay());
+    ResetQuality();
     Release();
     SetName({newName.path, newName.fileName, {}});
-    KelFile source;
-    if (!source.Open(ToPath(name.path), KelFile::Mode::ReadBytes) || !image.Load(source, isClosing)) {
-        End(TransferState::DownloadCouldNotOpen);
+    Result<> loaded = source.OpenPicked(ToPath(name.path));
+    if (loaded)
+        loaded = image.Load(source.File(), parts.isClosing);
+    if (!loaded) {
+        End(TransferState::DownloadCouldNotOpen, loaded.Reason().text);
         return false;
     }
+    if (!IsSourceUnchanged())
+        return false;
+    source.Close();
     SetName(newName);
     Begin(TransferState::Downloading, EndDialog::Download, static_cast<std::int64_t>(image.Length()), Urgency::AtOnce);
     return true;
 }
 
-std::span<const std::uint8_t> Transfer::NextBlock(std::size_t byteCount) {
-    return image.Next(byteCount);
+std::span<const std::uint8_t> Transfer::NextBlock(std::size_t byteCount, bool upToLineEnd) {
+    return image.Next(byteCount, upToLineEnd);
+}
+
+EndDialog Transfer::Dialog() const {
+    if (awaited)
+        return EndDialog::Upload;
+    return IsUnderWay() ? dialog : EndDialog::None;
+}
+
+void Transfer::CancelAwaitedUpload(KelText newReason) {
+    assert(awaited);
+    TransferName waiting = std::move(*std::exchange(awaited, std::nullopt));
+    if (IsUnderWay() || state == TransferState::DownloadWaiting || state == TransferState::DownloadPreparation)
+        return;
+    SetName({waiting.path, waiting.fileName, {}});
+    End(TransferState::UploadCancelled, std::move(newReason));
 }
 
 bool Transfer::BeginUpload() {
-    if (!file.Open(ToPath(name.path), KelFile::Mode::WriteText)) {
-        End(TransferState::UploadCouldNotOpen);
+    assert(!upload.IsOpen());
+    if (awaited)
+        SetName(*awaited);
+    Release();
+    if (const auto begun = upload.Begin(ToPath(name.path), UploadFile::Content::Text); !begun) {
+        End(TransferState::UploadCouldNotOpen, begun.Reason().text);
         return false;
     }
-    lines.Clear();
-    // An upload by hand that the controller begins again keeps its dialog.
-    const EndDialog shownDialog = state == TransferState::Uploading ? dialog : EndDialog::None;
-    Begin(TransferState::Uploading, shownDialog, rangeOfUpload, Urgency::AtOnce);
+    const bool isByHand = std::exchange(awaited, std::nullopt).has_value();
+    Begin(TransferState::Uploading, isByHand ? EndDialog::Upload : EndDialog::None, rangeOfUpload, Urgency::AtOnce);
     return true;
 }
 
 bool Transfer::BeginUploadByHand(const TransferName& newName) {
     assert(!IsUnderWay());
+    ResetQuality();
     Release();
     SetName({newName.path, newName.fileName, {}});
-    if (!file.Open(ToPath(name.path), KelFile::Mode::WriteBytes)) {
-        End(TransferState::UploadCouldNotOpen);
+    if (const auto begun = upload.Begin(ToPath(name.path), UploadFile::Content::Bytes); !begun) {
+        End(TransferState::UploadCouldNotOpen, begun.Reason().text);
         return false;
     }
     SetName(newName);
@@ -182,10 +259,15 @@ bool Transfer::BeginUploadByHand(const TransferName& newName) {
 
 bool Transfer::Store(std::string_view bytes) {
     assert(state == TransferState::Uploading);
-    const bool isWritten = static_cast<bool>(file.Write(bytes));
-    bytesDone = static_cast<std::int64_t>(file.BytesWritten());
-    if (!isWritten) {
-        End(TransferState::UploadErrors);
+    // The sender has ended the file, and its name is being given.
+    if (pause.IsRunning()) {
+        EndIncompleteUpload(text::transferReason::lineAfterEnd);
+        return false;
+    }
+    const auto stored = upload.Store(bytes);
+    bytesDone = static_cast<std::int64_t>(upload.BytesStored());
+    if (!stored) {
+        End(TransferState::UploadErrors, stored.Reason().text);
         return false;
     }
     if (bytesDone > bytesTotal)
@@ -194,21 +276,41 @@ bool Transfer::Store(std::string_view bytes) {
     return true;
 }
 
-bool Transfer::CompleteUpload() {
+void Transfer::CompleteUpload(Completion completion) {
     assert(state == TransferState::Uploading);
-    bytesDone = static_cast<std::int64_t>(file.BytesWritten());
-    // The sender forgets the file once its end is acknowledged, so it is on the disk by then.
-    const bool isOnDisk = !file.IsWriting() || file.Sync();
-    End(isOnDisk ? TransferState::UploadCompleted : TransferState::UploadErrors);
-    return isOnDisk;
+    if (pause.IsRunning())
+        return;
+    bytesDone = static_cast<std::int64_t>(upload.BytesStored());
+    TryToComplete(parts.clock.Now() + longestWaitForName, completion);
 }
 
-bool Transfer::EndWithErrors() {
+// The sender forgets the file once its end is acknowledged, so it is on the disk, under its name, by then.
+void Transfer::TryToComplete(Clock::TimePoint deadline, const Completion& completion) {
+    const auto completed = upload.Complete(parts.settings.replacedFilesKept);
+    if (!completed && completed.Reason().isBusy && parts.clock.Now() < deadline) {
+        ContinueAfter(pauseBetweenAttempts, [this, deadline, completion] { TryToComplete(deadline, completion); });
+        return;
+    }
+    if (!completed)
+        EndIncompleteUpload(completed.Reason().text);
+    else
+        End(TransferState::UploadCompleted,
+            *completed == UploadFile::Ending::OlderStays ? text::transferReason::olderStays : u"");
+    if (completion)
+        completion(static_cast<bool>(completed));
+}
+
+void Transfer::EndIncompleteUpload(const KelText& why) {
+    const KelText whole = FromPath(upload.GiveUp());
+    End(TransferState::UploadErrors, whole.empty() ? why : Filled(text::transferReason::wholeIn, {why, whole}));
+}
+
+bool Transfer::EndWithErrors(KelText newReason) {
     const bool isDownload = state == TransferState::Downloading || state == TransferState::DownloadWaiting ||
                             state == TransferState::DownloadPreparation;
     if (!isDownload && state != TransferState::Uploading)
         return false;
-    End(isDownload ? TransferState::DownloadErrors : TransferState::UploadErrors);
+    End(isDownload ? TransferState::DownloadErrors : TransferState::UploadErrors, std::move(newReason));
     return true;
 }
 

@@ -14,14 +14,22 @@
 // controller that tests the link or asks for another file gives up the transfer before it.
 
 #include "base/ThreadOwner.h"
-#include "files/KelFile.h"
+#include "base/Timer.h"
 #include "messages/MessageReport.h"
+#include "settings/DownloadSettings.h"
 #include "transfer/LineList.h"
+#include "transfer/LineQuality.h"
+#include "transfer/SourceFile.h"
 #include "transfer/TransferState.h"
+#include "transfer/UploadFile.h"
 
 #include <atomic>
+#include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace tarvin {
 
@@ -47,10 +55,26 @@ public:
     virtual void DrawAttention() = 0;
 };
 
+// What a transfer works with. All of it outlives the transfer.
+struct TransferParts {
+    TransferObserver& observer;
+    const DownloadSettings& settings;
+    TimerQueue& timers;
+    const Clock& clock;
+    // A file that takes long to read is given up as soon as this is set, by any thread.
+    const std::atomic<bool>& isClosing;
+    const ThreadOwner& thread;
+    // Links in a download folder may lead to files below these folders.
+    std::vector<std::filesystem::path> linkedFolders = {};
+};
+
 class Transfer {
 public:
-    // A file that takes long to read is given up as soon as `isClosing` is set, by any thread.
-    Transfer(TransferObserver& observer, const std::atomic<bool>& isClosing, const ThreadOwner& thread);
+    // Called once with the result of an operation that may have to wait: within the call of the operation, or later by
+    // a timer. Never called if the transfer is ended or replaced before.
+    using Completion = std::function<void(bool isDone)>;
+
+    explicit Transfer(TransferParts parts);
 
     TransferState State() const { return state; }
     // Whether a file is on its way.
@@ -64,8 +88,15 @@ public:
         std::int64_t range = 0;
     };
     const Progress& Bar() const { return bar; }
-    // None unless a transfer that was begun by hand is under way.
-    EndDialog Dialog() const { return IsUnderWay() ? dialog : EndDialog::None; }
+    // None unless a transfer that was begun by hand is under way or awaited.
+    EndDialog Dialog() const;
+
+    // What was not clean on the line since the transfer's request, or its begin by hand.
+    const LineQuality& Quality() const { return quality; }
+    void ResetQuality() { quality = {}; }
+    void CountDamaged() { ++quality.damaged; }
+    void CountRepeat() { ++quality.repeats; }
+    void CountDriverErrors(std::uint32_t errorCount) { quality.driverErrors += errorCount; }
 
     // States of the link. Each ends a transfer that is under way.
     void Wait(Urgency urgency);
@@ -88,37 +119,48 @@ public:
     void AwaitDownload();
     void PrepareDownload();
     // Calls the user: the machine cannot request its file.
-    void CallUser() { observer.DrawAttention(); }
+    void CallUser() { parts.observer.DrawAttention(); }
     // Reads the file of the present name as lines and enters Downloading. False, with the state that says why, if it
-    // cannot be opened, or if it has a line that the controller cannot take.
-    bool BeginDownload(std::size_t longestLineAllowed);
+    // cannot be opened, if another program is changing it, or if it has a line that the controller cannot take. Waits a
+    // quarter of a second where the system cannot tell whether a fresh file is complete.
+    void BeginDownload(std::size_t longestLineAllowed, Completion completion);
     // The next line of a download that is not empty; empty at the end of the file. Valid until the transfer ends.
     std::string_view NextLine() { return lines.NextNonEmpty(); }
     void CountSent(std::int64_t byteCount);
     // Reads the whole file as bytes, for a download by hand. Requires that no file is on its way. False, with the state
     // that says why, if it cannot be read; the caption then stays.
     bool BeginDownloadByHand(const TransferName& newName);
-    // The next bytes of it, at most `byteCount`; none at its end.
-    std::span<const std::uint8_t> NextBlock(std::size_t byteCount);
+    // The next bytes of it, at most `byteCount` and with `upToLineEnd` none behind the next line feed; none at its end.
+    std::span<const std::uint8_t> NextBlock(std::size_t byteCount, bool upToLineEnd);
 
-    // Opens the file of the present name and enters Uploading. An upload that was begun by hand goes on in the file
-    // that is open. False, with the state that says why, if it cannot be opened.
+    // The next upload of the controller goes to this file instead of its own. The link does not change.
+    void AwaitUpload(TransferName newName) { awaited = std::move(newName); }
+    bool IsUploadAwaited() const { return awaited.has_value(); }
+    // Ends the wait. Unless another transfer is under way, enters UploadCancelled for the awaited file.
+    void CancelAwaitedUpload(KelText newReason);
+    // Makes the file for an upload under the present name or the awaited one, as UploadFile does, and enters Uploading.
+    // Requires that no file is open for writing. False, with the state that says why, if it cannot be made, or if the
+    // file of that name could not be replaced.
     bool BeginUpload();
-    // Opens the file for an upload by hand, which is written byte for byte. Requires the same. False as above.
+    // Makes the file for an upload by hand, which is written byte for byte. Requires that no file is on its way. False
+    // as above.
     bool BeginUploadByHand(const TransferName& newName);
     // Whether a file is open for writing.
-    bool IsStoring() const { return file.IsWriting(); }
-    // Adds to the upload's file. False, with the transfer ended, if not everything could be written.
+    bool IsStoring() const { return upload.IsOpen(); }
+    // Adds to the upload's file. False, with the transfer ended, if not everything could be written: the file then ends
+    // with the piece before.
     bool Store(std::string_view bytes);
-    // Completes the upload once its file is on the disk. False, with the state that says why, if it cannot get there.
-    bool CompleteUpload();
+    // Gives the upload's file its name, once it is on the disk, and ends the upload. False, with the state that says
+    // why, if that fails. Waits for up to two seconds while another program holds the older file, and does nothing
+    // while it waits.
+    void CompleteUpload(Completion completion = {});
 
     // For the end of the program: writes the received part of an upload to the disk. The state stays.
-    void KeepFile();
+    void KeepFile() { upload.GiveUp(); }
 
     // Ends a transfer that is under way, or a download that waits, with errors: something other than the transfer has
     // ended it. Returns whether there was one.
-    bool EndWithErrors();
+    bool EndWithErrors(KelText newReason);
 
     // Ends the transfer, or refuses one, in a state that ends it.
     void End(TransferState newState, KelText newReason = {});
@@ -130,11 +172,14 @@ private:
     void Release();
     void ReleaseFor(TransferState newState);
     void Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency);
-    LineList::LoadResult LoadLines();
+    bool LoadLines(std::size_t longestLineAllowed);
+    bool IsSourceUnchanged();
+    void StartDownload();
+    void TryToComplete(Clock::TimePoint deadline, const Completion& completion);
+    void EndIncompleteUpload(const KelText& why);
+    void ContinueAfter(Clock::Duration pause, std::function<void()> next);
 
-    TransferObserver& observer;
-    const std::atomic<bool>& isClosing;
-    const ThreadOwner& thread;
+    const TransferParts parts;
     TransferState state = TransferState::NoLink;
     TransferName name;
     KelText reason;
@@ -143,9 +188,14 @@ private:
     Progress bar;
     EndDialog dialog = EndDialog::None;
     bool isTesting = false;
-    KelFile file;    // of an upload
-    LineList lines;  // of a download for a controller that takes lines
-    FileImage image; // of a download by hand
+    LineQuality quality;
+    std::optional<TransferName> awaited;
+    UploadFile upload;
+    SourceFile source; // of a download that is being prepared
+    LineList lines;    // of a download for a controller that takes lines
+    FileImage image;   // of a download by hand
+    std::function<void()> afterPause;
+    Timer pause; // runs while BeginDownload or CompleteUpload waits
 };
 
 }

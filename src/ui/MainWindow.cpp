@@ -5,10 +5,13 @@
 #include "logging/LogText.h"
 #include "messages/AppInterface.h"
 #include "port/PortNames.h"
+#include "settings/SettingsCheck.h"
+#include "transfer/NcFilePath.h"
 #include "ui/CustomMessage.h"
 #include "ui/HelpBook.h"
 #include "ui/MainPanel.h"
 #include "ui/NcFileDialogs.h"
+#include "ui/NumberDialog.h"
 #include "ui/Pictures.h"
 #include "ui/SettingsDialog.h"
 #include "ui/TransferEndDialog.h"
@@ -16,7 +19,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <system_error>
 #include <utility>
+
+#include <wx/utils.h>
 
 namespace tarvin {
 
@@ -25,6 +31,17 @@ namespace {
 constexpr int trafficMilliseconds = 50;
 constexpr int closeTickMilliseconds = 20;
 const wxSize firstSize(251, 204); // dialog units
+
+// The status, and what stands beside it.
+KelText StatusText(const EngineSnapshot& snapshot) {
+    KelText text = snapshot.statusLine;
+    for (const KelText& beside : {snapshot.notice, snapshot.announcement,
+                                  snapshot.quality.IsClean() ? KelText() : DescribeQuality(snapshot.quality)}) {
+        if (!beside.empty())
+            text += u" - " + beside;
+    }
+    return text;
+}
 
 // Null if the window is no modal dialog.
 wxDialog* AsModalDialog(wxWindow* window) {
@@ -114,8 +131,7 @@ void MainWindow::OnSnapshotChanged() {
     const EngineSnapshot snapshot = engine.Snapshot();
     if (snapshot.caption != shown.caption)
         SetTitle(ToWx(snapshot.caption));
-    const KelText notice = snapshot.notice.empty() ? KelText() : u" - " + snapshot.notice;
-    panel->statusLine->ShowStatus(ToWx(snapshot.statusLine + notice), OutlookOf(snapshot));
+    panel->statusLine->ShowStatus(ToWx(StatusText(snapshot)), OutlookOf(snapshot));
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
     panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
     panel->received->SetLit(snapshot.lamps.received);
@@ -205,7 +221,7 @@ void MainWindow::OnLog() {
         panel->logSwitch->SetValue(false);
         return;
     }
-    // The engine answers with a snapshot even if the log could not be opened, which switches the log off here.
+    // If the log cannot be opened, a later snapshot switches it off here.
     engine.StartCommsLog(*path);
 }
 
@@ -232,14 +248,58 @@ void MainWindow::OnChangeSettings() {
     engine.ApplySettings(settings);
 }
 
+// The settings as the file dialogs use them: with the folders and the extension that the user has picked last. The
+// controller's own change in the settings dialog only.
+DownloadSettings MainWindow::PickedSettings() const {
+    DownloadSettings picked = settings;
+    picked.downloadPath = sendFolder.value_or(settings.downloadPath);
+    picked.uploadPath = receiveFolder.value_or(settings.uploadPath);
+    picked.fileExtension = pickedExtension.value_or(settings.fileExtension);
+    return picked;
+}
+
 void MainWindow::OnSendFile() {
-    if (const auto path = AskForNcFileToSend(this, modal, settings, shown.transferPath))
+    const auto path = AskForNcFileToSend(this, modal, PickedSettings(), shown.transferPath);
+    if (!path)
+        return;
+    sendFolder = AsFolderSetting(FromPath(path->parent_path()));
+    pickedExtension = AsExtensionSetting(FromPath(path->extension()));
+    if (shown.isConversation)
+        PutForMachine(*path);
+    else
         engine.SendFile(*path);
 }
 
+// The machine asks for its files by number. So the file is put where the machine will find it.
+void MainWindow::PutForMachine(const std::filesystem::path& path) {
+    const KelText fileName = FromPath(path.filename());
+    NumberDialog dialog(this, fileName, SuggestedNumber(fileName), [this] { OnHelp("transfers.htm"); });
+    if (modal.Run(dialog) != wxID_OK)
+        return;
+    const KelText number = dialog.Number();
+    const KelText target = NcFilePath(settings.downloadPath, number, settings.fileExtension);
+    std::error_code ignored;
+    const bool isThere =
+        std::filesystem::exists(ToPath(target), ignored) && !std::filesystem::equivalent(ToPath(target), path, ignored);
+    constexpr int yes = 6;
+    if (isThere && ShowBox({Filled(text::box::replaceNcFile, {target}), text::box::replaceCaption,
+                            yesNo | iconQuestion | defaultButton2}) != yes)
+        return;
+    const wxBusyCursor busy;
+    if (const auto copied = CopyNcFile(path, ToPath(target)); !copied)
+        OnMessage({Filled(text::box::notCopied, {FromPath(path), target, copied.Reason().text}),
+                   text::box::problemCaption, okOnly | iconExclamation});
+    else
+        engine.Announce(Filled(text::notice::fileIsReady, {fileName, number}));
+}
+
 void MainWindow::OnReceiveFile() {
-    if (const auto path = AskForNcFileToReceive(this, modal, settings, shown.transferPath))
-        engine.ReceiveFile(*path);
+    const auto path = AskForNcFileToReceive(this, modal, PickedSettings(), shown.transferPath);
+    if (!path)
+        return;
+    receiveFolder = AsFolderSetting(FromPath(path->parent_path()));
+    pickedExtension = AsExtensionSetting(FromPath(path->extension()));
+    engine.ReceiveFile(*path);
 }
 
 void MainWindow::OnContextMenu(wxContextMenuEvent&) {

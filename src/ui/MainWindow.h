@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include <wx/timer.h>
@@ -64,6 +65,8 @@ private:
     void OnChangeSettings();
     void OnSendFile();
     void OnReceiveFile();
+    DownloadSettings PickedSettings() const;
+    void PutForMachine(const std::filesystem::path& path);
     void OnContextMenu(wxContextMenuEvent& event);
     void OnHelp(const wxString& page);
     void OnCharHook(wxKeyEvent& event);
@@ -90,7 +93,11 @@ private:
     bool isInputEnabled = true;
     EngineSnapshot shown;
     DownloadSettings settings; // the engine's, or newer while a change is on its way to the engine
-    wxTimer trafficTimer;      // collects the lines of a short time for one repaint
+    // Where the user has picked files by hand, for the next dialog.
+    std::optional<KelText> sendFolder;
+    std::optional<KelText> receiveFolder;
+    std::optional<KelText> pickedExtension;
+    wxTimer trafficTimer; // collects the lines of a short time for one repaint
     bool isClosing = false;
     wxTimer closeTimer;
     int closeTicksLeft = 25;

@@ -6,6 +6,7 @@
 #include "ui/Pictures.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <wx/dirdlg.h>
 #include <wx/filedlg.h>
@@ -71,6 +72,7 @@ SettingsDialog::SettingsDialog(wxWindow* parent, DownloadSettings settings, std:
     auto* left = new wxBoxSizer(wxVERTICAL);
     left->Add(AddLineGroup(), wxSizerFlags().Expand());
     left->Add(AddCharacterGroup(), wxSizerFlags().Expand().Border(wxTOP, gap));
+    left->Add(AddCheckGroup(), wxSizerFlags().Expand().Border(wxTOP, gap));
     auto* right = new wxBoxSizer(wxVERTICAL);
     right->Add(AddFilesGroup(), wxSizerFlags().Expand());
     right->Add(AddLogGroup(), wxSizerFlags().Expand().Border(wxTOP, gap));
@@ -170,6 +172,25 @@ wxStaticBoxSizer* SettingsDialog::AddDelayGroup() {
             &DownloadSettings::lineDelayMilliseconds);
     AddSpin(box, *grid, text::dialog::transmitDelay, longestTransmitDelaySeconds,
             &DownloadSettings::transmitDelaySeconds);
+    Fill(group, grid);
+    return group;
+}
+
+wxStaticBoxSizer* SettingsDialog::AddCheckGroup() {
+    auto* group = MakeGroup(this, text::dialog::checkGroup);
+    wxWindow* const box = group->GetStaticBox();
+    auto* grid = MakeGrid(this, 2, 6);
+    grid->Add(new wxStaticText(box, wxID_ANY, ToWx(text::dialog::incomingCheck)), wxSizerFlags().CenterVertical());
+    auto* list = new wxChoice(box, wxID_ANY);
+    list->SetName(wxControl::RemoveMnemonics(ToWx(text::dialog::incomingCheck)));
+    list->SetToolTip(ToWx(text::tip::incomingCheck));
+    for (const KelTextView entry : incomingCheckChoices)
+        list->Append(ToWx(entry));
+    const bool isKnown = present.incomingCheck >= 0 && present.incomingCheck < std::ssize(incomingCheckChoices);
+    list->SetSelection(isKnown ? present.incomingCheck : incomingCheckEnd);
+    grid->Add(list, wxSizerFlags().Right());
+    writers.push_back([list](DownloadSettings& settings) { settings.incomingCheck = list->GetSelection(); });
+    AddSpin(box, *grid, text::dialog::replacedFilesKept, mostReplacedFilesKept, &DownloadSettings::replacedFilesKept);
     Fill(group, grid);
     return group;
 }

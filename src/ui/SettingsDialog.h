@@ -38,6 +38,7 @@ private:
 
     wxStaticBoxSizer* AddLineGroup();
     wxStaticBoxSizer* AddDelayGroup();
+    wxStaticBoxSizer* AddCheckGroup();
     wxStaticBoxSizer* AddFilesGroup();
     wxStaticBoxSizer* AddLogGroup();
     wxStaticBoxSizer* AddCharacterGroup();

@@ -210,7 +210,7 @@ TEST_CASE("LineService: a full receive buffer is an overrun, and the bytes after
     harness.Run(200ms);
     CHECK(harness.Status() == "Waiting...");
     harness.Exchange("!");
-    CHECK(harness.protocol->buffer->TakeMessage('!', false) == "the rest!");
+    CHECK(harness.protocol->buffer->TakeMessage('!', false)->text == "the rest!");
 }
 
 TEST_CASE("LineService: an answer held by XOFF goes out at XON, whether the driver or the program sees the two bytes") {
@@ -333,7 +333,7 @@ TEST_CASE("Network: a reset puts the link back and keeps an upload's file") {
         CHECK(harness.Run(5s).empty() != each.keepsPinging);
         CHECK(harness.Status() == each.status);
         CHECK(harness.Snapshot().sendFile.isVisible == each.showsButtons);
-        CHECK(harness.folder.ReadFile("NC/new") == "part");
+        CHECK(harness.folder.ReadFile("NC/new.part") == "part");
         CHECK(std::none_of(harness.events.statusLines.begin(), harness.events.statusLines.end(),
                            [](const KelText& line) { return line.starts_with(u"Upload Cancelled"); }));
     }

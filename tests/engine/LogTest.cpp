@@ -1,4 +1,6 @@
 #include "harness/EngineHarness.h"
+#include "harness/HeldLogFiles.h"
+#include "harness/WaitUntil.h"
 #include "protocol/RawProtocol.h"
 
 #include <algorithm>
@@ -29,6 +31,8 @@ Strings LinesOf(const std::string& log) {
     lines.erase(lines.begin() + 1, lines.begin() + 9);
     return lines;
 }
+
+constexpr char quickProfile[] = "[Port Settings]\ntransmit delay=0\n";
 
 void SwitchActivityLogOn(EngineHarness<RawProtocol>& harness, std::string_view file) {
     auto settings = harness.engine->Settings();
@@ -196,9 +200,86 @@ TEST_CASE("Logs: every file of a rolling log tells how the link was set up") {
     for (int line = 0; line < 200; ++line)
         harness.Exchange("line " + std::to_string(line));
     harness.engine->StopCommsLog();
+    harness.Settle();
     for (const char* name : {"log", "log.1"}) {
         const std::string log = harness.folder.ReadFile(name);
         CHECK(log.find("Version & OS") < 500);
         CHECK(log.find("Port=COM1 baud=2400") != std::string::npos);
     }
+}
+
+TEST_CASE("Logs: a disk that takes nothing delays no answer, and the log is whole afterwards") {
+    const auto disk = std::make_shared<HeldDisk>();
+    EngineHarness<RawProtocol> harness(quickProfile, std::make_unique<HeldLogFiles>(disk));
+    harness.Open();
+    SwitchActivityLogOn(harness, "activity");
+    harness.engine->StartCommsLog(harness.folder / "log");
+    harness.folder.WriteFile("NC/7", std::string(3000, 'x'));
+    harness.line.bytesPerSecond = 1000;
+    harness.engine->SendFile(harness.folder / "NC/7");
+    CHECK(harness.Run(10s).size() == 3000);
+    CHECK(harness.Snapshot().isCommsLogOn);
+    harness.Exchange("noise");
+    REQUIRE(WaitUntil([&] { return disk->IsAwaited(); }));
+    disk->Release();
+    harness.engine->Close();
+    CHECK(harness.folder.ReadFile("activity").find(" Download Completed ") != std::string::npos);
+    const std::string log = harness.folder.ReadFile("log");
+    CHECK(LinesOf(log) == Strings{"Start of logging", "TX " + std::string(997, 'x'), std::string(1000, 'x'),
+                                  std::string(1000, 'x'), "xxx", "RX noise", "Application Terminated"});
+    // The time is that of the event.
+    CHECK(std::regex_search(log, std::regex("\n00:00:10\\.\\d+ \\(\\+0\\.000000\\) RX noise\r\n")));
+}
+
+TEST_CASE("Logs: a disk that hangs keeps the program for two seconds at most, and what is lost is told") {
+    const auto disk = std::make_shared<HeldDisk>();
+    EngineHarness<RawProtocol> harness(quickProfile, std::make_unique<HeldLogFiles>(disk));
+    harness.Open();
+    SwitchActivityLogOn(harness, "activity");
+    harness.engine->StartCommsLog(harness.folder / "log");
+    harness.engine->SendFile(harness.folder / "NC/missing");
+    harness.Exchange("noise");
+    harness.Run(1s);
+    const auto begun = std::chrono::steady_clock::now();
+    harness.engine->Close();
+    CHECK(std::chrono::steady_clock::now() - begun < 10s);
+    REQUIRE(harness.events.boxes.size() == 2);
+    CHECK(harness.events.boxes[0].ends_with((harness.folder / "log").string() +
+                                            ": the disk does not answer. Lines lost: 2 at most"));
+    CHECK(harness.events.boxes[1].ends_with((harness.folder / "activity").string() +
+                                            ": the disk does not answer. Lines lost: 1 at most"));
+    // The disk comes back while the program still runs.
+    disk->Release();
+    CHECK(WaitUntil([&] {
+        return std::filesystem::exists(harness.folder / "log") &&
+               harness.folder.ReadFile("log").ends_with("Application Terminated\r\n");
+    }));
+}
+
+TEST_CASE("Logs: a log that cannot be opened is off within a display tick, and late news of it spare the next log") {
+    const auto disk = std::make_shared<HeldDisk>();
+    EngineHarness<RawProtocol> harness(quickProfile, std::make_unique<HeldLogFiles>(disk));
+    harness.Open();
+    const auto isTold = [&] {
+        harness.Run(100ms);
+        return !harness.events.boxes.empty();
+    };
+    harness.engine->StartCommsLog(harness.folder / "missing/log");
+    CHECK(harness.Snapshot().isCommsLogOn);
+    disk->ReleaseOne();
+    REQUIRE(WaitUntil(isTold));
+    harness.Run(100ms);
+    CHECK_FALSE(harness.Snapshot().isCommsLogOn);
+    harness.events.boxes.clear();
+    harness.engine->StartCommsLog(harness.folder / "missing/log");
+    REQUIRE(WaitUntil([&] { return disk->IsAwaited(); }));
+    harness.engine->StartCommsLog(harness.folder / "log");
+    harness.Settle();
+    disk->ReleaseOne();
+    REQUIRE(WaitUntil(isTold));
+    CHECK(harness.Snapshot().isCommsLogOn);
+    harness.Exchange("noise");
+    disk->Release();
+    harness.engine->Close();
+    CHECK(LinesOf(harness.folder.ReadFile("log")) == Strings{"Start of logging", "RX noise", "Application Terminated"});
 }

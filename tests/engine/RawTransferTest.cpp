@@ -51,6 +51,24 @@ TEST_CASE("RawProtocol: a download puts every byte of the file on the line, in b
     }
 }
 
+TEST_CASE("RawProtocol: each line waits for its delay, and the end character follows the last one") {
+    RawHarness harness("[Port Settings]\nflow control=None\n");
+    DownloadSettings settings;
+    harness.Open();
+    settings = harness.engine->Settings();
+    settings.lineDelayMilliseconds = 500;
+    settings.sendEndCode = 1;
+    harness.engine->ApplySettings(settings);
+    for (int transfer = 0; transfer < 2; ++transfer) {
+        StartSending(harness, "N1\r\nN2\r\nN3");
+        CHECK(harness.Run(400ms) == "N1\r\n");
+        CHECK(harness.Run(500ms) == "N2\r\n");
+        CHECK(harness.Snapshot().transferState == TransferState::Downloading);
+        CHECK(harness.Run(500ms) == "N3\x04");
+        CHECK(harness.Snapshot().transferState == TransferState::DownloadCompleted);
+    }
+}
+
 TEST_CASE("RawProtocol: an empty file is done at once, and an unreadable one says so") {
     RawHarness harness;
     harness.Open();
@@ -132,7 +150,7 @@ TEST_CASE("RawProtocol: an upload stores every byte, and ends as the user says")
         CHECK(harness.Snapshot().receiveFile.isEnabled);
         CHECK(harness.Snapshot().progressPosition == 0);
         harness.Exchange("late");
-        CHECK(harness.folder.ReadFile("NC/new") == content);
+        CHECK(harness.folder.ReadFile(isCompleted ? "NC/new" : "NC/new.part") == content);
     }
 }
 
@@ -177,8 +195,8 @@ TEST_CASE("RawProtocol: a lost link ends a transfer, and the received part is ke
     harness.Exchange("first");
     harness.line.isPresent = false;
     harness.Run(100ms);
-    CHECK(harness.Status() == "Upload Error(s) " + (harness.folder / "NC/new").string());
-    CHECK(harness.folder.ReadFile("NC/new") == "first");
+    CHECK(harness.Status() == "Upload Error(s) " + (harness.folder / "NC/new").string() + ": the port was lost");
+    CHECK(harness.folder.ReadFile("NC/new.part") == "first");
     harness.line.isPresent = true;
     harness.RunUntil([&] { return !harness.Snapshot().linkTitle.ends_with(u"No Link"); }, 2s);
     StartSending(harness, EveryByte(1000));
@@ -187,5 +205,5 @@ TEST_CASE("RawProtocol: a lost link ends a transfer, and the received part is ke
     harness.line.isPresent = false;
     harness.Run(100ms);
     // Half a file that goes on after a gap would be cut as if it were whole.
-    CHECK(harness.Status() == "Download Error(s) " + (harness.folder / "NC/part").string());
+    CHECK(harness.Status() == "Download Error(s) " + (harness.folder / "NC/part").string() + ": the port was lost");
 }

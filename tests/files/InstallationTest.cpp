@@ -42,7 +42,7 @@ TEST_CASE("FindInstallation: the first candidate with a readable KEL.INI is take
     CHECK(std::filesystem::equivalent(*found, user));
 }
 
-TEST_CASE("Installation: the folder for NC files is below it, unless KEL.INI gives a full path") {
+TEST_CASE("Installation: folders in KEL.INI are below it, unless they are full paths") {
     const TemporaryFolder folder;
     const auto full = (folder / "elsewhere").generic_string() + '\\' + std::string(100, 'x');
     struct Case {
@@ -64,6 +64,10 @@ TEST_CASE("Installation: the folder for NC files is below it, unless KEL.INI giv
         CHECK(installation->Folder() == folder.Path());
         CHECK(installation->NcFilesFolder() == each.ncFiles);
     }
+    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n[Linked Folders]\n1=Parts\\Laser\n2=\n1=" + full);
+    const auto linked = Installation::Read(folder.Path());
+    REQUIRE(linked);
+    CHECK(linked->LinkedFolders() == std::vector<std::filesystem::path>{folder / "Parts" / "Laser", full});
     std::filesystem::create_directories(folder / "odd/KEL.INI");
     CHECK_FALSE(Installation::Read(folder / "odd"));
     CHECK_FALSE(Installation::Read(folder / "missing"));

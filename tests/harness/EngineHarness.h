@@ -35,11 +35,16 @@ public:
 template <typename ProtocolType>
 class EngineHarness {
 public:
-    // `profile` is the content of the settings file, in text form.
-    explicit EngineHarness(std::string_view profile = "[Port Settings]\ntransmit delay=0\n") {
+    // `profile` is the content of the settings file, in text form. Passes do not wait for `logFiles` of a test.
+    explicit EngineHarness(std::string_view profile = "[Port Settings]\ntransmit delay=0\n",
+                           std::unique_ptr<LogFiles> logFiles = nullptr)
+        : waitsForLogs(!logFiles) {
         std::filesystem::create_directory(folder / "NC");
         folder.WriteFile("LASER.INI", profile);
-        engine = std::make_unique<Monitor>(Setup(), u"LASER");
+        EngineSetup setup = Setup();
+        if (logFiles)
+            setup.logFiles = std::move(logFiles);
+        engine = std::make_unique<Monitor>(std::move(setup), u"LASER");
     }
 
     static DownloadSettings FirstSettings() {
@@ -69,10 +74,18 @@ public:
         engine->Open();
     }
 
+    // One pass, and the writing of what it has logged: the test's clock would leave the disk behind.
+    bool RunPass() {
+        const bool isMoreDue = engine->RunPass();
+        if (waitsForLogs && !engine->LogOutput().WaitUntilWritten(std::chrono::seconds(20)))
+            FAIL("the log is not written");
+        return isMoreDue;
+    }
+
     // Runs passes until nothing moves. The clock stands still, apart from the time that writes take.
     void Settle() {
         for (int quiet = 0; quiet < 2; ++quiet) {
-            while (engine->RunPass())
+            while (RunPass())
                 quiet = 0;
         }
     }
@@ -89,7 +102,7 @@ public:
         const auto end = clock.Now() + duration;
         std::string sent;
         while (clock.Now() < end) {
-            if (!engine->RunPass())
+            if (!RunPass())
                 engine->WaitForWork();
             sent += line.TakeSent();
         }
@@ -101,7 +114,7 @@ public:
         const auto end = clock.Now() + longest;
         while (!condition()) {
             REQUIRE(clock.Now() < end);
-            if (!engine->RunPass())
+            if (!RunPass())
                 engine->WaitForWork();
         }
     }
@@ -110,6 +123,7 @@ public:
     EngineSnapshot Snapshot() const { return engine->Snapshot(); }
     std::string Status() const { return ToUtf8(engine->Snapshot().statusLine); }
 
+    const bool waitsForLogs;
     TemporaryFolder folder;
     ManualClock clock;
     FakeLine line{clock};

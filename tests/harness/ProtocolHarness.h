@@ -32,6 +32,9 @@ public:
 
 class RecordedTransfer : public TransferObserver {
 public:
+    RecordedTransfer(const DownloadSettings& settings, TimerQueue& timers, const Clock& clock)
+        : transfer({*this, settings, timers, clock, isClosing, thread}) {}
+
     void OnStateChanged(Urgency) override { states.push_back(transfer.State()); }
     void OnNamed(const TransferName&) override {}
     void ShowMessage(const MessageBoxText& box) override { boxes.push_back(box); }
@@ -39,7 +42,7 @@ public:
 
     std::atomic<bool> isClosing = false;
     ThreadOwner thread;
-    Transfer transfer{*this, isClosing, thread};
+    Transfer transfer;
     std::vector<TransferState> states;
     std::vector<MessageBoxText> boxes;
 };
@@ -73,10 +76,11 @@ struct ProtocolHarness {
     ManualClock clock;
     TimerQueue timers;
     RecordedSender sender;
-    RecordedTransfer observed;
     DownloadSettings settings;
+    RecordedTransfer observed{settings, timers, clock};
     ReceiveBuffer received;
-    ProtocolType protocol{ProtocolParts{observed.transfer, sender, settings, timers, clock}};
+    ProtocolType protocol{ProtocolParts{observed.transfer, sender, settings, timers, clock,
+                                        [this](bool sends) { settings.sendsChecksums = sends ? 1 : 0; }}};
 };
 
 }

@@ -72,7 +72,7 @@ std::vector<Transcript> Uploads() {
           {Message("ABADN2"), acknowledge, "Uploading {NC}/2.nc - 4 bytes received."},
           {Message("ABEF"), acknowledge}},
          {},
-         {{"1.nc", "N1\r\n"}, {"2.nc", "N2\r\n"}}},
+         {{"1.nc.part", "N1\r\n"}, {"2.nc", "N2\r\n"}}},
         {"a code within a line of an upload is data only",
          {{Message("ABST1"), acknowledge},
           {Message("ABAD(SICHERHEITSABSTAND 5)"), acknowledge},
@@ -94,7 +94,7 @@ std::vector<Transcript> Uploads() {
           {Message("ABEF"), acknowledge},
           {Message("ABEF"), ""}},
          {},
-         {{"1.nc", ""}}},
+         {{"1.nc", "N1\r\n"}}},
         {"bytes that do not print are left out of a line of data",
          {{Message("ABST1"), acknowledge},
           {"ABAD" + EveryByteBut('\r') + "\x11x\r", acknowledge},
@@ -111,9 +111,28 @@ std::vector<Transcript> Uploads() {
           {Message("ABNK"), downloadEnd, "Download Completed {NC}/2.nc - 4 bytes"},
           {Message("ABNK"), ""}},
          {{"2.nc", "N2\n"}},
-         {{"1.nc", "N1\r\n"}}},
+         {{"1.nc.part", "N1\r\n"}}},
+        {"an upload under way leaves the older file, which a download gets",
+         {{Message("ABST1"), acknowledge},
+          {Message("ABADnew"), acknowledge},
+          {Message("ABSE1"), acknowledge + Data("older")},
+          {Message("ABAK"), downloadEnd},
+          {Message("ABST1"), acknowledge},
+          {Message("ABADnewer"), acknowledge},
+          {Message("ABEF"), acknowledge},
+          {Message("ABSE1"), acknowledge + Data("newer")},
+          {Message("ABST1"), acknowledge},
+          {Message("ABEF"), acknowledge,
+           "Upload Completed {NC}/1.nc - 0 bytes in file: no line has come, and the older file stays"}},
+         {{"1.nc", "older\n"}, {"1.nc.part", "left by another upload, and longer than this one"}},
+         {{"1.nc", "newer\r\n"}}},
+        {"an upload is refused whose name belongs to a folder",
+         {{Message("ABST1"), cannotGoOn, "Upload could not open/write to {NC}/1.nc: a folder has this name"},
+          {Message("ABST2"), cannotGoOn, "Upload could not open/write to {NC}/2.nc: a folder has this name"},
+          {Message("ABADN1"), ""}},
+         {{"1.nc/", ""}, {"2.nc.part/", ""}}},
         {"an upload that has nowhere to go is refused",
-         {{Message("ABST1"), cannotGoOn, "Upload could not open/write to {NC}/missing/1.nc"},
+         {{Message("ABST1"), cannotGoOn, "Upload could not open/write to {NC}/missing/1.nc: there is no such folder"},
           {linkTest, linkTestAnswer}},
          {},
          {},
@@ -131,7 +150,13 @@ std::vector<Transcript> Uploads() {
 }
 
 std::vector<Transcript> FileNumbers() {
-    std::vector<TranscriptStep> steps;
+    // The leading zeros are removed before the checksum character. A checksum character "0" after zeros only is removed
+    // with them.
+    std::vector<TranscriptStep> steps = {
+        {"ABST0000\r", cannotGoOn},
+        {"ABST000a0\r", acknowledge, "Uploading {NC}/a.nc - 0 bytes received."},
+        {Message("ABEF"), acknowledge},
+    };
     for (const std::string number : {"../../x", "/etc/passwd", "..\\x", "C:x", "..", "...", "CON", "nul", "com1",
                                      "LPT9.txt", "Aux .x", "", "0000"}) {
         steps.push_back({Message("ABST" + number), cannotGoOn});
@@ -139,11 +164,6 @@ std::vector<Transcript> FileNumbers() {
     }
     steps.push_back({Message("ABSE" + std::string(900, '9')), cannotRead});
     steps.push_back({Message("ABST" + std::string(900, '9')), cannotGoOn});
-    // The leading zeros are removed before the checksum character. A checksum character "0" after zeros only is removed
-    // with them.
-    steps.push_back({"ABST0000\r", cannotGoOn});
-    steps.push_back({"ABST000a0\r", acknowledge, "Uploading {NC}/a.nc - 0 bytes received."});
-    steps.push_back({Message("ABEF"), acknowledge});
     steps.push_back({Message("ABSTconsole 2."), acknowledge, "Uploading {NC}/console 2..nc - 0 bytes received."});
     steps.push_back({Message("ABEF"), acknowledge});
     return {{"a number that leads out of the folder or to a device names no file", steps, {}, {{"a.nc", ""}}}};
@@ -168,7 +188,7 @@ std::vector<Transcript> Downloads() {
          {{"1.nc", "N1\nN2"}, {"2.nc", "\r\n\n\r\n"}, {"3.nc", ""}}},
         {"a file that is not there, or is a folder, is refused",
          {{Message("ABSE1"), cannotRead, "Download could not open/read from {NC}/1.nc"},
-          {Message("ABSE2"), cannotRead, "Download could not open/read from {NC}/2.nc"},
+          {Message("ABSE2"), cannotRead, "Download could not open/read from {NC}/2.nc: it is no regular file"},
           {dataGood, ""},
           {linkTest, linkTestAnswer}},
          {{"2.nc/", ""}}},
@@ -210,22 +230,27 @@ std::vector<Transcript> Downloads() {
         {"a line of 993 characters is sent, a longer one refuses the file before anything is sent",
          {{Message("ABSE1"), acknowledge + Data(std::string(993, 'x'))},
           {dataGood, downloadEnd},
-          {Message("ABSE2"), cannotRead, "File format error {NC}/2.nc"},
-          {Message("ABSE3"), cannotRead, "File format error {NC}/3.nc"},
+          {Message("ABSE2"), cannotRead, "File format error {NC}/2.nc: line 2 has more than 993 characters"},
+          {Message("ABSE3"), cannotRead, "File format error {NC}/3.nc: line 2 has more than 993 characters"},
           {dataGood, ""},
-          {Message("ABSE4"), cannotRead, "File format error {NC}/4.nc"}},
+          {Message("ABSE4"), cannotRead, "File format error {NC}/4.nc: line 1 has a carriage return that ends no line"},
+          {Message("ABSE5"), cannotRead, "File format error {NC}/5.nc: it is UTF-16 text"},
+          {Message("ABSE6"), acknowledge + Data("N1")}},
          {{"1.nc", std::string(993, 'x') + "\r\n"},
           {"2.nc", "N1\n" + std::string(994, 'x') + "\n"},
           {"3.nc", "N1\n" + std::string(24576, 'x')},
-          {"4.nc", "N1\rN2\r"}}},
-        {"a line that is no text ends the file, and the lines before it decide",
-         {{Message("ABSE1"), acknowledge + Data("N1"), "", "Error: Not a valid ASCII file."},
-          {dataGood, downloadEnd, "Download Completed {NC}/1.nc - 4 bytes"},
-          {Message("ABSE2"), cannotRead, "File format error {NC}/2.nc", "Error: Not a valid ASCII file."},
-          {Message("ABSE3"), acknowledge + downloadEnd, "", "Error: Not a valid ASCII file."}},
+          {"4.nc", "N1\rN2\r"},
+          {"5.nc", std::string("\xFF\xFEN\0001\0", 6)},
+          {"6.nc", "\xEF\xBB\xBFN1\r\r\n\x1A"}}},
+        {"a line that is no text refuses the file, and a box says so",
+         {{Message("ABSE1"), cannotRead, "File format error {NC}/1.nc: line 2 has more than 993 characters",
+           "Error: Not a valid ASCII file."},
+          {dataGood, ""},
+          {Message("ABSE2"), cannotRead, "File format error {NC}/2.nc: line 1 has more than 993 characters"},
+          {Message("ABSE3"), cannotRead, "", "Error: Not a valid ASCII file."}},
          {{"1.nc", "N1\n" + std::string(24577, 'x') + "\nN2\n"},
           {"2.nc", std::string(994, 'x') + "\n" + std::string(24577, 'x')},
-          {"3.nc", std::string(24577, 'x') + "\n"}}},
+          {"3.nc", std::string(24577, 'x')}}},
         {"the file is sent whose number came with the request, whatever arrives during the delay",
          {{Message("ABSE1"), "", "Download Waiting For Controller"},
           {Message("ABXX0002"), acknowledge + Data("N1"), "Downloading {NC}/1.nc - 4 of 3 bytes sent."},

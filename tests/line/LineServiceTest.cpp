@@ -46,8 +46,7 @@ struct TestedLine : LineClient {
     DownloadSettings settings;
     TrafficQueue traffic;
     LineTrace trace{traffic};
-    LastLogged lastLogged;
-    CommsLog log{clock, lastLogged};
+    LogLines log{clock};
     LineRecorder recorder{trace, log};
     ThreadOwner thread;
     LineService line{std::make_unique<FakePort>(far), clock, recorder, *this, thread};

@@ -37,7 +37,7 @@ TEST_CASE("ActivityLog: a full disk tears no line, and the lines come when there
     LastLogged last;
     ActivityLog log(clock, last);
     folder.WriteFile("log", "earlier\r\n");
-    log.LogStatusChange(folder / "log", u"status", u"1", true);
+    log.Add({folder / "log", u"status", u"1", LocalTimeNow(), true});
     {
         const SizeLimit limit(15);
         CHECK_FALSE(log.Flush());

@@ -12,6 +12,15 @@ using namespace tarvin;
 using namespace tarvin::test;
 using namespace std::chrono_literals;
 
+namespace {
+
+void LogStatus(ActivityLog& log, const std::filesystem::path& path, const KelText& status, const KelText& number,
+               bool force) {
+    log.Add({path, status, number, LocalTimeNow(), force});
+}
+
+}
+
 TEST_CASE("CommsLog: each line has both times, in long runs too") {
     const TemporaryFolder folder;
     ManualClock clock;
@@ -46,13 +55,13 @@ TEST_CASE("CommsLog, ActivityLog: a repeated line is written only if forced, and
     comms.LogLine("same", false);
     comms.LogLine("same", true);
     comms.LogLine("", true);
-    activity.LogStatusChange(folder / "activity", u"same", u"", false);
-    activity.LogStatusChange(folder / "activity", u"status", u"123", false);
-    activity.LogStatusChange(folder / "activity", u"status", u"123", false);
-    activity.LogStatusChange(folder / "activity", u"status", u"123", true);
+    LogStatus(activity, folder / "activity", u"same", u"", false);
+    LogStatus(activity, folder / "activity", u"status", u"123", false);
+    LogStatus(activity, folder / "activity", u"status", u"123", false);
+    LogStatus(activity, folder / "activity", u"status", u"123", true);
     comms.LogLine("status", false);
     comms.LogLine("other", false);
-    activity.LogStatusChange(folder / "activity", u"status \u00E4", u"1234567890", true);
+    LogStatus(activity, folder / "activity", u"status \u00E4", u"1234567890", true);
     CHECK(activity.Flush());
     CHECK(comms.Close());
     CHECK(folder.ReadFile("comms") == "00:00:00.000000 (+0.000000) same\r\n00:00:00.000000 (+0.000000) same\r\n"
@@ -67,7 +76,7 @@ TEST_CASE("ActivityLog: a failure is told once, its lines wait, and the log is t
     LastLogged last;
     ActivityLog log(clock, last);
     const auto attempt = [&](const KelText& status) {
-        log.LogStatusChange(folder / "missing/log", status, u"1", true);
+        LogStatus(log, folder / "missing/log", status, u"1", true);
         return static_cast<bool>(log.Flush());
     };
     CHECK_FALSE(attempt(u"first"));
@@ -97,10 +106,10 @@ TEST_CASE("ActivityLog: lines that wait too long are counted, and a new path is 
     LastLogged last;
     ActivityLog log(clock, last);
     for (std::size_t line = 0; line < ActivityLog::mostLines + 5; ++line) {
-        log.LogStatusChange(folder / "missing/log", u"status", u"1", true);
+        LogStatus(log, folder / "missing/log", u"status", u"1", true);
         (void)log.Flush();
     }
-    log.LogStatusChange(folder / "log", u"last", u"2", true);
+    LogStatus(log, folder / "log", u"last", u"2", true);
     CHECK(log.Flush());
     const std::string written = folder.ReadFile("log");
     CHECK(std::count(written.begin(), written.end(), '\n') == ActivityLog::mostLines + 1);
@@ -114,7 +123,7 @@ TEST_CASE("ActivityLog, CommsLog: a line that was torn by the end of a program i
     ManualClock clock;
     LastLogged last;
     ActivityLog activity(clock, last);
-    activity.LogStatusChange(folder / "activity", u"whole", u"8", true);
+    LogStatus(activity, folder / "activity", u"whole", u"8", true);
     CHECK(activity.Flush());
     CHECK(folder.ReadFile("activity").starts_with("       7 12:00 half a li\r\n       8 "));
     folder.WriteFile("comms", "00:00:00.000000 (+0.000000) ha");
@@ -154,15 +163,19 @@ TEST_CASE("CommsLog: a file that is no comms log is not rolled over") {
     ManualClock clock;
     LastLogged last;
     CommsLog log(clock, last);
-    for (const char* content : {"[Port Settings]\nport=COM1\n", "x", "00:00:00.00000x (+0.000000)"}) {
+    for (const char* content :
+         {"[Port Settings]\nport=COM1\n", "x", "00:00:00.00000x (+0.000000)", "0:00:00.000000 (+0.000000)", "100"}) {
         folder.WriteFile("file", content);
         CHECK_FALSE(log.OpenRolling(folder / "file", 10));
         CHECK(folder.ReadFile("file") == content);
     }
     CHECK_FALSE(log.OpenRolling(folder.Path(), 10));
     CHECK(std::filesystem::is_directory(folder.Path()));
-    folder.WriteFile("empty", "");
-    CHECK(log.OpenRolling(folder / "empty", 10));
+    for (const char* content : {"", "00:00:00.000000 (+0.000000) x\r\n", "1234:00:00.000000 (+0.000000) x\r\n"}) {
+        folder.WriteFile("log", content);
+        CHECK(log.OpenRolling(folder / "log", 1000));
+        CHECK(log.Close());
+    }
 }
 
 TEST_CASE("CommsLog: a log that loses its file ends, and reports it once") {

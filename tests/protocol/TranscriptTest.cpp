@@ -166,7 +166,7 @@ TEST_CASE(
         harness.Exchange(Message("ABTS"));
         hold(false);
         CHECK(harness.Run(100ms) == Message("AATS"));
-        CHECK(harness.folder.ReadFile("NC/8.") == "one\r\ntwo\r\nthree\r\n");
+        CHECK(harness.folder.ReadFile("NC/8..part") == "one\r\ntwo\r\nthree\r\n");
     }
 }
 

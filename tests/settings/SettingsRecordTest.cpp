@@ -40,7 +40,8 @@ const std::vector<std::string> distinctFields = {Text(u"COM3"),  Text(u"9600"), 
                                                  Int(5),         "\xF1"s,       "\xF2"s,
                                                  Text(u"comms"), Int(6),        Int(7),
                                                  Int(8),         Int(9),        Int(10),
-                                                 Text(u"Saw")};
+                                                 Text(u"Saw"),   Int(2),        Int(11),
+                                                 Int(12)};
 
 std::string FirstFields(std::size_t count) {
     std::string fields;
@@ -62,11 +63,12 @@ TEST_CASE("SettingsRecord: each field has its place, and fields of newer program
         const auto files = std::tie(read.uploadPath, read.downloadPath, read.fileExtension, read.logFile,
                                     read.commsLogFileName, read.stationName);
         CHECK((files == std::tuple(u"up", u"", u"\u20AC\xD83D\xDE00", u"log", u"comms", u"Saw")));
-        const auto numbers = std::tie(read.transmitDelaySeconds, read.writeLog, read.characterDelayMilliseconds,
-                                      read.lineDelayMilliseconds, read.sendStartCode, read.sendEndCode,
-                                      read.startCharacter, read.endCharacter, read.ctsFlow, read.dsrFlow,
-                                      read.reservedInt, read.networkMode, read.serverMode);
-        CHECK((numbers == std::tuple(-2, 1, 0x01020304, 3, 4, 5, 0xF1, 0xF2, 6, 7, 8, 9, 10)));
+        const auto numbers =
+            std::tie(read.transmitDelaySeconds, read.writeLog, read.characterDelayMilliseconds,
+                     read.lineDelayMilliseconds, read.sendStartCode, read.sendEndCode, read.startCharacter,
+                     read.endCharacter, read.ctsFlow, read.dsrFlow, read.reservedInt, read.networkMode, read.serverMode,
+                     read.incomingCheck, read.replacedFilesKept, read.sendsChecksums);
+        CHECK((numbers == std::tuple(-2, 1, 0x01020304, 3, 4, 5, 0xF1, 0xF2, 6, 7, 8, 9, 10, 2, 11, 12)));
         CHECK(read.extensionFields == extension);
         CHECK(EncodeRecord(read) == record);
         CHECK(DecodeRecord(record + "x", read) == RecordState::WholeAndMore);

@@ -1,4 +1,5 @@
 #include "DesktopFixture.h"
+#include "harness/Transcript.h"
 #include "ui/CustomMessage.h"
 #include "ui/TransferEndDialog.h"
 #include "ui/WindowPlacement.h"
@@ -19,61 +20,82 @@ void PickFile(const std::string& title, const std::filesystem::path& path) {
     PressUntilHidden(WXK_RETURN, title);
 }
 
-void ResetLink(DesktopFixture& desktop) {
-    desktop.Engine().ResetLink();
-    REQUIRE(Becomes([&] { return desktop.Panel().sendFile->IsShown() && desktop.Panel().receiveFile->IsShown(); }));
 }
 
-}
-
-TEST_CASE("TransferEndDialog: a file that is sent or received by hand has its dialog beside the window") {
+TEST_CASE("MainWindow: a file that is sent by hand is put where the machine asks for it") {
     DesktopFixture desktop;
     desktop.Connect();
-    desktop.folder.WriteFile("NC/part.tap", "G01 X1\r\n");
+    std::filesystem::create_directory(desktop.folder / "office");
+    desktop.folder.WriteFile("office/0815-part.tap", "G01 X1\r\n");
+    desktop.folder.WriteFile("NC/77.nc", "old\r\n");
     desktop.Start();
-    CHECK_FALSE(OnUi([&] { return desktop.Panel().sendFile->IsShown(); }));
-    ResetLink(desktop);
+    const auto send = [&](const std::string& number) {
+        Click(desktop.Panel().sendFile);
+        PickFile("Open NC file", desktop.folder / "office/0815-part.tap");
+        wxTopLevelWindow* asking = WindowTitled("Sending NC File");
+        REQUIRE(asking != nullptr);
+        PressKey('A', wxMOD_CONTROL);
+        Type(number);
+        Click(ButtonIn(asking, "OK"));
+        return asking;
+    };
+    // A number that leads out of the folder keeps the dialog open.
+    wxTopLevelWindow* asking = send("../x");
+    CHECK(TextIn(asking).find("No file can have this number.") != std::string::npos);
+    Click(ButtonIn(asking, "Cancel"));
+    CHECK(BecomesHidden("Sending NC File"));
+    send("0078");
+    CHECK(desktop.StatusBecomes("Waiting... - 0815-part.tap is ready: ask for 78 at the machine"));
+    CHECK(desktop.folder.ReadFile("NC/78.nc") == "G01 X1\r\n");
+    send("77");
+    wxTopLevelWindow* question = WindowTitled("Replace File");
+    REQUIRE(question != nullptr);
+    Click(ButtonIn(question, "No"));
+    CHECK(BecomesHidden("Replace File"));
+    CHECK(desktop.folder.ReadFile("NC/77.nc") == "old\r\n");
+    send("77");
+    Click(ButtonIn(WindowTitled("Replace File"), "Yes"));
+    CHECK(desktop.StatusBecomes("Waiting... - 0815-part.tap is ready: ask for 77 at the machine"));
+    CHECK(desktop.folder.ReadFile("NC/77.nc") == "G01 X1\r\n");
+    REQUIRE(desktop.Close());
+    // What is picked by hand does not redirect the controller.
+    const std::string saved = desktop.folder.ReadFile("LASER.INI");
+    CHECK(saved.find(std::string("t\0a\0p", 5)) == std::string::npos);
+    CHECK(saved.find(std::string("o\0f\0f\0i\0c\0e", 11)) == std::string::npos);
+}
 
-    Click(desktop.Panel().sendFile);
-    const std::string path = (desktop.folder / "NC/part.tap").string();
-    PickFile("Open NC file", path);
-    wxTopLevelWindow* sending = WindowTitled("Sending NC File");
-    REQUIRE(sending != nullptr);
-    CHECK(desktop.StatusBecomes("Downloading " + path + " - 0 of 8 bytes sent."));
-    CHECK(desktop.Caption() == "LASER " + path);
+TEST_CASE("TransferEndDialog: the dialog of a file that is received by hand waits for the machine and ends with it") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    const std::string target = (desktop.folder / "NC/arrived.tap").string();
+    const auto receive = [&] {
+        Click(desktop.Panel().receiveFile);
+        PickFile("Save NC file as", target);
+        wxTopLevelWindow* receiving = WindowTitled("Receiving NC File");
+        REQUIRE(receiving != nullptr);
+        return receiving;
+    };
+    wxTopLevelWindow* receiving = receive();
+    CHECK_FALSE(OnUi([&] { return receiving->GetRect().Intersects(desktop.window->GetRect()); }));
+    Click(ButtonIn(receiving, "Cancel"));
+    CHECK(desktop.StatusBecomes("Upload Cancelled " + target));
+    CHECK(BecomesHidden("Receiving NC File"));
+    CHECK_FALSE(std::filesystem::exists(target));
+
+    receive();
+    desktop.terminal->Write(Message("ABST5"));
+    CHECK(desktop.StatusBecomes("Uploading " + target + " - 0 bytes received."));
+    CHECK(desktop.CaptionBecomes("LASER arrived.tap"));
     CHECK_FALSE(
         OnUi([&] { return desktop.Panel().sendFile->IsEnabled() || desktop.Panel().receiveFile->IsEnabled(); }));
-    CHECK_FALSE(OnUi([&] { return sending->GetRect().Intersects(desktop.window->GetRect()); }));
-    Click(ButtonIn(sending, "Cancel"));
-    CHECK(desktop.StatusBecomes("Download Cancelled " + path));
-    CHECK(BecomesHidden("Sending NC File"));
-    CHECK(Becomes([&] { return desktop.Panel().sendFile->IsEnabled() && desktop.Panel().receiveFile->IsEnabled(); }));
-
-    Click(desktop.Panel().receiveFile);
-    const std::string target = (desktop.folder / "NC/arrived.tap").string();
-    PickFile("Save NC file as", target);
-    wxTopLevelWindow* receiving = WindowTitled("Receiving NC File");
-    REQUIRE(receiving != nullptr);
-    CHECK(desktop.CaptionBecomes("LASER arrived.tap"));
-    Click(ButtonIn(receiving, "Complete"));
-    CHECK(desktop.StatusBecomes("Upload Completed " + target + " - 0 bytes in file."));
-    CHECK(desktop.folder.ReadFile("NC/arrived.tap").empty());
-    REQUIRE(desktop.Close());
-    // The settings keep the extension of the picked files.
-    CHECK(desktop.folder.ReadFile("LASER.INI").find(std::string("t\0a\0p", 5)) != std::string::npos);
-}
-
-TEST_CASE("TransferEndDialog: the dialog is hidden when the transfer ends by itself") {
-    DesktopFixture desktop;
-    desktop.Connect();
-    desktop.Start();
-    ResetLink(desktop);
-    Click(desktop.Panel().receiveFile);
-    PickFile("Save NC file as", desktop.folder / "NC/kept.nc");
-    REQUIRE(WindowTitled("Receiving NC File") != nullptr);
-    desktop.Engine().ResetLink();
+    desktop.terminal->Write(Message("ABADN1"));
+    CHECK(desktop.StatusBecomes("Uploading " + target + " - 4 bytes received."));
+    desktop.terminal->Write(Message("ABEF"));
+    CHECK(desktop.StatusBecomes("Upload Completed " + target + " - 4 bytes in file."));
     CHECK(BecomesHidden("Receiving NC File"));
-    CHECK(Becomes([&] { return desktop.Panel().receiveFile->IsEnabled(); }));
+    CHECK(desktop.folder.ReadFile("NC/arrived.tap") == "N1\r\n");
+    CHECK(Becomes([&] { return desktop.Panel().sendFile->IsEnabled() && desktop.Panel().receiveFile->IsEnabled(); }));
 }
 
 TEST_CASE("MainWindow: the log switch asks for a file, and is off again without one") {

@@ -1,0 +1,17 @@
+#pragma once
+// Links in paths: symbolic links, and junctions on Windows. Other files that Windows redirects, such as those of a
+// cloud folder, are no links. Any thread.
+
+#include "base/Result.h"
+
+#include <filesystem>
+
+namespace tarvin {
+
+// Whether `path` names a link, also one that leads nowhere.
+bool IsLink(const std::filesystem::path& path);
+
+// The absolute path of the file or folder that `path` leads to, without links. Fails if it leads nowhere.
+Result<std::filesystem::path> RealPath(const std::filesystem::path& path);
+
+}
