@@ -78,7 +78,7 @@ private:
     void OnOverrunEnded() override { transfer.EndOverrun(); }
     void OnLinkLost() override;
     void OnPortProblem(const PortProblem& problem) override;
-    void OnPortAdvice(const KelText& advice) override { logs.LogLine(ToUtf8(advice), true); }
+    void OnPortAdvice(const KelText& advice) override { display.Announce(advice); }
 
     void SaveSettings();
     void RunCommands() EXCLUDES(commandMutex);

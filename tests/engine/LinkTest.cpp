@@ -92,6 +92,15 @@ TEST_CASE("PortLink: the port opens step by step, and each failed step is report
     }
 }
 
+TEST_CASE("Monitor: what the user should know of a port that works is told beside the status, without a box") {
+    EngineHarness<RawProtocol> harness;
+    harness.line.advice = u"Answers may be late";
+    harness.Open();
+    CHECK(harness.Snapshot().caption == u"LASER COM1:2400,N,8,1,Xon/Xoff");
+    CHECK(harness.Snapshot().announcement == u"Answers may be late");
+    CHECK(harness.events.boxes.empty());
+}
+
 TEST_CASE("PortLink: each flow control sets its handshake, and an unknown one leaves it as found") {
     struct Case {
         const char* flow;

@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tarvin::test {
@@ -32,6 +33,7 @@ struct FakeLine {
     LineHolds holds;                // reported by each status; CTS, DSR and XOFF hold the output
     std::vector<std::string> calls; // configuration steps, in order, with their arguments
     FlowControl flow;
+    std::optional<KelText> advice; // of the next opening
     // Arrives once, after the next status was taken.
     std::string arrivesAfterStatus;
 
@@ -66,6 +68,7 @@ public:
     // 1 s at most: the line drains in between.
     void Wait(std::chrono::nanoseconds longest, Awaited awaited) override;
     void Wake() override { isWoken = true; }
+    std::optional<KelText> TakeAdvice() override { return std::exchange(line.advice, std::nullopt); }
 
 private:
     // Notes the call. The result is the fault of the operation, or success.
