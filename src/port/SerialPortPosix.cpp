@@ -205,6 +205,7 @@ void SerialPortPosix::Purge() {
     (void)FetchReceived();
     queue.clear();
     received.clear();
+    untoldErrors = {};
     toldCount = 0;
     (void)::ioctl(device, TCFLSH, TCOFLUSH);
     (void)::ioctl(device, TCFLSH, TCIFLUSH);
