@@ -82,6 +82,7 @@ namespace notice {
 inline constexpr char16_t heldByXoff[] = u"Held by the machine (XOFF)";
 inline constexpr char16_t heldByCts[] = u"Held by the machine (CTS)";
 inline constexpr char16_t heldByDsr[] = u"Held by the machine (DSR)";
+inline constexpr char16_t takesNothing[] = u"The machine or the adapter takes no characters";
 inline constexpr char16_t free[] = u"No longer held by the machine";
 // %1 damaged messages, %2 repeats and %3 errors of the driver.
 inline constexpr char16_t lineQuality[] = u"Line quality: %1 damaged, %2 repeated, %3 driver errors";
@@ -126,6 +127,7 @@ inline constexpr char16_t olderNotKept[] = u"the older file cannot be kept in %1
 inline constexpr char16_t olderStays[] = u"no line has come, and the older file stays";
 // %1 is the reason and %2 the path.
 inline constexpr char16_t wholeIn[] = u"%1; all of it is in %2";
+inline constexpr char16_t nameNotTaken[] = u"the older file could not be replaced";
 inline constexpr char16_t lineAfterEnd[] = u"a line has come after its end";
 inline constexpr char16_t beingWritten[] = u"another program is writing it";
 inline constexpr char16_t changed[] = u"it has changed while it was read";

@@ -16,12 +16,12 @@ constexpr auto holdWorthTelling = 3s;
 constexpr auto quietPeriod = 500ms;
 constexpr auto announcementPeriod = 1min;
 
-KelText WithReason(const KelText& line, const KelText& reason) {
+KelText WithReason(const KelText& line, const KelText& path, const KelText& reason) {
     if (reason.empty())
         return line;
-    // A status without a file ends with a blank, and some end with a full stop.
+    // A status without a file ends with a blank, and some end with a full stop. So do files without an extension.
     KelTextView start = Trimmed(line);
-    if (start.ends_with(u'.'))
+    if (start.ends_with(u'.') && !start.ends_with(path))
         start.remove_suffix(1);
     return KelText(start) + u": " + reason;
 }
@@ -111,7 +111,7 @@ bool Display::Show() {
     next.transferState = transfer.State();
     next.transferPath = transfer.Name().path;
     if (description.line)
-        next.statusLine = WithReason(*description.line, transfer.Reason());
+        next.statusLine = WithReason(*description.line, transfer.Name().path, transfer.Reason());
     next.quality = transfer.Quality();
     if (clock.Now() >= endOfAnnouncement)
         next.announcement.clear();
@@ -135,7 +135,10 @@ void Display::ShowHold() {
     const LineHolds& holds = sources.line.Holds();
     KelText notice;
     if (since && clock.Now() - *since >= holdWorthTelling)
-        notice = holds.xoff ? text::notice::heldByXoff : holds.cts ? text::notice::heldByCts : text::notice::heldByDsr;
+        notice = holds.xoff  ? text::notice::heldByXoff
+                 : holds.cts ? text::notice::heldByCts
+                 : holds.dsr ? text::notice::heldByDsr
+                             : text::notice::takesNothing;
     if (notice == next.notice)
         return;
     next.notice = notice;

@@ -222,6 +222,8 @@ void Monitor::SendFile(const std::filesystem::path& path) {
     // The controller may have begun a transfer while the user chose the file.
     if (transfer.IsUnderWay() || isClosing || protocol->IsConversation())
         return;
+    // A held line may still have the end of a download that was cancelled.
+    line.DropUnsent();
     transfer.BeginDownloadByHand({FromPath(path), FromPath(path.filename()), u" " + FromPath(path)});
 }
 
@@ -260,8 +262,10 @@ void Monitor::CancelUpload() {
 }
 
 void Monitor::CancelDownload() {
-    if (transfer.State() == TransferState::Downloading)
-        transfer.End(TransferState::DownloadCancelled);
+    if (transfer.State() != TransferState::Downloading)
+        return;
+    protocol->Abandon();
+    transfer.End(TransferState::DownloadCancelled);
 }
 
 void Monitor::ResetLink() {

@@ -95,7 +95,10 @@ Result<> RemoveUnused(const std::filesystem::path& path) {
 Result<> AddName(const std::filesystem::path& path, const std::filesystem::path& other) {
     if (::link(path.c_str(), other.c_str()) != 0)
         return LastSystemError();
-    return SyncFolderOf(other);
+    const Result<> synced = SyncFolderOf(other);
+    if (!synced)
+        ::unlink(other.c_str());
+    return synced;
 }
 
 }

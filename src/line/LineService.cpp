@@ -11,6 +11,9 @@ namespace {
 
 constexpr auto slowWrite = 5s;
 constexpr auto oldHold = 10s;
+// In bytes. A controller waits for its answer, so no more than one or two frames of 1000 ever wait on a line that
+// flows.
+constexpr std::size_t mostPending = 8000;
 constexpr std::chrono::nanoseconds shortestLook = 1ms;
 constexpr std::chrono::nanoseconds longestLook = 10ms;
 constexpr int bitsPerCharacter = 10;
@@ -72,8 +75,10 @@ void LineService::SendBlock(int askedCount, std::span<const std::uint8_t> bytes,
         transmit.AppendBlock(askedCount, bytes, delay);
 }
 
+// A line that takes nothing needs no flag for it: the adapter is full, or the far end of a pseudo-terminal reads
+// nothing.
 bool LineService::IsHeldUp() const {
-    return IsHeld() && !IsDrained();
+    return (IsHeld() && !IsDrained()) || transmit.Pending().size() > mostPending;
 }
 
 void LineService::EndOldHold() {

@@ -25,7 +25,8 @@ public:
 
     // Whether the driver has accepted everything.
     virtual bool IsEmpty() const = 0;
-    // Whether the line holds output back, and some of it has not left.
+    // Whether the line holds output back, and some of it has not left. Also if far more waits than a line that flows
+    // ever leaves waiting.
     virtual bool IsHeldUp() const = 0;
     // Removes the frames that have not begun to leave. The rest of one that has begun stays: without its end the
     // controller would take the next frame for its continuation.

@@ -12,6 +12,7 @@ public:
     DelayedDownload(const ProtocolParts& parts, std::function<void()> begin);
 
     void Start();
+    bool IsWaiting() const { return delay.IsRunning(); }
     // Gives up a download whose delay still runs. Does nothing without one.
     void Drop() { delay.Stop(); }
 

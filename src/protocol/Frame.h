@@ -51,8 +51,7 @@ bool HoldsAnyCode(std::string_view message, std::initializer_list<std::string_vi
 // Whether the message holds any code of the controller.
 bool HoldsKnownCode(std::string_view message);
 
-// The characters between the first "ABAD" of the message and its last character. That is the controller's checksum,
-// which is dropped unread: the controller repeats nothing, so a refusal could only lose the line.
+// The characters between the first "ABAD" of the message and its last character, which is the controller's checksum.
 std::string_view DataPayload(std::string_view message);
 
 // The file number of a request: the message without its first four characters, then without leading zeros, then without

@@ -31,7 +31,8 @@ public:
 
     // Bytes have arrived. Removes the bytes that it has dealt with; what is left comes again with the next ones.
     virtual void OnReceived(ReceiveBuffer& received) = 0;
-    // The driver has sent everything, and nothing holds the line.
+    // The driver had sent everything at the last look, and has been offered what was queued then. Nothing holds the
+    // line.
     virtual void OnLineFree() {}
     // The user, or a lost link, ends whatever is under way. Drops what belongs to it. The transfer itself ends
     // elsewhere.

@@ -59,7 +59,7 @@ void RawProtocol::OnLineFree() {
     parts.transfer.CountSent(static_cast<std::int64_t>(block.size()));
 }
 
-// The end character goes out behind the last block, and the download ends when it has left.
+// The end character goes out behind the last block, and the download ends once the driver has taken it.
 void RawProtocol::EndDownload() {
     isAtLineStart = false;
     if (parts.settings.sendEndCode != 0 && !std::exchange(isEndSent, true)) {

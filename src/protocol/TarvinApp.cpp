@@ -45,28 +45,35 @@ void TarvinApp::Send(std::string_view text) {
 void TarvinApp::OnReceived(ReceiveBuffer& received) {
     while (auto next = received.TakeMessage(frameEnd, false)) {
         // The line feed of a line end stands alone before the next message.
-        if (next->text.empty() || IsRepeatOfHeldMessage(*next))
-            continue;
-        Judge(*next);
-        message = std::move(next->text);
-        HandleMessage();
+        if (!next->text.empty() && !IsLeftAloneWhileHeld(*next))
+            HandleMessage();
     }
 }
 
 // While the line is held, the controller does not get its answer and repeats its message. Answering twice would put it
 // one acknowledgement ahead for the rest of the transfer. So a repeat is left alone, and any other message drops the
-// answer that waits.
-bool TarvinApp::IsRepeatOfHeldMessage(const ReceivedMessage& next) {
+// answer that waits. A damaged one whose repeat is awaited may itself be such a repeat, and is left alone as well.
+bool TarvinApp::IsLeftAloneWhileHeld(const ReceivedMessage& next) {
     const bool isHeldUp = parts.sender.IsHeldUp();
     const bool isRepeat = isHeldUp && next.text == message;
-    if (isRepeat)
+    bool isLeftAlone = isRepeat;
+    if (isRepeat && transfer.IsUnderWay())
         transfer.CountRepeat();
-    else if (isHeldUp)
-        parts.sender.DropUnsent();
+    if (!isRepeat) {
+        Judge(next);
+        std::string held = std::exchange(message, next.text);
+        isLeftAlone = isHeldUp && IsRepeatAwaited();
+        if (isLeftAlone) {
+            OnDamagedPartOfUpload();
+            message = std::move(held);
+        } else if (isHeldUp) {
+            parts.sender.DropUnsent();
+        }
+    }
     // A controller that speaks this language takes answers, so an old XOFF is none of its own.
     if (HoldsKnownCode(next.text) && (parts.settings.sendsChecksums == 0 || IncomingCheck::IsRight(next)))
         parts.sender.EndOldHold();
-    return isRepeat;
+    return isLeftAlone;
 }
 
 void TarvinApp::Judge(const ReceivedMessage& next) {
@@ -98,7 +105,8 @@ void TarvinApp::HandleMessage() {
     }
     const bool isData = IsDataOfUpload();
     // A request counts for the transfer that it begins.
-    if (transfer.IsUnderWay() && (isData || !HoldsAnyCode(message, {code::uploadRequest, code::downloadRequest})))
+    if ((transfer.IsUnderWay() || transfer.IsPending()) &&
+        (isData || !HoldsAnyCode(message, {code::uploadRequest, code::downloadRequest})))
         CountQuality();
     if (isData) {
         OnDataLine();
@@ -132,15 +140,24 @@ bool TarvinApp::IsDamagedPartOfUpload() const {
     return isDamaged && !isRequest && !HoldsAnyCode(message, {code::linkTest, code::dataGood, code::dataBad});
 }
 
-// Without an answer the controller sends the message again.
+// Without an answer the controller sends a damaged message again.
+bool TarvinApp::IsRepeatAwaited() const {
+    return IsDamagedPartOfUpload() && parts.settings.incomingCheck == incomingCheckRepeat &&
+           damagedInARow < repeatsAwaited;
+}
+
 void TarvinApp::OnDamagedPartOfUpload() {
+    const bool isRepeatAwaited = IsRepeatAwaited();
     isDamaged = true;
     CountQuality();
     ++damagedInARow;
-    if (parts.settings.incomingCheck == incomingCheckRepeat && damagedInARow <= repeatsAwaited)
+    if (isRepeatAwaited)
         return;
     transfer.End(TransferState::UploadErrors, text::transferReason::damagedMessage);
-    Send(code::cannotGoOn);
+    if (HoldsCode(message, code::uploadEnd))
+        SendLast(code::cannotGoOn, code::uploadEnd);
+    else
+        Send(code::cannotGoOn);
 }
 
 // The last answer of a transfer may be lost. The controller then repeats what it sent, and nothing but the same answer
@@ -226,47 +243,69 @@ bool TarvinApp::NameTransfer(const KelText& folder) {
     return IsUsableFileNumber(number);
 }
 
-// A message that begins something else gives up a download that is under way, waits or is queued: its answer would come
-// where the controller does not expect it.
+// A message that begins something else gives up a transfer that is under way, waits or is queued: its answers would
+// come where the controller does not expect them.
 void TarvinApp::DropAbandoned() {
     download.Drop();
-    if (transfer.State() == TransferState::Downloading)
+    if (transfer.IsUnderWay())
         parts.sender.DropUnsent();
 }
 
-// A transfer that the controller leaves for another request has failed.
-void TarvinApp::BeginRequest() {
-    if (transfer.IsUnderWay())
+// A transfer that the controller leaves for another request has failed. A download that waits for its delay stays until
+// another request is accepted.
+TarvinApp::WaitingDownload TarvinApp::BeginRequest() {
+    WaitingDownload waiting;
+    if (download.IsWaiting()) {
+        waiting = transfer.Name();
+    } else if (transfer.IsUnderWay() || transfer.IsPending()) {
+        DropAbandoned();
         (void)transfer.EndWithErrors(text::transferReason::newRequest);
+    }
     transfer.ResetQuality();
     CountQuality();
+    return waiting;
 }
 
-// The number is not used, not even for the status: it names the wrong file.
-void TarvinApp::RefuseDamagedRequest(TransferState newState, std::string_view answer) {
-    transfer.SetName({});
-    transfer.End(newState, text::transferReason::damagedRequest);
+void TarvinApp::Refuse(TransferState newState, KelTextView why, std::string_view answer,
+                       const WaitingDownload& waiting) {
+    transfer.End(newState, KelText(why));
     Send(answer);
+    if (waiting) {
+        transfer.SetName(*waiting);
+        transfer.AwaitDownload();
+    }
+}
+
+// The request takes the place of a download that waits.
+void TarvinApp::DropWaiting(const WaitingDownload& waiting) {
+    download.Drop();
+    if (!waiting)
+        return;
+    const TransferName next = transfer.Name();
+    transfer.SetName(*waiting);
+    (void)transfer.EndWithErrors(text::transferReason::newRequest);
+    transfer.SetName(next);
 }
 
 void TarvinApp::OnUploadRequest() {
-    DropAbandoned();
     std::string number(FileNumber(message));
     const bool isUnbegun = transfer.State() == TransferState::Uploading && transfer.BytesDone() == 0;
     if (isUnbegun && !isDamaged && number == uploadNumber) {
         Send(code::acknowledge);
         return;
     }
-    BeginRequest();
+    const WaitingDownload waiting = BeginRequest();
+    // The number of a damaged request is not used, not even for the status: it names the wrong file.
     if (isDamaged) {
-        RefuseDamagedRequest(TransferState::UploadErrors, code::cannotGoOn);
+        transfer.SetName({});
+        Refuse(TransferState::UploadErrors, text::transferReason::damagedRequest, code::cannotGoOn, waiting);
         return;
     }
     if (!NameTransfer(parts.settings.uploadPath)) {
-        transfer.End(TransferState::UploadCouldNotOpen, text::transferReason::unusableNumber);
-        Send(code::cannotGoOn);
+        Refuse(TransferState::UploadCouldNotOpen, text::transferReason::unusableNumber, code::cannotGoOn, waiting);
         return;
     }
+    DropWaiting(waiting);
     uploadNumber = std::move(number);
     damagedInARow = 0;
     Send(transfer.BeginUpload() ? code::acknowledge : code::cannotGoOn);
@@ -281,14 +320,17 @@ void TarvinApp::OnDataLine() {
 }
 
 void TarvinApp::OnDownloadRequest() {
-    DropAbandoned();
-    BeginRequest();
+    const WaitingDownload waiting = BeginRequest();
     if (isDamaged) {
-        RefuseDamagedRequest(TransferState::DownloadErrors, code::cannotRead);
+        transfer.SetName({});
+        Refuse(TransferState::DownloadErrors, text::transferReason::damagedRequest, code::cannotRead, waiting);
         return;
     }
     // The number counts that came with the request, whatever arrives during the delay.
     isRequestUsable = NameTransfer(parts.settings.downloadPath);
+    // The same request again is no end: its delay begins anew.
+    if (!waiting || waiting->path != transfer.Name().path)
+        DropWaiting(waiting);
     download.Start();
 }
 

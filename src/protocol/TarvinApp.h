@@ -5,6 +5,7 @@
 #include "protocol/DelayedDownload.h"
 #include "protocol/IncomingCheck.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,11 +28,12 @@ public:
     bool IsConversation() const override { return true; }
 
 private:
-    bool IsRepeatOfHeldMessage(const ReceivedMessage& next);
+    bool IsLeftAloneWhileHeld(const ReceivedMessage& next);
     void Judge(const ReceivedMessage& next);
     void HandleMessage();
     bool IsDataOfUpload() const;
     bool IsDamagedPartOfUpload() const;
+    bool IsRepeatAwaited() const;
     void OnDamagedPartOfUpload();
     bool RepeatLastAnswer();
     bool RefuseLostTransfer();
@@ -41,8 +43,11 @@ private:
 
     void DropAbandoned();
     void CountQuality();
-    void BeginRequest();
-    void RefuseDamagedRequest(TransferState newState, std::string_view answer);
+    // The name of a download that waits for its delay.
+    using WaitingDownload = std::optional<TransferName>;
+    WaitingDownload BeginRequest();
+    void Refuse(TransferState newState, KelTextView why, std::string_view answer, const WaitingDownload& waiting);
+    void DropWaiting(const WaitingDownload& waiting);
     void OnUploadRequest();
     void OnDataLine();
     void OnDownloadRequest();

@@ -40,30 +40,35 @@ Transfer::Transfer(TransferParts parts)
             [this] { std::exchange(afterPause, {})(); }) {}
 
 // The one end of every transfer, whatever ends it.
-void Transfer::Release() {
+KelText Transfer::Release() {
     pause.Stop();
     afterPause = {};
-    upload.GiveUp();
+    KelText whole = FromPath(upload.GiveUp());
     source.Close();
     lines.Clear();
     image.Clear();
     dialog = EndDialog::None;
     bar.position = 0;
+    return whole;
 }
 
-void Transfer::ReleaseFor(TransferState newState) {
+KelText Transfer::ReleaseFor(TransferState newState) {
     // The bar stays full at the end of a download by hand: its last block is still leaving.
     const bool staysFull = newState == TransferState::DownloadCompleted && image.Position() == image.Length() &&
                            dialog == EndDialog::Download;
-    Release();
+    KelText whole = Release();
     if (staysFull)
         bar.position = bar.range;
+    return whole;
 }
 
 void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason) {
     parts.thread.AssertOwned();
-    if (!IsTransferring(newState))
-        ReleaseFor(newState);
+    const KelText whole = IsTransferring(newState) ? KelText() : ReleaseFor(newState);
+    // Something has ended an upload that was waiting for its name.
+    if (!whole.empty())
+        newReason = Filled(text::transferReason::wholeIn,
+                           {newReason.empty() ? KelTextView(text::transferReason::nameNotTaken) : newReason, whole});
     isTesting = false;
     state = newState;
     reason = std::move(newReason);
@@ -223,8 +228,9 @@ EndDialog Transfer::Dialog() const {
 void Transfer::CancelAwaitedUpload(KelText newReason) {
     assert(awaited);
     TransferName waiting = std::move(*std::exchange(awaited, std::nullopt));
-    if (IsUnderWay() || state == TransferState::DownloadWaiting || state == TransferState::DownloadPreparation)
+    if (IsUnderWay() || IsPending())
         return;
+    ResetQuality();
     SetName({waiting.path, waiting.fileName, {}});
     End(TransferState::UploadCancelled, std::move(newReason));
 }
@@ -261,7 +267,7 @@ bool Transfer::Store(std::string_view bytes) {
     assert(state == TransferState::Uploading);
     // The sender has ended the file, and its name is being given.
     if (pause.IsRunning()) {
-        EndIncompleteUpload(text::transferReason::lineAfterEnd);
+        End(TransferState::UploadErrors, text::transferReason::lineAfterEnd);
         return false;
     }
     const auto stored = upload.Store(bytes);
@@ -292,7 +298,7 @@ void Transfer::TryToComplete(Clock::TimePoint deadline, const Completion& comple
         return;
     }
     if (!completed)
-        EndIncompleteUpload(completed.Reason().text);
+        End(TransferState::UploadErrors, completed.Reason().text);
     else
         End(TransferState::UploadCompleted,
             *completed == UploadFile::Ending::OlderStays ? text::transferReason::olderStays : u"");
@@ -300,14 +306,8 @@ void Transfer::TryToComplete(Clock::TimePoint deadline, const Completion& comple
         completion(static_cast<bool>(completed));
 }
 
-void Transfer::EndIncompleteUpload(const KelText& why) {
-    const KelText whole = FromPath(upload.GiveUp());
-    End(TransferState::UploadErrors, whole.empty() ? why : Filled(text::transferReason::wholeIn, {why, whole}));
-}
-
 bool Transfer::EndWithErrors(KelText newReason) {
-    const bool isDownload = state == TransferState::Downloading || state == TransferState::DownloadWaiting ||
-                            state == TransferState::DownloadPreparation;
+    const bool isDownload = state == TransferState::Downloading || IsPending();
     if (!isDownload && state != TransferState::Uploading)
         return false;
     End(isDownload ? TransferState::DownloadErrors : TransferState::UploadErrors, std::move(newReason));

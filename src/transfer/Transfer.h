@@ -79,6 +79,10 @@ public:
     TransferState State() const { return state; }
     // Whether a file is on its way.
     bool IsUnderWay() const { return IsTransferring(state); }
+    // Whether a download waits for its delay, or its file is being looked at.
+    bool IsPending() const {
+        return state == TransferState::DownloadWaiting || state == TransferState::DownloadPreparation;
+    }
     const TransferName& Name() const { return name; }
     // Bytes sent or received so far, and the size of a download.
     std::int64_t BytesDone() const { return bytesDone; }
@@ -169,14 +173,14 @@ public:
 
 private:
     void Enter(TransferState newState, Urgency urgency, KelText newReason = {});
-    void Release();
-    void ReleaseFor(TransferState newState);
+    // The path of a whole upload that could not take its name, or empty.
+    KelText Release();
+    KelText ReleaseFor(TransferState newState);
     void Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency);
     bool LoadLines(std::size_t longestLineAllowed);
     bool IsSourceUnchanged();
     void StartDownload();
     void TryToComplete(Clock::TimePoint deadline, const Completion& completion);
-    void EndIncompleteUpload(const KelText& why);
     void ContinueAfter(Clock::Duration pause, std::function<void()> next);
 
     const TransferParts parts;

@@ -57,7 +57,7 @@ Result<> UploadFile::Begin(const fs::path& newPath, Content newContent) {
     content = newContent;
     lineEnds = {};
     bytesStored = 0;
-    isWhole = false;
+    isWhole = hasName = false;
     if (path.filename().native().size() > longestName)
         return Error{text::transferReason::nameTooLong};
     if (path.has_parent_path() && IsFolderMissing(path.parent_path()))
@@ -99,8 +99,11 @@ Result<UploadFile::Ending> UploadFile::Complete(int replacedFilesKept) {
         return replaceable.Reason();
     if (const auto keeping = KeepOlder(replacedFilesKept); !keeping)
         return keeping.Reason();
-    if (const auto moved = file.MoveTo(part, path); !moved)
+    if (const auto moved = file.MoveTo(part, path); !moved) {
+        // The name may be taken, and only its way to the disk have failed.
+        hasName = !IsThere(part) && file.IsAt(path);
         return moved.Reason();
+    }
     file.Close();
     if (!kept.empty() || replacedFilesKept <= 0)
         PruneReplaced(path, replacedFilesKept);
@@ -133,6 +136,10 @@ fs::path UploadFile::GiveUp() {
     if (!IsOpen())
         return {};
     (void)file.Sync();
+    if (hasName) {
+        file.Close();
+        return path;
+    }
     fs::path whole;
     if (isWhole && IsInPlace()) {
         whole = WholeNameFor(path);

@@ -42,8 +42,9 @@ public:
     Result<Ending> Complete(int replacedFilesKept);
 
     // Ends without the name: brings the file to the disk, as far as that succeeds, and closes it. It stays as ".part".
-    // If Complete has found it whole, it gets a name of its own instead, which is the result; otherwise the result is
-    // empty. Does nothing without an open file.
+    // If Complete has found it whole, it gets a name of its own instead, which is the result; if Complete has given it
+    // its name and could not bring that to the disk, the result is that name. Otherwise the result is empty. Does
+    // nothing without an open file.
     std::filesystem::path GiveUp();
 
 private:
@@ -58,6 +59,7 @@ private:
     LineEnds lineEnds;
     std::uint64_t bytesStored = 0;
     bool isWhole = false;
+    bool hasName = false;
 };
 
 }

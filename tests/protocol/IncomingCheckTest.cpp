@@ -152,3 +152,25 @@ TEST_CASE("TarvinApp: repeats of a download and of a held line are counted") {
     CHECK(harness.Exchange(Message("ABAK")).empty());
     CHECK(harness.observed.transfer.Quality() == LineQuality{0, 2, 0});
 }
+
+TEST_CASE("TarvinApp: a damaged repeat on a held line leaves the answer that waits, and the repeat after it is one") {
+    Harness harness;
+    TakeToSendChecksums(harness);
+    harness.settings.incomingCheck = incomingCheckRepeat;
+    harness.Exchange(Message("ABST1"));
+    CHECK(harness.Exchange(Message(Line(4))) == acknowledge);
+    harness.sender.isHeldUp = true;
+    CHECK(harness.Exchange(Message(Line(4)) + Wrong(Line(4)) + Message(Line(4))).empty());
+    CHECK(harness.sender.dropCount == 0);
+    harness.sender.isHeldUp = false;
+    harness.Exchange(Message("ABEF"));
+    CHECK(harness.folder.ReadFile("NC/1.nc") == "N4\r\n");
+}
+
+TEST_CASE("TarvinApp: the refusal of a damaged end is given again to the end that is repeated") {
+    Harness harness;
+    TakeToSendChecksums(harness);
+    harness.Exchange(Message("ABST1") + Message(Line(1)));
+    CHECK(harness.Exchange(Wrong("ABEF")) == cannotGoOn);
+    CHECK(harness.Exchange(Message("ABEF")) == cannotGoOn);
+}

@@ -82,3 +82,30 @@ TEST_CASE("TarvinApp: a request during the transmit delay starts the delay anew,
     CHECK(harness.Wait(1h).empty());
     CHECK(harness.State() == TransferState::Uploading);
 }
+
+TEST_CASE("TarvinApp: a refused upload leaves a download that waits alone, and an accepted one ends it") {
+    ProtocolHarness<TarvinApp> harness;
+    harness.settings.transmitDelaySeconds = 2;
+    harness.settings.sendsChecksums = 1;
+    harness.folder.WriteFile("NC/7.nc", "N1\n");
+    harness.Exchange(Message("ABSE7"));
+    harness.Wait(1s);
+    CHECK(harness.Exchange(Message("ABST..")) == Message("AAAK03"));
+    CHECK(harness.Exchange("ABST7x\r") == Message("AAAK03"));
+    CHECK(harness.State() == TransferState::DownloadWaiting);
+    CHECK(harness.Wait(1s) == Message("AAAK") + Message("AADAN1"));
+    harness.Exchange(Message("ABSE7"));
+    harness.observed.states.clear();
+    CHECK(harness.Exchange(Message("ABST7")) == Message("AAAK"));
+    CHECK(harness.observed.states == std::vector{TransferState::DownloadErrors, TransferState::Uploading});
+}
+
+TEST_CASE("TarvinApp: a request drops the acknowledgements of the transfer that it gives up") {
+    ProtocolHarness<TarvinApp> harness;
+    harness.Exchange(Message("ABST5") + Message("ABADN1"));
+    CHECK(harness.sender.dropCount == 0);
+    harness.Exchange(Message("ABST6"));
+    CHECK(harness.sender.dropCount == 1);
+    harness.Exchange(Message("ABST6"));
+    CHECK(harness.sender.dropCount == 1);
+}
