@@ -21,7 +21,7 @@ struct TestedWriter {
     explicit TestedWriter(std::unique_ptr<LogFiles> files) : writer(std::move(files)) { lines.SwitchCommsLog(true); }
 
     void HandOver() { writer.HandOver(lines.Records(), clock.Now()); }
-    void LogStatus(const std::string& path, const KelText& status) {
+    void LogStatus(const std::filesystem::path& path, const KelText& status) {
         lines.Add(ActivityLine{path, status, u"1", LocalTimeNow(), true});
     }
 
