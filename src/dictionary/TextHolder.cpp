@@ -55,15 +55,18 @@ Result<> TextHolder::Load(const DictionaryRequest& request) {
     languageName = wanted ? wanted->name : request.defaultLanguage;
     language = request.language;
     dictionaryFile = WholePath(request);
+    KelText file = FromPath(dictionaryFile);
     if (auto bytes = ReadWholeFile(dictionaryFile, maximumDictionarySize)) {
         DictionaryReader reader;
         if (reader.Open(std::move(*bytes))) {
             Take(reader);
             return {};
         }
+    } else {
+        file += u": " + bytes.Reason().text;
     }
     language = languageNone;
-    return Error{Filled(text::box::badDictionary, {FromPath(dictionaryFile)})};
+    return Error{Filled(text::box::badDictionary, {file})};
 }
 
 void TextHolder::Clear() {

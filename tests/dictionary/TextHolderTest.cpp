@@ -170,7 +170,10 @@ TEST_CASE("TextHolder: a dictionary that is cut or changed anywhere is not loade
     }
     const KelText message = u"Error Opening Specified Dictionary\n" + FromPath(loader.folder / "diction.ary");
     CHECK(loader.Load("").Reason().text == message);
-    CHECK_FALSE(loader.holder.Load({.fileName = loader.folder / "missing/diction.ary"}));
+    const auto missing = loader.holder.Load({.fileName = loader.folder / "missing/diction.ary"});
+    REQUIRE_FALSE(missing);
+    CHECK(missing.Reason().text.starts_with(u"Error Opening Specified Dictionary\n"));
+    CHECK(missing.Reason().text.find(u"diction.ary: ") != KelText::npos);
 }
 
 TEST_CASE("TextHolder: a file that claims more than it holds is refused, with a right checksum too") {
