@@ -112,7 +112,6 @@ void Monitor::Close() {
     endOfAwaited.Stop();
     line.ClosePort();
     SaveSettings();
-    transfer.KeepFile();
     AbandonTransfer(text::transferReason::programEnd);
     logs.Close();
 }

@@ -6,7 +6,6 @@
 #include <random>
 #include <string>
 #include <system_error>
-#include <vector>
 
 namespace tarvin {
 
@@ -17,19 +16,6 @@ namespace fs = std::filesystem;
 constexpr std::size_t randomDigitCount = 16;
 constexpr std::string_view freshEnding = ".new";
 constexpr int mostAttempts = 8;
-
-Result<> CopyContent(NativeFile& source, NativeFile& copy) {
-    std::vector<char> piece(std::size_t{1} << 16);
-    for (;;) {
-        const auto count = source.Read(piece.data(), piece.size());
-        if (!count)
-            return count.Reason();
-        if (*count == 0)
-            return {};
-        if (const auto written = copy.Write({piece.data(), *count}); !written)
-            return written;
-    }
-}
 
 // Removes the new files that killed programs have left behind. A program that is still writing one holds its lock.
 void RemoveLeftOvers(const fs::path& path) {

@@ -51,4 +51,17 @@ bool HaveSameBytes(NativeFile& left, NativeFile& right) {
     }
 }
 
+Result<> CopyContent(NativeFile& source, NativeFile& copy) {
+    std::vector<char> piece(std::size_t{1} << 16);
+    for (;;) {
+        const auto count = source.Read(piece.data(), piece.size());
+        if (!count)
+            return count.Reason();
+        if (*count == 0)
+            return {};
+        if (const auto written = copy.Write({piece.data(), *count}); !written)
+            return written;
+    }
+}
+
 }

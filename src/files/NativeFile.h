@@ -94,6 +94,9 @@ Result<std::string> ReadStartOfFile(const std::filesystem::path& path, std::size
 // Whether both files have the same bytes. Reads both from the start. False if one of them cannot be read.
 bool HaveSameBytes(NativeFile& left, NativeFile& right);
 
+// Writes what is left to read of `source` to `copy`. Fails if one of them does; a part may then be in `copy`.
+Result<> CopyContent(NativeFile& source, NativeFile& copy);
+
 // Replaces a file in one step: at every moment, also after a crash, the path leads to the whole old content or the
 // whole new one. Keeps owner, group and permissions of an existing file as far as permitted. A link stays a link: the
 // file that it leads to is replaced. Refuses to replace anything but a regular file. Removes new files that a killed

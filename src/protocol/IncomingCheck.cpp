@@ -34,9 +34,8 @@ bool IncomingCheck::HasShownChecksums() const {
     return different.size() >= rightOnesNeeded;
 }
 
-bool IncomingCheck::Learn(const ReceivedMessage& message, bool sendsChecksums) {
-    const bool isRight = IsRight(message);
-    recent.push_back(isRight ? message.text : std::string());
+bool IncomingCheck::Learn(const std::string& text, bool isRight, bool sendsChecksums) {
+    recent.push_back(isRight ? text : std::string());
     if (recent.size() > messagesRemembered)
         recent.pop_front();
     wrongInARow = isRight ? 0 : wrongInARow + 1;

@@ -12,15 +12,12 @@ namespace tarvin {
 
 class IncomingCheck {
 public:
-    // Takes a message with data or a file number into account. `sendsChecksums` says what the controller is taken for
-    // so far; returns what it is taken for from now on.
-    bool Learn(const ReceivedMessage& message, bool sendsChecksums);
+    // Takes a message with data or a file number into account. `isRight` is IsRight of it, and `sendsChecksums` says
+    // what the controller is taken for so far; returns what it is taken for from now on.
+    bool Learn(const std::string& text, bool isRight, bool sendsChecksums);
 
     // Whether the checksum fits. The controller may count the bytes that do not print, or leave them out.
     static bool IsRight(const ReceivedMessage& message);
-    static bool IsDamaged(const ReceivedMessage& message, bool sendsChecksums) {
-        return message.hasErrors || (sendsChecksums && !IsRight(message));
-    }
 
 private:
     bool HasShownChecksums() const;

@@ -54,13 +54,14 @@ void TarvinApp::OnReceived(ReceiveBuffer& received) {
 // one acknowledgement ahead for the rest of the transfer. So a repeat is left alone, and any other message drops the
 // answer that waits. A damaged one whose repeat is awaited may itself be such a repeat, and is left alone as well.
 bool TarvinApp::IsLeftAloneWhileHeld(const ReceivedMessage& next) {
+    const bool isRight = IncomingCheck::IsRight(next);
     const bool isHeldUp = parts.sender.IsHeldUp();
     const bool isRepeat = isHeldUp && next.text == message;
     bool isLeftAlone = isRepeat;
     if (isRepeat && transfer.IsUnderWay())
         transfer.CountRepeat();
     if (!isRepeat) {
-        Judge(next);
+        Judge(next, isRight);
         std::string held = std::exchange(message, next.text);
         isLeftAlone = isHeldUp && IsRepeatAwaited();
         if (isLeftAlone) {
@@ -71,19 +72,19 @@ bool TarvinApp::IsLeftAloneWhileHeld(const ReceivedMessage& next) {
         }
     }
     // A controller that speaks this language takes answers, so an old XOFF is none of its own.
-    if (HoldsKnownCode(next.text) && (parts.settings.sendsChecksums == 0 || IncomingCheck::IsRight(next)))
+    if (HoldsKnownCode(next.text) && (isRight || parts.settings.sendsChecksums == 0))
         parts.sender.EndOldHold();
     return isLeftAlone;
 }
 
-void TarvinApp::Judge(const ReceivedMessage& next) {
+void TarvinApp::Judge(const ReceivedMessage& next, bool isRight) {
     const bool wasTaken = parts.settings.sendsChecksums != 0;
     bool isTaken = wasTaken;
     if (HoldsAnyCode(next.text, {code::uploadData, code::uploadRequest, code::downloadRequest}))
-        isTaken = incoming.Learn(next, wasTaken);
+        isTaken = incoming.Learn(next.text, isRight, wasTaken);
     if (isTaken != wasTaken)
         parts.onChecksumsLearned(isTaken);
-    isDamaged = IncomingCheck::IsDamaged(next, isTaken);
+    isDamaged = next.hasErrors || (isTaken && !isRight);
     driverErrorCount = next.errorCount;
 }
 
@@ -134,8 +135,10 @@ bool TarvinApp::IsDataOfUpload() const {
 bool TarvinApp::IsDamagedPartOfUpload() const {
     if (transfer.State() != TransferState::Uploading || parts.settings.incomingCheck == incomingCheckOff)
         return false;
-    if (IsDataOfUpload() || !HoldsKnownCode(message))
-        return isDamaged || !HoldsKnownCode(message);
+    if (IsDataOfUpload())
+        return isDamaged;
+    if (!HoldsKnownCode(message))
+        return true;
     const bool isRequest = message.starts_with(code::uploadRequest) || message.starts_with(code::downloadRequest);
     return isDamaged && !isRequest && !HoldsAnyCode(message, {code::linkTest, code::dataGood, code::dataBad});
 }
@@ -277,12 +280,10 @@ void TarvinApp::Refuse(TransferState newState, KelTextView why, std::string_view
 }
 
 // The request takes the place of a download that waits.
-void TarvinApp::DropWaiting(const WaitingDownload& waiting) {
+void TarvinApp::DropWaiting(const TransferName& waiting) {
     download.Drop();
-    if (!waiting)
-        return;
     const TransferName next = transfer.Name();
-    transfer.SetName(*waiting);
+    transfer.SetName(waiting);
     (void)transfer.EndWithErrors(text::transferReason::newRequest);
     transfer.SetName(next);
 }
@@ -305,7 +306,8 @@ void TarvinApp::OnUploadRequest() {
         Refuse(TransferState::UploadCouldNotOpen, text::transferReason::unusableNumber, code::cannotGoOn, waiting);
         return;
     }
-    DropWaiting(waiting);
+    if (waiting)
+        DropWaiting(*waiting);
     uploadNumber = std::move(number);
     damagedInARow = 0;
     Send(transfer.BeginUpload() ? code::acknowledge : code::cannotGoOn);
@@ -329,8 +331,8 @@ void TarvinApp::OnDownloadRequest() {
     // The number counts that came with the request, whatever arrives during the delay.
     isRequestUsable = NameTransfer(parts.settings.downloadPath);
     // The same request again is no end: its delay begins anew.
-    if (!waiting || waiting->path != transfer.Name().path)
-        DropWaiting(waiting);
+    if (waiting && waiting->path != transfer.Name().path)
+        DropWaiting(*waiting);
     download.Start();
 }
 

@@ -29,7 +29,7 @@ public:
 
 private:
     bool IsLeftAloneWhileHeld(const ReceivedMessage& next);
-    void Judge(const ReceivedMessage& next);
+    void Judge(const ReceivedMessage& next, bool isRight);
     void HandleMessage();
     bool IsDataOfUpload() const;
     bool IsDamagedPartOfUpload() const;
@@ -47,7 +47,7 @@ private:
     using WaitingDownload = std::optional<TransferName>;
     WaitingDownload BeginRequest();
     void Refuse(TransferState newState, KelTextView why, std::string_view answer, const WaitingDownload& waiting);
-    void DropWaiting(const WaitingDownload& waiting);
+    void DropWaiting(const TransferName& waiting);
     void OnUploadRequest();
     void OnDataLine();
     void OnDownloadRequest();

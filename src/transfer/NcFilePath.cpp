@@ -6,28 +6,8 @@
 
 #include <algorithm>
 #include <system_error>
-#include <vector>
 
 namespace tarvin {
-
-namespace {
-
-constexpr std::size_t copiedAtOnce = 1 << 20;
-
-Result<> CopyContent(NativeFile& from, NativeFile& to) {
-    std::vector<char> bytes(copiedAtOnce);
-    for (;;) {
-        const auto count = from.Read(bytes.data(), bytes.size());
-        if (!count)
-            return count.Reason();
-        if (*count == 0)
-            return to.Sync();
-        if (const auto written = to.Write({bytes.data(), *count}); !written)
-            return written;
-    }
-}
-
-}
 
 bool IsUsableFileNumber(std::string_view number) {
     const bool isDotsOnly = number.find_first_not_of('.') == std::string_view::npos;
@@ -56,6 +36,8 @@ Result<> CopyNcFile(const std::filesystem::path& source, const std::filesystem::
     if (!done)
         return done;
     done = CopyContent(from, to);
+    if (done)
+        done = to.Sync();
     to.Close();
     if (done)
         done = TakeName(fresh, target);

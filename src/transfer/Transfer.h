@@ -159,9 +159,6 @@ public:
     // while it waits.
     void CompleteUpload(Completion completion = {});
 
-    // For the end of the program: writes the received part of an upload to the disk. The state stays.
-    void KeepFile() { upload.GiveUp(); }
-
     // Ends a transfer that is under way, or a download that waits, with errors: something other than the transfer has
     // ended it. Returns whether there was one.
     bool EndWithErrors(KelText newReason);

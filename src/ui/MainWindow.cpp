@@ -281,9 +281,8 @@ void MainWindow::PutForMachine(const std::filesystem::path& path) {
     std::error_code ignored;
     const bool isThere =
         std::filesystem::exists(ToPath(target), ignored) && !std::filesystem::equivalent(ToPath(target), path, ignored);
-    constexpr int yes = 6;
     if (isThere && ShowBox({Filled(text::box::replaceNcFile, {target}), text::box::replaceCaption,
-                            yesNo | iconQuestion | defaultButton2}) != yes)
+                            yesNo | iconQuestion | defaultButton2}) != yesButton.answer)
         return;
     const wxBusyCursor busy;
     if (const auto copied = CopyNcFile(path, ToPath(target)); !copied)
