@@ -1,5 +1,6 @@
 #include "ui/CustomMessage.h"
 
+#include "base/WindowMessages.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
 

@@ -1,6 +1,6 @@
 #include "ui/Lamp.h"
 
-#include "base/Messages.h"
+#include "base/WindowMessages.h"
 #include "ui/Pictures.h"
 
 namespace tarvin {

@@ -1,8 +1,8 @@
 #include "ui/MainPanel.h"
 
-#include "base/Messages.h"
 #include "base/System.h"
 #include "base/Version.h"
+#include "base/WindowMessages.h"
 
 #include <algorithm>
 

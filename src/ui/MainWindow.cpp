@@ -1,6 +1,6 @@
 #include "ui/MainWindow.h"
 
-#include "base/Messages.h"
+#include "base/WindowMessages.h"
 #include "engine/DownloadApp.h"
 #include "logging/LogText.h"
 #include "messages/AppInterface.h"

@@ -1,6 +1,6 @@
 #include "ui/NumberDialog.h"
 
-#include "base/Messages.h"
+#include "base/WindowMessages.h"
 #include "transfer/NcFilePath.h"
 #include "ui/HelpBook.h"
 

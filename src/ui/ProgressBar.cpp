@@ -1,6 +1,6 @@
 #include "ui/ProgressBar.h"
 
-#include "base/Messages.h"
+#include "base/WindowMessages.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "ui/SettingsDialog.h"
 
-#include "base/Messages.h"
+#include "base/WindowMessages.h"
 #include "settings/SettingsChoices.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"

@@ -1,6 +1,6 @@
 #include "ui/TextField.h"
 
-#include "base/Messages.h"
+#include "base/WindowMessages.h"
 
 namespace tarvin {
 

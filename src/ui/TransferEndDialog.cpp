@@ -1,6 +1,6 @@
 #include "ui/TransferEndDialog.h"
 
-#include "base/Messages.h"
+#include "base/WindowMessages.h"
 #include "ui/HelpBook.h"
 
 #include <algorithm>
