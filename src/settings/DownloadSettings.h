@@ -13,6 +13,10 @@ inline constexpr std::int32_t incomingCheckOff = 0;
 inline constexpr std::int32_t incomingCheckEnd = 1;    // ends the upload
 inline constexpr std::int32_t incomingCheckRepeat = 2; // waits for the repeat, up to twice in a row
 
+// The values of DownloadSettings::controllerKind. A file may hold others; they act as controllerConversation.
+inline constexpr std::int32_t controllerConversation = 0; // the controller asks and sends by itself
+inline constexpr std::int32_t controllerByHand = 1;       // any machine: files are sent and received by hand
+
 struct DownloadSettings {
     KelText port;
     KelText baudRate;
@@ -46,6 +50,17 @@ struct DownloadSettings {
     std::int32_t replacedFilesKept = 5;
     // 1 if the controller is taken to send checksums. The program finds out by itself.
     std::int32_t sendsChecksums = 0;
+    // How the machine exchanges files.
+    std::int32_t controllerKind = controllerConversation;
+    // A receive by hand ends after this silence. 0: it does not.
+    std::int32_t silenceSeconds = 0;
+    // A hold or silence of more than this calls someone while a file is on its way. 0: it does not.
+    std::int32_t attentionMinutes = 5;
+    std::int32_t callsWithSound = 0;
+    // Rows of the history are kept for this long. 0: for ever.
+    std::int32_t historyYears = 5;
+    // The name of a language of the dictionary. Empty: the language of the system.
+    KelText language;
 
     // The bytes of further fields, which a newer program has added to the settings record.
     std::string extensionFields;

@@ -21,6 +21,13 @@ inline constexpr std::array<KelTextView, 4> flowControlChoices = {u"Xon/Xoff", u
 inline constexpr std::array<KelTextView, 3> incomingCheckChoices = {u"Off", u"End the upload", u"Wait for the repeat"};
 inline constexpr int mostReplacedFilesKept = 99;
 
+// The entry of a value of DownloadSettings::controllerKind has the value as its index.
+inline constexpr std::array<KelTextView, 2> controllerKindChoices = {u"Asks for files by number",
+                                                                     u"Any (files sent and received by hand)"};
+inline constexpr int longestSilenceSeconds = 999;
+inline constexpr int longestAttentionMinutes = 999;
+inline constexpr int longestHistoryYears = 99;
+
 inline constexpr int longestCharacterDelayMilliseconds = 999;
 inline constexpr int longestLineDelayMilliseconds = 999;
 inline constexpr int longestTransmitDelaySeconds = 30;

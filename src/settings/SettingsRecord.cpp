@@ -43,6 +43,12 @@ void VisitFields(Settings& settings, Visitor&& visit) {
     visit(settings.incomingCheck);
     visit(settings.replacedFilesKept);
     visit(settings.sendsChecksums);
+    visit(settings.controllerKind);
+    visit(settings.silenceSeconds);
+    visit(settings.attentionMinutes);
+    visit(settings.callsWithSound);
+    visit(settings.historyYears);
+    visit(settings.language);
 }
 
 class FieldWriter {

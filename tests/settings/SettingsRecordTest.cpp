@@ -41,7 +41,9 @@ const std::vector<std::string> distinctFields = {Text(u"COM3"),  Text(u"9600"), 
                                                  Text(u"comms"), Int(6),        Int(7),
                                                  Int(8),         Int(9),        Int(10),
                                                  Text(u"Saw"),   Int(2),        Int(11),
-                                                 Int(12)};
+                                                 Int(12),        Int(13),       Int(14),
+                                                 Int(15),        Int(16),       Int(17),
+                                                 Text(u"French")};
 
 std::string FirstFields(std::size_t count) {
     std::string fields;
@@ -67,8 +69,11 @@ TEST_CASE("SettingsRecord: each field has its place, and fields of newer program
             std::tie(read.transmitDelaySeconds, read.writeLog, read.characterDelayMilliseconds,
                      read.lineDelayMilliseconds, read.sendStartCode, read.sendEndCode, read.startCharacter,
                      read.endCharacter, read.ctsFlow, read.dsrFlow, read.reservedInt, read.networkMode, read.serverMode,
-                     read.incomingCheck, read.replacedFilesKept, read.sendsChecksums);
-        CHECK((numbers == std::tuple(-2, 1, 0x01020304, 3, 4, 5, 0xF1, 0xF2, 6, 7, 8, 9, 10, 2, 11, 12)));
+                     read.incomingCheck, read.replacedFilesKept, read.sendsChecksums, read.controllerKind,
+                     read.silenceSeconds, read.attentionMinutes, read.callsWithSound, read.historyYears);
+        CHECK(read.language == u"French");
+        CHECK((numbers ==
+               std::tuple(-2, 1, 0x01020304, 3, 4, 5, 0xF1, 0xF2, 6, 7, 8, 9, 10, 2, 11, 12, 13, 14, 15, 16, 17)));
         CHECK(read.extensionFields == extension);
         CHECK(EncodeRecord(read) == record);
         CHECK(DecodeRecord(record + "x", read) == RecordState::WholeAndMore);
