@@ -150,9 +150,11 @@ void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason,
     if (!ended)
         return;
     ended->reason = reason;
-    // The only end of a download that has no reason of its own.
+    // What the status says without a reason of its own.
     if (newState == TransferState::DownloadErrors && reason.empty())
         ended->reason = text::transferReason::lineRefused;
+    if (newState == TransferState::DownloadCouldNotOpen && reason.empty())
+        ended->reason = text::transferReason::noSuchFile;
     parts.observer.OnEnded(std::move(*ended));
 }
 

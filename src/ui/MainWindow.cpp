@@ -58,7 +58,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
       events(parts.events),
       help(parts.help),
       pathsFile(parts.pathsFile),
-      panel(new MainPanel(this)),
+      panel(new MainPanel(this, parts.clock)),
       modal([this](bool isEnabled) { EnableInput(isEnabled); }),
       messages(messages) {
     SetIcons(ProgramIcons());
@@ -105,11 +105,14 @@ void MainWindow::BindControls() {
     panel->logSwitch->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnLog(); });
     for (wxCheckBox* handshake : {panel->ctsSwitch, panel->dsrSwitch})
         handshake->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnHandshake(); });
+    Board& board = panel->monitor->TheBoard();
+    board.onSeen = [this](const TransferRecord& failure) { engine.MarkSeen(failure.number, failure.direction); };
+    board.onHelp = [this] { OnHelp("transfers.htm"); };
     Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
     trafficTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowTraffic(); });
     closeTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnCloseTimer(); });
     for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
-                             static_cast<wxWindow*>(&panel->monitor->Traffic())})
+                             static_cast<wxWindow*>(&board), static_cast<wxWindow*>(&panel->monitor->Traffic())})
         window->Bind(wxEVT_CONTEXT_MENU, &MainWindow::OnContextMenu, this);
     BindHelpKey(*this, [this] { OnHelp("main-window.htm"); });
     Bind(wxEVT_CHAR_HOOK, &MainWindow::OnCharHook, this);
@@ -133,7 +136,7 @@ void MainWindow::OnSnapshotChanged() {
         SetTitle(ToWx(snapshot.caption));
     panel->statusLine->ShowStatus(ToWx(StatusText(snapshot)), OutlookOf(snapshot));
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
-    panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
+    panel->monitor->ShowSnapshot(snapshot);
     panel->received->SetLit(snapshot.lamps.received);
     panel->transmitted->SetLit(snapshot.lamps.transmitted);
     const LineHolds& holds = snapshot.lamps.holds;

@@ -29,6 +29,8 @@ public:
         DownloadApp& engine;
         WindowEvents& events;
         HelpBook& help;
+        // The engine's.
+        const Clock& clock;
         // KEL.INI, which names the ports.
         std::filesystem::path pathsFile;
     };

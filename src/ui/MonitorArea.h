@@ -1,7 +1,9 @@
 #pragma once
-// The monitor area of the main window: shows either the traffic of the line or a picture of the connection.
+// The monitor area of the main window: shows either the traffic of the line or the board, and a picture of the
+// connection while the board has nothing to say.
 // User-interface thread.
 
+#include "ui/Board.h"
 #include "ui/TextPane.h"
 #include "ui/Wx.h"
 
@@ -12,23 +14,30 @@ namespace tarvin {
 
 class MonitorArea : public wxPanel {
 public:
-    MonitorArea(wxWindow* parent, const wxSize& size);
+    // `clock` is the engine's, and outlives the area.
+    MonitorArea(wxWindow* parent, const wxSize& size, const Clock& clock);
 
     void ShowTraffic(bool isTraffic);
-    bool IsTrafficShown() const { return traffic->IsShown(); }
+    bool IsTrafficShown() const { return isTrafficShown; }
     TextPane& Traffic() { return *traffic; }
+    Board& TheBoard() { return *board; }
     wxWindow& PicturePane() { return *picturePane; }
+
+    void ShowSnapshot(const EngineSnapshot& snapshot);
 
     // The name of a file of src/ui/pictures. An empty name removes the picture.
     void SetPicture(std::string_view name);
     const std::string& PictureName() const { return pictureName; }
 
 private:
+    void ShowPanes();
     void PaintPicture(wxPaintEvent&);
 
     TextPane* traffic;
+    Board* board;
     wxWindow* picturePane;
     std::string pictureName;
+    bool isTrafficShown = false;
 };
 
 }

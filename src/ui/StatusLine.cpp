@@ -37,7 +37,6 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
     case TransferState::LinkTest:
     case TransferState::DownloadCompleted:
     case TransferState::UploadCompleted:
-    case TransferState::LoopbackSuccess:
     case TransferState::ServerFoundClient:
     case TransferState::ClientFoundServer:
     case TransferState::SynchronisationCompleted:
@@ -58,6 +57,7 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
     case TransferState::SecondClient:
     case TransferState::SecondServer:
         return Outlook::Bad;
+    case TransferState::LoopbackSuccess:
     case TransferState::Waiting:
     case TransferState::DirectoryListing:
     case TransferState::ControllerOption:
