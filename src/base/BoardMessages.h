@@ -61,7 +61,7 @@ inline constexpr char16_t percent[] = u"%1 %";
 inline constexpr char16_t bytes[] = u"%1 bytes";
 
 // Its buttons, for the hands of an operator.
-inline constexpr char16_t seen[] = u"Se&en";
+inline constexpr char16_t seen[] = u"See&n";
 inline constexpr char16_t seenTip[] = u"Take this failure from the board. The history keeps it";
 inline constexpr char16_t help[] = u"&What to Do";
 inline constexpr char16_t helpTip[] = u"Open the help book at the page about failed transfers";
