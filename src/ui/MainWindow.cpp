@@ -76,6 +76,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     MakeEndDialogs();
     BindControls();
     panel->monitor->SetPicture("connection.svg");
+    panel->monitor->View().SetOwner({&modal, [this](const MessageBoxText& box) { OnMessage(box); }});
     // Last: an event uses all of the above.
     events.Attach(*this);
 }
@@ -124,6 +125,8 @@ void MainWindow::OnCharHook(wxKeyEvent& event) {
         OnHandshake();
         return;
     }
+    if (panel->monitor->IsTrafficShown() && panel->monitor->View().HandleKey(event))
+        return;
     event.Skip();
 }
 
@@ -302,7 +305,6 @@ void MainWindow::OnReceiveFile() {
 }
 
 void MainWindow::OnContextMenu(wxContextMenuEvent&) {
-    TextPane& traffic = panel->monitor->Traffic();
     wxMenu menu;
     const auto add = [&menu](KelTextView label, bool isEnabled, std::function<void()> action) {
         wxMenuItem* item = menu.Append(wxID_ANY, ToWx(label));
@@ -311,10 +313,7 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
             wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
     };
     if (panel->monitor->IsTrafficShown()) {
-        add(text::menu::copy, traffic.HasSelection(), [&traffic] { traffic.Copy(); });
-        add(text::menu::selectAll, traffic.Lines().Count() > 0, [&traffic] { traffic.SelectAll(); });
-        add(text::menu::clear, traffic.Lines().Count() > 0, [&traffic] { traffic.Clear(); });
-        add(text::menu::followEnd, !traffic.IsFollowing(), [&traffic] { traffic.Follow(); });
+        panel->monitor->View().AppendTo(menu);
         menu.AppendSeparator();
     }
     add(text::menu::resetLink, isInputEnabled, [this] { engine.ResetLink(); });

@@ -18,20 +18,20 @@ const wxSize pictureSize(598, 393); // of the drawings, for their proportions
 MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, size, wxBORDER_SUNKEN | wxTAB_TRAVERSAL, "monitor") {
     SetMinSize(size);
-    traffic = new TextPane(this);
-    traffic->Hide();
+    view = new TrafficView(this);
+    view->Hide();
     picturePane = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
     // Needed for a buffered paint, which does not flicker.
     picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
     picturePane->Bind(wxEVT_PAINT, &MonitorArea::PaintPicture, this);
     auto* fill = new wxBoxSizer(wxVERTICAL);
-    fill->Add(traffic, wxSizerFlags(1).Expand());
+    fill->Add(view, wxSizerFlags(1).Expand());
     fill->Add(picturePane, wxSizerFlags(1).Expand());
     SetSizer(fill);
 }
 
 void MonitorArea::ShowTraffic(bool isTraffic) {
-    traffic->Show(isTraffic);
+    view->Show(isTraffic);
     picturePane->Show(!isTraffic);
     Layout();
 }

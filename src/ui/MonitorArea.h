@@ -2,7 +2,7 @@
 // The monitor area of the main window: shows either the traffic of the line or a picture of the connection.
 // User-interface thread.
 
-#include "ui/TextPane.h"
+#include "ui/TrafficView.h"
 #include "ui/Wx.h"
 
 #include <string>
@@ -15,8 +15,9 @@ public:
     MonitorArea(wxWindow* parent, const wxSize& size);
 
     void ShowTraffic(bool isTraffic);
-    bool IsTrafficShown() const { return traffic->IsShown(); }
-    TextPane& Traffic() { return *traffic; }
+    bool IsTrafficShown() const { return view->IsShown(); }
+    TrafficView& View() { return *view; }
+    TextPane& Traffic() { return view->Pane(); }
     wxWindow& PicturePane() { return *picturePane; }
 
     // The name of a file of src/ui/pictures. An empty name removes the picture.
@@ -26,7 +27,7 @@ public:
 private:
     void PaintPicture(wxPaintEvent&);
 
-    TextPane* traffic;
+    TrafficView* view;
     wxWindow* picturePane;
     std::string pictureName;
 };
