@@ -63,6 +63,7 @@ namespace messageWindow {
 inline constexpr char16_t shownAt[] = u"At %1.";
 inline constexpr char16_t copy[] = u"Co&py";
 inline constexpr char16_t copyTip[] = u"Copy the whole message (Ctrl+C)";
+inline constexpr char16_t textName[] = u"Text of the message";
 inline constexpr char16_t cutOff[] = u"... the rest is left out here. Copy gives the whole text.";
 }
 
