@@ -54,29 +54,30 @@ KelTextView StartOf(KelTextView text, std::size_t most) {
     return text;
 }
 
-// The lines that the text needs at this width; more than `most` is not counted. None if a word, such as a path, is
-// wider: a label would not break it.
-std::optional<int> LinesOf(const wxWindow& window, const wxString& text, int width, int most) {
-    int lines = 0;
-    int filled = 0;
-    const int blank = window.GetTextExtent(" ").GetWidth();
-    for (const wxString& line : wxSplit(text, '\n', '\0')) {
-        ++lines;
-        filled = 0;
-        for (const wxString& word : wxSplit(line, ' ', '\0')) {
-            const int wordWidth = window.GetTextExtent(word).GetWidth();
-            if (wordWidth > width)
-                return std::nullopt;
-            if (filled + wordWidth > width) {
-                ++lines;
-                filled = 0;
-            }
-            filled += wordWidth + blank;
+// The text with line ends in words that are too long for a line, such as a path: neither a label nor a field is quick
+// with a word of many lines. A path breaks behind its separators.
+KelText WithBreaks(KelTextView text) {
+    constexpr std::size_t longestWord = 60;
+    KelText result;
+    std::size_t wordLength = 0;
+    std::size_t separator = 0; // where the result has the last one of this word; 0 without one
+    for (const char16_t unit : text) {
+        if (wordLength >= longestWord && !IsLowSurrogate(unit)) {
+            const std::size_t at = separator > 0 ? separator + 1 : result.size();
+            result.insert(at, 1, u'\n');
+            wordLength = result.size() - at - 1;
+            separator = 0;
         }
-        if (lines > most)
-            break;
+        if (unit == u'/' || unit == u'\\')
+            separator = result.size();
+        result += unit;
+        ++wordLength;
+        if (unit == u' ' || unit == u'\n') {
+            wordLength = 0;
+            separator = 0;
+        }
     }
-    return lines;
+    return result;
 }
 
 }
@@ -161,31 +162,24 @@ void CustomMessage::AddMessage(wxSizer& column) {
     column.Add(row, wxSizerFlags(1).Expand().Border(wxALL, gap));
 }
 
-// A short text is a label. A long one is a field that scrolls, and so is one with a word that is too wide for a label,
-// such as a path: a field breaks it.
+// A short text is a label, and a long one is a field that scrolls.
 void CustomMessage::AddText(wxSizer& column) {
     const int width = ConvertDialogToPixels(wxSize(widestText, 0)).GetWidth();
     const wxSizerFlags flags = wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(6));
-    if (box.text.size() <= mostOfLabel) {
-        const auto lines = LinesOf(*this, ToWx(box.text), width, mostLinesOfLabel);
-        if (lines && *lines <= mostLinesOfLabel) {
-            auto* label = new wxStaticText(this, wxID_ANY, ToLabel(box.text));
-            label->Wrap(width);
-            column.Add(label, flags);
-            return;
-        }
+    KelText shown = WithBreaks(StartOf(box.text, mostShown));
+    if (shown.size() <= mostOfLabel && std::ranges::count(shown, u'\n') < mostLinesOfLabel) {
+        auto* label = new wxStaticText(this, wxID_ANY, ToLabel(shown));
+        label->Wrap(width);
+        column.Add(label, flags);
+        return;
     }
-    KelText shown(StartOf(box.text, mostShown));
-    if (shown.size() < box.text.size())
+    if (box.text.size() > mostShown)
         shown += u"\n" + KelText(text::messageWindow::cutOff);
     longText = new wxTextCtrl(this, wxID_ANY, ToWx(shown), wxDefaultPosition, wxDefaultSize,
                               wxTE_MULTILINE | wxTE_READONLY | wxTE_BESTWRAP | wxBORDER_NONE);
     longText->SetBackgroundColour(GetBackgroundColour());
     longText->SetName(ToWx(text::messageWindow::textName));
-    const bool isShort = box.text.size() <= mostOfLabel;
-    constexpr int linesOfPath = 4;
-    const int lines = isShort ? linesOfPath : mostLinesOfLabel;
-    longText->SetMinSize(wxSize(width, (lines + 1) * longText->GetCharHeight()));
+    longText->SetMinSize(wxSize(width, (mostLinesOfLabel + 1) * longText->GetCharHeight()));
     longText->SetInsertionPoint(0);
     column.Add(longText, flags);
 }

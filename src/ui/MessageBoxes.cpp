@@ -4,9 +4,26 @@
 #include "messages/AppInterface.h"
 #include "ui/CustomMessage.h"
 
+#include <algorithm>
 #include <utility>
 
+#include <wx/display.h>
+
 namespace tarvin {
+
+namespace {
+
+// The lower half of the window: the status and the buttons stay in sight and in reach.
+void PlaceBelowButtons(wxWindow& box, const wxWindow& window) {
+    const wxRect room = wxDisplay(&window).GetClientArea();
+    const wxRect place = window.GetScreenRect();
+    const wxSize size = box.GetSize();
+    const auto within = [](int at, int first, int last) { return std::max(std::min(at, last), first); };
+    box.Move(within(place.x + (place.width - size.x) / 2, room.x, room.GetRight() - size.x),
+             within(place.y + place.height / 2, room.y, room.GetBottom() - size.y));
+}
+
+}
 
 void MessageBoxes::Show(const MessageBoxText& box) {
     if (isClosing || owner.messages.AnswerWithoutUser(box))
@@ -26,6 +43,7 @@ void MessageBoxes::ShowPresent() {
     open->ShowCount(present->count, present->lastTime);
     if (open->IsShown())
         return;
+    PlaceBelowButtons(*open, *owner.parent);
     if (owner.isDialogOpen())
         open->ShowWithoutActivating();
     else
