@@ -1,5 +1,6 @@
 #include "app/Desktop.h"
 
+#include "messages/MessageAdvice.h"
 #include "ui/MainWindow.h"
 
 #include <utility>
@@ -16,7 +17,7 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
     messages.ReadSuppressedMessages();
     window = new MainWindow({*engine, events, help, program.EngineClock(), program.Place().PathsFile()}, messages);
     if (!loaded)
-        events.ShowMessage(messages.ReportFailure(loaded.Reason().text));
+        events.ShowMessage(WithAdvice(MessageKind::DictionaryNotRead, messages.ReportFailure(loaded.Reason().text)));
 }
 
 Desktop::~Desktop() {

@@ -1,6 +1,7 @@
 #include "transfer/Transfer.h"
 
 #include "base/Messages.h"
+#include "messages/MessageAdvice.h"
 #include "transfer/ProgramComment.h"
 
 #include <algorithm>
@@ -245,7 +246,8 @@ bool Transfer::LoadLines(std::size_t longestLineAllowed) {
     if (!fault)
         return true;
     if (fault->isLongerThanText)
-        parts.observer.ShowMessage({text::box::notAscii, text::box::errorCaption, okOnly | iconExclamation});
+        parts.observer.ShowMessage(WithAdvice(
+            MessageKind::NotAscii, {text::box::notAscii, text::box::errorCaption, okOnly | iconExclamation}));
     // A line that is cut, split, or ended by a byte of its own would make the machine cut something else.
     End(TransferState::FileFormatError, Describe(*fault, longestLineAllowed));
     return false;

@@ -1,7 +1,5 @@
 #include "ui/BoardColours.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 
 namespace tarvin {
@@ -32,14 +30,6 @@ constexpr BoardColours darkColours[] = {
 constexpr Rgb lightSigns[] = {0x1B7A3A, 0xB71C1C, 0x5B6B7B, 0xB71C1C};
 constexpr Rgb darkSigns[] = {0x63CF85, 0xFF8A87, 0x9FB0C0, 0xFF8A87};
 
-double Luminance(Rgb colour) {
-    const auto part = [colour](int shift) {
-        const double value = static_cast<double>(colour >> shift & 0xFF) / 255;
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * part(16) + 0.7152 * part(8) + 0.0722 * part(0);
-}
-
 }
 
 const BoardColours& ColoursOf(BoardState state, bool isDark) {
@@ -52,10 +42,9 @@ Rgb SignColour(TransferOutcome outcome, bool isDark) {
     return isDark ? darkSigns[index] : lightSigns[index];
 }
 
-double Contrast(Rgb left, Rgb right) {
-    const double first = Luminance(left);
-    const double second = Luminance(right);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+wxColour ToColour(Rgb rgb) {
+    return wxColour(static_cast<unsigned char>(rgb >> 16), static_cast<unsigned char>(rgb >> 8),
+                    static_cast<unsigned char>(rgb));
 }
 
 }

@@ -3,6 +3,7 @@
 // 4.5:1, and every sign of at least 3:1. User-interface thread.
 
 #include "ui/BoardContent.h"
+#include "ui/Wx.h"
 
 #include <cstdint>
 
@@ -23,7 +24,6 @@ const BoardColours& ColoursOf(BoardState state, bool isDark);
 // The sign of a transfer in the list of the last ones.
 Rgb SignColour(TransferOutcome outcome, bool isDark);
 
-// As WCAG 2 defines it, from 1 to 21.
-double Contrast(Rgb left, Rgb right);
+wxColour ToColour(Rgb rgb);
 
 }

@@ -15,11 +15,6 @@ constexpr double textHeight = 0.058;
 constexpr double textOfWidth = 0.036;
 constexpr int leastText = 11; // DIP
 
-wxColour ToColour(Rgb rgb) {
-    return wxColour(static_cast<unsigned char>(rgb >> 16), static_cast<unsigned char>(rgb >> 8),
-                    static_cast<unsigned char>(rgb));
-}
-
 // The text broken anywhere into lines of at most `width`. A number has no blanks to break at.
 std::vector<wxString> BrokenAnywhere(const wxDC& dc, const wxString& text, int width) {
     wxArrayInt widths;

@@ -4,7 +4,7 @@
 // User-interface thread.
 
 #include "ui/Board.h"
-#include "ui/TextPane.h"
+#include "ui/TrafficView.h"
 #include "ui/Wx.h"
 
 #include <string>
@@ -19,7 +19,8 @@ public:
 
     void ShowTraffic(bool isTraffic);
     bool IsTrafficShown() const { return isTrafficShown; }
-    TextPane& Traffic() { return *traffic; }
+    TrafficView& View() { return *view; }
+    TextPane& Traffic() { return view->Pane(); }
     Board& TheBoard() { return *board; }
     wxWindow& PicturePane() { return *picturePane; }
 
@@ -33,7 +34,7 @@ private:
     void ShowPanes();
     void PaintPicture(wxPaintEvent&);
 
-    TextPane* traffic;
+    TrafficView* view;
     Board* board;
     wxWindow* picturePane;
     std::string pictureName;
