@@ -7,6 +7,7 @@
 #include "dictionary/TextHolder.h"
 #include "engine/EngineSetup.h"
 #include "files/FileNames.h"
+#include "protocol/ProtocolChoice.h"
 #include "protocol/TarvinApp.h"
 
 #include <cstdio>
@@ -90,8 +91,7 @@ Result<> Program::LoadDictionary() const {
 }
 
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {
-    const auto makeProtocol = [](const ProtocolParts& parts) { return std::make_unique<TarvinApp>(parts); };
-    return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, makeProtocol,
+    return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, MakeProtocol,
                                                      installation.Folder(), FromPath(installation.NcFilesFolder()),
                                                      TarvinApp::FirstSettings(), installation.LinkedFolders()},
                                          machineName);

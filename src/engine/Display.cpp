@@ -73,8 +73,7 @@ void Display::ShowLink() {
 
 void Display::ShowConversation(bool isConversation) {
     next.isConversation = isConversation;
-    if (isConversation)
-        ShowButtons(true);
+    ShowButtons(true);
 }
 
 void Display::Announce(KelTextView announcement) {
