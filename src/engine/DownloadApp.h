@@ -40,12 +40,13 @@ public:
     // The trace of the line.
     TrafficQueue& Traffic();
 
-    // Takes the settings over. Opens the port anew, which ends a transfer, if ReopensPort says so (PortSettings.h), or if
-    // the port is not configured. Another kind of controller is served at once.
+    // Takes the settings over. Opens the port anew, which ends a transfer, if ReopensPort says so (PortSettings.h), or
+    // if the port is not configured. Another kind of controller is served at once.
     void ApplySettings(DownloadSettings settings);
     // Takes the settings over and leaves port and protocol alone: for settings that say nothing new about them.
     void KeepSettings(DownloadSettings settings);
-    // Which signals of the controller hold the line under hardware flow control. Opens the port anew like ApplySettings.
+    // Which signals of the controller hold the line under hardware flow control. Opens the port anew like
+    // ApplySettings.
     void SetHandshakes(bool heedsCts, bool heedsDsr);
 
     // Logs the line in a fresh file and stores its path in the settings. The log counts as on at once; if the file
