@@ -137,7 +137,7 @@ wxWindow* MakeLinePage(wxWindow* parent, SettingsForm& form, std::vector<FoundPo
     right->Add(MakeDelayGroup(page, form), wxSizerFlags().Expand());
     right->Add(MakeCharacterGroup(page, form), wxSizerFlags().Expand().Border(wxTOP, gap));
     auto* columns = new wxBoxSizer(wxHORIZONTAL);
-    columns->Add(line, wxSizerFlags().Expand().Border(wxALL, gap));
+    columns->Add(line, wxSizerFlags().Top().Border(wxALL, gap));
     columns->Add(right, wxSizerFlags(1).Expand().Border(wxTOP | wxRIGHT | wxBOTTOM, gap));
     page->SetSizer(columns);
     return page;
