@@ -8,6 +8,7 @@
 #include "engine/EngineSetup.h"
 #include "files/FileNames.h"
 #include "messages/MessageAdvice.h"
+#include "protocol/ProtocolChoice.h"
 #include "protocol/TarvinApp.h"
 
 #include <cstdio>
@@ -93,8 +94,7 @@ Result<> Program::LoadDictionary() const {
 }
 
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {
-    const auto makeProtocol = [](const ProtocolParts& parts) { return std::make_unique<TarvinApp>(parts); };
-    return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, makeProtocol,
+    return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, MakeProtocol,
                                                      installation.Folder(), FromPath(installation.NcFilesFolder()),
                                                      TarvinApp::FirstSettings(), installation.LinkedFolders()},
                                          machineName);

@@ -107,6 +107,7 @@ inline constexpr char16_t lineTested[] = u"the line was tested";
 inline constexpr char16_t linkReset[] = u"the link was reset";
 inline constexpr char16_t linkLost[] = u"the port was lost";
 inline constexpr char16_t portReopened[] = u"the port was opened again";
+inline constexpr char16_t noLink[] = u"there is no link";
 inline constexpr char16_t charactersLost[] = u"received characters were lost";
 inline constexpr char16_t programEnd[] = u"the program has ended";
 inline constexpr char16_t noSuchFile[] = u"there is no such file";

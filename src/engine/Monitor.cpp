@@ -3,6 +3,7 @@
 #include "base/Messages.h"
 #include "base/TrafficMessages.h"
 #include "messages/MessageAdvice.h"
+#include "settings/PortSettings.h"
 
 #include <algorithm>
 #include <utility>
@@ -34,12 +35,20 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       tests(transfer, line, logs.Recorder(), timers, clock),
       network(transfer, line, display, settings, timers, clock),
       outage(events, timers, clock),
-      protocol(setup.makeProtocol(
-          {transfer, line, settings, timers, clock, [this](bool sendsChecksums) { NoteChecksums(sendsChecksums); }})),
+      makeProtocol(std::move(setup.makeProtocol)),
       reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
                  [this] { ReopenPort(); }),
       endOfAwaited(timers, clock, "DownloadApp::EndOfAwaitedUpload", longestAwaited, Timer::Kind::OneShot,
-                   [this] { EndAwaitedUpload(text::transferReason::nothingReceived); }) {}
+                   [this] { EndAwaitedUpload(text::transferReason::nothingReceived); }) {
+    ChooseProtocol();
+}
+
+// The settings must be in place: the new protocol reads them.
+void Monitor::ChooseProtocol() {
+    protocol = makeProtocol(
+        {transfer, line, settings, timers, clock, [this](bool sendsChecksums) { NoteChecksums(sendsChecksums); }});
+    display.ShowConversation(protocol->IsConversation());
+}
 
 void Monitor::Post(Command command) {
     {
@@ -67,6 +76,7 @@ void Monitor::PrepareClose() {
 void Monitor::Load() {
     auto loaded = store.Load(settings);
     settings = std::move(loaded.settings);
+    ChooseProtocol();
     events.SettingsChanged(settings);
     if (loaded.warning)
         events.ShowMessage(*loaded.warning);
@@ -76,7 +86,6 @@ void Monitor::Open() {
     thread.AssertOwned();
     OpenPort();
     transfer.Wait(Urgency::NextTick);
-    display.ShowConversation(protocol->IsConversation());
     display.Start();
 }
 
@@ -191,9 +200,19 @@ void Monitor::ReopenPort() {
 }
 
 void Monitor::ApplySettings(DownloadSettings newSettings) {
+    const bool isOtherKind = IsByHand(settings) != IsByHand(newSettings);
+    // A port that could be configured in part only would stay so: each application is one more attempt.
+    const bool reopens = ReopensPort(settings, newSettings) || (!line.IsLinked() && !transfer.IsUnderWay());
     KeepSettings(std::move(newSettings));
-    if (!isClosing)
-        OpenPort();
+    if (isClosing || !reopens)
+        return;
+    // The protocol that has begun a transfer ends it, before the other one takes its place.
+    if (isOtherKind) {
+        EndAwaitedUpload(text::transferReason::portReopened);
+        AbandonTransfer(text::transferReason::portReopened);
+        ChooseProtocol();
+    }
+    OpenPort();
 }
 
 void Monitor::KeepSettings(DownloadSettings newSettings) {
@@ -231,9 +250,24 @@ void Monitor::SendFile(const std::filesystem::path& path) {
     // The controller may have begun a transfer while the user chose the file.
     if (transfer.IsUnderWay() || isClosing || protocol->IsConversation())
         return;
+    const TransferName name = {FromPath(path), FromPath(path.filename()), u" " + FromPath(path)};
+    if (RefuseWithoutLink(name, TransferState::DownloadErrors))
+        return;
     // A held line may still have the end of a download that was cancelled.
     line.DropUnsent();
-    transfer.BeginDownloadByHand({FromPath(path), FromPath(path.filename()), u" " + FromPath(path)});
+    protocol->OnBeginByHand();
+    transfer.BeginDownloadByHand(name);
+}
+
+// A transfer that waits for a port would begin by itself when the port opens: perhaps much later, while the machine is
+// unattended.
+bool Monitor::RefuseWithoutLink(const TransferName& name, TransferState refused) {
+    if (line.IsOpen())
+        return false;
+    transfer.ResetQuality();
+    transfer.SetName({name.path, name.fileName, {}});
+    transfer.End(refused, text::transferReason::noLink);
+    return true;
 }
 
 void Monitor::ReceiveFile(const std::filesystem::path& path) {
@@ -241,10 +275,15 @@ void Monitor::ReceiveFile(const std::filesystem::path& path) {
         return;
     const KelText fileName = FromPath(path.filename());
     const TransferName name = {FromPath(path), fileName, u" " + fileName};
-    if (!protocol->IsConversation()) {
+    if (protocol->IsConversation()) {
+        AwaitUpload(name);
+    } else if (!RefuseWithoutLink(name, TransferState::UploadErrors)) {
+        protocol->OnBeginByHand();
         transfer.BeginUploadByHand(name);
-        return;
     }
+}
+
+void Monitor::AwaitUpload(const TransferName& name) {
     transfer.AwaitUpload(name);
     endOfAwaited.Start();
     display.ShowNow();

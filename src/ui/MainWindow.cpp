@@ -237,7 +237,8 @@ void MainWindow::OnChangeSettings() {
                                              engine.KeepSettings(settings);
                                          },
                                          [this] { OnHelp("settings.htm"); },
-                                         [this](wxDialog& dialog) { return modal.RunNative(dialog); }};
+                                         [this](wxDialog& dialog) { return modal.RunNative(dialog); },
+                                         [this] { return messages.ShowAllMessages(); }};
     SettingsDialog dialog(this, settings, FindPorts(pathsFile, settings.port), owner);
     if (modal.Run(dialog) != wxID_OK)
         return;

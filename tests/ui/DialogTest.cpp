@@ -9,19 +9,6 @@
 
 namespace tarvin::test {
 
-namespace {
-
-// Types the path into the system's dialog with this title and confirms it.
-void PickFile(const std::string& title, const std::filesystem::path& path) {
-    REQUIRE(WindowTitled(title) != nullptr);
-    REQUIRE(SystemDialogBecomesActive());
-    PressKey('A', wxMOD_CONTROL);
-    Type(path.string());
-    PressUntilHidden(WXK_RETURN, title);
-}
-
-}
-
 TEST_CASE("MainWindow: a file that is sent by hand is put where the machine asks for it") {
     DesktopFixture desktop;
     desktop.Connect();
