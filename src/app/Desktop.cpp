@@ -1,6 +1,7 @@
 #include "app/Desktop.h"
 
 #include "ui/MainWindow.h"
+#include "ui/WindowPlacement.h"
 
 #include <utility>
 
@@ -33,6 +34,13 @@ void Desktop::Start() {
 
 void Desktop::RequestClose() {
     events.Post([this] { window->Close(true); });
+}
+
+void Desktop::RequestRaise(std::function<void()> answer) {
+    events.Post([this, kept = std::move(answer)] {
+        BringToFront(*window);
+        kept();
+    });
 }
 
 }

@@ -82,4 +82,14 @@ void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     (void)ReplaceWholeFile(file, text);
 }
 
+void BringToFront(wxTopLevelWindow& window) {
+    if (window.IsIconized())
+        window.Iconize(false);
+    window.Show();
+    window.Raise();
+    // The system answers later whether the window has the keyboard now. The call ends by itself when it has.
+    if (!window.IsActive())
+        window.RequestUserAttention();
+}
+
 }

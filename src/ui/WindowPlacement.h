@@ -14,4 +14,8 @@ bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName);
 // A failure is not told: the window opens in the middle of the screen the next time.
 void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName);
 
+// Shows the window in front of the others and gives it the keyboard. Where the system keeps the keyboard with another
+// program, the window calls the user in the task bar instead.
+void BringToFront(wxTopLevelWindow& window);
+
 }
