@@ -6,25 +6,22 @@
 
 namespace tarvin::text {
 
-// Notifications. The title is the machine's name; %1 is the name and %2 the file number, here and below, unless a
-// comment says otherwise. The name leads the text too, because some desktops show the text alone.
+// Titles of notifications. %1 is the machine and %2 the file number, unless a comment says otherwise. The machine and
+// the number stand first: the desktop shortens long titles at their end. The text below the title is the reason.
 namespace call {
 inline constexpr char16_t sent[] = u"%1: %2 was sent to the machine";
 inline constexpr char16_t received[] = u"%1: %2 was received from the machine";
-// %3 is the reason.
-inline constexpr char16_t sendFailed[] = u"%1: %2 was not sent completely. %3";
-inline constexpr char16_t receiveFailed[] = u"%1: %2 was not received completely. %3";
-inline constexpr char16_t sendRefused[] = u"%1: The machine asked for %2 and did not get it. %3";
-inline constexpr char16_t receiveRefused[] = u"%1: The machine offered %2, which was refused. %3";
-// %2 is the number of minutes and %3 the file number.
-inline constexpr char16_t held[] = u"%1: held by the machine for %2 min. %3 is on its way";
-inline constexpr char16_t silent[] = u"%1: nothing from the machine for %2 min. %3 is on its way";
-inline constexpr char16_t heldWithoutNumber[] = u"%1: held by the machine for %2 min. A file is on its way";
-inline constexpr char16_t silentWithoutNumber[] = u"%1: nothing from the machine for %2 min. A file is on its way";
+inline constexpr char16_t sendFailed[] = u"%1: %2 was not sent completely";
+inline constexpr char16_t receiveFailed[] = u"%1: %2 was not received completely";
+inline constexpr char16_t sendRefused[] = u"%1: %2 was asked for and could not be sent";
+inline constexpr char16_t receiveRefused[] = u"%1: %2 was offered and refused";
+// %3 is the number of minutes.
+inline constexpr char16_t held[] = u"%1: %2 is held by the machine for more than %3 min";
+inline constexpr char16_t silent[] = u"%1: %2 is on its way, and nothing came from the machine for more than %3 min";
 inline constexpr char16_t linkLost[] = u"%1: the link to the machine is lost";
 inline constexpr char16_t linkReturned[] = u"%1: the link to the machine is back";
 // In place of a file number that is not known.
-inline constexpr char16_t unknownNumber[] = u"a file";
+inline constexpr char16_t unknownNumber[] = u"A file";
 }
 
 // A machine that another program serves.
