@@ -62,7 +62,7 @@ TEST_CASE("Notifications: the desktop shows title, text and urgency, and a newer
     ChildProcess& service = bus.StartService();
     NotifyingWindow window;
     window.Show({1, u"LASER: <4711> was sent", u"A & B <i>", true});
-    REQUIRE(service.WaitForOutput("LASER: <4711> was sent"));
+    REQUIRE_MESSAGE(service.WaitForOutput("LASER: <4711> was sent"), service.Output());
     CHECK(service.WaitForOutput("A &amp; B &lt;i&gt;"));
     CHECK(service.WaitForOutput("CRITICAL"));
     window.Show({2, u"LASER: link", {}, false});
@@ -81,6 +81,7 @@ TEST_CASE("Notifications: without a bus, and with a service that hangs, the wind
         for (int number = 0; number < 3; ++number)
             window.Show({1, u"unseen", {}, false});
     }
+    ::unsetenv("XDG_RUNTIME_DIR");
     SessionBus bus;
     ChildProcess& service = bus.StartService();
     NotifyingWindow window;
