@@ -41,8 +41,8 @@ KelText Describe(const std::optional<MachineHolder>& holder, const KelText& mach
     if (!holder)
         return Filled(text::machine::servedByUnknown, {machineName});
     const KelText process = ToText(static_cast<std::int64_t>(holder->process));
-    const KelTextView form = holder->kind == MachineHolder::Kind::Service ? text::machine::servedByService
-                                                                         : text::machine::servedByWindow;
+    const KelTextView form =
+        holder->kind == MachineHolder::Kind::Service ? text::machine::servedByService : text::machine::servedByWindow;
     return Filled(form, {machineName, process, holder->user, holder->computer});
 }
 

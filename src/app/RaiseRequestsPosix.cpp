@@ -127,7 +127,7 @@ RaiseOutcome RequestRaise(const KelText& address, std::chrono::milliseconds pati
         return RaiseOutcome::Silent;
     char answer = 0;
     return ::recv(connection.Number(), &answer, 1, 0) == 1 && answer == raisedByte ? RaiseOutcome::Raised
-                                                                                  : RaiseOutcome::Gone;
+                                                                                   : RaiseOutcome::Gone;
 }
 
 }

@@ -41,8 +41,8 @@ private:
 struct RaiseRequests::Endpoint {
     explicit Endpoint(const KelText& address)
         : wanted(::CreateEventW(nullptr, FALSE, FALSE, EventName(address, raiseEvent).c_str())),
-          raised(std::make_shared<Handle>(
-              ::CreateEventW(nullptr, FALSE, FALSE, EventName(address, raisedEvent).c_str()))),
+          raised(
+              std::make_shared<Handle>(::CreateEventW(nullptr, FALSE, FALSE, EventName(address, raisedEvent).c_str()))),
           stop(::CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
 
     bool IsUsable() const { return wanted.Get() != nullptr && raised->Get() != nullptr && stop.Get() != nullptr; }
@@ -84,8 +84,7 @@ void RaiseRequests::Serve(std::function<void(Answer)> raise) {
 
 RaiseOutcome RequestRaise(const KelText& address, std::chrono::milliseconds patience) {
     const Handle wanted(::OpenEventW(EVENT_MODIFY_STATE, FALSE, EventName(address, raiseEvent).c_str()));
-    const Handle raised(
-        ::OpenEventW(EVENT_MODIFY_STATE | SYNCHRONIZE, FALSE, EventName(address, raisedEvent).c_str()));
+    const Handle raised(::OpenEventW(EVENT_MODIFY_STATE | SYNCHRONIZE, FALSE, EventName(address, raisedEvent).c_str()));
     const auto process = static_cast<DWORD>(LeadingNumber(address).value_or(0));
     const Handle program(::OpenProcess(SYNCHRONIZE, FALSE, process));
     if (wanted.Get() == nullptr || raised.Get() == nullptr || program.Get() == nullptr)

@@ -41,8 +41,7 @@ bool IsSameTransfer(const TransferRecord& left, const TransferRecord& right) {
 }
 
 bool IsKnown(const std::shared_ptr<const TransferRecords>& known, const TransferRecord& record) {
-    return known &&
-           std::ranges::any_of(*known, [&](const TransferRecord& old) { return IsSameTransfer(old, record); });
+    return known && std::ranges::any_of(*known, [&](const TransferRecord& old) { return IsSameTransfer(old, record); });
 }
 
 }
@@ -93,10 +92,8 @@ void CallPolicy::LookAtStops(const EngineSnapshot& snapshot, Clock::TimePoint no
         return;
     const auto callFor = [&](KelTextView title) {
         const KelText minutes = ToText(patience.count());
-        calls.push_back({Call::Kind::Stop,
-                         Filled(title, {machineName, NumberOf(snapshot.progress->number), minutes}),
-                         {},
-                         true});
+        calls.push_back(
+            {Call::Kind::Stop, Filled(title, {machineName, NumberOf(snapshot.progress->number), minutes}), {}, true});
     };
     if (snapshot.heldSince) {
         // The hold is the reason for the silence, so that one is not called as well.

@@ -1,5 +1,6 @@
-#include "base/Process.h"
 #include "files/MachineLock.h"
+
+#include "base/Process.h"
 #include "harness/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
@@ -37,8 +38,9 @@ TEST_CASE("MachineLock: a second program is refused and learns who has the lock,
 
 TEST_CASE("MachineLock: what a killed program or an unfinished write has left is not taken for the holder") {
     const TemporaryFolder folder;
-    const std::string record = "TarvinDL lock\nkind=window\nprocess=4294967295\nuser=anna\ncomputer=" +
-                               ToUtf8(ComputerName()) + "\nraise=00001\n";
+    const std::string record =
+        "TarvinDL lock\nkind=window\nprocess=4294967295\nuser=anna\ncomputer=" + ToUtf8(ComputerName()) +
+        "\nraise=00001\n";
     for (const std::string& left : {record + "end\n", record, record.substr(0, 40), std::string(5000, 'x')}) {
         folder.WriteFile("LASER.lock", left);
         NativeFile holder;

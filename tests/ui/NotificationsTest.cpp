@@ -1,8 +1,9 @@
 // Notifications as the service of a real desktop gets them, on a session bus of the test's own.
+#include "ui/Notifications.h"
+
 #include "User.h"
 #include "harness/ChildProcessPosix.h"
 #include "harness/WaitUntil.h"
-#include "ui/Notifications.h"
 
 #include <csignal>
 #include <cstdlib>

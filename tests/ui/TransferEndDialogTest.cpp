@@ -1,7 +1,6 @@
-// Places of windows on the screen, compared to the pixel.
-#include "DesktopFixture.h"
 #include "ui/TransferEndDialog.h"
-#include "ui/WindowPlacement.h"
+
+#include "User.h"
 
 #include <wx/display.h>
 
@@ -60,9 +59,8 @@ TEST_CASE("TransferEndDialog: it appears beside its owner, whole, and each time 
         for (int round = 0; round < 4; ++round) {
             OnUi([&] { owned.dialog->Appear(true); });
             CHECK(Becomes([&] { return owned.IsWhole() && owned.dialog->IsActive(); }));
-            CHECK(Becomes([&] {
-                return owned.dialog->GetScreenRect().Intersects(owned.frame->GetScreenRect()) != isBeside;
-            }));
+            CHECK(Becomes(
+                [&] { return owned.dialog->GetScreenRect().Intersects(owned.frame->GetScreenRect()) != isBeside; }));
             const std::string now = OnUi([&] { return Text(owned.dialog->GetScreenRect()); });
             if (first.empty())
                 first = now;
@@ -70,22 +68,6 @@ TEST_CASE("TransferEndDialog: it appears beside its owner, whole, and each time 
             OnUi([&] { owned.dialog->Appear(false); });
             CHECK(Becomes([&] { return !owned.dialog->IsShown() && owned.frame->IsActive(); }));
         }
-    }
-}
-
-TEST_CASE("WindowPlacement: a window comes back exactly where it was, each time") {
-    TemporaryFolder folder;
-    ::setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
-    DesktopFixture desktop;
-    desktop.Connect();
-    desktop.Start();
-    const wxRect place(120, 90, 900, 700);
-    OnUi([&] { desktop.window->SetSize(place); });
-    REQUIRE(Becomes([&] { return desktop.window->GetRect() == place; }));
-    for (int round = 0; round < 3; ++round) {
-        REQUIRE(desktop.Close());
-        desktop.Start();
-        CHECK(OnUi([&] { return Text(desktop.window->GetScreenRect()); }) == Text(place));
     }
 }
 
