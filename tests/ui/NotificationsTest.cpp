@@ -86,6 +86,8 @@ TEST_CASE("Notifications: without a bus, and with a service that hangs, the wind
     SessionBus bus;
     ChildProcess& service = bus.StartService();
     NotifyingWindow window;
+    window.Show({1, u"LASER: first", {}, false});
+    REQUIRE(service.WaitForOutput("LASER: first"));
     service.Signal(SIGSTOP);
     const auto begin = std::chrono::steady_clock::now();
     for (int number = 1; number <= 50; ++number)
