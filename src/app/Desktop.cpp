@@ -1,5 +1,6 @@
 #include "app/Desktop.h"
 
+#include "messages/MessageAdvice.h"
 #include "ui/MainWindow.h"
 #include "ui/WindowPlacement.h"
 
@@ -15,9 +16,9 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
     // First of all: boxes are written in the language of the dictionary.
     const auto loaded = program.LoadDictionary();
     messages.ReadSuppressedMessages();
-    window = new MainWindow({*engine, events, help, program.Place().PathsFile()}, messages);
+    window = new MainWindow({*engine, events, help, program.EngineClock(), program.Place().PathsFile()}, messages);
     if (!loaded)
-        events.ShowMessage(messages.ReportFailure(loaded.Reason().text));
+        events.ShowMessage(WithAdvice(MessageKind::DictionaryNotRead, messages.ReportFailure(loaded.Reason().text)));
 }
 
 Desktop::~Desktop() {

@@ -7,6 +7,7 @@
 #include "dictionary/TextHolder.h"
 #include "engine/EngineSetup.h"
 #include "files/FileNames.h"
+#include "messages/MessageAdvice.h"
 #include "protocol/TarvinApp.h"
 
 #include <cstdio>
@@ -67,7 +68,9 @@ ProgramStart Program::Begin(int argumentCount, const char* const* arguments, con
         say(installation.Reason());
         // The box speaks the user's language as far as it can. Without a dictionary it is English.
         (void)tarvin::LoadDictionary(*folder, commandLine);
-        const MessageBoxText problem = {installation.Reason().text, text::start::corruptCaption, okOnly | iconError};
+        const MessageBoxText problem =
+            WithAdvice(MessageKind::CorruptInstallation,
+                       {installation.Reason().text, text::start::corruptCaption, okOnly | iconError});
         return {std::nullopt, 1, problem};
     }
     ProgramStart start;

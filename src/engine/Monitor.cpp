@@ -1,7 +1,10 @@
 #include "engine/Monitor.h"
 
 #include "base/Messages.h"
+#include "base/TrafficMessages.h"
+#include "messages/MessageAdvice.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarvin {
@@ -23,7 +26,7 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       events(setup.events),
       store(std::move(setup.installation), this->machineName, std::move(setup.ncFilesFolder)),
       settings(std::move(setup.firstSettings)),
-      trace(traffic),
+      trace(traffic, clock),
       logs(clock, trace, events, std::move(setup.logFiles)),
       display({transfer, line, settings, this->machineName}, events, logs, timers, clock),
       transfer({display, settings, timers, clock, isClosing, thread, std::move(setup.linkedFolders)}),
@@ -121,7 +124,8 @@ void Monitor::SaveSettings() {
     if (saved)
         return;
     const KelText problem = Filled(text::box::settingsNotSaved, {FromPath(store.FilePath()), saved.Reason().text});
-    events.ShowMessage({problem, text::box::problemCaption, okOnly | iconExclamation});
+    events.ShowMessage(
+        WithAdvice(MessageKind::SettingsNotSaved, {problem, text::box::problemCaption, okOnly | iconExclamation}));
 }
 
 void Monitor::OnReceived(ReceiveBuffer& received) {
@@ -130,7 +134,12 @@ void Monitor::OnReceived(ReceiveBuffer& received) {
 }
 
 void Monitor::OnPortProblem(const PortProblem& problem) {
-    outage.Note(problem);
+    if (!outage.Note(problem) || !trace.IsWanted())
+        return;
+    // A note is one line, and the port's name and the reason are two.
+    KelText onOneLine = problem.text;
+    std::replace(onOneLine.begin(), onOneLine.end(), u'\n', u' ');
+    trace.Note(ToUtf8(Filled(text::trafficNote::portProblem, {problem.stepName, onOneLine})));
 }
 
 bool Monitor::AbandonTransfer(KelTextView reason) {
@@ -157,6 +166,7 @@ void Monitor::OnLinkLost() {
     if (AbandonTransfer(text::transferReason::linkLost))
         protocol->OnTransferLost();
     display.ShowLink();
+    trace.Note(ToUtf8(line.Title()));
     reopenPort.Start();
 }
 

@@ -2,8 +2,8 @@
 
 #include "base/WindowMessages.h"
 #include "engine/DownloadApp.h"
-#include "logging/LogText.h"
 #include "messages/AppInterface.h"
+#include "messages/MessageAdvice.h"
 #include "port/PortNames.h"
 #include "settings/SettingsCheck.h"
 #include "transfer/NcFilePath.h"
@@ -58,9 +58,10 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
       events(parts.events),
       help(parts.help),
       pathsFile(parts.pathsFile),
-      panel(new MainPanel(this)),
+      panel(new MainPanel(this, parts.clock)),
       modal([this](bool isEnabled) { EnableInput(isEnabled); }),
-      messages(messages) {
+      messages(messages),
+      boxes({this, messages, [this] { OnHelp("messages.htm"); }, [this] { return modal.IsRunning(); }}) {
     SetIcons(ProgramIcons());
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(panel, wxSizerFlags(1).Expand());
@@ -76,6 +77,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     MakeEndDialogs();
     BindControls();
     panel->monitor->SetPicture("connection.svg");
+    panel->monitor->View().SetOwner({&modal, [this](const MessageBoxText& box) { OnMessage(box); }});
     // Last: an event uses all of the above.
     events.Attach(*this);
 }
@@ -105,11 +107,14 @@ void MainWindow::BindControls() {
     panel->logSwitch->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnLog(); });
     for (wxCheckBox* handshake : {panel->ctsSwitch, panel->dsrSwitch})
         handshake->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnHandshake(); });
+    Board& board = panel->monitor->TheBoard();
+    board.onSeen = [this](const TransferRecord& failure) { engine.MarkSeen(failure.number, failure.direction); };
+    board.onHelp = [this] { OnHelp("transfers.htm"); };
     Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
     trafficTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowTraffic(); });
     closeTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnCloseTimer(); });
     for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
-                             static_cast<wxWindow*>(&panel->monitor->Traffic())})
+                             static_cast<wxWindow*>(&board), static_cast<wxWindow*>(&panel->monitor->Traffic())})
         window->Bind(wxEVT_CONTEXT_MENU, &MainWindow::OnContextMenu, this);
     BindHelpKey(*this, [this] { OnHelp("main-window.htm"); });
     Bind(wxEVT_CHAR_HOOK, &MainWindow::OnCharHook, this);
@@ -124,6 +129,8 @@ void MainWindow::OnCharHook(wxKeyEvent& event) {
         OnHandshake();
         return;
     }
+    if (panel->monitor->IsTrafficShown() && panel->monitor->View().HandleKey(event))
+        return;
     event.Skip();
 }
 
@@ -133,7 +140,7 @@ void MainWindow::OnSnapshotChanged() {
         SetTitle(ToWx(snapshot.caption));
     panel->statusLine->ShowStatus(ToWx(StatusText(snapshot)), OutlookOf(snapshot));
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
-    panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
+    panel->monitor->ShowSnapshot(snapshot);
     panel->received->SetLit(snapshot.lamps.received);
     panel->transmitted->SetLit(snapshot.lamps.transmitted);
     const LineHolds& holds = snapshot.lamps.holds;
@@ -142,8 +149,8 @@ void MainWindow::OnSnapshotChanged() {
     panel->rlsHold->SetLit(holds.rlsd);
     panel->xoffHold->SetLit(holds.xoff);
     panel->xoffSent->SetLit(holds.xoffSent);
-    // The user has switched the log on, and its dialog still asks for the file: the engine is told later.
-    if (isInputEnabled)
+    // The engine gets to know of a log when the user has chosen its file.
+    if (!isAskingForLog)
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
     uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
     downloadEnd->Appear(snapshot.endDialog == EndDialog::Download);
@@ -154,18 +161,6 @@ void MainWindow::OnSnapshotChanged() {
 void MainWindow::OnTrafficArrived() {
     if (!trafficTimer.IsRunning())
         trafficTimer.StartOnce(trafficMilliseconds);
-}
-
-void MainWindow::OnMessage(const MessageBoxText& box) {
-    // One box stands for all that look like it: the user learns nothing from the second.
-    if (openMessage != nullptr && openBox.LooksLike(box)) {
-        openMessage->CountAgain(LocalTimeNow().time);
-        return;
-    }
-    const auto isSame = [&](const MessageBoxText& waiting) { return waiting.LooksLike(box); };
-    if (std::none_of(waitingMessages.begin(), waitingMessages.end(), isSame))
-        waitingMessages.push_back(box);
-    ShowNextMessage();
 }
 
 void MainWindow::OnAttentionWanted() {
@@ -216,9 +211,11 @@ void MainWindow::OnLog() {
         engine.StopCommsLog();
         return;
     }
+    isAskingForLog = true;
     const auto path = AskForCommsLog(this, modal, settings);
+    isAskingForLog = false;
     if (!path) {
-        panel->logSwitch->SetValue(false);
+        panel->logSwitch->SetValue(shown.isCommsLogOn);
         return;
     }
     // If the log cannot be opened, a later snapshot switches it off here.
@@ -286,8 +283,9 @@ void MainWindow::PutForMachine(const std::filesystem::path& path) {
         return;
     const wxBusyCursor busy;
     if (const auto copied = CopyNcFile(path, ToPath(target)); !copied)
-        OnMessage({Filled(text::box::notCopied, {FromPath(path), target, copied.Reason().text}),
-                   text::box::problemCaption, okOnly | iconExclamation});
+        OnMessage(WithAdvice(MessageKind::FileNotCopied,
+                             {Filled(text::box::notCopied, {FromPath(path), target, copied.Reason().text}),
+                              text::box::problemCaption, okOnly | iconExclamation}));
     else
         engine.Announce(Filled(text::notice::fileIsReady, {fileName, number}));
 }
@@ -302,7 +300,6 @@ void MainWindow::OnReceiveFile() {
 }
 
 void MainWindow::OnContextMenu(wxContextMenuEvent&) {
-    TextPane& traffic = panel->monitor->Traffic();
     wxMenu menu;
     const auto add = [&menu](KelTextView label, bool isEnabled, std::function<void()> action) {
         wxMenuItem* item = menu.Append(wxID_ANY, ToWx(label));
@@ -311,10 +308,7 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
             wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
     };
     if (panel->monitor->IsTrafficShown()) {
-        add(text::menu::copy, traffic.HasSelection(), [&traffic] { traffic.Copy(); });
-        add(text::menu::selectAll, traffic.Lines().Count() > 0, [&traffic] { traffic.SelectAll(); });
-        add(text::menu::clear, traffic.Lines().Count() > 0, [&traffic] { traffic.Clear(); });
-        add(text::menu::followEnd, !traffic.IsFollowing(), [&traffic] { traffic.Follow(); });
+        panel->monitor->View().AppendTo(menu);
         menu.AppendSeparator();
     }
     add(text::menu::resetLink, isInputEnabled, [this] { engine.ResetLink(); });
@@ -326,28 +320,15 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
 
 void MainWindow::OnHelp(const wxString& page) {
     if (!help.Show(this, page))
-        OnMessage({text::box::noHelpBook, text::box::problemCaption, okOnly | iconInformation});
-}
-
-void MainWindow::ShowNextMessage() {
-    while (!isMessageOpen && !isClosing && !waitingMessages.empty()) {
-        const MessageBoxText box = std::move(waitingMessages.front());
-        waitingMessages.pop_front();
-        isMessageOpen = true;
-        if (!messages.AnswerWithoutUser(box))
-            ShowBox(box);
-        isMessageOpen = false;
-    }
+        OnMessage(WithAdvice(MessageKind::NoHelpBook,
+                             {text::box::noHelpBook, text::box::problemCaption, okOnly | iconInformation}));
 }
 
 int MainWindow::ShowBox(const MessageBoxText& box) {
     // In front of the dialog that is open, or the user could not reach the box.
     wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
     CustomMessage message(owner, box, [this] { OnHelp("messages.htm"); });
-    openMessage = &message;
-    openBox = box;
     modal.Run(message);
-    openMessage = nullptr;
     if (box.dontShowAgainId && message.IsSuppressed())
         messages.SuppressMessage(*box.dontShowAgainId);
     return message.Answer();
@@ -383,6 +364,7 @@ void MainWindow::OnClose(wxCloseEvent& event) {
     if (!std::exchange(isClosing, true)) {
         trafficTimer.Stop();
         SavePlacement(*this, engine.MachineName());
+        boxes.CloseAll();
         engine.Stop();
     }
     // Each open dialog and menu runs a loop of its own. The window can be destroyed after all of them have ended.

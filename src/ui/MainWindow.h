@@ -3,10 +3,10 @@
 
 #include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
+#include "ui/MessageBoxes.h"
 #include "ui/ModalLoop.h"
 #include "ui/WindowEvents.h"
 
-#include <deque>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -16,7 +16,6 @@
 namespace tarvin {
 
 class AppInterface;
-class CustomMessage;
 class DownloadApp;
 class HelpBook;
 class MainPanel;
@@ -29,6 +28,8 @@ public:
         DownloadApp& engine;
         WindowEvents& events;
         HelpBook& help;
+        // The engine's.
+        const Clock& clock;
         // KEL.INI, which names the ports.
         std::filesystem::path pathsFile;
     };
@@ -37,8 +38,8 @@ public:
     MainWindow(const Parts& parts, AppInterface& messages);
     ~MainWindow() override;
 
-    // Shows the box, waits for the user and returns the answer as the Windows message box numbers it. The window goes
-    // on showing the engine meanwhile.
+    // Asks the user the question of the box, waits, and returns the answer as the Windows message box numbers it. The
+    // window goes on showing the engine meanwhile.
     int ShowBox(const MessageBoxText& box);
 
     MainPanel& Panel() { return *panel; }
@@ -50,13 +51,13 @@ private:
 
     void OnSnapshotChanged() override;
     void OnTrafficArrived() override;
-    void OnMessage(const MessageBoxText& box) override;
+    void OnMessage(const MessageBoxText& box) override { boxes.Show(box); }
+    void OnOutageEnded() override { boxes.EndOutage(); }
     void OnAttentionWanted() override;
     void OnSettingsChanged(const DownloadSettings& newSettings) override;
 
     void ShowButtons();
     void ShowTraffic();
-    void ShowNextMessage();
     void EnableInput(bool isEnabled);
 
     void OnView();
@@ -85,10 +86,8 @@ private:
     TransferEndDialog* uploadEnd = nullptr;
     ModalLoop modal;
     AppInterface& messages;
-    std::deque<MessageBoxText> waitingMessages; // one box is open at a time
-    bool isMessageOpen = false;
-    CustomMessage* openMessage = nullptr; // the box on the screen, with its text in openBox
-    MessageBoxText openBox;
+    MessageBoxes boxes;
+    bool isAskingForLog = false; // the user has switched the log on, and its dialog asks for the file
     bool isMenuOpen = false;
     bool isInputEnabled = true;
     EngineSnapshot shown;

@@ -150,7 +150,7 @@ TEST_CASE("CustomMessage: a box has the buttons of its style and returns their a
         REQUIRE(box != nullptr);
         std::string buttons;
         for (wxWindow* child : OnUi([&] { return WindowsIn(box); })) {
-            if (dynamic_cast<wxButton*>(child) != nullptr)
+            if (dynamic_cast<wxButton*>(child) != nullptr && child != ButtonIn(box, "Copy"))
                 buttons += (buttons.empty() ? "" : " ") + wxControl::RemoveMnemonics(child->GetLabel()).utf8_string();
         }
         CHECK(buttons == entry.buttons);
