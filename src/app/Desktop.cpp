@@ -2,6 +2,7 @@
 
 #include "messages/MessageAdvice.h"
 #include "ui/MainWindow.h"
+#include "ui/WindowPlacement.h"
 
 #include <utility>
 
@@ -34,6 +35,13 @@ void Desktop::Start() {
 
 void Desktop::RequestClose() {
     events.Post([this] { window->Close(true); });
+}
+
+void Desktop::RequestRaise(std::function<void()> answer) {
+    events.Post([this, kept = std::move(answer)] {
+        BringToFront(*window);
+        kept();
+    });
 }
 
 }

@@ -73,7 +73,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     size.IncTo(least);
     SetClientSize(size);
     if (!RestorePlacement(*this, engine.MachineName()))
-        CentreOnScreen();
+        PlaceFirst(*this, engine.MachineName());
     MakeEndDialogs();
     BindControls();
     panel->monitor->SetPicture("connection.svg");
