@@ -68,7 +68,11 @@ public:
     }
 
     // The command line holds no options of the toolkit.
-    bool OnInit() override { return true; }
+    bool OnInit() override {
+        // The system does not ask before it ends the session, and neither does the window.
+        Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {});
+        return true;
+    }
 
     int OnRun() override {
         tarvin::Desktop desktop(program, HelpFiles(program.Place()));

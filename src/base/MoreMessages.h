@@ -12,6 +12,8 @@ inline constexpr char16_t openFolder[] = u"&Open the NC Folder";
 inline constexpr char16_t files[] = u"&Files for the Machine...";
 inline constexpr char16_t history[] = u"&History...";
 inline constexpr char16_t copyStatus[] = u"&Copy the Status";
+// %1 is the folder.
+inline constexpr char16_t folderNotOpened[] = u"The system has no program that shows %1.";
 inline constexpr char16_t about[] = u"&About TarvinDL...";
 inline constexpr char16_t aboutCaption[] = u"About TarvinDL";
 // %1 is the version, %2 the system, %3 the installation and %4 the machine.

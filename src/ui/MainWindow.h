@@ -3,6 +3,7 @@
 
 #include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
+#include "ui/Caller.h"
 #include "ui/MessageBoxes.h"
 #include "ui/ModalLoop.h"
 #include "ui/WindowEvents.h"
@@ -15,6 +16,7 @@
 
 namespace tarvin {
 
+class ActionMenu;
 class AppInterface;
 class DownloadApp;
 class HelpBook;
@@ -56,6 +58,8 @@ private:
     void OnAttentionWanted() override;
     void OnSettingsChanged(const DownloadSettings& newSettings) override;
 
+    // The status, and what stands beside it.
+    static KelText StatusText(const EngineSnapshot& snapshot);
     void ShowButtons();
     void ShowTraffic();
     void EnableInput(bool isEnabled);
@@ -65,9 +69,20 @@ private:
     void OnHandshake();
     void OnChangeSettings();
     void OnSendFile();
+    void SendPicked(const std::filesystem::path& path);
     void OnReceiveFile();
+    void OnTest();
+    void OnResetLink();
+    void OnMore();
+    void OnFiles();
+    void OnAbout();
+    void OpenFolder(const std::filesystem::path& folder);
+    void CopyStatus();
+    bool IsOnItsWay() const;
+    bool MayBreakTransfer();
     DownloadSettings PickedSettings() const;
     void PutForMachine(const std::filesystem::path& path);
+    void AddLineItems(ActionMenu& menu);
     void OnContextMenu(wxContextMenuEvent& event);
     void OnHelp(const wxString& page);
     void OnCharHook(wxKeyEvent& event);
@@ -87,7 +102,9 @@ private:
     ModalLoop modal;
     AppInterface& messages;
     MessageBoxes boxes;
-    bool isAskingForLog = false; // the user has switched the log on, and its dialog asks for the file
+    Caller caller;
+    bool isAskingForLog = false;  // the user has switched the log on, and its dialog asks for the file
+    bool isAskingToBreak = false; // a question asks whether the transfer is to be broken off
     bool isMenuOpen = false;
     bool isInputEnabled = true;
     EngineSnapshot shown;
