@@ -61,7 +61,8 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
       panel(new MainPanel(this, parts.clock)),
       modal([this](bool isEnabled) { EnableInput(isEnabled); }),
       messages(messages),
-      boxes({this, messages, [this] { OnHelp("messages.htm"); }, [this] { return modal.IsRunning(); }}) {
+      boxes({this, messages, [this] { OnHelp("messages.htm"); }, [this] { return modal.IsRunning(); }}),
+      caller(*this, parts.engine.MachineName(), parts.clock) {
     SetIcons(ProgramIcons());
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(panel, wxSizerFlags(1).Expand());
@@ -154,6 +155,7 @@ void MainWindow::OnSnapshotChanged() {
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
     uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
     downloadEnd->Appear(snapshot.endDialog == EndDialog::Download);
+    caller.Look(snapshot, settings);
     shown = snapshot;
     ShowButtons();
 }

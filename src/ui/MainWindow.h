@@ -3,6 +3,7 @@
 
 #include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
+#include "ui/Caller.h"
 #include "ui/MessageBoxes.h"
 #include "ui/ModalLoop.h"
 #include "ui/WindowEvents.h"
@@ -91,6 +92,7 @@ private:
     bool isMenuOpen = false;
     bool isInputEnabled = true;
     EngineSnapshot shown;
+    Caller caller;
     DownloadSettings settings; // the engine's, or newer while a change is on its way to the engine
     // Where the user has picked files by hand, for the next dialog.
     std::optional<KelText> sendFolder;
