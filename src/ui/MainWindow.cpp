@@ -142,6 +142,7 @@ void MainWindow::OnSnapshotChanged() {
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
     uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
     downloadEnd->Appear(snapshot.endDialog == EndDialog::Download);
+    caller.Look(snapshot, settings);
     shown = snapshot;
     ShowButtons();
     caller.Look(snapshot, settings);

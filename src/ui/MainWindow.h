@@ -108,6 +108,7 @@ private:
     bool isMenuOpen = false;
     bool isInputEnabled = true;
     EngineSnapshot shown;
+    Caller caller;
     DownloadSettings settings; // the engine's, or newer while a change is on its way to the engine
     // Where the user has picked files by hand, for the next dialog.
     std::optional<KelText> sendFolder;
