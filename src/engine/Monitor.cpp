@@ -264,7 +264,7 @@ void Monitor::SendFile(const std::filesystem::path& path) {
 bool Monitor::RefuseWithoutLink(const TransferName& name, TransferState refused) {
     if (line.IsOpen())
         return false;
-    transfer.ResetQuality();
+    transfer.NoteRequest();
     transfer.SetName({name.path, name.fileName, {}});
     transfer.End(refused, text::transferReason::noLink);
     return true;

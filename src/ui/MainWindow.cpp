@@ -142,7 +142,6 @@ void MainWindow::OnSnapshotChanged() {
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
     uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
     downloadEnd->Appear(snapshot.endDialog == EndDialog::Download);
-    caller.Look(snapshot, settings);
     shown = snapshot;
     ShowButtons();
     caller.Look(snapshot, settings);
@@ -163,6 +162,7 @@ void MainWindow::OnSettingsChanged(const DownloadSettings& newSettings) {
     panel->ctsSwitch->SetValue(settings.ctsFlow != 0);
     panel->dsrSwitch->SetValue(settings.dsrFlow != 0);
     ShowButtons();
+    caller.Look(shown, settings);
 }
 
 void MainWindow::ShowButtons() {

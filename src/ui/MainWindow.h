@@ -102,7 +102,6 @@ private:
     ModalLoop modal;
     AppInterface& messages;
     MessageBoxes boxes;
-    Caller caller;
     bool isAskingForLog = false;  // the user has switched the log on, and its dialog asks for the file
     bool isAskingToBreak = false; // a question asks whether the transfer is to be broken off
     bool isMenuOpen = false;
