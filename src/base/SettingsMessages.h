@@ -17,8 +17,8 @@ inline constexpr char16_t callsGroup[] = u"Calls";
 inline constexpr char16_t attention[] = u"Call after a Hold &or Silence (minutes, 0: never)";
 inline constexpr char16_t sound[] = u"Call Call with a Sound (&x)with a Sound";
 inline constexpr char16_t historyGroup[] = u"History and Messages";
-inline constexpr char16_t historyYears[] = u"Keep Histor&y (years, 0: for ever)";
-inline constexpr char16_t showAllMessages[] = u"Show &All Messages Again";
+inline constexpr char16_t historyYears[] = u"Keep History (years, 0: for ever)";
+inline constexpr char16_t showAllMessages[] = u"Show All Messages Again";
 }
 
 namespace settingsTip {

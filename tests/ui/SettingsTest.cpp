@@ -176,7 +176,7 @@ TEST_CASE("SettingsDialog: a number out of range is said and not changed, and no
             std::vector<wxPoint> points;
             for (wxWindow* window : WindowsIn(dialog)) {
                 if (dynamic_cast<wxStaticText*>(window) == nullptr && dynamic_cast<wxStaticBitmap*>(window) == nullptr)
-                    points.push_back(window->GetScreenPosition());
+                    points.push_back(window->GetScreenPosition() - dialog->GetScreenPosition());
             }
             return points;
         });
