@@ -48,7 +48,7 @@ inline constexpr char16_t isFolder[] = u"%1 is a folder. Drop the file itself.";
 
 // What the settings dialog says about a number. %1 is the lowest and %2 the highest one.
 namespace setting {
-inline constexpr char16_t badRange[] = u"From %1 to %2 only.";
+inline constexpr char16_t badRange[] = u"%1 to %2 only.";
 }
 
 }
