@@ -17,8 +17,8 @@ inline constexpr char16_t callsGroup[] = u"Calls";
 inline constexpr char16_t attention[] = u"Call after a Hold &or Silence (minutes, 0: never)";
 inline constexpr char16_t sound[] = u"Call Call with a Sound (&x)with a Sound";
 inline constexpr char16_t historyGroup[] = u"History and Messages";
-inline constexpr char16_t historyYears[] = u"Keep Histor&y (years, 0: for ever)";
-inline constexpr char16_t showAllMessages[] = u"Show &All Messages Again";
+inline constexpr char16_t historyYears[] = u"Keep History (years, 0: for ever)";
+inline constexpr char16_t showAllMessages[] = u"Show All Messages Again";
 }
 
 namespace settingsTip {
@@ -48,7 +48,7 @@ inline constexpr char16_t isFolder[] = u"%1 is a folder. Drop the file itself.";
 
 // What the settings dialog says about a number. %1 is the lowest and %2 the highest one.
 namespace setting {
-inline constexpr char16_t badRange[] = u"From %1 to %2 only.";
+inline constexpr char16_t badRange[] = u"%1 to %2 only.";
 }
 
 }

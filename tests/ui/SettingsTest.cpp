@@ -176,7 +176,7 @@ TEST_CASE("SettingsDialog: a number out of range is said and not changed, and no
             std::vector<wxPoint> points;
             for (wxWindow* window : WindowsIn(dialog)) {
                 if (dynamic_cast<wxStaticText*>(window) == nullptr && dynamic_cast<wxStaticBitmap*>(window) == nullptr)
-                    points.push_back(window->GetScreenPosition());
+                    points.push_back(window->GetScreenPosition() - dialog->GetScreenPosition());
             }
             return points;
         });
@@ -184,13 +184,13 @@ TEST_CASE("SettingsDialog: a number out of range is said and not changed, and no
     const auto before = places();
     delayTyped("5000");
     CHECK(Becomes([&] { return delay->GetTextValue() == "5000"; }));
-    CHECK(MessagesIn(dialog).find("From 0 to 999 only.") != std::string::npos);
+    CHECK(MessagesIn(dialog).find("0 to 999 only.") != std::string::npos);
     // A value that was stored so is told and may stay; a new one may not.
     Click(ButtonIn(dialog, "OK"));
     CHECK(Becomes([&] {
         const auto windows = WindowsIn(dialog);
         return std::any_of(windows.begin(), windows.end(), [](wxWindow* window) {
-            return window->GetLabel() == "From 0 to 999 only. Press OK once more to keep it.";
+            return window->GetLabel() == "0 to 999 only. Press OK once more to keep it.";
         });
     }));
     CHECK(OnUi([&] { return delay->GetValue(); }) == 5000);
