@@ -71,6 +71,7 @@ void Monitor::Load() {
 
 void Monitor::Open() {
     thread.AssertOwned();
+    logs.OpenHistory(machineName, settings);
     OpenPort();
     transfer.Wait(Urgency::NextTick);
     display.ShowConversation(protocol->IsConversation());
