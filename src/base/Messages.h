@@ -107,6 +107,7 @@ inline constexpr char16_t linkLost[] = u"the port was lost";
 inline constexpr char16_t portReopened[] = u"the port was opened again";
 inline constexpr char16_t charactersLost[] = u"received characters were lost";
 inline constexpr char16_t programEnd[] = u"the program has ended";
+inline constexpr char16_t lineRefused[] = u"the machine has refused a line three times (ABNK)";
 inline constexpr char16_t nothingReceived[] = u"the machine has sent no file for 10 minutes";
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/Messages.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarvin {
@@ -15,6 +16,11 @@ constexpr auto holdWorthTelling = 3s;
 // Each tick wakes the processor, and a link may be idle for days.
 constexpr auto quietPeriod = 500ms;
 constexpr auto announcementPeriod = 1min;
+constexpr std::size_t mostRecent = 20;
+
+bool IsUnseenFailure(const TransferRecord& record) {
+    return record.outcome == TransferOutcome::Failed && !record.isSeen;
+}
 
 KelText WithReason(const KelText& line, const KelText& path, const KelText& reason) {
     if (reason.empty())
@@ -67,8 +73,50 @@ void Display::OnNamed(const TransferName& name) {
 void Display::ShowLink() {
     next.linkTitle = sources.line.Title();
     next.hasLink = sources.line.IsLinked();
+    if (next.port != sources.settings.port)
+        next.hasHadLink = false;
+    next.hasHadLink |= next.hasLink;
+    next.port = sources.settings.port;
+    if (next.hasLink)
+        next.linkLostSince.reset();
+    else if (!next.linkLostSince)
+        next.linkLostSince = clock.Now();
     next.caption = next.linkTitle;
     Publish();
+}
+
+void Display::OnEnded(TransferRecord record) {
+    record.machine = sources.machineName;
+    TransferRecords records = *next.recent;
+    // A whole transfer makes good what has failed before.
+    if (record.outcome == TransferOutcome::Completed) {
+        for (TransferRecord& earlier : records)
+            earlier.isSeen |= earlier.number == record.number && earlier.direction == record.direction;
+    }
+    records.push_back(std::move(record));
+    ShowRecent(std::move(records));
+    Show();
+}
+
+void Display::ShowPastTransfers(TransferRecords past) {
+    past.insert(past.end(), next.recent->begin(), next.recent->end());
+    ShowRecent(std::move(past));
+    Publish();
+}
+
+void Display::MarkSeen(KelTextView number, TransferDirection direction) {
+    TransferRecords records = *next.recent;
+    for (TransferRecord& record : records)
+        record.isSeen |= record.number == number && record.direction == direction;
+    ShowRecent(std::move(records));
+    Publish();
+}
+
+// The oldest leave the list, except failures that a user still has to see.
+void Display::ShowRecent(TransferRecords records) {
+    for (auto record = records.begin(); record != records.end() && records.size() > mostRecent;)
+        record = IsUnseenFailure(*record) ? record + 1 : records.erase(record);
+    next.recent = std::make_shared<const TransferRecords>(std::move(records));
 }
 
 void Display::ShowConversation(bool isConversation) {
@@ -116,6 +164,7 @@ bool Display::Show() {
     if (clock.Now() >= endOfAnnouncement)
         next.announcement.clear();
     ShowHold();
+    ShowProgress();
     next.progressPosition = transfer.Bar().position;
     next.progressRange = transfer.Bar().range;
     next.lamps = PresentLamps();
@@ -134,7 +183,8 @@ void Display::ShowHold() {
     const auto& since = sources.line.HeldUpSince();
     const LineHolds& holds = sources.line.Holds();
     KelText notice;
-    if (since && clock.Now() - *since >= holdWorthTelling)
+    next.heldSince = since && clock.Now() - *since >= holdWorthTelling ? since : std::nullopt;
+    if (next.heldSince)
         notice = holds.xoff  ? text::notice::heldByXoff
                  : holds.cts ? text::notice::heldByCts
                  : holds.dsr ? text::notice::heldByDsr
@@ -143,6 +193,36 @@ void Display::ShowHold() {
         return;
     next.notice = notice;
     logs.LogLine(ToUtf8(notice.empty() ? KelText(text::notice::free) : notice), true);
+}
+
+void Display::ShowProgress() {
+    const Transfer& transfer = sources.transfer;
+    if (!transfer.IsUnderWay())
+        rate.Reset();
+    if (!transfer.IsUnderWay() && !transfer.IsPending()) {
+        next.progress.reset();
+        next.quietSince.reset();
+        return;
+    }
+    TransferProgress progress;
+    progress.isWaiting = transfer.IsPending();
+    progress.number = transfer.Name().fileName;
+    progress.path = transfer.Name().path;
+    progress.requestedAt = transfer.RequestedAt();
+    if (transfer.State() == TransferState::Uploading)
+        progress.direction = TransferDirection::FromMachine;
+    if (!progress.isWaiting) {
+        progress.comment = transfer.Comment();
+        progress.bytesDone = transfer.BytesDone();
+        progress.bytesTotal = transfer.State() == TransferState::Downloading ? transfer.BytesTotal() : 0;
+        progress.linesDone = transfer.LinesDone();
+        progress.linesTotal = transfer.LinesTotal();
+        rate.Add(clock.Now(), progress.linesDone, progress.bytesDone);
+        progress.linesPerSecond = rate.LinesPerSecond();
+        progress.bytesPerSecond = rate.BytesPerSecond();
+    }
+    next.progress = std::move(progress);
+    next.quietSince = sources.line.QuietSince();
 }
 
 bool Display::Publish() {

@@ -6,6 +6,7 @@
 #include "base/Timer.h"
 #include "engine/EngineEvents.h"
 #include "engine/Logs.h"
+#include "engine/TransferRate.h"
 #include "line/LineService.h"
 #include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
@@ -31,6 +32,7 @@ public:
 
     void OnStateChanged(Urgency urgency) override;
     void OnNamed(const TransferName& name) override;
+    void OnEnded(TransferRecord record) override;
     void ShowMessage(const MessageBoxText& box) override { events.ShowMessage(box); }
     void DrawAttention() override { events.DrawAttention(); }
 
@@ -40,6 +42,10 @@ public:
     void ShowConversation(bool isConversation);
     // Tells the user and the logs something that is no status. It stays beside the status for a minute.
     void Announce(KelTextView announcement);
+    // Puts the transfers of earlier runs of the program before those of this one.
+    void ShowPastTransfers(TransferRecords past);
+    // A user has seen that transfers of this file have failed.
+    void MarkSeen(KelTextView number, TransferDirection direction);
     // Whether the window offers its action buttons.
     void ShowButtons(bool areVisible);
     void ShowCommsLog(bool isOn) { next.isCommsLogOn = isOn; }
@@ -58,6 +64,8 @@ private:
     void FollowAt(Clock::Duration period);
     bool Show();
     void ShowHold();
+    void ShowProgress();
+    void ShowRecent(TransferRecords records);
     bool Publish();
     void LogStatus(const StatusDescription& description);
     void LogQuality();
@@ -71,6 +79,7 @@ private:
     EngineSnapshot next; // under construction, not yet seen
     mutable Mutex mutex;
     EngineSnapshot latest GUARDED_BY(mutex);
+    TransferRate rate;
     std::int64_t shownByteCount = 0;
     KelText loggedLine; // the status that is in the activity log, for as long as it is shown
     Clock::TimePoint endOfAnnouncement;

@@ -87,6 +87,11 @@ void DownloadApp::Announce(KelText announcement) {
     monitor->Post([announcement = std::move(announcement)](Monitor& owner) { owner.Shown().Announce(announcement); });
 }
 
+void DownloadApp::MarkSeen(KelText number, TransferDirection direction) {
+    monitor->Post(
+        [number = std::move(number), direction](Monitor& owner) { owner.Shown().MarkSeen(number, direction); });
+}
+
 void DownloadApp::ResetLink() {
     monitor->Post([](Monitor& owner) { owner.ResetLink(); });
 }

@@ -66,6 +66,9 @@ public:
     // Tells the user and the logs something that has happened to the machine's files.
     void Announce(KelText announcement);
 
+    // A user has seen that transfers of this file have failed.
+    void MarkSeen(KelText number, TransferDirection direction);
+
     // Ends a transfer and puts the link back to waiting.
     void ResetLink();
     // Sends XOFF, and XON three seconds later.

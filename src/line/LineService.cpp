@@ -57,6 +57,7 @@ void LineService::DropEverything() {
     status = {};
     SetHolds({});
     activity = {};
+    quietSince = clock.Now();
     heldUpSince.reset();
 }
 
@@ -125,6 +126,8 @@ bool LineService::Look() {
         if (link.IsOpen() && !IsHeld())
             client.OnLineFree();
     }
+    if (status.outputCount > 0)
+        quietSince = clock.Now();
     if (!IsHeldUp())
         heldUpSince.reset();
     else if (!heldUpSince)
@@ -181,6 +184,7 @@ void LineService::ReadData(std::size_t mostBytes) {
 
 void LineService::NoteReceived(std::span<const std::uint8_t> bytes) {
     activity.received = true;
+    quietSince = clock.Now();
     recorder.Received(bytes);
     // Where the driver obeys XOFF, it keeps both bytes to itself.
     if (link.DriverTellsXoffHold())

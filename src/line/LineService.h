@@ -80,6 +80,8 @@ public:
     const LineHolds& Holds() const { return holds; }
     // Since when output waits because the line is held. None while it flows.
     const std::optional<Clock::TimePoint>& HeldUpSince() const { return heldUpSince; }
+    // When the line last carried a byte, as far as the driver tells.
+    Clock::TimePoint QuietSince() const { return quietSince; }
     // Traffic since the last call, for the lamps.
     struct Activity {
         bool received = false;
@@ -116,6 +118,7 @@ private:
     LineHolds holds;
     Clock::TimePoint xoffSince; // while holds.xoff
     std::optional<Clock::TimePoint> heldUpSince;
+    Clock::TimePoint quietSince;
     Activity activity;
     int bitsPerSecond = 1;
     bool isOverrun = false;

@@ -264,14 +264,14 @@ TarvinApp::WaitingDownload TarvinApp::BeginRequest() {
         DropAbandoned();
         (void)transfer.EndWithErrors(text::transferReason::newRequest);
     }
-    transfer.ResetQuality();
+    transfer.NoteRequest();
     CountQuality();
     return waiting;
 }
 
 void TarvinApp::Refuse(TransferState newState, KelTextView why, std::string_view answer,
                        const WaitingDownload& waiting) {
-    transfer.End(newState, KelText(why));
+    transfer.Refuse(newState, KelText(why));
     Send(answer);
     if (waiting) {
         transfer.SetName(*waiting);

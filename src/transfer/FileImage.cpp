@@ -61,6 +61,7 @@ Result<std::size_t> FileImage::ReadPiece(NativeFile& file, std::size_t byteCount
 void FileImage::Clear() {
     content.reset();
     capacity = length = position = 0;
+    linesTaken = 0;
 }
 
 Result<> FileImage::Grow(std::size_t newCapacity) {
@@ -84,6 +85,7 @@ std::span<const std::uint8_t> FileImage::Next(std::size_t byteCount, bool upToLi
         taken = lineEnd + 1;
     const auto* start = reinterpret_cast<const std::uint8_t*>(content.get()) + position;
     position += taken;
+    linesTaken += std::count(start, start + taken, '\n');
     return {start, taken};
 }
 

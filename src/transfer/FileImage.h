@@ -31,6 +31,8 @@ public:
 
     std::size_t Length() const { return length; }
     std::size_t Position() const { return position; }
+    // The line feeds before the position.
+    std::int64_t LinesTaken() const { return linesTaken; }
     std::string_view Content() const { return {content.get(), length}; }
 
     // Takes the next bytes, at most `byteCount` and with `upToLineEnd` none behind the next line feed; none at the end.
@@ -44,6 +46,7 @@ private:
     std::size_t capacity = 0;
     std::size_t length = 0;
     std::size_t position = 0;
+    std::int64_t linesTaken = 0;
 };
 
 }

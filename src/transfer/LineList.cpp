@@ -81,6 +81,9 @@ public:
         return hasLongLine ? LookAtLine(text.substr(0, text.find('\n'))) : std::nullopt;
     }
 
+    // The lines that have ended so far.
+    std::int64_t WholeLines() const { return lineNumber - 1; }
+
     // Looks at a single line.
     std::optional<LineList::Fault> LookAtLine(std::string_view text) const {
         const std::string_view line = WithoutReturns(text, lineNumber > 1);
@@ -150,8 +153,10 @@ Result<std::optional<LineList::Fault>> LineList::Load(NativeFile& file, const st
         }
         if (!fault)
             fault = search.LookAtRest(text, isEnd);
-        if (isEnd)
+        if (isEnd) {
             rest = content.substr(textStart, lookedAt + text.size() - textStart);
+            linesTotal = search.WholeLines() + (text.empty() ? 0 : 1);
+        }
         if (isEnd || fault)
             break;
     }
@@ -163,6 +168,7 @@ Result<std::optional<LineList::Fault>> LineList::Load(NativeFile& file, const st
 void LineList::Clear() {
     image.Clear();
     rest = {};
+    linesTotal = linesTaken = 0;
 }
 
 std::string_view LineList::NextNonEmpty() {
@@ -171,6 +177,7 @@ std::string_view LineList::NextNonEmpty() {
         // CRs at the start of the first line would be stray, so those that are here belong to the line end before.
         const std::string_view line = WithoutReturns(rest.substr(0, found), true);
         rest.remove_prefix(found == std::string_view::npos ? rest.size() : found + 1);
+        ++linesTaken;
         if (!line.empty())
             return line;
     }

@@ -33,6 +33,12 @@ public:
 
     std::size_t FileSize() const { return image.Length(); }
 
+    // The lines of the file, empty ones included, as an editor counts them, and those up to the last line taken.
+    std::int64_t LinesTotal() const { return linesTotal; }
+    std::int64_t LinesTaken() const { return linesTaken; }
+    // The text of the file from its first line on, without a byte order mark.
+    std::string_view Text() const { return rest; }
+
     // Takes the next line that is not empty, without its line end; empty when no line is left. Valid until Load or
     // Clear.
     std::string_view NextNonEmpty();
@@ -40,6 +46,8 @@ public:
 private:
     FileImage image;
     std::string_view rest;
+    std::int64_t linesTotal = 0;
+    std::int64_t linesTaken = 0;
 };
 
 }

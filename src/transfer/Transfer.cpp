@@ -1,7 +1,9 @@
 #include "transfer/Transfer.h"
 
 #include "base/Messages.h"
+#include "transfer/ProgramComment.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -18,6 +20,22 @@ constexpr std::int64_t rangeOfUploadByHand = 1'000'000;
 // How long an upload waits at its end for another program to close the older file.
 constexpr auto longestWaitForName = 2s;
 constexpr auto pauseBetweenAttempts = 100ms;
+
+// Later lines of a program describe its steps, not the part.
+constexpr std::int64_t linesWithComment = 60;
+
+bool IsUploadState(TransferState state) {
+    switch (state) {
+    case TransferState::Uploading:
+    case TransferState::UploadCouldNotOpen:
+    case TransferState::UploadErrors:
+    case TransferState::UploadCancelled:
+    case TransferState::UploadCompleted:
+        return true;
+    default:
+        return false;
+    }
+}
 
 KelText Describe(const LineList::Fault& fault, std::size_t longestLineAllowed) {
     const KelText number = ToText(fault.lineNumber);
@@ -47,6 +65,8 @@ KelText Transfer::Release() {
     source.Close();
     lines.Clear();
     image.Clear();
+    linesStored = linesTotal = 0;
+    comment.clear();
     dialog = EndDialog::None;
     bar.position = 0;
     return whole;
@@ -62,8 +82,62 @@ KelText Transfer::ReleaseFor(TransferState newState) {
     return whole;
 }
 
-void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason) {
+// None if the new state ends nothing and refuses nothing.
+std::optional<TransferOutcome> Transfer::OutcomeOf(TransferState newState) const {
+    switch (newState) {
+    case TransferState::Downloading:
+    case TransferState::Uploading:
+    case TransferState::DownloadWaiting:
+    case TransferState::DownloadPreparation:
+        return std::nullopt;
+    case TransferState::DownloadCompleted:
+    case TransferState::UploadCompleted:
+        return TransferOutcome::Completed;
+    case TransferState::DownloadCouldNotOpen:
+    case TransferState::UploadCouldNotOpen:
+    case TransferState::FileFormatError:
+        return TransferOutcome::Refused;
+    case TransferState::DownloadErrors:
+    case TransferState::UploadErrors:
+        return IsUnderWay() || IsPending() ? TransferOutcome::Failed : TransferOutcome::Refused;
+    default:
+        break;
+    }
+    if (!IsUnderWay() && !IsPending())
+        return std::nullopt;
+    const bool isCancel = newState == TransferState::DownloadCancelled || newState == TransferState::UploadCancelled;
+    return isCancel ? TransferOutcome::Cancelled : TransferOutcome::Failed;
+}
+
+TransferRecord Transfer::RecordOf(TransferOutcome outcome, TransferState newState) const {
+    TransferRecord record;
+    record.number = name.fileName;
+    record.path = name.path;
+    record.direction =
+        IsUploadState(IsUnderWay() ? state : newState) ? TransferDirection::FromMachine : TransferDirection::ToMachine;
+    record.outcome = outcome;
+    record.begin = record.end = std::chrono::system_clock::now();
+    record.repeats = quality.repeats;
+    record.damaged = quality.damaged;
+    record.driverErrors = quality.driverErrors;
+    if (outcome == TransferOutcome::Refused)
+        return record;
+    record.begin -= std::chrono::duration_cast<TransferRecord::Time::duration>(parts.clock.Now() - requestedAt);
+    if (!IsUnderWay())
+        return record;
+    record.byteCount = bytesDone;
+    record.bytesTotal = state == TransferState::Downloading ? bytesTotal : 0;
+    record.lineCount = LinesDone();
+    record.linesTotal = linesTotal;
+    return record;
+}
+
+void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason, bool isRefusal) {
     parts.thread.AssertOwned();
+    // Before the counters are reset.
+    std::optional<TransferRecord> ended;
+    if (const auto outcome = isRefusal ? TransferOutcome::Refused : OutcomeOf(newState))
+        ended = RecordOf(*outcome, newState);
     const KelText whole = IsTransferring(newState) ? KelText() : ReleaseFor(newState);
     // Something has ended an upload that was waiting for its name.
     if (!whole.empty())
@@ -73,6 +147,13 @@ void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason)
     state = newState;
     reason = std::move(newReason);
     parts.observer.OnStateChanged(urgency);
+    if (!ended)
+        return;
+    ended->reason = reason;
+    // The only end of a download that has no reason of its own.
+    if (newState == TransferState::DownloadErrors && reason.empty())
+        ended->reason = text::transferReason::lineRefused;
+    parts.observer.OnEnded(std::move(*ended));
 }
 
 void Transfer::Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency) {
@@ -170,6 +251,8 @@ bool Transfer::LoadLines(std::size_t longestLineAllowed) {
 
 void Transfer::StartDownload() {
     source.Close();
+    linesTotal = lines.LinesTotal();
+    comment = FirstComment(lines.Text());
     Begin(TransferState::Downloading, EndDialog::None, static_cast<std::int64_t>(lines.FileSize()), Urgency::NextTick);
 }
 
@@ -189,6 +272,15 @@ void Transfer::BeginDownload(std::size_t longestLineAllowed, Completion completi
     }
 }
 
+void Transfer::NoteRequest() {
+    quality = {};
+    requestedAt = parts.clock.Now();
+}
+
+std::int64_t Transfer::LinesDone() const {
+    return state == TransferState::Uploading ? linesStored : std::max(lines.LinesTaken(), image.LinesTaken());
+}
+
 void Transfer::CountSent(std::int64_t byteCount) {
     assert(state == TransferState::Downloading);
     bytesDone += byteCount;
@@ -197,7 +289,7 @@ void Transfer::CountSent(std::int64_t byteCount) {
 
 bool Transfer::BeginDownloadByHand(const TransferName& newName) {
     assert(!IsUnderWay());
-    ResetQuality();
+    NoteRequest();
     Release();
     SetName({newName.path, newName.fileName, {}});
     Result<> loaded = source.OpenPicked(ToPath(name.path));
@@ -211,6 +303,9 @@ bool Transfer::BeginDownloadByHand(const TransferName& newName) {
         return false;
     source.Close();
     SetName(newName);
+    const std::string_view content = image.Content();
+    linesTotal = std::count(content.begin(), content.end(), '\n');
+    comment = FirstComment(content);
     Begin(TransferState::Downloading, EndDialog::Download, static_cast<std::int64_t>(image.Length()), Urgency::AtOnce);
     return true;
 }
@@ -230,7 +325,7 @@ void Transfer::CancelAwaitedUpload(KelText newReason) {
     TransferName waiting = std::move(*std::exchange(awaited, std::nullopt));
     if (IsUnderWay() || IsPending())
         return;
-    ResetQuality();
+    NoteRequest();
     SetName({waiting.path, waiting.fileName, {}});
     End(TransferState::UploadCancelled, std::move(newReason));
 }
@@ -251,7 +346,7 @@ bool Transfer::BeginUpload() {
 
 bool Transfer::BeginUploadByHand(const TransferName& newName) {
     assert(!IsUnderWay());
-    ResetQuality();
+    NoteRequest();
     Release();
     SetName({newName.path, newName.fileName, {}});
     if (const auto begun = upload.Begin(ToPath(name.path), UploadFile::Content::Bytes); !begun) {
@@ -276,6 +371,9 @@ bool Transfer::Store(std::string_view bytes) {
         End(TransferState::UploadErrors, stored.Reason().text);
         return false;
     }
+    if (comment.empty() && linesStored < linesWithComment)
+        comment = FirstComment(bytes);
+    linesStored += std::count(bytes.begin(), bytes.end(), '\n');
     if (bytesDone > bytesTotal)
         bytesTotal += bytesTotal;
     bar = {bytesDone, bytesTotal};
@@ -317,6 +415,11 @@ bool Transfer::EndWithErrors(KelText newReason) {
 void Transfer::End(TransferState newState, KelText newReason) {
     assert(!IsTransferring(newState));
     Enter(newState, Urgency::AtOnce, std::move(newReason));
+}
+
+void Transfer::Refuse(TransferState newState, KelText newReason) {
+    assert(!IsTransferring(newState));
+    Enter(newState, Urgency::AtOnce, std::move(newReason), true);
 }
 
 }

@@ -15,6 +15,7 @@
 
 #include "base/ThreadOwner.h"
 #include "base/Timer.h"
+#include "logging/TransferRecord.h"
 #include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
 #include "transfer/LineList.h"
@@ -50,6 +51,9 @@ public:
     // The state is new. Shows and logs it before it returns, if that is urgent.
     virtual void OnStateChanged(Urgency urgency) = 0;
     virtual void OnNamed(const TransferName& name) = 0;
+    // A transfer has ended, or a request was refused, and the state that says so is shown. The record lacks the
+    // machine.
+    virtual void OnEnded(TransferRecord record) = 0;
     virtual void ShowMessage(const MessageBoxText& box) = 0;
     // A file is to be sent, and the user is wanted.
     virtual void DrawAttention() = 0;
@@ -92,12 +96,21 @@ public:
         std::int64_t range = 0;
     };
     const Progress& Bar() const { return bar; }
+    // Lines sent or received so far, empty ones included, and those of the file of a download. While a file is on its
+    // way.
+    std::int64_t LinesDone() const;
+    std::int64_t LinesTotal() const { return linesTotal; }
+    // The first comment of the file on its way, as far as it is known.
+    const KelText& Comment() const { return comment; }
+    // When the transfer that is under way or pending was requested, or was begun by hand.
+    Clock::TimePoint RequestedAt() const { return requestedAt; }
     // None unless a transfer that was begun by hand is under way or awaited.
     EndDialog Dialog() const;
 
     // What was not clean on the line since the transfer's request, or its begin by hand.
     const LineQuality& Quality() const { return quality; }
-    void ResetQuality() { quality = {}; }
+    // A request has come, or a user begins by hand: the line's quality and the transfer's time are counted from here.
+    void NoteRequest();
     void CountDamaged() { ++quality.damaged; }
     void CountRepeat() { ++quality.repeats; }
     void CountDriverErrors(std::uint32_t errorCount) { quality.driverErrors += errorCount; }
@@ -163,13 +176,17 @@ public:
     // ended it. Returns whether there was one.
     bool EndWithErrors(KelText newReason);
 
-    // Ends the transfer, or refuses one, in a state that ends it.
+    // Ends the transfer, or refuses one that was being prepared, in a state that ends it.
     void End(TransferState newState, KelText newReason = {});
+    // Refuses a request, whatever waits at this moment.
+    void Refuse(TransferState newState, KelText newReason);
     // Why the transfer ended as it did or was refused, for the user. Empty if the state says it all.
     const KelText& Reason() const { return reason; }
 
 private:
-    void Enter(TransferState newState, Urgency urgency, KelText newReason = {});
+    void Enter(TransferState newState, Urgency urgency, KelText newReason = {}, bool isRefusal = false);
+    std::optional<TransferOutcome> OutcomeOf(TransferState newState) const;
+    TransferRecord RecordOf(TransferOutcome outcome, TransferState newState) const;
     // The path of a whole upload that could not take its name, or empty.
     KelText Release();
     KelText ReleaseFor(TransferState newState);
@@ -187,6 +204,10 @@ private:
     std::int64_t bytesDone = 0;
     std::int64_t bytesTotal = 0;
     Progress bar;
+    std::int64_t linesStored = 0; // of an upload
+    std::int64_t linesTotal = 0;
+    KelText comment;
+    Clock::TimePoint requestedAt;
     EndDialog dialog = EndDialog::None;
     bool isTesting = false;
     LineQuality quality;

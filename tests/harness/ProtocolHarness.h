@@ -37,6 +37,7 @@ public:
 
     void OnStateChanged(Urgency) override { states.push_back(transfer.State()); }
     void OnNamed(const TransferName&) override {}
+    void OnEnded(TransferRecord record) override { ended.push_back(std::move(record)); }
     void ShowMessage(const MessageBoxText& box) override { boxes.push_back(box); }
     void DrawAttention() override {}
 
@@ -45,6 +46,7 @@ public:
     Transfer transfer;
     std::vector<TransferState> states;
     std::vector<MessageBoxText> boxes;
+    std::vector<TransferRecord> ended;
 };
 
 template <typename ProtocolType>
