@@ -7,6 +7,7 @@
 #include "dictionary/TextHolder.h"
 #include "engine/EngineSetup.h"
 #include "files/FileNames.h"
+#include "history/HistoryDatabase.h"
 #include "protocol/TarvinApp.h"
 
 #include <cstdio>
@@ -91,9 +92,11 @@ Result<> Program::LoadDictionary() const {
 
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {
     const auto makeProtocol = [](const ProtocolParts& parts) { return std::make_unique<TarvinApp>(parts); };
+    auto history = std::make_unique<HistoryDatabase>(HistoryFile(installation.Folder()));
     return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, makeProtocol,
                                                      installation.Folder(), FromPath(installation.NcFilesFolder()),
-                                                     TarvinApp::FirstSettings(), installation.LinkedFolders()},
+                                                     TarvinApp::FirstSettings(), installation.LinkedFolders(),
+                                                     std::make_unique<LogFiles>(std::move(history))},
                                          machineName);
 }
 

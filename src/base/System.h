@@ -31,4 +31,8 @@ std::optional<KelText> TypedCommandLine();
 // the program opens its first file.
 void SecureStandardStreams();
 
+// Lets standard output take every byte as it is. Without it Windows puts a CR before each LF. Call it before the first
+// output.
+void KeepOutputBytes();
+
 }

@@ -91,6 +91,8 @@ bool Monitor::RunPass() {
     if (trace.TakeWakeUp())
         events.TrafficArrived();
     logs.Flush();
+    if (auto past = logs.TakePastTransfers())
+        display.ShowPastTransfers(std::move(*past));
     display.ShowCommsLog(logs.IsCommsLogOn());
     display.FollowPass();
     return isMoreDue || (hasFired && !line.IsEmpty());

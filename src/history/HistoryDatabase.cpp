@@ -15,7 +15,8 @@ namespace {
 class Batch {
 public:
     static Result<Batch> Prepare(SqliteDatabase& database) {
-        auto add = database.Prepare("INSERT INTO transfers (" + historyColumns + ") VALUES (" + historyParameters + ")");
+        auto add =
+            database.Prepare("INSERT INTO transfers (" + historyColumns + ") VALUES (" + historyParameters + ")");
         auto markSeen = database.Prepare("UPDATE transfers SET seen = 1 WHERE outcome = 1 AND seen = 0 AND "
                                          "machine = ?1 AND number = ?2 AND direction = ?3");
         auto forget = database.Prepare("DELETE FROM transfers WHERE machine = ?1 AND end_ms < ?2");
@@ -81,8 +82,8 @@ Result<SqliteDatabase> HistoryDatabase::OpenForWriting() const {
     const auto hasHistory = HasHistory(*database);
     if (!hasHistory)
         return hasHistory.Reason();
-    // The write-ahead log needs memory that all writers share, which two computers do not have. Without success the file
-    // keeps its journal: another program is at work in it, and has seen to that.
+    // The write-ahead log needs memory that all writers share, which two computers do not have. Without success the
+    // file keeps its journal: another program is at work in it, and has seen to that.
     (void)database->Run(IsOnNetworkDrive(path.parent_path()) ? "PRAGMA journal_mode = DELETE"
                                                              : "PRAGMA journal_mode = WAL");
     // A row is on the disk when it counts as written, whatever the journal is.

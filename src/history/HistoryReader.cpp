@@ -42,14 +42,20 @@ Stamp StampOf(const fs::path& path) {
     return {fs::file_size(path, ignored), fs::last_write_time(path, ignored)};
 }
 
-Result<> RunIn(const fs::path& path, SqliteDatabase::Access access, const Query& query) {
+// Sets `isOpen` if the query could be put to the database.
+Result<> RunIn(const fs::path& path, SqliteDatabase::Access access, const Query& query, bool& isOpen) {
     auto database = SqliteDatabase::Open(path, access);
     if (!database)
         return database.Reason();
     const auto hasHistory = HasHistory(*database);
     if (!hasHistory)
         return hasHistory.Reason();
-    return *hasHistory ? query(*database) : Result<>();
+    isOpen = true;
+    const auto read = *hasHistory ? query(*database) : Result<>();
+    // A column that this version does not find.
+    if (!read && IsNewerHistory(*database))
+        return Error{text::historyReason::newer};
+    return read;
 }
 
 // While no program writes, the file is read without locks and without the files beside it. Otherwise a reader with the
@@ -60,14 +66,15 @@ Result<> RunQuery(const fs::path& path, const Query& query) {
         std::error_code error;
         if (!fs::exists(path, error))
             return error ? Error{FromUtf8(error.message())} : Error{text::historyReason::missing};
+        bool isOpen = false;
         if (HasJournal(path)) {
-            const auto read = RunIn(path, SqliteDatabase::Access::Read, query);
-            if (read || read.Reason().isBusy)
+            const auto read = RunIn(path, SqliteDatabase::Access::Read, query, isOpen);
+            if (isOpen || read.Reason().isBusy)
                 return read;
         }
         // Also if a journal was left behind and this user may not tidy up: everything but the last rows is in the file.
         const Stamp before = StampOf(path);
-        const auto read = RunIn(path, SqliteDatabase::Access::ReadFixed, query);
+        const auto read = RunIn(path, SqliteDatabase::Access::ReadFixed, query, isOpen);
         if (StampOf(path) == before)
             return read;
         std::this_thread::sleep_for(pauseBetweenAttempts);

@@ -1,6 +1,6 @@
 #pragma once
-// Reads the history beside the programs that write it. A reader needs no right to write, leaves no file behind and keeps
-// no writer waiting. Any thread; blocks for as long as the disk takes.
+// Reads the history beside the programs that write it. A reader needs no right to write, leaves no file behind and
+// keeps no writer waiting. Any thread; blocks for as long as the disk takes.
 
 #include "base/Result.h"
 #include "logging/TransferRecord.h"
@@ -15,11 +15,11 @@ namespace tarvin {
 struct HistoryFilter {
     static constexpr std::size_t noLimit = 0x7FFFFFFF;
 
-    KelText machine; // in any case; empty: all machines
-    KelText number;  // in any case; * stands for any characters and ? for one; empty: all numbers
-    std::optional<TransferRecord::Time> from;
-    std::optional<TransferRecord::Time> before;
-    std::optional<TransferOutcome> outcome;
+    KelText machine = {}; // in any case; empty: all machines
+    KelText number = {};  // in any case; * stands for any characters and ? for one; empty: all numbers
+    std::optional<TransferRecord::Time> from = {};
+    std::optional<TransferRecord::Time> before = {};
+    std::optional<TransferOutcome> outcome = {};
     std::size_t mostRows = noLimit; // the newest ones
 };
 

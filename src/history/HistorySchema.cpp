@@ -73,6 +73,10 @@ Result<bool> HasHistory(SqliteDatabase& database) {
     return true;
 }
 
+bool IsNewerHistory(SqliteDatabase& database) {
+    return database.ReadNumber("PRAGMA user_version").ValueOr(0) > version;
+}
+
 Result<> PrepareHistory(SqliteDatabase& database) {
     // Look first without the right to write: nearly always the table is there.
     auto hasHistory = HasHistory(database);
@@ -91,10 +95,7 @@ Result<> PrepareHistory(SqliteDatabase& database) {
     }
     if (!hasHistory)
         return hasHistory.Reason();
-    const auto present = database.ReadNumber("PRAGMA user_version");
-    if (!present)
-        return present.Reason();
-    return *present > version ? Result<>(Error{text::historyReason::newer}) : Result<>();
+    return IsNewerHistory(database) ? Result<>(Error{text::historyReason::newer}) : Result<>();
 }
 
 void BindRow(SqliteStatement& statement, const TransferRecord& record) {

@@ -12,9 +12,12 @@ namespace tarvin {
 // it as it is.
 Result<> PrepareHistory(SqliteDatabase& database);
 
-// True if the database has a history that can be read, false if it is new and empty. A newer version can be read as long
-// as it keeps the columns.
+// True if the database has a history that can be read, false if it is new and empty. A newer version can be read as
+// long as it keeps the columns.
 Result<bool> HasHistory(SqliteDatabase& database);
+
+// Whether a newer version of this program has made the database. False if that cannot be read.
+bool IsNewerHistory(SqliteDatabase& database);
 
 // The columns that BindRow and ReadRow use, in their order.
 extern const std::string historyColumns;
