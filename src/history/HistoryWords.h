@@ -1,7 +1,8 @@
 #pragma once
-// The words that stand for values of a record: on the command line, in lists and in exports. They are English in every
+// The words that stand for values of a record. On the command line, in lists and in exports they are English in every
 // language, so that a script can rely on them.
 
+#include "base/HistoryMessages.h"
 #include "logging/TransferRecord.h"
 
 namespace tarvin {
@@ -21,6 +22,21 @@ constexpr KelTextView WordFor(TransferOutcome outcome) {
         break;
     }
     return u"refused";
+}
+
+// The same for windows.
+constexpr KelTextView LabelFor(TransferOutcome outcome) {
+    switch (outcome) {
+    case TransferOutcome::Completed:
+        return text::historyDialog::completed;
+    case TransferOutcome::Failed:
+        return text::historyDialog::failed;
+    case TransferOutcome::Cancelled:
+        return text::historyDialog::cancelled;
+    case TransferOutcome::Refused:
+        break;
+    }
+    return text::historyDialog::refused;
 }
 
 constexpr KelTextView WordsFor(TransferDirection direction) {

@@ -71,8 +71,8 @@ Error ErrorOf(sqlite3* database, int code) {
 
 }
 
-void SqliteDatabase::Closer::operator()(sqlite3* database) const {
-    sqlite3_close_v2(database);
+void SqliteDatabase::Closer::operator()(sqlite3* closed) const {
+    sqlite3_close_v2(closed);
 }
 
 Result<SqliteDatabase> SqliteDatabase::Open(const std::filesystem::path& path, Access access) {
@@ -117,8 +117,8 @@ Result<std::int64_t> SqliteDatabase::ReadNumber(const char* sql) {
     return *hasRow ? statement->Number(0) : 0;
 }
 
-void SqliteStatement::Closer::operator()(sqlite3_stmt* statement) const {
-    sqlite3_finalize(statement);
+void SqliteStatement::Closer::operator()(sqlite3_stmt* closed) const {
+    sqlite3_finalize(closed);
 }
 
 void SqliteStatement::Bind(int index, std::int64_t number) {

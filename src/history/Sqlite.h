@@ -37,7 +37,7 @@ public:
 
 private:
     struct Closer {
-        void operator()(sqlite3* database) const;
+        void operator()(sqlite3* closed) const;
     };
 
     explicit SqliteDatabase(sqlite3* database) : database(database) {}
@@ -64,7 +64,7 @@ public:
 private:
     friend class SqliteDatabase;
     struct Closer {
-        void operator()(sqlite3_stmt* statement) const;
+        void operator()(sqlite3_stmt* closed) const;
     };
 
     explicit SqliteStatement(sqlite3_stmt* statement) : statement(statement) {}
