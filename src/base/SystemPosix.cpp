@@ -1,6 +1,7 @@
 #include "base/System.h"
 
 #include <cerrno>
+#include <csignal>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -63,7 +64,8 @@ void SecureStandardStreams() {
         ::close(opened);
 }
 
-// The system changes no byte.
-void KeepOutputBytes() {}
+void PrepareOutput() {
+    std::signal(SIGPIPE, SIG_IGN);
+}
 
 }

@@ -85,7 +85,7 @@ std::optional<KelText> TypedCommandLine() {
 // Windows gives no handle the number of a closed stream.
 void SecureStandardStreams() {}
 
-void KeepOutputBytes() {
+void PrepareOutput() {
     constexpr int binary = 0x8000; // _O_BINARY: its header is allowed in the sources of POSIX alone
     (void)::_setmode(::_fileno(stdout), binary);
 }

@@ -41,8 +41,8 @@ int Fail(std::ostream& errors, const KelText& reason, int exitCode) {
     return exitCode;
 }
 
+// A stream tells only that a write has failed. `errno` still has the reason, because nothing is written after a failure.
 int Finish(std::ostream& output, std::ostream& errors) {
-    errno = 0;
     output.flush();
     if (output || errno == EPIPE)
         return 0;
@@ -52,6 +52,7 @@ int Finish(std::ostream& output, std::ostream& errors) {
 }
 
 int RunHistoryCommand(std::span<const KelText> arguments, std::ostream& output, std::ostream& errors) {
+    errno = 0;
     const auto isGiven = [&](KelTextView option) {
         return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
     };
@@ -75,6 +76,7 @@ int RunHistoryCommand(std::span<const KelText> arguments, std::ostream& output, 
     const auto rows = ReadHistory(request->database, request->filter);
     if (!rows)
         return Fail(errors, FromPath(request->database) + u": " + rows.Reason().text, 1);
+    errno = 0;
     (request->wantsTotals ? WriteTotals : WriteHistory)(output, *rows, request->form);
     return Finish(output, errors);
 }

@@ -7,7 +7,7 @@
 
 int main(int argumentCount, char** arguments) {
     tarvin::SecureStandardStreams();
-    tarvin::KeepOutputBytes();
+    tarvin::PrepareOutput();
     const auto words = tarvin::ProgramArguments(argumentCount, arguments);
     return tarvin::RunHistoryCommand(words, std::cout, std::cerr);
 }

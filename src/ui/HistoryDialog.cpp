@@ -74,14 +74,14 @@ HistoryDialog::HistoryDialog(wxWindow* parent, std::filesystem::path database, K
                 [this](wxDataViewEvent&) { openFolder->Enable(table->Selected() != nullptr); });
     table->Bind(wxEVT_DATAVIEW_ITEM_ACTIVATED, [this](wxDataViewEvent&) { OpenFolder(); });
     resultTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { LookForResults(); });
-    typingTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Refresh(); });
+    typingTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Read(); });
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { Finish(); }, wxID_CANCEL);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Finish(); });
     BindHelpKey(*this, user.showHelp);
     ShowMachines({});
     table->SetFocus();
-    Refresh();
+    Read();
 }
 
 wxSizer* HistoryDialog::AddFilters() {
@@ -114,7 +114,7 @@ void HistoryDialog::AddLabel(wxSizer& row, KelTextView label) {
 
 wxChoice* HistoryDialog::AddChoice(wxSizer& row, KelTextView label) {
     auto* list = new wxChoice(this, wxID_ANY);
-    list->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { Refresh(); });
+    list->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { Read(); });
     AddFilter(row, *list, label);
     return list;
 }
@@ -138,7 +138,7 @@ wxSizer* HistoryDialog::AddButtons() {
     openFolder = AddButton(*row, text::historyDialog::openFolder, &HistoryDialog::OpenFolder);
     openFolder->Disable();
     exportCsv = AddButton(*row, text::historyDialog::exportCsv, &HistoryDialog::Export);
-    AddButton(*row, text::historyDialog::refresh, &HistoryDialog::Refresh);
+    AddButton(*row, text::historyDialog::refresh, &HistoryDialog::Read);
     row->AddStretchSpacer();
     AddButton(*row, text::historyDialog::close, &HistoryDialog::Finish);
     return row;
@@ -159,7 +159,7 @@ HistoryFilter HistoryDialog::ChosenFilter() const {
     return filter;
 }
 
-void HistoryDialog::Refresh() {
+void HistoryDialog::Read() {
     typingTimer.Stop();
     isReadingOutdated = reading.IsRunning();
     if (isReadingOutdated)
@@ -178,7 +178,7 @@ void HistoryDialog::Refresh() {
 void HistoryDialog::LookForResults() {
     if (auto done = reading.Take()) {
         if (isReadingOutdated)
-            Refresh();
+            Read();
         else
             ShowReading(std::move(*done));
     }

@@ -43,7 +43,7 @@ private:
     wxSizer* AddButtons();
     wxButton* AddButton(wxSizer& row, KelTextView label, void (HistoryDialog::*act)());
     HistoryFilter ChosenFilter() const;
-    void Refresh();
+    void Read();
     void LookForResults();
     void ShowReading(Reading reading);
     void ShowMachines(const std::vector<KelText>& names);

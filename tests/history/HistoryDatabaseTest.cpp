@@ -54,7 +54,7 @@ struct TestedFiles {
 
 TEST_CASE("HistoryDatabase: every field of a row comes back, whatever its texts hold") {
     const TemporaryFolder folder;
-    const auto path = folder / "\xC3\xA4 %20 #?.db";
+    const auto path = folder.Path() / ToPath(u"\u00E4 %20 #.db");
     HistoryDatabase history(path);
     TransferRecord row;
     row.machine = u"LASER 2, \"left\"";

@@ -1,5 +1,6 @@
 #include "User.h"
 #include "harness/TemporaryFolder.h"
+#include "harness/WaitUntil.h"
 #include "history/HistoryDatabase.h"
 #include "ui/HistoryDialog.h"
 
@@ -44,7 +45,7 @@ TEST_CASE("HistoryDialog: it begins with its machine, filters, and opens the fol
     });
     REQUIRE(WindowTitled("LASER - History") != nullptr);
     const auto shows = [&](const std::string& message) {
-        return Becomes([&] { return TextIn(dialog).find(message) != std::string::npos; });
+        return WaitUntil([&] { return TextIn(dialog).find(message) != std::string::npos; });
     };
     const auto choose = [&](const std::string& list, const std::string& entry) {
         OnUi([&] {
@@ -65,15 +66,16 @@ TEST_CASE("HistoryDialog: it begins with its machine, filters, and opens the fol
         if (dynamic_cast<wxButton*>(each) != nullptr || dynamic_cast<wxChoice*>(each) != nullptr)
             CHECK(OnUi([&] { return each->GetSize().GetHeight(); }) >= 32);
     }
-    CHECK_FALSE(OnUi([&] { return ButtonIn(dialog, "Open Folder")->IsEnabled(); }));
-    Click(ControlNamed<wxTextCtrl>(dialog, "Number"));
+    wxWindow* openFolder = ButtonIn(dialog, "Open Folder");
+    CHECK_FALSE(OnUi([&] { return openFolder->IsEnabled(); }));
+    Click(OnUi([&] { return ControlNamed<wxTextCtrl>(dialog, "Number"); }));
     Type("3");
     CHECK(shows("Transfers: 1"));
     // The first line, by keyboard.
     OnUi([&] { ControlNamed<HistoryTable>(dialog, "Transfers")->SetFocus(); });
     PressKey(WXK_HOME);
-    REQUIRE(Becomes([&] { return ButtonIn(dialog, "Open Folder")->IsEnabled(); }));
-    Click(ButtonIn(dialog, "Open Folder"));
+    REQUIRE(Becomes([&] { return openFolder->IsEnabled(); }));
+    Click(openFolder);
     CHECK(Becomes([&] { return opened == "/srv/nc"; }));
     Click(ButtonIn(dialog, "Close"));
     CHECK(BecomesHidden("LASER - History"));
