@@ -14,7 +14,7 @@ if(NOT TARVIN_DESKTOP)
     return()
 endif()
 
-# wxWidgets: core, base and html.
+# wxWidgets: core, base and html. On Linux GTK too, which it stands on, for what it does not offer.
 if(WIN32)
     # The same level as the library's: without its assertions, which would put boxes before a user.
     set(wxWidgets_USE_STATIC ON)
@@ -28,5 +28,7 @@ else()
     target_include_directories(tarvin-wx SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
     target_compile_definitions(tarvin-wx INTERFACE ${wxWidgets_DEFINITIONS})
     target_compile_options(tarvin-wx INTERFACE ${wxWidgets_CXX_FLAGS})
-    target_link_libraries(tarvin-wx INTERFACE ${wxWidgets_LIBRARIES})
+    find_package(PkgConfig REQUIRED)
+    pkg_check_modules(GTK REQUIRED IMPORTED_TARGET gtk+-3.0)
+    target_link_libraries(tarvin-wx INTERFACE ${wxWidgets_LIBRARIES} PkgConfig::GTK)
 endif()

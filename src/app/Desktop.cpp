@@ -1,6 +1,8 @@
 #include "app/Desktop.h"
 
+#include "messages/MessageAdvice.h"
 #include "ui/MainWindow.h"
+#include "ui/WindowPlacement.h"
 
 #include <utility>
 
@@ -14,9 +16,9 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
     // First of all: boxes are written in the language of the dictionary.
     const auto loaded = program.LoadDictionary();
     messages.ReadSuppressedMessages();
-    window = new MainWindow({*engine, events, help, program.Place().PathsFile()}, messages);
+    window = new MainWindow({*engine, events, help, program.EngineClock(), program.Place().PathsFile()}, messages);
     if (!loaded)
-        events.ShowMessage(messages.ReportFailure(loaded.Reason().text));
+        events.ShowMessage(WithAdvice(MessageKind::DictionaryNotRead, messages.ReportFailure(loaded.Reason().text)));
 }
 
 Desktop::~Desktop() {
@@ -33,6 +35,13 @@ void Desktop::Start() {
 
 void Desktop::RequestClose() {
     events.Post([this] { window->Close(true); });
+}
+
+void Desktop::RequestRaise(std::function<void()> answer) {
+    events.Post([this, kept = std::move(answer)] {
+        BringToFront(*window);
+        kept();
+    });
 }
 
 }

@@ -9,6 +9,7 @@
 #include "ui/WindowEvents.h"
 
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 namespace tarvin {
@@ -27,6 +28,9 @@ public:
     void Start();
     // Closes the window, soon. Any thread.
     void RequestClose();
+    // Brings the window to the front, soon, and then calls `answer`. Drops it if the window is closed before. Any
+    // thread.
+    void RequestRaise(std::function<void()> answer);
 
     // Until it is closed.
     MainWindow& Window() { return *window; }

@@ -1,12 +1,18 @@
 // tarvindl: the desktop program. One window for one machine.
 
 #include "app/Desktop.h"
+#include "app/MachineClaim.h"
+#include "app/RaiseRequests.h"
 #include "app/StopRequest.h"
+#include "base/NotificationMessages.h"
 #include "ui/CustomMessage.h"
 #include "ui/ModalLoop.h"
 
+#include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -19,6 +25,9 @@ constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
                          "TARVIN. The machine's settings are in <installation>/<MACHINE NAME>.INI. The\n"
                          "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
                          "KEL.INI: the program's own, the user's, the system's.\n"
+                         "\n"
+                         "If the machine has a window already, that window comes to the front. If another program\n"
+                         "serves the machine, a box says so, and the exit code is 3.\n"
                          "\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
@@ -53,14 +62,23 @@ private:
 
 class DesktopApp : public wxApp {
 public:
-    explicit DesktopApp(const tarvin::Program& program) : program(program) { SetAppName("TarvinDL"); }
+    DesktopApp(const tarvin::Program& program, std::unique_ptr<tarvin::RaiseRequests> raiseRequests)
+        : program(program), raiseRequests(std::move(raiseRequests)) {
+        SetAppName("TarvinDL");
+    }
 
     // The command line holds no options of the toolkit.
-    bool OnInit() override { return true; }
+    bool OnInit() override {
+        // The system does not ask before it ends the session, and neither does the window.
+        Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {});
+        return true;
+    }
 
     int OnRun() override {
         tarvin::Desktop desktop(program, HelpFiles(program.Place()));
         desktop.Start();
+        raiseRequests->Serve(
+            [&desktop](tarvin::RaiseRequests::Answer answer) { desktop.RequestRaise(std::move(answer)); });
         std::thread stopWatcher([&desktop] {
             tarvin::WaitForStopRequest();
             desktop.RequestClose();
@@ -68,19 +86,42 @@ public:
         const int result = wxApp::OnRun();
         tarvin::EndStopRequests();
         stopWatcher.join();
+        // A second start learns from now on that this window is going, and waits until the machine is free.
+        raiseRequests.reset();
         return result;
     }
 
 private:
     const tarvin::Program& program;
+    std::unique_ptr<tarvin::RaiseRequests> raiseRequests;
 };
+
+// What a user is told of a machine that another program serves.
+tarvin::ProgramStart ServedElsewhere(const tarvin::Program& program, const tarvin::KelText& problem) {
+    std::fprintf(stderr, "tarvindl: %s\n", tarvin::ToUtf8(problem).c_str());
+    // The box speaks the user's language as far as it can.
+    (void)program.LoadDictionary();
+    const auto caption = tarvin::Filled(tarvin::text::machine::servedCaption, {program.MachineName()});
+    const tarvin::MessageBoxText box = {problem, caption, tarvin::okOnly | tarvin::iconExclamation};
+    return {std::nullopt, tarvin::servedElsewhereExitCode, box};
+}
 
 }
 
 int main(int argumentCount, char** arguments) {
-    const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl", usage);
+    auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl", usage);
     if (!start.program && !start.problem)
         return start.exitCode;
+    auto raiseRequests = std::make_unique<tarvin::RaiseRequests>();
+    // Kept until the engine has ended.
+    tarvin::MachineClaim claim;
+    if (start.program) {
+        claim = tarvin::ClaimForWindow(*start.program, raiseRequests->Address());
+        if (claim.isRaised)
+            return 0;
+        if (!claim.lock)
+            start = ServedElsewhere(*start.program, claim.problem);
+    }
     // A program that only shows a box ends by the signal, as every program does that expects none.
     if (start.program)
         tarvin::PrepareStopRequests();
@@ -89,7 +130,7 @@ int main(int argumentCount, char** arguments) {
     // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
     if (start.program)
-        wxApp::SetInstance(new DesktopApp(*start.program));
+        wxApp::SetInstance(new DesktopApp(*start.program, std::move(raiseRequests)));
     else
         wxApp::SetInstance(new ProblemApp(start));
     int toolkitArgumentCount = 1;

@@ -8,6 +8,8 @@
 #include "engine/EngineSetup.h"
 #include "files/FileNames.h"
 #include "history/HistoryDatabase.h"
+#include "messages/MessageAdvice.h"
+#include "protocol/ProtocolChoice.h"
 #include "protocol/TarvinApp.h"
 
 #include <cstdio>
@@ -68,7 +70,9 @@ ProgramStart Program::Begin(int argumentCount, const char* const* arguments, con
         say(installation.Reason());
         // The box speaks the user's language as far as it can. Without a dictionary it is English.
         (void)tarvin::LoadDictionary(*folder, commandLine);
-        const MessageBoxText problem = {installation.Reason().text, text::start::corruptCaption, okOnly | iconError};
+        const MessageBoxText problem =
+            WithAdvice(MessageKind::CorruptInstallation,
+                       {installation.Reason().text, text::start::corruptCaption, okOnly | iconError});
         return {std::nullopt, 1, problem};
     }
     ProgramStart start;
@@ -91,9 +95,8 @@ Result<> Program::LoadDictionary() const {
 }
 
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {
-    const auto makeProtocol = [](const ProtocolParts& parts) { return std::make_unique<TarvinApp>(parts); };
     auto history = std::make_unique<HistoryDatabase>(HistoryFile(installation.Folder()));
-    return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, makeProtocol,
+    return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, MakeProtocol,
                                                      installation.Folder(), FromPath(installation.NcFilesFolder()),
                                                      TarvinApp::FirstSettings(), installation.LinkedFolders(),
                                                      std::make_unique<LogFiles>(std::move(history))},

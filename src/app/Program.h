@@ -28,6 +28,8 @@ public:
     Program(Installation installation, KelText commandLine);
 
     const Installation& Place() const { return installation; }
+    // The clock of its engines.
+    const Clock& EngineClock() const { return clock; }
     const KelText& MachineName() const { return machineName; }
     // The folder for files that programs of several machines must not share. It need not exist.
     std::filesystem::path MachineFolder() const;

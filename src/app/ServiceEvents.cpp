@@ -10,6 +10,12 @@ ServiceEvents::ServiceEvents(ServiceOutput& output, AppInterface& messages) : ou
     assert(messages.IsUnattended());
 }
 
+// What a user does not want to see in a window again still belongs into the output of a service, so the number is left
+// out.
+void ServiceEvents::ShowMessage(const MessageBoxText& box) {
+    messages.AnswerWithoutUser({box.text, box.caption, box.style});
+}
+
 void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {
     // The link first: a status that comes with a new link belongs to it.
     if (snapshot.linkTitle != printedLink) {

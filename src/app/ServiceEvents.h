@@ -16,7 +16,7 @@ public:
     void SnapshotChanged(const EngineSnapshot& snapshot) override;
     // The traffic queue stays off: a service shows no trace.
     void TrafficArrived() override {}
-    void ShowMessage(const MessageBoxText& box) override { messages.AnswerWithoutUser(box); }
+    void ShowMessage(const MessageBoxText& box) override;
     void DrawAttention() override {}
     void SettingsChanged(const DownloadSettings&) override {}
 

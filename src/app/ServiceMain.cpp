@@ -2,6 +2,7 @@
 
 #include "app/AssignPort.h"
 #include "app/CommandLine.h"
+#include "app/MachineClaim.h"
 #include "app/Program.h"
 #include "app/ServiceEvents.h"
 #include "app/ServiceOutput.h"
@@ -28,7 +29,8 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "KEL.INI: the program's own, the user's, the system's.\n"
                          "\n"
                          "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
-                         "program in order.\n"
+                         "program in order. If another program serves the machine already, the service says so\n"
+                         "and ends with exit code 3.\n"
                          "\n"
                          "--assign-port gives DEVICE, such as /dev/ttyUSB0, a port name in KEL.INI and writes the\n"
                          "machine's settings with that port if there are none. If there is no installation, it\n"
@@ -40,6 +42,11 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
 int Serve(const tarvin::Program& program) {
     // Before the first thread starts: all threads inherit what this one does about signals.
     tarvin::PrepareStopRequests();
+    const auto claim = tarvin::ClaimForService(program);
+    if (!claim.lock) {
+        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem).c_str());
+        return tarvin::servedElsewhereExitCode;
+    }
     tarvin::ServiceOutput output;
     tarvin::AppInterface messages({program.MachineFolder()},
                                   [&output](tarvin::KelTextView note) { output.AddNote(note); });

@@ -37,6 +37,8 @@ inline constexpr char16_t replaceCaption[] = u"Replace File";
 inline constexpr char16_t replaceNcFile[] = u"%1 is there already. Replace it?";
 // %1 is the file to be copied, %2 the one to be made, and %3 the reason.
 inline constexpr char16_t notCopied[] = u"%1 could not be copied to %2: %3";
+// %1 is the file and %2 the reason.
+inline constexpr char16_t trafficNotSaved[] = u"The traffic could not be saved.\n%1: %2";
 }
 
 // The steps in which a port is used. A box about a failed step has the step's name as its caption, and the port's name
@@ -105,8 +107,10 @@ inline constexpr char16_t lineTested[] = u"the line was tested";
 inline constexpr char16_t linkReset[] = u"the link was reset";
 inline constexpr char16_t linkLost[] = u"the port was lost";
 inline constexpr char16_t portReopened[] = u"the port was opened again";
+inline constexpr char16_t noLink[] = u"there is no link";
 inline constexpr char16_t charactersLost[] = u"received characters were lost";
 inline constexpr char16_t programEnd[] = u"the program has ended";
+inline constexpr char16_t noSuchFile[] = u"there is no such file";
 inline constexpr char16_t lineRefused[] = u"the machine has refused a line three times (ABNK)";
 inline constexpr char16_t nothingReceived[] = u"the machine has sent no file for 10 minutes";
 }

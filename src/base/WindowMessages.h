@@ -110,7 +110,8 @@ inline constexpr char16_t allFiles[] = u"All Files (*.*)";
 inline constexpr char16_t ncFiles[] = u"NC files";
 inline constexpr char16_t logFiles[] = u"Log files";
 inline constexpr char16_t filesWithExtension[] = u"%1 (*.%2)";
-inline constexpr char16_t activityLogFilters[] = u"Text files (*.txt|*.txt|All Files (*.*)|*.*";
+// %1 and %2 are the patterns of the system. The first name has no closing parenthesis, as users know it.
+inline constexpr char16_t activityLogFilters[] = u"Text files (*.txt|%1|All Files (*.*)|%2";
 }
 
 }

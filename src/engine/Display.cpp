@@ -130,8 +130,7 @@ void Display::ShowRecent(TransferRecords records) {
 
 void Display::ShowConversation(bool isConversation) {
     next.isConversation = isConversation;
-    if (isConversation)
-        ShowButtons(true);
+    ShowButtons(true);
 }
 
 void Display::Announce(KelTextView announcement) {

@@ -38,7 +38,8 @@ public:
 
     // The port was opened or lost.
     void ShowLink();
-    // Whether the controller begins every transfer. The window then offers its action buttons from the start.
+    // Whether the controller begins every transfer. The window offers its action buttons either way. Shown with the
+    // next change of link or state.
     void ShowConversation(bool isConversation);
     // Tells the user and the logs something that is no status. It stays beside the status for a minute.
     void Announce(KelTextView announcement);

@@ -40,11 +40,13 @@ public:
     // The trace of the line.
     TrafficQueue& Traffic();
 
-    // Takes the settings over and opens the port anew.
+    // Takes the settings over. Opens the port anew, which ends a transfer, if ReopensPort says so (PortSettings.h), or
+    // if the port is not configured. Another kind of controller is served at once.
     void ApplySettings(DownloadSettings settings);
-    // Takes the settings over and leaves the port alone: for settings that say nothing new about it.
+    // Takes the settings over and leaves port and protocol alone: for settings that say nothing new about them.
     void KeepSettings(DownloadSettings settings);
-    // Which signals of the controller hold the line under hardware flow control.
+    // Which signals of the controller hold the line under hardware flow control. Opens the port anew like
+    // ApplySettings.
     void SetHandshakes(bool heedsCts, bool heedsDsr);
 
     // Logs the line in a fresh file and stores its path in the settings. The log counts as on at once; if the file
@@ -54,9 +56,9 @@ public:
     void StartRollingCommsLog(std::filesystem::path path, std::uint64_t sizeLimit);
     void StopCommsLog();
 
-    // Transfers by hand, only if no file is on its way. SendFile is for a machine that does not ask: under a
-    // conversation it does nothing. There ReceiveFile waits for the next upload of the controller, for 10 minutes. The
-    // last three do nothing without such a transfer.
+    // Transfers by hand, only if no file is on its way. For a machine that does not ask, both begin at once and are
+    // refused without a link. Under a conversation SendFile does nothing, and ReceiveFile waits for the next upload of
+    // the controller, for 10 minutes. The last three do nothing without such a transfer.
     void SendFile(std::filesystem::path path);
     void ReceiveFile(std::filesystem::path path);
     void CompleteUpload();

@@ -2,6 +2,7 @@
 
 #include "base/Messages.h"
 #include "logging/DiagnosticsReport.h"
+#include "messages/MessageAdvice.h"
 
 #include <cassert>
 #include <utility>
@@ -30,7 +31,8 @@ Logs::Logs(const Clock& clock, LineTrace& trace, EngineEvents& events, std::uniq
 
 void Logs::ShowProblem(const std::filesystem::path& path, const KelText& reason) {
     const KelText problem = Filled(text::box::cannotWriteLog, {FromPath(path), reason});
-    events.ShowMessage({problem, text::box::problemCaption, okOnly | iconExclamation});
+    events.ShowMessage(
+        WithAdvice(MessageKind::LogNotWritten, {problem, text::box::problemCaption, okOnly | iconExclamation}));
 }
 
 // The count tells news of the present log from late news of the one before.

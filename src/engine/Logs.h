@@ -30,8 +30,12 @@ public:
     void EndCommsLog(std::string_view lastLine);
     // True from the start of a comms log, even before its file is open, until the log ends or is known to have failed.
     bool IsCommsLogOn() const { return lines.IsCommsLogOn(); }
-    // A line of the comms log. Without `force` a repetition of the last line is left out.
-    void LogLine(std::string_view text, bool force) { lines.LogLine(text, force); }
+    // A line of the comms log, and a note of the trace. Without `force` the log leaves out a repetition of its last
+    // line.
+    void LogLine(std::string_view text, bool force) {
+        lines.LogLine(text, force);
+        recorder.Note(text);
+    }
 
     // Adds a status text to the activity log, if the settings ask for one. `fileName` is the number of its file.
     // Without `force` a repetition of the last line is left out.

@@ -1,7 +1,11 @@
 #include "engine/Monitor.h"
 
 #include "base/Messages.h"
+#include "base/TrafficMessages.h"
+#include "messages/MessageAdvice.h"
+#include "settings/PortSettings.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarvin {
@@ -23,7 +27,7 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       events(setup.events),
       store(std::move(setup.installation), this->machineName, std::move(setup.ncFilesFolder)),
       settings(std::move(setup.firstSettings)),
-      trace(traffic),
+      trace(traffic, clock),
       logs(clock, trace, events, std::move(setup.logFiles)),
       display({transfer, line, settings, this->machineName}, events, logs, timers, clock),
       transfer({display, settings, timers, clock, isClosing, thread, std::move(setup.linkedFolders)}),
@@ -31,12 +35,20 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       tests(transfer, line, logs.Recorder(), timers, clock),
       network(transfer, line, display, settings, timers, clock),
       outage(events, timers, clock),
-      protocol(setup.makeProtocol(
-          {transfer, line, settings, timers, clock, [this](bool sendsChecksums) { NoteChecksums(sendsChecksums); }})),
+      makeProtocol(std::move(setup.makeProtocol)),
       reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
                  [this] { ReopenPort(); }),
       endOfAwaited(timers, clock, "DownloadApp::EndOfAwaitedUpload", longestAwaited, Timer::Kind::OneShot,
-                   [this] { EndAwaitedUpload(text::transferReason::nothingReceived); }) {}
+                   [this] { EndAwaitedUpload(text::transferReason::nothingReceived); }) {
+    ChooseProtocol();
+}
+
+// The settings must be in place: the new protocol reads them.
+void Monitor::ChooseProtocol() {
+    protocol = makeProtocol(
+        {transfer, line, settings, timers, clock, [this](bool sendsChecksums) { NoteChecksums(sendsChecksums); }});
+    display.ShowConversation(protocol->IsConversation());
+}
 
 void Monitor::Post(Command command) {
     {
@@ -64,6 +76,7 @@ void Monitor::PrepareClose() {
 void Monitor::Load() {
     auto loaded = store.Load(settings);
     settings = std::move(loaded.settings);
+    ChooseProtocol();
     events.SettingsChanged(settings);
     if (loaded.warning)
         events.ShowMessage(*loaded.warning);
@@ -74,7 +87,6 @@ void Monitor::Open() {
     logs.OpenHistory(machineName, settings);
     OpenPort();
     transfer.Wait(Urgency::NextTick);
-    display.ShowConversation(protocol->IsConversation());
     display.Start();
 }
 
@@ -124,7 +136,8 @@ void Monitor::SaveSettings() {
     if (saved)
         return;
     const KelText problem = Filled(text::box::settingsNotSaved, {FromPath(store.FilePath()), saved.Reason().text});
-    events.ShowMessage({problem, text::box::problemCaption, okOnly | iconExclamation});
+    events.ShowMessage(
+        WithAdvice(MessageKind::SettingsNotSaved, {problem, text::box::problemCaption, okOnly | iconExclamation}));
 }
 
 void Monitor::OnReceived(ReceiveBuffer& received) {
@@ -133,7 +146,12 @@ void Monitor::OnReceived(ReceiveBuffer& received) {
 }
 
 void Monitor::OnPortProblem(const PortProblem& problem) {
-    outage.Note(problem);
+    if (!outage.Note(problem) || !trace.IsWanted())
+        return;
+    // A note is one line, and the port's name and the reason are two.
+    KelText onOneLine = problem.text;
+    std::replace(onOneLine.begin(), onOneLine.end(), u'\n', u' ');
+    trace.Note(ToUtf8(Filled(text::trafficNote::portProblem, {problem.stepName, onOneLine})));
 }
 
 bool Monitor::AbandonTransfer(KelTextView reason) {
@@ -160,6 +178,7 @@ void Monitor::OnLinkLost() {
     if (AbandonTransfer(text::transferReason::linkLost))
         protocol->OnTransferLost();
     display.ShowLink();
+    trace.Note(ToUtf8(line.Title()));
     reopenPort.Start();
 }
 
@@ -184,9 +203,19 @@ void Monitor::ReopenPort() {
 }
 
 void Monitor::ApplySettings(DownloadSettings newSettings) {
+    const bool isOtherKind = IsByHand(settings) != IsByHand(newSettings);
+    // A port that could be configured in part only would stay so: each application is one more attempt.
+    const bool reopens = ReopensPort(settings, newSettings) || (!line.IsLinked() && !transfer.IsUnderWay());
     KeepSettings(std::move(newSettings));
-    if (!isClosing)
-        OpenPort();
+    if (isClosing || !reopens)
+        return;
+    // The protocol that has begun a transfer ends it, before the other one takes its place.
+    if (isOtherKind) {
+        EndAwaitedUpload(text::transferReason::portReopened);
+        AbandonTransfer(text::transferReason::portReopened);
+        ChooseProtocol();
+    }
+    OpenPort();
 }
 
 void Monitor::KeepSettings(DownloadSettings newSettings) {
@@ -224,9 +253,24 @@ void Monitor::SendFile(const std::filesystem::path& path) {
     // The controller may have begun a transfer while the user chose the file.
     if (transfer.IsUnderWay() || isClosing || protocol->IsConversation())
         return;
+    const TransferName name = {FromPath(path), FromPath(path.filename()), u" " + FromPath(path)};
+    if (RefuseWithoutLink(name, TransferState::DownloadErrors))
+        return;
     // A held line may still have the end of a download that was cancelled.
     line.DropUnsent();
-    transfer.BeginDownloadByHand({FromPath(path), FromPath(path.filename()), u" " + FromPath(path)});
+    protocol->OnBeginByHand();
+    transfer.BeginDownloadByHand(name);
+}
+
+// A transfer that waits for a port would begin by itself when the port opens: perhaps much later, while the machine is
+// unattended.
+bool Monitor::RefuseWithoutLink(const TransferName& name, TransferState refused) {
+    if (line.IsOpen())
+        return false;
+    transfer.NoteRequest();
+    transfer.SetName({name.path, name.fileName, {}});
+    transfer.End(refused, text::transferReason::noLink);
+    return true;
 }
 
 void Monitor::ReceiveFile(const std::filesystem::path& path) {
@@ -234,10 +278,15 @@ void Monitor::ReceiveFile(const std::filesystem::path& path) {
         return;
     const KelText fileName = FromPath(path.filename());
     const TransferName name = {FromPath(path), fileName, u" " + fileName};
-    if (!protocol->IsConversation()) {
+    if (protocol->IsConversation()) {
+        AwaitUpload(name);
+    } else if (!RefuseWithoutLink(name, TransferState::UploadErrors)) {
+        protocol->OnBeginByHand();
         transfer.BeginUploadByHand(name);
-        return;
     }
+}
+
+void Monitor::AwaitUpload(const TransferName& name) {
     transfer.AwaitUpload(name);
     endOfAwaited.Start();
     display.ShowNow();

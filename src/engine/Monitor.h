@@ -27,7 +27,7 @@ public:
     // Runs the command before the next pass.
     void Post(Command command) EXCLUDES(commandMutex);
     void Wake() { line.Wake(); }
-    // Makes everything that takes long give up, now and from now on.
+    // Cancels a write that blocks and a file that takes long to read, now and from now on.
     void PrepareClose();
     EngineSnapshot Snapshot() const { return display.Latest(); }
     TrafficQueue& Traffic() { return traffic; }
@@ -46,9 +46,10 @@ public:
 
     // Commands.
     const DownloadSettings& Settings() const { return settings; }
-    // Opens the port anew.
+    // Takes the settings over. Opens the port anew, with the protocol that they ask for, if ReopensPort says so or if
+    // the port is not configured.
     void ApplySettings(DownloadSettings newSettings);
-    // Takes settings over that leave the port unchanged. The port stays open.
+    // Takes settings over that leave port and protocol unchanged.
     void KeepSettings(DownloadSettings newSettings);
     void SetHandshakes(bool heedsCts, bool heedsDsr);
     void StartCommsLog(const std::filesystem::path& path);
@@ -59,7 +60,7 @@ public:
     void CompleteUpload();
     void CancelUpload();
     void CancelDownload();
-    // Ends whatever is under way, drops what is queued for it, forgets a received XOFF, and puts the link back to
+    // Ends the transfer that is under way, drops its queued bytes, forgets a received XOFF, and puts the link back to
     // waiting.
     void ResetLink();
     void StartLoopbackTest();
@@ -82,12 +83,16 @@ private:
 
     void SaveSettings();
     void RunCommands() EXCLUDES(commandMutex);
+    void ChooseProtocol();
     void OpenPort();
     void ReopenPort();
-    // Ends whatever is under way, for the protocol too. True if that was a transfer.
+    // Ends the transfer that is under way, for the protocol too. True if there was one.
     bool AbandonTransfer(KelTextView reason);
     void NoteChecksums(bool sendsChecksums);
     void EndAwaitedUpload(KelTextView reason);
+    // Begins the wait for the next upload of the controller.
+    void AwaitUpload(const TransferName& name);
+    bool RefuseWithoutLink(const TransferName& name, TransferState refused);
 
     const KelText machineName;
     const Clock& clock;
@@ -110,6 +115,7 @@ private:
     LineTests tests;
     Network network;
     Outage outage;
+    const ProtocolMaker makeProtocol;
     std::unique_ptr<Protocol> protocol;
     Timer reopenPort;
     Timer endOfAwaited; // of an upload that a user awaits

@@ -1,6 +1,7 @@
 #include "engine/Outage.h"
 
-#include "messages/MessageReport.h"
+#include "base/Messages.h"
+#include "messages/MessageAdvice.h"
 
 #include <algorithm>
 
@@ -19,6 +20,20 @@ bool IsSameKind(const PortProblem& a, const PortProblem& b) {
     return a.kind == b.kind && (a.kind == PortProblem::Kind::Device || a.stepName == b.stepName);
 }
 
+// What the failure means to a user. The steps that configure a port fail for one of two reasons: the settings do not
+// suit it, or its driver is faulty.
+MessageKind MeaningOf(const PortProblem& problem) {
+    if (problem.stepName == text::portStep::closePrevious)
+        return MessageKind::PortNotClosed;
+    if (problem.kind == PortProblem::Kind::Warning)
+        return MessageKind::PortUnusual;
+    if (problem.kind == PortProblem::Kind::Mode)
+        return MessageKind::SettingsRefused;
+    const bool isLost = problem.stepName == text::portStep::checkStatus || problem.stepName == text::portStep::read ||
+                        problem.stepName == text::portStep::write;
+    return isLost ? MessageKind::LinkLost : MessageKind::PortNotOpened;
+}
+
 }
 
 Outage::Outage(EngineEvents& events, TimerQueue& timers, const Clock& clock)
@@ -26,10 +41,10 @@ Outage::Outage(EngineEvents& events, TimerQueue& timers, const Clock& clock)
       clock(clock),
       look(timers, clock, "DownloadApp::Outage", lookPeriod, Timer::Kind::Repeating, [this] { TellLasting(); }) {}
 
-void Outage::Note(const PortProblem& problem) {
+bool Outage::Note(const PortProblem& problem) {
     if (problem.kind == PortProblem::Kind::Warning) {
         Tell(problem);
-        return;
+        return true;
     }
     workingSince.reset();
     const bool isKnown =
@@ -38,6 +53,7 @@ void Outage::Note(const PortProblem& problem) {
         failures.push_back({problem, clock.Now()});
     if (!look.IsRunning())
         look.Start();
+    return !isKnown;
 }
 
 void Outage::Follow(bool isWorking) {
@@ -54,6 +70,7 @@ void Outage::Follow(bool isWorking) {
     failures.clear();
     workingSince.reset();
     look.Stop();
+    events.OutageEnded();
 }
 
 void Outage::TellLasting() {
@@ -66,7 +83,9 @@ void Outage::TellLasting() {
 }
 
 void Outage::Tell(const PortProblem& problem) {
-    events.ShowMessage({problem.text, problem.stepName, okOnly | iconInformation});
+    MessageBoxText box = WithAdvice(MeaningOf(problem), {problem.text, problem.stepName, okOnly | iconInformation});
+    box.endsWithOutage = problem.kind != PortProblem::Kind::Warning;
+    events.ShowMessage(box);
 }
 
 }

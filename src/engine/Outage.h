@@ -15,8 +15,9 @@ class Outage {
 public:
     Outage(EngineEvents& events, TimerQueue& timers, const Clock& clock);
 
-    // A step of the work on the port has failed. A problem of a port that works all the same is told at once.
-    void Note(const PortProblem& problem);
+    // A step of the work on the port has failed. A problem of a port that works all the same is told at once. True if
+    // the problem is the first of its kind in this outage.
+    bool Note(const PortProblem& problem);
     // To be called after each look. The outage is over when the port has worked for a second: a device may open and
     // then fail at once.
     void Follow(bool isWorking);

@@ -41,7 +41,8 @@ int Fail(std::ostream& errors, const KelText& reason, int exitCode) {
     return exitCode;
 }
 
-// A stream tells only that a write has failed. `errno` still has the reason, because nothing is written after a failure.
+// A stream tells only that a write has failed. `errno` still has the reason, because nothing is written after a
+// failure.
 int Finish(std::ostream& output, std::ostream& errors) {
     output.flush();
     if (output || errno == EPIPE)

@@ -77,7 +77,7 @@ void LineRecorder::Dropped(std::size_t byteCount) {
 }
 
 void LineRecorder::HoldsChanged(const LineHolds& previous, const LineHolds& present) {
-    if (!log.IsCommsLogOn() || previous == present)
+    if ((!log.IsCommsLogOn() && !trace.IsWanted()) || previous == present)
         return;
     std::string line;
     const auto note = [&](const char* name, bool before, bool now) {
@@ -90,6 +90,8 @@ void LineRecorder::HoldsChanged(const LineHolds& previous, const LineHolds& pres
     note("XOff Hold", previous.xoff, present.xoff);
     note("XOff Sent", previous.xoffSent, present.xoffSent);
     log.LogLine(line, true);
+    // The log has two blanks behind each hold. The trace has them between two holds only.
+    trace.Note(std::string_view(line).substr(0, line.find_last_not_of(' ') + 1));
 }
 
 }

@@ -23,7 +23,7 @@ public:
     void SentText(std::string_view text);
     void SentByte(std::uint8_t byte, bool continuation);
     void SentBlock(int askedCount, std::span<const std::uint8_t> bytes);
-    // Logs the name and new value of each hold that has changed.
+    // Logs and traces the name and new value of each hold that has changed.
     void HoldsChanged(const LineHolds& previous, const LineHolds& present);
     // Bytes that were mirrored as sent have been removed before they left.
     void Dropped(std::size_t byteCount);

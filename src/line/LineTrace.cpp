@@ -13,6 +13,7 @@ constexpr std::size_t longestOpenLine = 256;
 }
 
 void LineTrace::Push(TrafficLine line) {
+    line.time = clock.Now();
     wakesReader = queue.Push(std::move(line)) || wakesReader;
 }
 

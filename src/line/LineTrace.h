@@ -13,7 +13,7 @@ namespace tarvin {
 
 class LineTrace {
 public:
-    explicit LineTrace(TrafficQueue& queue) : queue(queue) {}
+    LineTrace(TrafficQueue& queue, const Clock& clock) : queue(queue), clock(clock) {}
 
     bool IsWanted() const { return queue.IsWanted(); }
     // True once after lines have come into the empty queue: its reader has to be told.
@@ -38,9 +38,11 @@ public:
     void ShowOpenLine();
 
 private:
+    // Stamps the line with the present time.
     void Push(TrafficLine line);
 
     TrafficQueue& queue;
+    const Clock& clock;
     bool wakesReader = false;
     std::string openLine;
     std::size_t shownLength = 0; // of the open line

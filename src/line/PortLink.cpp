@@ -1,6 +1,7 @@
 #include "line/PortLink.h"
 
 #include "base/Messages.h"
+#include "settings/PortSettings.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -32,7 +33,7 @@ std::optional<FlowControl> FlowOf(const DownloadSettings& settings) {
         return std::nullopt;
     FlowControl flow;
     flow.software = combined || software;
-    if (combined || hardware) {
+    if (HeedsHandshakes(settings.flowControl)) {
         flow.ctsOutput = flow.rtsHandshake = settings.ctsFlow != 0;
         flow.dsrOutput = flow.dtrHandshake = settings.dsrFlow != 0;
         flow.dsrSensitivity = true;

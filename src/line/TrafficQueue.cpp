@@ -28,9 +28,11 @@ bool TrafficQueue::Push(TrafficLine line) {
 std::vector<TrafficLine> TrafficQueue::Take() {
     const MutexLock lock(mutex);
     std::vector<TrafficLine> taken = std::exchange(lines, {});
+    // Lines are lost only while the queue is full, so there is a last one, whose time is nearest to that of the loss.
     if (lostCount > 0)
         taken.push_back({TrafficLine::Kind::Note,
-                         ToUtf8(Filled(text::trace::linesNotShown, {ToText(static_cast<std::int64_t>(lostCount))}))});
+                         ToUtf8(Filled(text::trace::linesNotShown, {ToText(static_cast<std::int64_t>(lostCount))})),
+                         false, taken.back().time});
     lostCount = 0;
     return taken;
 }

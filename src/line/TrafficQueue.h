@@ -1,6 +1,7 @@
 #pragma once
 // The trace of the line on its way from the engine to a window.
 
+#include "base/Clock.h"
 #include "base/Mutex.h"
 
 #include <atomic>
@@ -12,11 +13,14 @@ namespace tarvin {
 
 // One line of the trace, from the recorder to the pane that shows it.
 struct TrafficLine {
+    // A note tells a hold, an outage or the like. It stands for no bytes.
     enum class Kind { Received, Transmitted, Note };
     Kind kind = Kind::Note;
     std::string text; // UTF-8, without a line end
     // Continues the line before it, which was shown while it was still open.
     bool extendsLast = false;
+    // When the line reached the trace, by the engine's clock.
+    Clock::TimePoint time = {};
 };
 
 // Bounded: a slow reader loses lines and never delays the engine. Any thread.

@@ -50,6 +50,13 @@ void AppInterface::SuppressMessage(std::int32_t id) {
         ReportListProblem(text::report::suppressedListUnwritten);
 }
 
+bool AppInterface::ShowAllMessages() {
+    const bool isCleared = suppressed.Clear();
+    if (!isCleared)
+        ReportListProblem(text::report::suppressedListUnwritten);
+    return isCleared;
+}
+
 void AppInterface::ReportListProblem(KelTextView message) {
     Report({static_cast<std::int32_t>(ReportLevel::Warning), FromPath(suppressedFile), KelText(message), {}, 0});
 }

@@ -45,10 +45,13 @@ public:
     // it, or the program is unattended, which leaves a note. None if the box has to be shown. Any thread.
     std::optional<int> AnswerWithoutUser(const MessageBoxText& box);
 
-    // The thread of SuppressMessage. Reads the list of suppressed messages, and reports a damaged one.
+    // The thread of SuppressMessage and ShowAllMessages. Reads the list of suppressed messages, and reports a damaged
+    // one.
     void ReadSuppressedMessages();
     // Suppresses boxes of this number, in later runs too. Reports a list that cannot be written.
     void SuppressMessage(std::int32_t id);
+    // Shows all boxes again that the user has suppressed. False, and a report, if a later run will suppress them again.
+    bool ShowAllMessages();
 
 private:
     void ReportListProblem(KelTextView message);

@@ -15,6 +15,12 @@ struct MessageBoxText {
     // With a number, the box has a check box by which the user suppresses all boxes of this number.
     std::optional<std::int32_t> dontShowAgainId = {};
 
+    // Said around the text, if not empty: what has happened in plain words, and what to do. See WithAdvice.
+    KelText headline = {};
+    KelText advice = {};
+    // The box is about an outage of the port, and closes by itself when the port works again.
+    bool endsWithOutage = false;
+
     // Whether a user cannot tell the boxes apart.
     bool LooksLike(const MessageBoxText& other) const { return caption == other.caption && text == other.text; }
 };

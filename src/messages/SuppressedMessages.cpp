@@ -83,4 +83,17 @@ bool SuppressedMessages::Add(std::int32_t id) {
     return static_cast<bool>(ReplaceWholeFile(file, content));
 }
 
+bool SuppressedMessages::Clear() {
+    {
+        const MutexLock lock(mutex);
+        ids.clear();
+    }
+    // A folder of this name is none of ours, and an empty one could be removed.
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error))
+        return false;
+    std::filesystem::remove(file, error);
+    return !error;
+}
+
 }

@@ -1,6 +1,6 @@
 #pragma once
 // The numbers of the messages that the user has suppressed, kept between runs in a text file with one number on each
-// line. Contains may be called by any thread; Read and Add belong to one thread.
+// line. Contains may be called by any thread; Read, Add and Clear belong to one thread.
 
 #include "base/KelText.h"
 #include "base/Mutex.h"
@@ -26,6 +26,10 @@ public:
     // Suppresses the message at once. Keeps the numbers that another program has added to the file. False if the number
     // is not in the file, so that the next run will not know it; a file that cannot be read is left as it is.
     bool Add(std::int32_t id) EXCLUDES(mutex);
+
+    // Suppresses no message any more, at once. False if the numbers are still in the file, so that the next run will
+    // know them.
+    bool Clear() EXCLUDES(mutex);
 
 private:
     const std::filesystem::path file;

@@ -1,6 +1,6 @@
 #pragma once
-// The start of a download: sends the start character if the settings ask for it, then waits for the transmit delay, in
-// which the machine gets ready. Monitor thread.
+// The start of a download that the controller has asked for: sends the start character if the settings ask for it, then
+// waits for the transmit delay, in which the machine gets ready. Monitor thread.
 
 #include "protocol/Protocol.h"
 

@@ -1,7 +1,7 @@
 #pragma once
-// What a controller's language is to the engine: it gets what the line receives and answers through the sender. It
-// knows the transfer, the sender and the settings, so it can be used without an engine, a thread or a port. Monitor
-// thread.
+// The interface of a protocol, the language of a controller. A protocol takes the received bytes, steers the transfer
+// and answers through the sender. These three and the settings are all it needs, so a test can use it without an
+// engine, a thread or a port. Monitor thread.
 
 #include "base/Timer.h"
 #include "line/ReceiveBuffer.h"
@@ -34,8 +34,10 @@ public:
     // The driver had sent everything at the last look, and has been offered what was queued then. Nothing holds the
     // line.
     virtual void OnLineFree() {}
-    // The user, or a lost link, ends whatever is under way. Drops what belongs to it. The transfer itself ends
-    // elsewhere.
+    // A user is about to begin a transfer by hand. Forgets the one before.
+    virtual void OnBeginByHand() {}
+    // The user, or a lost link, ends the transfer that is under way. Drops everything that belongs to it. The transfer
+    // itself ends elsewhere.
     virtual void Abandon() {}
     // The device is gone, and a transfer with it.
     virtual void OnTransferLost() {}
@@ -43,6 +45,7 @@ public:
     virtual bool IsConversation() const { return false; }
 };
 
+// Makes the protocol that `parts.settings` ask for.
 using ProtocolMaker = std::function<std::unique_ptr<Protocol>(const ProtocolParts& parts)>;
 
 }

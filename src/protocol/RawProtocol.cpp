@@ -19,7 +19,18 @@ int BlockSize(int bitsPerSecond) {
 }
 
 RawProtocol::RawProtocol(const ProtocolParts& parts)
-    : parts(parts), download(parts, [transfer = &parts.transfer] { transfer->CallUser(); }) {}
+    : parts(parts),
+      silence(parts.timers, parts.clock, "RawProtocol::Silence", Clock::Duration::zero(), Timer::Kind::OneShot,
+              [this] { CompleteUpload(); }) {}
+
+void RawProtocol::OnBeginByHand() {
+    Abandon();
+}
+
+void RawProtocol::Abandon() {
+    hasStartCode = isEndSent = isAtLineStart = false;
+    silence.Stop();
+}
 
 void RawProtocol::OnReceived(ReceiveBuffer& received) {
     if (parts.transfer.IsTesting()) {
@@ -27,23 +38,65 @@ void RawProtocol::OnReceived(ReceiveBuffer& received) {
         return;
     }
     const auto bytes = received.Bytes().subspan(std::min(std::exchange(testedCount, 0), received.Count()));
-    if (parts.transfer.State() == TransferState::Uploading)
-        parts.transfer.Store(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
-    parts.transfer.CountDriverErrors(received.TakeErrorCount());
+    const std::uint32_t errorCount = received.TakeErrorCount();
+    if (parts.transfer.IsUnderWay())
+        parts.transfer.CountDriverErrors(errorCount);
+    // The machine may go on sending while the file gets its name: blanks of a tape, for example.
+    if (parts.transfer.State() == TransferState::Uploading && !parts.transfer.IsCompleting())
+        Receive(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
     received.Clear();
 }
 
-void RawProtocol::Abandon() {
-    download.Drop();
-    isAtLineStart = isEndSent = false;
+void RawProtocol::Receive(std::string_view bytes) {
+    const DownloadSettings& settings = parts.settings;
+    if (settings.sendStartCode != 0 && !hasStartCode) {
+        const std::size_t start = bytes.find(static_cast<char>(settings.startCharacter));
+        if (start == std::string_view::npos)
+            return;
+        bytes.remove_prefix(start + 1);
+    }
+    // Later bytes are part of the file, even if the user switches the code on now.
+    hasStartCode = true;
+    const std::size_t end =
+        settings.sendEndCode != 0 ? bytes.find(static_cast<char>(settings.endCharacter)) : std::string_view::npos;
+    const std::string_view content = bytes.substr(0, end);
+    if (!content.empty() && !parts.transfer.Store(content)) {
+        Abandon();
+        return;
+    }
+    if (end != std::string_view::npos) {
+        CompleteUpload();
+    } else if (settings.silenceSeconds > 0 && parts.transfer.BytesDone() > 0) {
+        silence.SetPeriod(std::chrono::seconds(settings.silenceSeconds));
+        silence.Start();
+    } else {
+        silence.Stop();
+    }
 }
 
+void RawProtocol::CompleteUpload() {
+    Abandon();
+    // The user may have completed it while the silence ran.
+    if (parts.transfer.State() == TransferState::Uploading)
+        parts.transfer.CompleteUpload();
+}
+
+// The start code goes out alone: the machine sees it before any byte of the file, whatever delay follows.
 void RawProtocol::OnLineFree() {
     if (parts.transfer.State() != TransferState::Downloading)
         return;
     // A full driver has left a rest of the last block.
     if (!parts.sender.IsEmpty())
         return;
+    if (parts.settings.sendStartCode != 0 && !std::exchange(hasStartCode, true))
+        parts.sender.SendChar(parts.settings.startCharacter, false);
+    else
+        SendNextBlock();
+}
+
+void RawProtocol::SendNextBlock() {
+    // A rest of the file goes on without a start code, even if the user switches the code on now.
+    hasStartCode = true;
     const DownloadSettings& settings = parts.settings;
     const int blockSize = BlockSize(BitsPerSecond(settings));
     const auto block =
@@ -59,15 +112,15 @@ void RawProtocol::OnLineFree() {
     parts.transfer.CountSent(static_cast<std::int64_t>(block.size()));
 }
 
-// The end character goes out behind the last block, and the download ends once the driver has taken it.
+// The end code goes out behind the last block. The download ends when the driver has sent it.
 void RawProtocol::EndDownload() {
     isAtLineStart = false;
     if (parts.settings.sendEndCode != 0 && !std::exchange(isEndSent, true)) {
         parts.sender.SendChar(parts.settings.endCharacter, false);
         return;
     }
-    isEndSent = false;
     parts.transfer.End(TransferState::DownloadCompleted);
+    Abandon();
 }
 
 }

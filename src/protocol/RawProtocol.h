@@ -1,8 +1,11 @@
 #pragma once
-// Sends and receives the plain bytes of a file, in blocks, for a machine that only listens or only talks. Every
-// transfer begins by hand. Monitor thread.
+// Sends and receives the plain bytes of a file, in blocks, for any machine with a serial port. Every transfer begins by
+// hand. Monitor thread.
+//
+// A file that is sent goes out as: start code, file, end code. A file that is received begins behind the start code and
+// ends before the end code. The settings switch each code on or off, for both directions.
 
-#include "protocol/DelayedDownload.h"
+#include "protocol/Protocol.h"
 
 namespace tarvin {
 
@@ -10,25 +13,27 @@ class RawProtocol : public Protocol {
 public:
     explicit RawProtocol(const ProtocolParts& parts);
 
-    // Stores them while a file is being received, and drops them otherwise. A loop-back test keeps them, because its
-    // message may arrive in pieces.
+    // Stores the bytes of the file while one is being received, and drops all others. Completes the upload at the end
+    // code. A loop-back test keeps the bytes, because its message may arrive in pieces.
     void OnReceived(ReceiveBuffer& received) override;
-    // Sends the next block of the file.
+    // Sends the start code, the next block of the file, or the end code.
     void OnLineFree() override;
+    void OnBeginByHand() override;
     void Abandon() override;
 
-    // Calls the user to send a file, after the start character and the delay. Nothing calls this yet: a machine without
-    // a protocol cannot ask.
-    void DownloadNow() { download.Start(); }
-
 private:
+    void SendNextBlock();
     void EndDownload();
+    void Receive(std::string_view bytes);
+    void CompleteUpload();
 
     const ProtocolParts parts;
-    DelayedDownload download;
-    bool isAtLineStart = false;  // the last block of the download has ended a line
-    bool isEndSent = false;      // and the end character of the download is queued or sent
+    // Of the transfer that is under way.
+    bool hasStartCode = false;   // the start code is queued, or has been received
+    bool isEndSent = false;      // the end code of a download is queued or sent
+    bool isAtLineStart = false;  // the last block of a download has ended a line
     std::size_t testedCount = 0; // received bytes that belong to a loop-back test and to no file
+    Timer silence;               // ends an upload; runs from the first stored byte on
 };
 
 }

@@ -1,6 +1,7 @@
 #include "protocol/TarvinApp.h"
 
 #include "base/Messages.h"
+#include "base/TrafficMessages.h"
 #include "protocol/Frame.h"
 #include "transfer/NcFilePath.h"
 
@@ -86,6 +87,15 @@ void TarvinApp::Judge(const ReceivedMessage& next, bool isRight) {
         parts.onChecksumsLearned(isTaken);
     isDamaged = next.hasErrors || (isTaken && !isRight);
     driverErrorCount = next.errorCount;
+    if (next.hasErrors)
+        NoteDamage(text::trafficNote::driverErrors);
+    else if (isDamaged)
+        NoteDamage(text::trafficNote::wrongChecksum);
+}
+
+// The note stands below the message in the trace.
+void TarvinApp::NoteDamage(KelTextView note) {
+    parts.sender.Note(ToUtf8(note));
 }
 
 void TarvinApp::CountQuality() {
@@ -151,7 +161,8 @@ bool TarvinApp::IsRepeatAwaited() const {
 
 void TarvinApp::OnDamagedPartOfUpload() {
     const bool isRepeatAwaited = IsRepeatAwaited();
-    isDamaged = true;
+    if (!std::exchange(isDamaged, true))
+        NoteDamage(text::trafficNote::noKnownCode);
     CountQuality();
     ++damagedInARow;
     if (isRepeatAwaited)

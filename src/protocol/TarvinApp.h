@@ -35,6 +35,7 @@ private:
     bool IsDamagedPartOfUpload() const;
     bool IsRepeatAwaited() const;
     void OnDamagedPartOfUpload();
+    void NoteDamage(KelTextView note);
     bool RepeatLastAnswer();
     bool RefuseLostTransfer();
     bool HandleUploadEnd();

@@ -68,4 +68,9 @@ struct DownloadSettings {
     bool operator==(const DownloadSettings&) const = default;
 };
 
+// Whether files are sent and received by hand: the machine begins no transfer.
+inline bool IsByHand(const DownloadSettings& settings) {
+    return settings.controllerKind == controllerByHand;
+}
+
 }

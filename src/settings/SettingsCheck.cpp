@@ -1,9 +1,12 @@
 #include "settings/SettingsCheck.h"
 
-#include "base/Messages.h"
+#include "base/SettingsMessages.h"
 #include "files/FileNames.h"
+#include "settings/SettingsChoices.h"
 
 #include <algorithm>
+#include <array>
+#include <cassert>
 #include <utility>
 
 namespace tarvin {
@@ -11,6 +14,21 @@ namespace tarvin {
 namespace {
 
 namespace fs = std::filesystem;
+
+struct NumberRange {
+    NumberSetting setting;
+    int highest;
+};
+
+constexpr std::array numberRanges = {
+    NumberRange{&DownloadSettings::characterDelayMilliseconds, longestCharacterDelayMilliseconds},
+    NumberRange{&DownloadSettings::lineDelayMilliseconds, longestLineDelayMilliseconds},
+    NumberRange{&DownloadSettings::transmitDelaySeconds, longestTransmitDelaySeconds},
+    NumberRange{&DownloadSettings::replacedFilesKept, mostReplacedFilesKept},
+    NumberRange{&DownloadSettings::silenceSeconds, longestSilenceSeconds},
+    NumberRange{&DownloadSettings::attentionMinutes, longestAttentionMinutes},
+    NumberRange{&DownloadSettings::historyYears, longestHistoryYears},
+};
 
 // Each of these gives the problem in words for the user, or an empty text.
 KelText FolderProblem(const KelText& folder) {
@@ -47,7 +65,7 @@ KelText LogFileProblem(const KelText& file) {
 
 std::vector<SettingsProblem> CheckSettings(const DownloadSettings& wanted, const DownloadSettings& present) {
     std::vector<SettingsProblem> problems;
-    const auto take = [&](KelText DownloadSettings::*field, KelText message, bool isDecided) {
+    const auto take = [&](TextSetting field, KelText message, bool isDecided) {
         if (!message.empty())
             problems.push_back({field, std::move(message), !isDecided && wanted.*field == present.*field});
     };
@@ -57,7 +75,37 @@ std::vector<SettingsProblem> CheckSettings(const DownloadSettings& wanted, const
     // A user who turns the log on chooses its file too, so a bad one may not stay.
     if (wanted.writeLog != 0)
         take(&DownloadSettings::logFile, LogFileProblem(wanted.logFile), present.writeLog == 0);
+    for (const NumberRange& range : numberRanges) {
+        const std::int32_t number = wanted.*range.setting;
+        if (KelText message = NumberProblem(range.setting, number); !message.empty())
+            problems.push_back({range.setting, std::move(message), number == present.*range.setting});
+    }
     return problems;
+}
+
+int HighestNumber(NumberSetting setting) {
+    const auto* const range = std::find_if(numberRanges.begin(), numberRanges.end(),
+                                           [&](const NumberRange& each) { return each.setting == setting; });
+    assert(range != numberRanges.end());
+    return range->highest;
+}
+
+KelText NumberProblem(NumberSetting setting, std::int64_t number) {
+    const int highest = HighestNumber(setting);
+    if (number >= 0 && number <= highest)
+        return {};
+    return Filled(text::setting::badRange, {u"0", ToText(highest)});
+}
+
+bool HasEffect(NumberSetting setting, const DownloadSettings& settings) {
+    // A machine that is served by hand asks for nothing, and its files have no messages.
+    const bool isForConversation =
+        setting == &DownloadSettings::transmitDelaySeconds || setting == &DownloadSettings::incomingCheck;
+    // The conversation waits for an acknowledgement of each line, and has messages of its own for the end of a file.
+    const bool isByHandOnly = setting == &DownloadSettings::characterDelayMilliseconds ||
+                              setting == &DownloadSettings::lineDelayMilliseconds ||
+                              setting == &DownloadSettings::sendEndCode || setting == &DownloadSettings::silenceSeconds;
+    return IsByHand(settings) ? !isForConversation : !isByHandOnly;
 }
 
 KelText StopBitsNote(KelTextView stopBits) {

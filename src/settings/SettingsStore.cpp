@@ -5,6 +5,7 @@
 #include "files/FileReplacement.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
+#include "messages/MessageAdvice.h"
 
 #include <algorithm>
 #include <iterator>
@@ -112,13 +113,15 @@ bool SettingsStore::LoadSettings(DownloadSettings& settings) {
 }
 
 SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructorValues) {
-    const MessageBoxText warning = {text::box::badSettings, text::box::badSettingsCaption, iconExclamation};
+    const MessageBoxText warning =
+        WithAdvice(MessageKind::BadSettings, {text::box::badSettings, text::box::badSettingsCaption, iconExclamation});
     FoundFile found = ReadFile();
     wasRefused = found.state == FileState::Refused;
     if (wasRefused) {
         const KelText refusal = Filled(text::box::settingsNotRead, {FromPath(FilePath()), found.reason.text});
         return {FromProfile(Profile(""), constructorValues),
-                MessageBoxText{refusal, text::box::badSettingsCaption, iconExclamation}, true};
+                WithAdvice(MessageKind::SettingsNotRead, {refusal, text::box::badSettingsCaption, iconExclamation}),
+                true};
     }
     LoadResult result = {constructorValues, std::nullopt};
     RecordState state = DecodeRecord(found.content, result.settings);

@@ -1,6 +1,7 @@
 #include "transfer/Transfer.h"
 
 #include "base/Messages.h"
+#include "messages/MessageAdvice.h"
 #include "transfer/ProgramComment.h"
 
 #include <algorithm>
@@ -158,9 +159,11 @@ void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason,
     if (ended->outcome == TransferOutcome::Refused)
         content.reset();
     ended->reason = reason;
-    // The only end of a download that has no reason of its own.
+    // What the status says without a reason of its own.
     if (newState == TransferState::DownloadErrors && reason.empty())
         ended->reason = text::transferReason::lineRefused;
+    if (newState == TransferState::DownloadCouldNotOpen && reason.empty())
+        ended->reason = text::transferReason::noSuchFile;
     parts.observer.OnEnded(std::move(*ended), std::move(content));
 }
 
@@ -251,7 +254,8 @@ bool Transfer::LoadLines(std::size_t longestLineAllowed) {
     if (!fault)
         return true;
     if (fault->isLongerThanText)
-        parts.observer.ShowMessage({text::box::notAscii, text::box::errorCaption, okOnly | iconExclamation});
+        parts.observer.ShowMessage(WithAdvice(
+            MessageKind::NotAscii, {text::box::notAscii, text::box::errorCaption, okOnly | iconExclamation}));
     // A line that is cut, split, or ended by a byte of its own would make the machine cut something else.
     End(TransferState::FileFormatError, Describe(*fault, longestLineAllowed));
     return false;

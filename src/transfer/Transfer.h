@@ -164,6 +164,8 @@ public:
     // Makes the file for an upload by hand, which is written byte for byte. Requires that no file is on its way. False
     // as above.
     bool BeginUploadByHand(const TransferName& newName);
+    // Whether the upload is complete and waits for its name. Store would end it with errors.
+    bool IsCompleting() const { return state == TransferState::Uploading && pause.IsRunning(); }
     // Whether a file is open for writing.
     bool IsStoring() const { return upload.IsOpen(); }
     // Adds to the upload's file. False, with the transfer ended, if not everything could be written: the file then ends

@@ -1,13 +1,18 @@
 #include "ui/CustomMessage.h"
 
+#include "base/AdviceMessages.h"
 #include "base/WindowMessages.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <wx/artprov.h>
+#include <wx/clipbrd.h>
 #include <wx/statbmp.h>
+#include <wx/statline.h>
+#include <wx/textbuf.h>
 
 namespace tarvin {
 
@@ -16,6 +21,13 @@ namespace {
 // In dialog units.
 constexpr int widestText = 300;
 constexpr int narrowest = 150;
+
+// A text within these bounds is shown whole. Laying out a text takes time that grows with its length, and a label has
+// no bound.
+constexpr std::size_t mostOfLabel = 600;
+constexpr int mostLinesOfLabel = 10;
+constexpr std::size_t mostOfCaption = 200;
+constexpr std::size_t mostShown = 20'000;
 
 wxArtID IconOf(unsigned style) {
     switch (style & iconMask) {
@@ -28,23 +40,61 @@ wxArtID IconOf(unsigned style) {
     case iconInformation:
         return wxART_INFORMATION;
     default:
-        return {};
+        return ButtonsOf(style).size() == 1 ? wxART_INFORMATION : wxART_QUESTION;
     }
 }
 
+// The start of a text, without half of a pair at its end.
+KelTextView StartOf(KelTextView text, std::size_t most) {
+    if (text.size() <= most)
+        return text;
+    text = text.substr(0, most);
+    if (IsHighSurrogate(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+// The text with line ends in words that are too long for a line, such as a path: neither a label nor a field is quick
+// with a word of many lines. A path breaks behind its separators.
+KelText WithBreaks(KelTextView text) {
+    constexpr std::size_t longestWord = 60;
+    KelText result;
+    std::size_t wordLength = 0;
+    std::size_t separator = 0; // where the result has the last one of this word; 0 without one
+    for (const char16_t unit : text) {
+        if (wordLength >= longestWord && !IsLowSurrogate(unit)) {
+            const std::size_t at = separator > 0 ? separator + 1 : result.size();
+            result.insert(at, 1, u'\n');
+            wordLength = result.size() - at - 1;
+            separator = 0;
+        }
+        if (unit == u'/' || unit == u'\\')
+            separator = result.size();
+        result += unit;
+        ++wordLength;
+        if (unit == u' ' || unit == u'\n') {
+            wordLength = 0;
+            separator = 0;
+        }
+    }
+    return result;
+}
+
+}
+
+KelText MomentText(const LocalTimeText& time) {
+    return time.time + u", " + time.date;
 }
 
 CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, std::function<void()> showHelp,
                              const TextHolder& dictionary)
-    : wxDialog(parent, wxID_ANY, ToWx(box.caption), wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
-               "message") {
+    : wxDialog(parent, wxID_ANY, ToWx(StartOf(box.caption, mostOfCaption)), wxDefaultPosition, wxDefaultSize,
+               wxDEFAULT_DIALOG_STYLE, "message"),
+      box(box) {
     SetIcons(ProgramIcons());
     auto* column = new wxBoxSizer(wxVERTICAL);
-    AddMessage(*column, box);
-    repeats = new wxStaticText(this, wxID_ANY, "");
-    repeats->Hide();
-    column->Add(repeats, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12)));
-    AddButtons(*column, box.style, dictionary);
+    AddMessage(*column);
+    AddButtons(*column, dictionary);
     if (box.dontShowAgainId) {
         const KelTextView label = dictionary.Text(text::dictionary::dontShowAgain.id);
         dontShowAgain = new wxCheckBox(this, wxID_ANY, ToLabel(label));
@@ -59,43 +109,90 @@ CustomMessage::CustomMessage(wxWindow* parent, const MessageBoxText& box, std::f
     SetEscapeId(wxID_NONE);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Finish(answer); });
     BindHelpKey(*this, std::move(showHelp));
-    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
-        if (event.GetKeyCode() == WXK_ESCAPE)
-            Finish(answer);
-        else
-            event.Skip();
-    });
+    Bind(wxEVT_CHAR_HOOK, &CustomMessage::OnCharHook, this);
 }
 
-void CustomMessage::CountAgain(const KelText& time) {
-    ++count;
-    repeats->SetLabel(ToLabel(Filled(text::dialog::seenAgain, {ToText(count), time})));
-    repeats->Show();
-    // The box grows when the line appears, and keeps its place.
+void CustomMessage::OnCharHook(wxKeyEvent& event) {
+    // A selection in the long text is copied by the text itself.
+    const bool hasSelection = longText != nullptr && longText->HasFocus() && !longText->GetStringSelection().empty();
+    if (event.GetKeyCode() == WXK_ESCAPE)
+        Finish(answer);
+    else if (event.GetModifiers() == wxMOD_CONTROL && event.GetKeyCode() == 'C' && !hasSelection)
+        Copy();
+    else
+        event.Skip();
+}
+
+void CustomMessage::ShowCount(int count, const KelText& lastTime) {
+    const KelText text = count == 1 ? Filled(text::messageWindow::shownAt, {lastTime})
+                                    : Filled(text::dialog::seenAgain, {ToText(count), lastTime});
+    moment->SetLabel(ToLabel(text));
+    // The box grows with the line, and keeps its place.
     GetSizer()->Fit(this);
     Layout();
 }
 
-void CustomMessage::AddMessage(wxSizer& column, const MessageBoxText& box) {
+void CustomMessage::AddMessage(wxSizer& column) {
+    const int width = ConvertDialogToPixels(wxSize(widestText, 0)).GetWidth();
+    const int gap = FromDIP(12);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
-    const wxArtID icon = IconOf(box.style);
-    if (!icon.empty()) {
-        const wxSize iconSize = wxArtProvider::GetNativeSizeHint(wxART_MESSAGE_BOX, this);
-        auto* image =
-            new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmapBundle(icon, wxART_MESSAGE_BOX, iconSize));
-        row->Add(image, wxSizerFlags().Top().Border(wxRIGHT, FromDIP(12)));
+    const wxSize iconSize = wxArtProvider::GetNativeSizeHint(wxART_MESSAGE_BOX, this);
+    row->Add(new wxStaticBitmap(this, wxID_ANY,
+                                wxArtProvider::GetBitmapBundle(IconOf(box.style), wxART_MESSAGE_BOX, iconSize)),
+             wxSizerFlags().Top().Border(wxRIGHT, gap));
+    auto* words = new wxBoxSizer(wxVERTICAL);
+    const auto add = [&](KelTextView text) {
+        auto* label = new wxStaticText(this, wxID_ANY, ToLabel(text));
+        words->Add(label, wxSizerFlags().Border(wxBOTTOM, gap / 2));
+        return label;
+    };
+    if (!box.headline.empty()) {
+        wxStaticText* headline = add(box.headline);
+        constexpr float larger = 1.15f;
+        headline->SetFont(headline->GetFont().Bold().Scaled(larger));
+        headline->Wrap(width);
     }
-    auto* text = new wxStaticText(this, wxID_ANY, ToLabel(box.text));
-    text->Wrap(ConvertDialogToPixels(wxSize(widestText, 0)).GetWidth());
-    row->Add(text, wxSizerFlags(1).CenterVertical());
-    column.Add(row, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(12)));
+    if (!box.advice.empty()) {
+        add(box.advice)->Wrap(width);
+        words->Add(new wxStaticLine(this), wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, gap / 2));
+    }
+    AddText(*words);
+    moment = add(Filled(text::messageWindow::shownAt, {MomentText(LocalTimeNow())}));
+    row->Add(words, wxSizerFlags(1).CenterVertical());
+    column.Add(row, wxSizerFlags(1).Expand().Border(wxALL, gap));
 }
 
-void CustomMessage::AddButtons(wxSizer& column, unsigned style, const TextHolder& dictionary) {
-    const MessageButton* defaultButton = &ButtonsOf(style)[DefaultButtonOf(style)];
+// A short text is a label, and a long one is a field that scrolls.
+void CustomMessage::AddText(wxSizer& column) {
+    const int width = ConvertDialogToPixels(wxSize(widestText, 0)).GetWidth();
+    const wxSizerFlags flags = wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(6));
+    KelText shown = WithBreaks(StartOf(box.text, mostShown));
+    if (shown.size() <= mostOfLabel && std::ranges::count(shown, u'\n') < mostLinesOfLabel) {
+        auto* label = new wxStaticText(this, wxID_ANY, ToLabel(shown));
+        label->Wrap(width);
+        column.Add(label, flags);
+        return;
+    }
+    if (box.text.size() > mostShown)
+        shown += u"\n" + KelText(text::messageWindow::cutOff);
+    longText = new wxTextCtrl(this, wxID_ANY, ToWx(shown), wxDefaultPosition, wxDefaultSize,
+                              wxTE_MULTILINE | wxTE_READONLY | wxTE_BESTWRAP | wxBORDER_NONE);
+    longText->SetBackgroundColour(GetBackgroundColour());
+    longText->SetName(ToWx(text::messageWindow::textName));
+    longText->SetMinSize(wxSize(width, (mostLinesOfLabel + 1) * longText->GetCharHeight()));
+    longText->SetInsertionPoint(0);
+    column.Add(longText, flags);
+}
+
+void CustomMessage::AddButtons(wxSizer& column, const TextHolder& dictionary) {
+    const MessageButton* defaultButton = &ButtonsOf(box.style)[DefaultButtonOf(box.style)];
     auto* row = new wxBoxSizer(wxHORIZONTAL);
+    auto* copy = new wxButton(this, wxID_ANY, ToWx(text::messageWindow::copy));
+    copy->SetToolTip(ToWx(text::messageWindow::copyTip));
+    copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Copy(); });
+    row->Add(copy);
     row->AddStretchSpacer();
-    for (const MessageButton& description : ButtonsOf(style)) {
+    for (const MessageButton& description : ButtonsOf(box.style)) {
         // The first letter is the key: the names of one style begin with different letters.
         auto* button = new wxButton(this, wxID_ANY, "&" + ToLabel(dictionary.Text(description.caption.id)));
         button->SetMinSize(wxSize(ConvertDialogToPixels(wxSize(50, 0)).GetWidth(), -1));
@@ -109,10 +206,29 @@ void CustomMessage::AddButtons(wxSizer& column, unsigned style, const TextHolder
     column.Add(row, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12)));
 }
 
-// The owner runs the dialog in a loop of its own, which ends when the dialog is hidden.
+KelText CustomMessage::WholeText() const {
+    KelText whole;
+    const KelText time = FromWx(wxControl::RemoveMnemonics(moment->GetLabel()));
+    for (const KelText* part : {&box.caption, &box.headline, &box.advice, &box.text, &time}) {
+        if (!part->empty())
+            whole += *part + u"\n";
+    }
+    return whole;
+}
+
+void CustomMessage::Copy() {
+    if (!wxTheClipboard->Open())
+        return;
+    wxTheClipboard->SetData(new wxTextDataObject(wxTextBuffer::Translate(ToWx(WholeText()))));
+    wxTheClipboard->Close();
+}
+
+// An owner that runs the dialog in a loop of its own ends that loop when the dialog is hidden.
 void CustomMessage::Finish(int newAnswer) {
     answer = newAnswer;
     Hide();
+    if (const auto call = std::exchange(onFinished, {}))
+        call();
 }
 
 }

@@ -1,49 +1,58 @@
 #include "ui/FieldMessage.h"
 
+#include <algorithm>
+
 #include <wx/artprov.h>
 #include <wx/settings.h>
 
 namespace tarvin {
 
-namespace {
-
-constexpr int widestLine = 160; // in dialog units
-
-}
-
-FieldMessage::FieldMessage(wxWindow* parent, Kind kind)
+FieldMessage::FieldMessage(wxWindow* parent, Kind kind, const Room& room)
     : kind(kind),
+      room(room),
       line(new wxBoxSizer(wxHORIZONTAL)),
+      sign(new wxStaticBitmap(parent, wxID_ANY, wxBitmapBundle())),
       text(new wxStaticText(parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, 0, "message")) {
-    const wxArtID sign = kind == Kind::Problem ? wxART_ERROR : wxART_INFORMATION;
-    auto* image = new wxStaticBitmap(parent, wxID_ANY, wxArtProvider::GetBitmapBundle(sign, wxART_OTHER, {16, 16}));
-    line->Add(image, wxSizerFlags().Top().Border(wxRIGHT, parent->FromDIP(4)));
-    line->Add(text, wxSizerFlags(1).CenterVertical());
+    line->Add(sign, wxSizerFlags().Top().Border(wxRIGHT, parent->FromDIP(4)));
+    line->Add(text, wxSizerFlags(1).Top());
     line->ShowItems(false);
-    ChooseColour();
+    // A spacer keeps its room while the other items are hidden.
+    if (room.reservedLines > 0)
+        line->Add(0, std::max(room.reservedLines * parent->GetCharHeight(), parent->FromDIP(16)));
+    ShowKind();
     text->Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
         event.Skip();
-        ChooseColour();
+        ShowKind();
     });
 }
 
 // Systems have no colour for problems. Each of these two stands out from its background.
-void FieldMessage::ChooseColour() {
-    if (kind != Kind::Problem)
-        return;
+void FieldMessage::ShowKind() {
+    const wxArtID art = kind == Kind::Problem ? wxART_ERROR : wxART_INFORMATION;
+    sign->SetBitmap(wxArtProvider::GetBitmapBundle(art, wxART_OTHER, {16, 16}));
     const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
-    text->SetForegroundColour(isDark ? wxColour(0xFF, 0x9A, 0x9A) : wxColour(0xB0, 0x00, 0x00));
+    const wxColour problem = isDark ? wxColour(0xFF, 0x9A, 0x9A) : wxColour(0xB0, 0x00, 0x00);
+    text->SetForegroundColour(kind == Kind::Problem ? problem : wxNullColour);
 }
 
 bool FieldMessage::Say(const wxString& words) {
+    return Say(words, kind);
+}
+
+bool FieldMessage::Say(const wxString& words, Kind newKind) {
     const bool isShown = text->IsShown();
     const bool shallShow = !words.empty();
     if (!isShown && !shallShow)
         return false;
+    if (kind != newKind) {
+        kind = newKind;
+        ShowKind();
+    }
     text->SetLabel(wxControl::EscapeMnemonics(words));
-    text->Wrap(text->ConvertDialogToPixels(wxSize(widestLine, 0)).GetWidth());
-    // Hidden items take no room in a sizer.
-    line->ShowItems(shallShow);
+    text->Wrap(text->ConvertDialogToPixels(wxSize(room.widestLine, 0)).GetWidth());
+    // Hidden items take no room in a sizer. The spacer stays.
+    sign->Show(shallShow);
+    text->Show(shallShow);
     return true;
 }
 

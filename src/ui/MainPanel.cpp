@@ -1,5 +1,6 @@
 #include "ui/MainPanel.h"
 
+#include "base/MoreMessages.h"
 #include "base/System.h"
 #include "base/Version.h"
 #include "base/WindowMessages.h"
@@ -15,7 +16,7 @@ constexpr int lampEdge = 10; // dialog units
 }
 
 // The Tab key visits the controls in the order in which they are made here.
-MainPanel::MainPanel(wxWindow* parent) : wxPanel(parent) {
+MainPanel::MainPanel(wxWindow* parent, const Clock& clock) : wxPanel(parent) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     const int gap = Units(0, 3).GetHeight();
     const int edge = Units(3, 0).GetWidth();
@@ -29,7 +30,7 @@ MainPanel::MainPanel(wxWindow* parent) : wxPanel(parent) {
     auto* body = new wxBoxSizer(wxHORIZONTAL);
     body->Add(HoldColumn(), wxSizerFlags().Expand());
     body->AddSpacer(edge);
-    monitor = new MonitorArea(this, Units(180, 126));
+    monitor = new MonitorArea(this, Units(180, 126), clock);
     body->Add(monitor, wxSizerFlags(1).Expand());
     column->Add(body, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, edge));
     column->AddSpacer(gap);
@@ -153,6 +154,9 @@ wxSizer* MainPanel::HoldColumn() {
     xoffHold = AddHold(*grid, nullptr, text::label::xoffHold, text::tip::xoffHold);
     xoffSent = AddHold(*grid, nullptr, text::label::xoffSent, text::tip::xoffSent);
     column->Add(grid);
+    column->AddSpacer(Units(0, 4).GetHeight());
+    more = AddButton(wxID_ANY, text::more::button, text::more::buttonTip, 60);
+    column->Add(more);
     column->AddStretchSpacer();
     column->Add(VersionFrame(), wxSizerFlags().Expand());
     return column;

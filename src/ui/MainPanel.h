@@ -11,7 +11,8 @@ namespace tarvin {
 
 class MainPanel : public wxPanel {
 public:
-    explicit MainPanel(wxWindow* parent);
+    // `clock` is the engine's, and outlives the panel.
+    MainPanel(wxWindow* parent, const Clock& clock);
 
     StatusLine* statusLine;
     ProgressBar* progressBar;
@@ -32,6 +33,7 @@ public:
     wxButton* test;
     wxButton* receiveFile;
     wxButton* close;
+    wxButton* more;
     MonitorArea* monitor;
     wxStaticText* version;
 

@@ -2,18 +2,13 @@
 
 #include "base/WindowMessages.h"
 #include "engine/DownloadApp.h"
-#include "logging/LogText.h"
 #include "messages/AppInterface.h"
-#include "port/PortNames.h"
-#include "settings/SettingsCheck.h"
-#include "transfer/NcFilePath.h"
+#include "settings/PortSettings.h"
 #include "ui/CustomMessage.h"
+#include "ui/FileDrop.h"
 #include "ui/HelpBook.h"
 #include "ui/MainPanel.h"
-#include "ui/NcFileDialogs.h"
-#include "ui/NumberDialog.h"
 #include "ui/Pictures.h"
-#include "ui/SettingsDialog.h"
 #include "ui/TransferEndDialog.h"
 #include "ui/WindowPlacement.h"
 
@@ -32,8 +27,16 @@ constexpr int trafficMilliseconds = 50;
 constexpr int closeTickMilliseconds = 20;
 const wxSize firstSize(251, 204); // dialog units
 
+// Null if the window is no modal dialog.
+wxDialog* AsModalDialog(wxWindow* window) {
+    auto* dialog = dynamic_cast<wxDialog*>(window);
+    return dialog != nullptr && dialog->IsModal() ? dialog : nullptr;
+}
+
+}
+
 // The status, and what stands beside it.
-KelText StatusText(const EngineSnapshot& snapshot) {
+KelText MainWindow::StatusText(const EngineSnapshot& snapshot) {
     KelText text = snapshot.statusLine;
     for (const KelText& beside : {snapshot.notice, snapshot.announcement,
                                   snapshot.quality.IsClean() ? KelText() : DescribeQuality(snapshot.quality)}) {
@@ -43,14 +46,6 @@ KelText StatusText(const EngineSnapshot& snapshot) {
     return text;
 }
 
-// Null if the window is no modal dialog.
-wxDialog* AsModalDialog(wxWindow* window) {
-    auto* dialog = dynamic_cast<wxDialog*>(window);
-    return dialog != nullptr && dialog->IsModal() ? dialog : nullptr;
-}
-
-}
-
 MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     : wxFrame(nullptr, wxID_ANY, ToWx(parts.engine.MachineName()), wxDefaultPosition, wxDefaultSize,
               wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL),
@@ -58,9 +53,11 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
       events(parts.events),
       help(parts.help),
       pathsFile(parts.pathsFile),
-      panel(new MainPanel(this)),
+      panel(new MainPanel(this, parts.clock)),
       modal([this](bool isEnabled) { EnableInput(isEnabled); }),
-      messages(messages) {
+      messages(messages),
+      boxes({this, messages, [this] { OnHelp("messages.htm"); }, [this] { return modal.IsRunning(); }}),
+      caller(*this, parts.engine.MachineName(), parts.clock) {
     SetIcons(ProgramIcons());
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(panel, wxSizerFlags(1).Expand());
@@ -72,10 +69,11 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     size.IncTo(least);
     SetClientSize(size);
     if (!RestorePlacement(*this, engine.MachineName()))
-        CentreOnScreen();
+        PlaceFirst(*this, engine.MachineName());
     MakeEndDialogs();
     BindControls();
     panel->monitor->SetPicture("connection.svg");
+    panel->monitor->View().SetOwner({&modal, [this](const MessageBoxText& box) { OnMessage(box); }});
     // Last: an event uses all of the above.
     events.Attach(*this);
 }
@@ -98,33 +96,30 @@ void MainWindow::BindControls() {
     onButton(panel->changeSettings, [this] { OnChangeSettings(); });
     onButton(panel->sendFile, [this] { OnSendFile(); });
     onButton(panel->receiveFile, [this] { OnReceiveFile(); });
-    onButton(panel->test, [this] { engine.StartLoopbackTest(); });
+    onButton(panel->test, [this] { OnTest(); });
+    onButton(panel->more, [this] { OnMore(); });
     onButton(panel->help, [this] { OnHelp({}); });
     onButton(panel->close, [this] { Close(); });
     panel->viewSwitch->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnView(); });
     panel->logSwitch->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnLog(); });
     for (wxCheckBox* handshake : {panel->ctsSwitch, panel->dsrSwitch})
         handshake->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnHandshake(); });
+    Board& board = panel->monitor->TheBoard();
+    board.onSeen = [this](const TransferRecord& failure) { engine.MarkSeen(failure.number, failure.direction); };
+    board.onHelp = [this] { OnHelp("transfers.htm"); };
+    SetDropTarget(new FileDrop(*this, {[this](const std::filesystem::path& path) { SendPicked(path); },
+                                       [this](const KelText& why) {
+                                           OnMessage({why, text::box::problemCaption, okOnly | iconExclamation});
+                                       },
+                                       [this] { return shown.sendFile.isEnabled && isInputEnabled; }}));
     Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
     trafficTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowTraffic(); });
     closeTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnCloseTimer(); });
     for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
-                             static_cast<wxWindow*>(&panel->monitor->Traffic())})
+                             static_cast<wxWindow*>(&board), static_cast<wxWindow*>(&panel->monitor->Traffic())})
         window->Bind(wxEVT_CONTEXT_MENU, &MainWindow::OnContextMenu, this);
     BindHelpKey(*this, [this] { OnHelp("main-window.htm"); });
     Bind(wxEVT_CHAR_HOOK, &MainWindow::OnCharHook, this);
-}
-
-// The handshake switches have no caption that could mark a key.
-void MainWindow::OnCharHook(wxKeyEvent& event) {
-    const int key = event.GetKeyCode();
-    wxCheckBox* handshake = key == 'O' ? panel->ctsSwitch : key == 'D' ? panel->dsrSwitch : nullptr;
-    if (event.GetModifiers() == wxMOD_ALT && handshake != nullptr && handshake->IsEnabled()) {
-        handshake->SetValue(!handshake->GetValue());
-        OnHandshake();
-        return;
-    }
-    event.Skip();
 }
 
 void MainWindow::OnSnapshotChanged() {
@@ -133,7 +128,7 @@ void MainWindow::OnSnapshotChanged() {
         SetTitle(ToWx(snapshot.caption));
     panel->statusLine->ShowStatus(ToWx(StatusText(snapshot)), OutlookOf(snapshot));
     panel->progressBar->SetProgress(snapshot.progressPosition, snapshot.progressRange);
-    panel->monitor->SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
+    panel->monitor->ShowSnapshot(snapshot);
     panel->received->SetLit(snapshot.lamps.received);
     panel->transmitted->SetLit(snapshot.lamps.transmitted);
     const LineHolds& holds = snapshot.lamps.holds;
@@ -142,30 +137,19 @@ void MainWindow::OnSnapshotChanged() {
     panel->rlsHold->SetLit(holds.rlsd);
     panel->xoffHold->SetLit(holds.xoff);
     panel->xoffSent->SetLit(holds.xoffSent);
-    // The user has switched the log on, and its dialog still asks for the file: the engine is told later.
-    if (isInputEnabled)
+    // The engine gets to know of a log when the user has chosen its file.
+    if (!isAskingForLog)
         panel->logSwitch->SetValue(snapshot.isCommsLogOn);
     uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
     downloadEnd->Appear(snapshot.endDialog == EndDialog::Download);
     shown = snapshot;
     ShowButtons();
+    caller.Look(snapshot, settings);
 }
 
 void MainWindow::OnTrafficArrived() {
     if (!trafficTimer.IsRunning())
         trafficTimer.StartOnce(trafficMilliseconds);
-}
-
-void MainWindow::OnMessage(const MessageBoxText& box) {
-    // One box stands for all that look like it: the user learns nothing from the second.
-    if (openMessage != nullptr && openBox.LooksLike(box)) {
-        openMessage->CountAgain(LocalTimeNow().time);
-        return;
-    }
-    const auto isSame = [&](const MessageBoxText& waiting) { return waiting.LooksLike(box); };
-    if (std::none_of(waitingMessages.begin(), waitingMessages.end(), isSame))
-        waitingMessages.push_back(box);
-    ShowNextMessage();
 }
 
 void MainWindow::OnAttentionWanted() {
@@ -177,6 +161,8 @@ void MainWindow::OnSettingsChanged(const DownloadSettings& newSettings) {
     settings = newSettings;
     panel->ctsSwitch->SetValue(settings.ctsFlow != 0);
     panel->dsrSwitch->SetValue(settings.dsrFlow != 0);
+    ShowButtons();
+    caller.Look(shown, settings);
 }
 
 void MainWindow::ShowButtons() {
@@ -186,14 +172,16 @@ void MainWindow::ShowButtons() {
         button->Enable(wanted->isEnabled && isInputEnabled);
         button->Show(wanted->isVisible);
     }
+    // Without a flow control that heeds them, the switches would promise something.
+    for (wxCheckBox* handshake : {panel->ctsSwitch, panel->dsrSwitch})
+        handshake->Enable(isInputEnabled && HeedsHandshakes(settings.flowControl));
 }
 
 // While a dialog is open, the user may still look around: View, Help and the traffic stay enabled.
 void MainWindow::EnableInput(bool isEnabled) {
     isInputEnabled = isEnabled;
     for (wxWindow* control : {static_cast<wxWindow*>(panel->changeSettings), static_cast<wxWindow*>(panel->close),
-                              static_cast<wxWindow*>(panel->logSwitch), static_cast<wxWindow*>(panel->ctsSwitch),
-                              static_cast<wxWindow*>(panel->dsrSwitch)})
+                              static_cast<wxWindow*>(panel->logSwitch), static_cast<wxWindow*>(panel->more)})
         control->Enable(isEnabled);
     ShowButtons();
 }
@@ -204,150 +192,11 @@ void MainWindow::ShowTraffic() {
         panel->monitor->Traffic().Append(newLines);
 }
 
-void MainWindow::OnView() {
-    const bool isTraffic = panel->viewSwitch->GetValue();
-    engine.Traffic().SetWanted(isTraffic);
-    panel->monitor->Traffic().Clear();
-    panel->monitor->ShowTraffic(isTraffic);
-}
-
-void MainWindow::OnLog() {
-    if (!panel->logSwitch->GetValue()) {
-        engine.StopCommsLog();
-        return;
-    }
-    const auto path = AskForCommsLog(this, modal, settings);
-    if (!path) {
-        panel->logSwitch->SetValue(false);
-        return;
-    }
-    // If the log cannot be opened, a later snapshot switches it off here.
-    engine.StartCommsLog(*path);
-}
-
-void MainWindow::OnHandshake() {
-    const bool heedsCts = panel->ctsSwitch->GetValue();
-    const bool heedsDsr = panel->dsrSwitch->GetValue();
-    // The engine gets the change too, but the settings dialog may be opened before its answer.
-    settings.ctsFlow = heedsCts ? 1 : 0;
-    settings.dsrFlow = heedsDsr ? 1 : 0;
-    engine.SetHandshakes(heedsCts, heedsDsr);
-}
-
-void MainWindow::OnChangeSettings() {
-    const SettingsDialog::Owner owner = {[this](const DownloadSettings& changed) {
-                                             settings = changed;
-                                             engine.KeepSettings(settings);
-                                         },
-                                         [this] { OnHelp("settings.htm"); },
-                                         [this](wxDialog& dialog) { return modal.RunNative(dialog); }};
-    SettingsDialog dialog(this, settings, FindPorts(pathsFile, settings.port), owner);
-    if (modal.Run(dialog) != wxID_OK)
-        return;
-    settings = dialog.Settings();
-    engine.ApplySettings(settings);
-}
-
-// The settings as the file dialogs use them: with the folders and the extension that the user has picked last. The
-// controller's own change in the settings dialog only.
-DownloadSettings MainWindow::PickedSettings() const {
-    DownloadSettings picked = settings;
-    picked.downloadPath = sendFolder.value_or(settings.downloadPath);
-    picked.uploadPath = receiveFolder.value_or(settings.uploadPath);
-    picked.fileExtension = pickedExtension.value_or(settings.fileExtension);
-    return picked;
-}
-
-void MainWindow::OnSendFile() {
-    const auto path = AskForNcFileToSend(this, modal, PickedSettings(), shown.transferPath);
-    if (!path)
-        return;
-    sendFolder = AsFolderSetting(FromPath(path->parent_path()));
-    pickedExtension = AsExtensionSetting(FromPath(path->extension()));
-    if (shown.isConversation)
-        PutForMachine(*path);
-    else
-        engine.SendFile(*path);
-}
-
-// The machine asks for its files by number. So the file is put where the machine will find it.
-void MainWindow::PutForMachine(const std::filesystem::path& path) {
-    const KelText fileName = FromPath(path.filename());
-    NumberDialog dialog(this, fileName, SuggestedNumber(fileName), [this] { OnHelp("transfers.htm"); });
-    if (modal.Run(dialog) != wxID_OK)
-        return;
-    const KelText number = dialog.Number();
-    const KelText target = NcFilePath(settings.downloadPath, number, settings.fileExtension);
-    std::error_code ignored;
-    const bool isThere =
-        std::filesystem::exists(ToPath(target), ignored) && !std::filesystem::equivalent(ToPath(target), path, ignored);
-    if (isThere && ShowBox({Filled(text::box::replaceNcFile, {target}), text::box::replaceCaption,
-                            yesNo | iconQuestion | defaultButton2}) != yesButton.answer)
-        return;
-    const wxBusyCursor busy;
-    if (const auto copied = CopyNcFile(path, ToPath(target)); !copied)
-        OnMessage({Filled(text::box::notCopied, {FromPath(path), target, copied.Reason().text}),
-                   text::box::problemCaption, okOnly | iconExclamation});
-    else
-        engine.Announce(Filled(text::notice::fileIsReady, {fileName, number}));
-}
-
-void MainWindow::OnReceiveFile() {
-    const auto path = AskForNcFileToReceive(this, modal, PickedSettings(), shown.transferPath);
-    if (!path)
-        return;
-    receiveFolder = AsFolderSetting(FromPath(path->parent_path()));
-    pickedExtension = AsExtensionSetting(FromPath(path->extension()));
-    engine.ReceiveFile(*path);
-}
-
-void MainWindow::OnContextMenu(wxContextMenuEvent&) {
-    TextPane& traffic = panel->monitor->Traffic();
-    wxMenu menu;
-    const auto add = [&menu](KelTextView label, bool isEnabled, std::function<void()> action) {
-        wxMenuItem* item = menu.Append(wxID_ANY, ToWx(label));
-        item->Enable(isEnabled);
-        menu.Bind(
-            wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
-    };
-    if (panel->monitor->IsTrafficShown()) {
-        add(text::menu::copy, traffic.HasSelection(), [&traffic] { traffic.Copy(); });
-        add(text::menu::selectAll, traffic.Lines().Count() > 0, [&traffic] { traffic.SelectAll(); });
-        add(text::menu::clear, traffic.Lines().Count() > 0, [&traffic] { traffic.Clear(); });
-        add(text::menu::followEnd, !traffic.IsFollowing(), [&traffic] { traffic.Follow(); });
-        menu.AppendSeparator();
-    }
-    add(text::menu::resetLink, isInputEnabled, [this] { engine.ResetLink(); });
-    add(text::menu::xoffTest, isInputEnabled, [this] { engine.SendXoffTest(); });
-    isMenuOpen = true;
-    PopupMenu(&menu);
-    isMenuOpen = false;
-}
-
-void MainWindow::OnHelp(const wxString& page) {
-    if (!help.Show(this, page))
-        OnMessage({text::box::noHelpBook, text::box::problemCaption, okOnly | iconInformation});
-}
-
-void MainWindow::ShowNextMessage() {
-    while (!isMessageOpen && !isClosing && !waitingMessages.empty()) {
-        const MessageBoxText box = std::move(waitingMessages.front());
-        waitingMessages.pop_front();
-        isMessageOpen = true;
-        if (!messages.AnswerWithoutUser(box))
-            ShowBox(box);
-        isMessageOpen = false;
-    }
-}
-
 int MainWindow::ShowBox(const MessageBoxText& box) {
     // In front of the dialog that is open, or the user could not reach the box.
     wxWindow* owner = modal.Top() != nullptr ? modal.Top() : this;
     CustomMessage message(owner, box, [this] { OnHelp("messages.htm"); });
-    openMessage = &message;
-    openBox = box;
     modal.Run(message);
-    openMessage = nullptr;
     if (box.dontShowAgainId && message.IsSuppressed())
         messages.SuppressMessage(*box.dontShowAgainId);
     return message.Answer();
@@ -379,10 +228,20 @@ void MainWindow::OnCloseTimer() {
 }
 
 void MainWindow::OnClose(wxCloseEvent& event) {
+    // A user who closes the window may not think of the transfer. The system and a signal do not ask.
+    if (!isClosing && event.CanVeto() && IsOnItsWay()) {
+        event.Veto();
+        CallAfter([this] {
+            if (MayBreakTransfer())
+                Close(true);
+        });
+        return;
+    }
     // Called again by the timer until all dialogs have closed: the engine stops at the first call.
     if (!std::exchange(isClosing, true)) {
         trafficTimer.Stop();
         SavePlacement(*this, engine.MachineName());
+        boxes.CloseAll();
         engine.Stop();
     }
     // Each open dialog and menu runs a loop of its own. The window can be destroyed after all of them have ended.

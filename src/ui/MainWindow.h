@@ -3,10 +3,11 @@
 
 #include "messages/MessageReport.h"
 #include "settings/DownloadSettings.h"
+#include "ui/Caller.h"
+#include "ui/MessageBoxes.h"
 #include "ui/ModalLoop.h"
 #include "ui/WindowEvents.h"
 
-#include <deque>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -15,8 +16,8 @@
 
 namespace tarvin {
 
+class ActionMenu;
 class AppInterface;
-class CustomMessage;
 class DownloadApp;
 class HelpBook;
 class MainPanel;
@@ -29,6 +30,8 @@ public:
         DownloadApp& engine;
         WindowEvents& events;
         HelpBook& help;
+        // The engine's.
+        const Clock& clock;
         // KEL.INI, which names the ports.
         std::filesystem::path pathsFile;
     };
@@ -37,8 +40,8 @@ public:
     MainWindow(const Parts& parts, AppInterface& messages);
     ~MainWindow() override;
 
-    // Shows the box, waits for the user and returns the answer as the Windows message box numbers it. The window goes
-    // on showing the engine meanwhile.
+    // Asks the user the question of the box, waits, and returns the answer as the Windows message box numbers it. The
+    // window goes on showing the engine meanwhile.
     int ShowBox(const MessageBoxText& box);
 
     MainPanel& Panel() { return *panel; }
@@ -50,13 +53,15 @@ private:
 
     void OnSnapshotChanged() override;
     void OnTrafficArrived() override;
-    void OnMessage(const MessageBoxText& box) override;
+    void OnMessage(const MessageBoxText& box) override { boxes.Show(box); }
+    void OnOutageEnded() override { boxes.EndOutage(); }
     void OnAttentionWanted() override;
     void OnSettingsChanged(const DownloadSettings& newSettings) override;
 
+    // The status, and what stands beside it.
+    static KelText StatusText(const EngineSnapshot& snapshot);
     void ShowButtons();
     void ShowTraffic();
-    void ShowNextMessage();
     void EnableInput(bool isEnabled);
 
     void OnView();
@@ -64,9 +69,20 @@ private:
     void OnHandshake();
     void OnChangeSettings();
     void OnSendFile();
+    void SendPicked(const std::filesystem::path& path);
     void OnReceiveFile();
+    void OnTest();
+    void OnResetLink();
+    void OnMore();
+    void OnFiles();
+    void OnAbout();
+    void OpenFolder(const std::filesystem::path& folder);
+    void CopyStatus();
+    bool IsOnItsWay() const;
+    bool MayBreakTransfer();
     DownloadSettings PickedSettings() const;
     void PutForMachine(const std::filesystem::path& path);
+    void AddLineItems(ActionMenu& menu);
     void OnContextMenu(wxContextMenuEvent& event);
     void OnHelp(const wxString& page);
     void OnCharHook(wxKeyEvent& event);
@@ -85,13 +101,13 @@ private:
     TransferEndDialog* uploadEnd = nullptr;
     ModalLoop modal;
     AppInterface& messages;
-    std::deque<MessageBoxText> waitingMessages; // one box is open at a time
-    bool isMessageOpen = false;
-    CustomMessage* openMessage = nullptr; // the box on the screen, with its text in openBox
-    MessageBoxText openBox;
+    MessageBoxes boxes;
+    bool isAskingForLog = false;  // the user has switched the log on, and its dialog asks for the file
+    bool isAskingToBreak = false; // a question asks whether the transfer is to be broken off
     bool isMenuOpen = false;
     bool isInputEnabled = true;
     EngineSnapshot shown;
+    Caller caller;
     DownloadSettings settings; // the engine's, or newer while a change is on its way to the engine
     // Where the user has picked files by hand, for the next dialog.
     std::optional<KelText> sendFolder;

@@ -15,24 +15,45 @@ const wxSize pictureSize(598, 393); // of the drawings, for their proportions
 
 }
 
-MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size)
+MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size, const Clock& clock)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, size, wxBORDER_SUNKEN | wxTAB_TRAVERSAL, "monitor") {
     SetMinSize(size);
-    traffic = new TextPane(this);
-    traffic->Hide();
+    view = new TrafficView(this);
+    view->Hide();
+    board = new Board(this, clock);
+    board->Hide();
     picturePane = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
     // Needed for a buffered paint, which does not flicker.
     picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
     picturePane->Bind(wxEVT_PAINT, &MonitorArea::PaintPicture, this);
     auto* fill = new wxBoxSizer(wxVERTICAL);
-    fill->Add(traffic, wxSizerFlags(1).Expand());
+    fill->Add(view, wxSizerFlags(1).Expand());
+    fill->Add(board, wxSizerFlags(1).Expand());
     fill->Add(picturePane, wxSizerFlags(1).Expand());
     SetSizer(fill);
 }
 
 void MonitorArea::ShowTraffic(bool isTraffic) {
-    traffic->Show(isTraffic);
-    picturePane->Show(!isTraffic);
+    isTrafficShown = isTraffic;
+    ShowPanes();
+}
+
+void MonitorArea::ShowSnapshot(const EngineSnapshot& snapshot) {
+    SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
+    board->Show(snapshot);
+    ShowPanes();
+}
+
+void MonitorArea::ShowPanes() {
+    const bool isBoardWanted = !isTrafficShown && !board->Content().isEmpty;
+    const bool isPictureWanted = !isTrafficShown && !isBoardWanted;
+    // Called with each snapshot.
+    if (view->IsShown() == isTrafficShown && board->IsShown() == isBoardWanted &&
+        picturePane->IsShown() == isPictureWanted)
+        return;
+    view->Show(isTrafficShown);
+    board->Show(isBoardWanted);
+    picturePane->Show(isPictureWanted);
     Layout();
 }
 

@@ -1,8 +1,10 @@
 #pragma once
-// The monitor area of the main window: shows either the traffic of the line or a picture of the connection.
+// The monitor area of the main window: shows either the traffic of the line or the board, and a picture of the
+// connection while the board has nothing to say.
 // User-interface thread.
 
-#include "ui/TextPane.h"
+#include "ui/Board.h"
+#include "ui/TrafficView.h"
 #include "ui/Wx.h"
 
 #include <string>
@@ -12,23 +14,31 @@ namespace tarvin {
 
 class MonitorArea : public wxPanel {
 public:
-    MonitorArea(wxWindow* parent, const wxSize& size);
+    // `clock` is the engine's, and outlives the area.
+    MonitorArea(wxWindow* parent, const wxSize& size, const Clock& clock);
 
     void ShowTraffic(bool isTraffic);
-    bool IsTrafficShown() const { return traffic->IsShown(); }
-    TextPane& Traffic() { return *traffic; }
+    bool IsTrafficShown() const { return isTrafficShown; }
+    TrafficView& View() { return *view; }
+    TextPane& Traffic() { return view->Pane(); }
+    Board& TheBoard() { return *board; }
     wxWindow& PicturePane() { return *picturePane; }
+
+    void ShowSnapshot(const EngineSnapshot& snapshot);
 
     // The name of a file of src/ui/pictures. An empty name removes the picture.
     void SetPicture(std::string_view name);
     const std::string& PictureName() const { return pictureName; }
 
 private:
+    void ShowPanes();
     void PaintPicture(wxPaintEvent&);
 
-    TextPane* traffic;
+    TrafficView* view;
+    Board* board;
     wxWindow* picturePane;
     std::string pictureName;
+    bool isTrafficShown = false;
 };
 
 }

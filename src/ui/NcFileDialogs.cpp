@@ -1,6 +1,7 @@
 #include "ui/NcFileDialogs.h"
 
 #include "base/WindowMessages.h"
+#include "ui/FilePattern.h"
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ wxString AllFiles() {
 
 wxString Filters(KelTextView name, KelTextView extension) {
     const KelText label = Filled(text::dialog::filesWithExtension, {name, extension});
-    return ToWx(label) + "|*." + ToWx(extension) + "|" + AllFiles();
+    return ToWx(label) + "|" + PatternFor(ToWx(extension)) + "|" + AllFiles();
 }
 
 std::optional<std::filesystem::path> Ask(wxWindow* parent, ModalLoop& loop, KelTextView title,

@@ -1,6 +1,7 @@
 #include "ui/StatusLine.h"
 
 #include "ui/Pictures.h"
+#include "ui/StatusShortening.h"
 
 #include <algorithm>
 #include <string_view>
@@ -37,7 +38,6 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
     case TransferState::LinkTest:
     case TransferState::DownloadCompleted:
     case TransferState::UploadCompleted:
-    case TransferState::LoopbackSuccess:
     case TransferState::ServerFoundClient:
     case TransferState::ClientFoundServer:
     case TransferState::SynchronisationCompleted:
@@ -58,6 +58,7 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
     case TransferState::SecondClient:
     case TransferState::SecondServer:
         return Outlook::Bad;
+    case TransferState::LoopbackSuccess:
     case TransferState::Waiting:
     case TransferState::DirectoryListing:
     case TransferState::ControllerOption:
@@ -75,8 +76,8 @@ StatusLine::StatusLine(wxWindow* parent, const wxSize& size)
     const int edge = size.GetHeight() * 7 / 10;
     sign = new wxStaticBitmap(this, wxID_ANY, Picture(signs[0], ToDIP(wxSize(edge, edge))), wxDefaultPosition,
                               wxSize(edge, edge));
-    label = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
-                             wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE);
+    label =
+        new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(sign, wxSizerFlags().CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(4)));
     row->Add(label, wxSizerFlags(1).CenterVertical().Border(wxRIGHT, FromDIP(3)));
@@ -100,7 +101,6 @@ void StatusLine::ShowStatus(const wxString& text, Outlook newOutlook) {
     if (text == shownText)
         return;
     shownText = text;
-    label->SetLabel(wxControl::EscapeMnemonics(text));
     FitText();
 }
 
@@ -116,14 +116,20 @@ void StatusLine::FitText() {
     fittedText = shownText;
     const wxFont usual = GetFont();
     wxFont chosen = usual;
+    const auto fits = [&](const wxString& text) {
+        int textWidth = 0;
+        GetTextExtent(text, &textWidth, nullptr, nullptr, nullptr, &chosen);
+        return textWidth <= width;
+    };
     // The last scale stays for a text that is too long for the box.
     for (const double scale : fontScales) {
         chosen = usual.Scaled(static_cast<float>(scale));
-        int textWidth = 0;
-        GetTextExtent(shownText, &textWidth, nullptr, nullptr, nullptr, &chosen);
-        if (textWidth <= width)
+        if (fits(shownText))
             break;
     }
+    const wxString fitting = wxControl::EscapeMnemonics(ShortenStatus(shownText, fits));
+    if (fitting != label->GetLabel())
+        label->SetLabel(fitting);
     if (chosen != label->GetFont()) {
         label->SetFont(chosen);
         // Without wxST_NO_AUTORESIZE a label would also change its width; with it, its height has to be set by hand.

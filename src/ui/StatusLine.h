@@ -18,8 +18,8 @@ class StatusLine : public wxPanel {
 public:
     StatusLine(wxWindow* parent, const wxSize& size);
 
-    // Leaves out the middle of a text that is too long for the box; the tip has the whole text. Repaints only after a
-    // change.
+    // Leaves out the middle of a folder if the text is too long for the box; the tip has the whole text. Repaints only
+    // after a change.
     void ShowStatus(const wxString& text, Outlook newOutlook);
     wxString Text() const { return shownText; }
     Outlook ShownOutlook() const { return outlook; }

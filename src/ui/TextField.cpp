@@ -6,7 +6,9 @@ namespace tarvin {
 
 namespace {
 
-constexpr int editWidth = 112; // in dialog units
+// In dialog units. The longest message needs two lines of this width.
+constexpr int editWidth = 220;
+constexpr int widestMessage = 240;
 
 wxTextCtrl* MakeEdit(wxWindow* parent, KelTextView label) {
     auto* edit = new wxTextCtrl(parent, wxID_ANY);
@@ -23,7 +25,7 @@ TextField::TextField(wxWindow* parent, wxFlexGridSizer& grid, const Description&
       label(new wxStaticText(parent, wxID_ANY, ToWx(description.label))),
       edit(MakeEdit(parent, description.label)),
       bound(edit, given.*description.setting),
-      message(parent, FieldMessage::Kind::Problem) {
+      message(parent, FieldMessage::Kind::Problem, {.reservedLines = 2, .widestLine = widestMessage}) {
     const int gap = parent->FromDIP(3);
     grid.Add(label, wxSizerFlags().CenterVertical().Border(wxTOP | wxBOTTOM, gap));
     grid.Add(edit, wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, gap));
@@ -41,7 +43,7 @@ TextField::TextField(wxWindow* parent, wxFlexGridSizer& grid, const Description&
     }
     // The second row of the grid: the message stands below the edit.
     grid.AddSpacer(0);
-    grid.Add(message.Sizer(), wxSizerFlags().Expand().Border(wxBOTTOM, gap));
+    grid.Add(message.Sizer(), wxSizerFlags().Expand());
     grid.AddSpacer(0);
 }
 
@@ -56,11 +58,6 @@ void TextField::ShowValue() {
     // ChangeValue sends no event, which would clear the message of this field.
     if (bound.Value().isNew && edit->GetValue() != value)
         edit->ChangeValue(value);
-}
-
-void TextField::Focus() {
-    edit->SetFocus();
-    edit->SelectAll();
 }
 
 void TextField::Enable(bool isEnabled) {

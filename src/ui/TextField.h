@@ -2,18 +2,18 @@
 // A text of the settings in a dialog: label, edit, perhaps a button to browse, and below them a line for a problem.
 // User-interface thread.
 
-#include "settings/DownloadSettings.h"
 #include "ui/BoundControls.h"
+#include "ui/CheckedField.h"
 #include "ui/FieldMessage.h"
 
 #include <functional>
 
 namespace tarvin {
 
-class TextField {
+class TextField : public CheckedField {
 public:
     struct Description {
-        KelText DownloadSettings::*setting;
+        TextSetting setting;
         KelTextView label;
         // The tip of the button to browse. Empty: there is no such button.
         KelTextView browseTip;
@@ -29,17 +29,18 @@ public:
     TextField(wxWindow* parent, wxFlexGridSizer& grid, const Description& description, const DownloadSettings& given,
               const Handlers& handlers);
 
-    KelText DownloadSettings::*Setting() const { return description.setting; }
-    KelText Value() const;
+    AnySetting Setting() const override { return description.setting; }
+    TextSetting Text() const { return description.setting; }
+    void Write(DownloadSettings& settings) const override { settings.*description.setting = Value(); }
+    bool Say(const wxString& problem) override { return message.Say(problem); }
+    void ShowValue() override;
+    wxWindow& Control() const override { return *edit; }
     void Show(const KelText& text) { bound.Show(text); }
-    // Replaces a typed text by the form that the settings keep.
-    void ShowValue();
-    // See FieldMessage.
-    bool Say(const wxString& words) { return message.Say(words); }
-    void Focus();
     void Enable(bool isEnabled);
 
 private:
+    KelText Value() const;
+
     const Description description;
     wxStaticText* label;
     wxTextCtrl* edit;

@@ -25,7 +25,7 @@ void AppendExpanded(std::u32string& text, std::string_view utf8) {
 
 void TextLines::Append(const TrafficLine& line) {
     if (!line.extendsLast || lines.empty() || lines.back().kind != line.kind)
-        lines.push_back({line.kind, {}});
+        lines.push_back({line.kind, {}, line.time});
     AppendExpanded(lines.back().text, line.text);
     longest = std::max(longest, lines.back().text.size());
     if (lines.size() > capacity) {
@@ -79,16 +79,32 @@ TextLines::Columns TextLines::SelectedIn(std::uint64_t number) const {
     return {number == begin.line ? begin.column : 0, number == end.line ? end.column : At(number).text.size()};
 }
 
-std::string TextLines::SelectedText() const {
+std::string TextLines::TextOf(std::uint64_t number, Columns columns) const {
+    const std::u32string_view text = At(number).text;
+    return ToUtf8(FromCharacters(text.substr(columns.begin, columns.end - columns.begin)));
+}
+
+std::string TextLines::SelectedText(const Head& head) const {
     std::string result;
     const std::uint64_t begin = std::min(selectionAnchor, selectionCaret).line;
     const std::uint64_t end = std::max(selectionAnchor, selectionCaret).line;
     for (std::uint64_t number = begin; HasSelection() && number <= end; ++number) {
         const Columns columns = SelectedIn(number);
-        const std::u32string_view text = At(number).text;
-        result += ToUtf8(FromCharacters(text.substr(columns.begin, columns.end - columns.begin)));
+        if (head && begin != end && columns.begin == 0)
+            result += head(number);
+        result += TextOf(number, columns);
         if (number != end)
             result += '\n';
+    }
+    return result;
+}
+
+std::string TextLines::AllText(const Head& head) const {
+    std::string result;
+    for (std::uint64_t number = first; number < End(); ++number) {
+        if (head)
+            result += head(number);
+        result += TextOf(number, {0, At(number).text.size()}) + "\r\n";
     }
     return result;
 }

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
 
 namespace tarvin {
@@ -21,6 +22,7 @@ public:
     struct Line {
         Kind kind;
         std::u32string text;
+        Clock::TimePoint time; // of its beginning
     };
 
     // In front of the character at `column`.
@@ -59,10 +61,17 @@ public:
         std::size_t end = 0;
     };
     Columns SelectedIn(std::uint64_t number) const;
-    // In UTF-8, with LF between the lines.
-    std::string SelectedText() const;
+    // What stands in front of the text of a line where it is copied or saved.
+    using Head = std::function<std::string(std::uint64_t number)>;
+    // In UTF-8, with LF between the lines. A selection of several lines has each line's head, apart from that of a
+    // first line which is not selected from its beginning.
+    std::string SelectedText(const Head& head = {}) const;
+    // All lines in UTF-8, each with its head and CR LF.
+    std::string AllText(const Head& head = {}) const;
 
 private:
+    std::string TextOf(std::uint64_t number, Columns columns) const;
+
     std::deque<Line> lines;
     std::uint64_t first = 0;
     std::size_t longest = 0;

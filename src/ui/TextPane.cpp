@@ -13,6 +13,7 @@ namespace tarvin {
 namespace {
 
 constexpr int wheelLines = 3;
+constexpr std::size_t gutterGap = 2; // columns between gutter and text
 
 }
 
@@ -21,6 +22,7 @@ TextPane::TextPane(wxWindow* parent)
                wxVSCROLL | wxHSCROLL | wxBORDER_NONE | wxFULL_REPAINT_ON_RESIZE, "traffic") {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     SetCursor(wxCursor(wxCURSOR_IBEAM));
+    time.Synchronise();
     MakeFont();
     BindEvents();
 }
@@ -51,6 +53,10 @@ void TextPane::BindEvents() {
     // Without this handler the toolkit asserts when Windows takes the mouse away.
     Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) { isSelecting = false; });
     Bind(wxEVT_KEY_DOWN, &TextPane::OnKey, this);
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        Refresh(false);
+        event.Skip();
+    });
     for (const auto& type : {wxEVT_SET_FOCUS, wxEVT_KILL_FOCUS})
         Bind(type, [this](wxFocusEvent& event) {
             Refresh(false);
@@ -87,7 +93,9 @@ void TextPane::Clear() {
     lines.Clear();
     topLine = lines.First();
     leftColumn = 0;
-    isFollowing = true;
+    // The view begins anew, so this is a good moment to heed a system clock that somebody has set.
+    time.Synchronise();
+    SetFollowing(true);
     ShowScrollbars();
     Refresh(false);
 }
@@ -100,9 +108,61 @@ void TextPane::SelectAll() {
 void TextPane::Copy() {
     if (!HasSelection() || !wxTheClipboard->Open())
         return;
-    const wxString text = wxString::FromUTF8(lines.SelectedText());
+    const wxString text =
+        wxString::FromUTF8(lines.SelectedText([this](std::uint64_t number) { return GutterHead(number); }));
     wxTheClipboard->SetData(new wxTextDataObject(wxTextBuffer::Translate(text)));
     wxTheClipboard->Close();
+}
+
+std::string TextPane::AllText() const {
+    return lines.AllText([this](std::uint64_t number) { return GutterHead(number); });
+}
+
+void TextPane::SetGutter(Gutter newGutter) {
+    gutter = newGutter;
+    ScrollToColumn(static_cast<std::int64_t>(leftColumn));
+}
+
+int TextPane::GutterWidth() const {
+    return gutter == Gutter::Off ? 0 : static_cast<int>(std::lround((TrafficTime::columns + gutterGap) * columnWidth));
+}
+
+// The gutter of a line as it is copied and saved.
+std::string TextPane::GutterHead(std::uint64_t number) const {
+    return gutter == Gutter::Off ? std::string() : time.Text(gutter, lines, number) + std::string(gutterGap, ' ');
+}
+
+void TextPane::Highlight(TextSearch newSearch) {
+    search = std::move(newSearch);
+    Refresh(false);
+}
+
+TextLines::Position TextPane::SelectionStart() const {
+    return HasSelection() ? std::min(lines.Anchor(), lines.Caret()) : TextLines::Position{topLine, 0};
+}
+
+TextLines::Position TextPane::SelectionEnd() const {
+    return HasSelection() ? std::max(lines.Anchor(), lines.Caret()) : TextLines::Position{topLine, 0};
+}
+
+void TextPane::ShowPlace(const TextSearch::Place& place) {
+    lines.Select(place.begin, place.end);
+    wantedColumn = lines.Caret().column;
+    // In the middle, so that the user sees what stands around it.
+    if (!IsVisible({place.begin.line, leftColumn}))
+        ScrollTo(static_cast<std::int64_t>(place.begin.line) - VisibleLines() / 2);
+    ShowPosition(place.end);
+    ShowPosition(place.begin);
+    SetFollowing(false);
+    Refresh(false);
+}
+
+void TextPane::SetFollowing(bool isOn) {
+    if (isFollowing == isOn)
+        return;
+    isFollowing = isOn;
+    if (onFollowingChanged)
+        onFollowingChanged();
 }
 
 void TextPane::Follow() {
@@ -114,8 +174,8 @@ std::int64_t TextPane::VisibleLines() const {
 }
 
 std::int64_t TextPane::VisibleColumns() const {
-    return std::max(static_cast<std::int64_t>((GetClientSize().GetWidth() - 2 * margin) / columnWidth),
-                    std::int64_t{1});
+    const int width = GetClientSize().GetWidth() - 2 * margin - GutterWidth();
+    return std::max(static_cast<std::int64_t>(width / columnWidth), std::int64_t{1});
 }
 
 std::uint64_t TextPane::LastTop() const {
@@ -127,7 +187,7 @@ void TextPane::ScrollTo(std::int64_t line) {
     topLine = static_cast<std::uint64_t>(
         std::clamp(line, static_cast<std::int64_t>(lines.First()), static_cast<std::int64_t>(LastTop())));
     // A user who scrolls back to the end wants to follow it again.
-    isFollowing = topLine == LastTop();
+    SetFollowing(topLine == LastTop());
     ShowScrollbars();
     Refresh(false);
 }
@@ -195,7 +255,8 @@ void TextPane::OnWheel(wxMouseEvent& event) {
 TextLines::Position TextPane::PositionAt(const wxPoint& point) const {
     // The point may be outside the pane while the user drags the mouse.
     const double row = std::floor((point.y - margin) / static_cast<double>(lineHeight));
-    const double column = std::round((point.x - margin) / columnWidth) + static_cast<double>(leftColumn);
+    const double column =
+        std::round((point.x - margin - GutterWidth()) / columnWidth) + static_cast<double>(leftColumn);
     const std::int64_t line = static_cast<std::int64_t>(topLine) + static_cast<std::int64_t>(row);
     if (line < static_cast<std::int64_t>(lines.First()))
         return {lines.First(), 0};
@@ -205,6 +266,7 @@ TextLines::Position TextPane::PositionAt(const wxPoint& point) const {
 void TextPane::OnLeftDown(wxMouseEvent& event) {
     SetFocus();
     const TextLines::Position position = PositionAt(event.GetPosition());
+    wantedColumn = position.column;
     // With Shift the selection is extended from where it began.
     lines.Select(event.ShiftDown() ? lines.Anchor() : position, position);
     isSelecting = true;
@@ -220,11 +282,21 @@ void TextPane::OnLeftDoubleClick(wxMouseEvent& event) {
 }
 
 void TextPane::OnMotion(wxMouseEvent& event) {
-    if (!isSelecting)
-        return;
-    lines.Select(lines.Anchor(), PositionAt(event.GetPosition()));
+    if (isSelecting)
+        Extend(PositionAt(event.GetPosition()));
+}
+
+// Text that moves on cannot be selected: following ends with the first selected character.
+void TextPane::Extend(TextLines::Position caret) {
+    lines.Select(lines.Anchor(), caret);
     ShowPosition(lines.Caret());
+    if (HasSelection())
+        SetFollowing(false);
     Refresh(false);
+}
+
+bool TextPane::IsVisible(TextLines::Position position) const {
+    return position.line >= topLine && position.line < topLine + static_cast<std::uint64_t>(VisibleLines());
 }
 
 void TextPane::ShowPosition(TextLines::Position position) {
@@ -244,119 +316,83 @@ void TextPane::ShowPosition(TextLines::Position position) {
 
 void TextPane::OnKey(wxKeyEvent& event) {
     const int key = event.GetKeyCode();
-    const auto top = static_cast<std::int64_t>(topLine);
+    const auto move = CaretMoveOf(key, event.ControlDown());
     if (event.ControlDown() && key == 'A')
         SelectAll();
     else if (event.ControlDown() && (key == 'C' || key == WXK_INSERT))
         Copy();
-    else if (event.ShiftDown() && MoveCaret(event))
-        ShowPosition(lines.Caret());
-    else if (key == WXK_UP || key == WXK_DOWN)
-        ScrollTo(key == WXK_UP ? top - 1 : top + 1);
-    else if (key == WXK_PAGEUP || key == WXK_PAGEDOWN)
-        ScrollTo(key == WXK_PAGEUP ? top - VisibleLines() : top + VisibleLines());
-    else if (key == WXK_LEFT || key == WXK_RIGHT)
-        ScrollToColumn(static_cast<std::int64_t>(leftColumn) + (key == WXK_LEFT ? -1 : 1));
-    else if (key == WXK_HOME)
-        ScrollTo(static_cast<std::int64_t>(lines.First()));
-    else if (key == WXK_END)
-        Follow();
-    else
+    else if (event.AltDown() || !move)
         event.Skip();
+    else if (event.ShiftDown())
+        SelectByKey(*move);
+    else
+        ScrollByKey(*move);
 }
 
-// True if the key moves the caret.
-bool TextPane::MoveCaret(const wxKeyEvent& event) {
-    TextLines::Position caret = lines.Caret();
-    switch (event.GetKeyCode()) {
-    case WXK_UP:
-        caret.line -= caret.line > lines.First() ? 1 : 0;
-        break;
-    case WXK_DOWN:
-        caret.line += 1;
-        break;
-    case WXK_LEFT:
-        caret.column -= caret.column > 0 ? 1 : 0;
-        break;
-    case WXK_RIGHT:
-        caret.column += 1;
-        break;
-    case WXK_HOME:
-        caret.column = 0;
-        break;
-    case WXK_END:
-        caret.column = static_cast<std::size_t>(-1);
-        break;
-    default:
-        return false;
+void TextPane::ScrollByKey(CaretMove move) {
+    const auto top = static_cast<std::int64_t>(topLine);
+    const auto left = static_cast<std::int64_t>(leftColumn);
+    switch (move) {
+    case CaretMove::Up:
+        return ScrollTo(top - 1);
+    case CaretMove::Down:
+        return ScrollTo(top + 1);
+    case CaretMove::PageUp:
+        return ScrollTo(top - VisibleLines());
+    case CaretMove::PageDown:
+        return ScrollTo(top + VisibleLines());
+    case CaretMove::Left:
+        return ScrollToColumn(left - 1);
+    case CaretMove::Right:
+        return ScrollToColumn(left + 1);
+    case CaretMove::LineStart:
+    case CaretMove::TextStart:
+        return ScrollTo(static_cast<std::int64_t>(lines.First()));
+    case CaretMove::LineEnd:
+    case CaretMove::TextEnd:
+        return Follow();
     }
-    lines.Select(lines.Anchor(), caret);
-    Refresh(false);
-    return true;
 }
 
-wxColour TextPane::ColourOf(TextLines::Kind kind) const {
-    const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
-    switch (kind) {
-    case TextLines::Kind::Received:
-        return isDark ? wxColour(0x7F, 0xC1, 0xFF) : wxColour(0x0B, 0x4F, 0x9E);
-    case TextLines::Kind::Transmitted:
-        return isDark ? wxColour(0x86, 0xDB, 0x9B) : wxColour(0x0F, 0x6B, 0x2F);
-    case TextLines::Kind::Note:
-        break;
+void TextPane::SelectByKey(CaretMove move) {
+    // The user has scrolled away from an old selection, or has none: the new one begins at the last visible line.
+    if (!HasSelection() && !IsVisible(lines.Caret())) {
+        const std::uint64_t last = topLine + static_cast<std::uint64_t>(VisibleLines()) - 1;
+        const TextLines::Position start = lines.Clamped({last, static_cast<std::size_t>(-1)});
+        lines.Select(start, start);
+        wantedColumn = start.column;
     }
-    return wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT);
+    Extend(Moved(lines, lines.Caret(), move, wantedColumn, static_cast<std::uint64_t>(VisibleLines())));
+    if (IsWithinLine(move))
+        wantedColumn = lines.Caret().column;
 }
 
 void TextPane::OnPaint(wxPaintEvent&) {
     wxAutoBufferedPaintDC dc(this);
-    dc.SetBackground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+    const TrafficColours colours = PresentTrafficColours();
+    dc.SetBackground(colours.ground);
     dc.Clear();
     // A scroll bar that fades in or out asks for a paint of its own strip at each refresh of the screen.
     if (!GetUpdateRegion().GetBox().Intersects(GetClientRect()))
         return;
     ++paintCount;
     dc.SetFont(GetFont());
+    TrafficPainter painter(dc, colours,
+                           {margin + GutterWidth(), GetClientSize().GetWidth(), lineHeight, columnWidth, leftColumn});
     const std::uint64_t end = std::min(lines.End(), topLine + static_cast<std::uint64_t>(VisibleLines()) + 1);
     int y = margin;
-    for (std::uint64_t number = topLine; number < end; ++number, y += lineHeight)
-        DrawLine(dc, number, y);
-    if (HasFocus()) {
-        dc.SetBrush(*wxTRANSPARENT_BRUSH);
-        dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)));
-        dc.DrawRectangle(GetClientRect());
+    for (std::uint64_t number = topLine; number < end; ++number, y += lineHeight) {
+        painter.DrawLine(lines.At(number), lines.SelectedIn(number), search, y);
+        if (gutter != Gutter::Off)
+            painter.DrawGutter(time.Text(gutter, lines, number), margin, y);
     }
-}
-
-void TextPane::DrawLine(wxDC& dc, std::uint64_t number, int y) {
-    const TextLines::Line& line = lines.At(number);
-    const auto x = [this](std::size_t column) {
-        const double columns = static_cast<double>(column) - static_cast<double>(leftColumn);
-        return margin + static_cast<int>(std::lround(columns * columnWidth));
-    };
-    const std::size_t visibleEnd = leftColumn + static_cast<std::size_t>(VisibleColumns()) + 2;
-    const TextLines::Columns selected = lines.SelectedIn(number);
-    // A line may be far longer than the pane: only the visible columns are drawn.
-    // Three parts, each of which may be empty: before the selection, the selection, and after it.
-    const std::size_t borders[] = {leftColumn, selected.begin, selected.end, line.text.size()};
-    for (int part = 0; part < 3; ++part) {
-        const std::size_t begin = std::max(borders[part], leftColumn);
-        const std::size_t end = std::min({borders[part + 1], visibleEnd, line.text.size()});
-        if (begin >= end)
-            continue;
-        const bool isSelected = part == 1;
-        if (isSelected) {
-            dc.SetPen(*wxTRANSPARENT_PEN);
-            dc.SetBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT));
-            dc.DrawRectangle(x(begin), y, x(end) - x(begin), lineHeight);
-        }
-        dc.SetTextForeground(isSelected ? wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHTTEXT)
-                                        : ColourOf(line.kind));
-        wxString text;
-        for (std::size_t column = begin; column < end; ++column)
-            text += wxUniChar(static_cast<wxUint32>(line.text[column]));
-        dc.DrawText(text, x(begin), y);
-    }
+    if (!HasFocus())
+        return;
+    if (IsVisible(lines.Caret()))
+        painter.DrawCaret(lines.Caret().column, margin + static_cast<int>(lines.Caret().line - topLine) * lineHeight);
+    dc.SetBrush(*wxTRANSPARENT_BRUSH);
+    dc.SetPen(wxPen(colours.focus));
+    dc.DrawRectangle(GetClientRect());
 }
 
 }

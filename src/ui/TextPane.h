@@ -1,10 +1,15 @@
 #pragma once
-// A scrolling view of the lines of the trace in a fixed-width font. It follows its end unless the user has scrolled up,
-// and the user can select and copy lines. Draws only the visible lines. User-interface thread.
+// A scrolling view of the lines of the trace in a fixed-width font. It follows its end until the user scrolls away or
+// selects text. The user can select and copy with mouse and keyboard. Draws only the visible lines. User-interface
+// thread.
 
-#include "ui/TextLines.h"
+#include "ui/CaretMoves.h"
+#include "ui/TextSearch.h"
+#include "ui/TrafficPainter.h"
+#include "ui/TrafficTime.h"
 #include "ui/Wx.h"
 
+#include <functional>
 #include <vector>
 
 namespace tarvin {
@@ -20,12 +25,28 @@ public:
     const TextLines& Lines() const { return lines; }
     bool HasSelection() const { return lines.HasSelection(); }
     void SelectAll();
-    // Copies the selection to the clipboard. Does nothing without one.
+    // Copies the selection to the clipboard, with the gutter if that is shown. Does nothing without a selection.
     void Copy();
+    // All lines in UTF-8 with CR LF, with the gutter if that is shown.
+    std::string AllText() const;
+
+    // What stands in front of the lines.
+    void SetGutter(Gutter newGutter);
+    Gutter ShownGutter() const { return gutter; }
+
+    // Marks all places of the text from now on.
+    void Highlight(TextSearch newSearch);
+    // Where a search begins: the selection, or the first visible line without one.
+    TextLines::Position SelectionStart() const;
+    TextLines::Position SelectionEnd() const;
+    // Selects the place and scrolls to it.
+    void ShowPlace(const TextSearch::Place& place);
 
     // Whether the pane stays at its end while lines are appended.
     bool IsFollowing() const { return isFollowing; }
     void Follow();
+    // `onChanged` is called after each change of IsFollowing.
+    void WhenFollowingChanges(std::function<void()> onChanged) { onFollowingChanged = std::move(onChanged); }
     // The number of the first visible line.
     std::uint64_t TopLine() const { return topLine; }
     // How often the text has been painted, for measurements.
@@ -35,17 +56,20 @@ private:
     void BindEvents();
     void MakeFont();
     void OnPaint(wxPaintEvent&);
-    void DrawLine(wxDC& dc, std::uint64_t number, int y);
-    wxColour ColourOf(TextLines::Kind kind) const;
-
     void OnScroll(wxScrollWinEvent& event);
     void OnWheel(wxMouseEvent& event);
     void OnLeftDown(wxMouseEvent& event);
     void OnLeftDoubleClick(wxMouseEvent& event);
     void OnMotion(wxMouseEvent& event);
     void OnKey(wxKeyEvent& event);
-    bool MoveCaret(const wxKeyEvent& event);
+    void ScrollByKey(CaretMove move);
+    void SelectByKey(CaretMove move);
+    void Extend(TextLines::Position caret);
 
+    int GutterWidth() const;
+    std::string GutterHead(std::uint64_t number) const;
+    bool IsVisible(TextLines::Position position) const;
+    void SetFollowing(bool isOn);
     std::int64_t VisibleLines() const;
     std::int64_t VisibleColumns() const;
     std::uint64_t LastTop() const;
@@ -63,7 +87,12 @@ private:
     int lineHeight = 1;
     double columnWidth = 1;
     int margin = 0;
-    int wheelRest = 0; // rotation of the mouse wheel that is less than a step
+    int wheelRest = 0;            // rotation of the mouse wheel that is less than a step
+    std::size_t wantedColumn = 0; // of a caret that moves up and down
+    Gutter gutter = Gutter::Off;
+    TrafficTime time;
+    TextSearch search;
+    std::function<void()> onFollowingChanged;
     std::size_t paintCount = 0;
 };
 

@@ -20,10 +20,12 @@ TransferEndDialog::TransferEndDialog(wxWindow* owner, KelTextView caption, const
         AddButton(*row, button, &button == &buttons.back());
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(row, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(3)));
-    SetSizerAndFit(column);
-    // Wide enough for the whole caption, which names the transfer.
+    // Wide enough for the whole caption, which names the transfer. The content is made wide, and the dialog fitted to
+    // it: a size of the dialog with its frame is no use before it is shown. On X11 the toolkit learns the size of the
+    // frame then, takes it off the content and moves the dialog to the corner of the screen.
     const int captionWidth = GetTextExtent(GetTitle()).GetWidth() + ConvertDialogToPixels(wxSize(24, 0)).GetWidth();
-    SetSize(std::max(GetSize().GetWidth(), captionWidth), GetSize().GetHeight());
+    column->SetMinSize(captionWidth, wxDefaultCoord);
+    SetSizerAndFit(column);
     // Only a button and the end of the transfer close the dialog: without it the transfer could not be ended.
     SetEscapeId(wxID_NONE);
     Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
@@ -66,7 +68,8 @@ void TransferEndDialog::PlaceBesideOwner() {
     const wxRect owner = GetParent()->GetScreenRect();
     const int monitor = wxDisplay::GetFromWindow(GetParent());
     const wxRect screen = wxDisplay(monitor == wxNOT_FOUND ? 0u : static_cast<unsigned>(monitor)).GetClientArea();
-    const wxSize size = GetSize();
+    // The frame is not known before the dialog is shown. Its owner's is at least as large.
+    const wxSize size = GetClientSize() + GetParent()->GetSize() - GetParent()->GetClientSize();
     const int gap = FromDIP(8);
     wxPoint place(owner.GetRight() + gap, owner.GetTop() + owner.GetHeight() / 3);
     if (place.x + size.GetWidth() > screen.GetRight())

@@ -60,6 +60,10 @@ void WindowEvents::ShowMessage(const MessageBoxText& box) {
     });
 }
 
+void WindowEvents::OutageEnded() {
+    Post([this] { receiver->OnOutageEnded(); });
+}
+
 void WindowEvents::DrawAttention() {
     Post([this] { receiver->OnAttentionWanted(); });
 }

@@ -22,6 +22,7 @@ public:
         virtual void OnSnapshotChanged() = 0;
         virtual void OnTrafficArrived() = 0;
         virtual void OnMessage(const MessageBoxText& box) = 0;
+        virtual void OnOutageEnded() = 0;
         virtual void OnAttentionWanted() = 0;
         virtual void OnSettingsChanged(const DownloadSettings& settings) = 0;
 
@@ -44,6 +45,7 @@ public:
     void SnapshotChanged(const EngineSnapshot& snapshot) override;
     void TrafficArrived() override;
     void ShowMessage(const MessageBoxText& box) override EXCLUDES(mutex);
+    void OutageEnded() override;
     void DrawAttention() override;
     void SettingsChanged(const DownloadSettings& settings) override;
 

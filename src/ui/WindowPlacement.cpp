@@ -5,8 +5,11 @@
 #include "files/Profile.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <system_error>
+#include <vector>
 
 #include <wx/display.h>
 #include <wx/stdpaths.h>
@@ -18,10 +21,28 @@ namespace {
 // In pixels. A user can drag a window of which this much of the title bar is on a screen.
 constexpr int leastVisible = 40;
 
-std::filesystem::path PlacementFile(KelTextView machineName) {
+constexpr char fileNameEnd[] = " window.ini";
+
+std::filesystem::path PlacementFolder() {
     wxStandardPaths& paths = wxStandardPaths::Get();
     paths.SetFileLayout(wxStandardPaths::FileLayout_XDG);
-    return ToPath(FromWx(paths.GetUserConfigDir())) / "TarvinDL" / ToPath(FileNameFor(machineName) + u" window.ini");
+    return ToPath(FromWx(paths.GetUserConfigDir())) / "TarvinDL";
+}
+
+std::filesystem::path PlacementFile(KelTextView machineName) {
+    return PlacementFolder() / ToPath(FileNameFor(machineName) + FromUtf8(fileNameEnd));
+}
+
+// Where the windows of all machines are, or were last.
+std::vector<wxPoint> SavedCorners() {
+    std::vector<wxPoint> corners;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(PlacementFolder(), ignored)) {
+        const auto profile = Profile::Read(entry.path());
+        if (ToUtf8(FromPath(entry.path().filename())).ends_with(fileNameEnd) && profile)
+            corners.emplace_back(profile->Integer(u"Window", u"x", 0), profile->Integer(u"Window", u"y", 0));
+    }
+    return corners;
 }
 
 bool IsReachable(const wxRect& place) {
@@ -58,6 +79,31 @@ bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName) {
     return isReachable;
 }
 
+void PlaceFirst(wxTopLevelWindow& window, KelTextView machineName) {
+    window.CentreOnScreen();
+    const wxPoint middle = window.GetPosition();
+    const int monitor = wxDisplay::GetFromPoint(middle);
+    const wxRect screen = wxDisplay(monitor == wxNOT_FOUND ? 0u : static_cast<unsigned>(monitor)).GetClientArea();
+    // Each step leaves the title bar of the window before it free.
+    const int step = window.FromDIP(36);
+    const int columns = std::max((screen.GetRight() - middle.x - window.GetSize().GetWidth()) / step, 1);
+    const int rows = std::max((screen.GetBottom() - middle.y - window.GetSize().GetHeight()) / step, 1);
+    const std::vector<wxPoint> taken = SavedCorners();
+    for (int number = 0; number < columns * rows; ++number) {
+        // The diagonal first, then the diagonals beside it.
+        const wxPoint place = middle + wxPoint((number % rows + number / rows) % columns, number % rows) * step;
+        const bool isFree = std::ranges::none_of(taken, [&](const wxPoint& corner) {
+            return std::abs(corner.x - place.x) < step && std::abs(corner.y - place.y) < step;
+        });
+        if (isFree) {
+            window.Move(place);
+            break;
+        }
+    }
+    // Now, and not only when the window closes: the next window must find this place taken.
+    SavePlacement(window, machineName);
+}
+
 void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     const std::filesystem::path file = PlacementFile(machineName);
     const wxRect place(window.GetPosition(), window.GetClientSize());
@@ -80,6 +126,16 @@ void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName) {
     std::error_code ignored;
     std::filesystem::create_directories(file.parent_path(), ignored);
     (void)ReplaceWholeFile(file, text);
+}
+
+void BringToFront(wxTopLevelWindow& window) {
+    if (window.IsIconized())
+        window.Iconize(false);
+    window.Show();
+    window.Raise();
+    // The system answers later whether the window has the keyboard now. The call ends by itself when it has.
+    if (!window.IsActive())
+        window.RequestUserAttention();
 }
 
 }

@@ -11,7 +11,15 @@ namespace tarvin {
 // then stays where it is.
 bool RestorePlacement(wxTopLevelWindow& window, KelTextView machineName);
 
+// Places a window that has no saved place: in the middle of the screen, or beside it where the window of another
+// machine has its saved place. Saves the place.
+void PlaceFirst(wxTopLevelWindow& window, KelTextView machineName);
+
 // A failure is not told: the window opens in the middle of the screen the next time.
 void SavePlacement(const wxTopLevelWindow& window, KelTextView machineName);
+
+// Shows the window in front of the others and gives it the keyboard. Where the system keeps the keyboard with another
+// program, the window calls the user in the task bar instead.
+void BringToFront(wxTopLevelWindow& window);
 
 }

@@ -82,6 +82,24 @@ TEST_CASE("Service: each line of output begins with the local time, and the end 
     }
 }
 
+TEST_CASE("Service: a second one for the machine says who serves it and ends with 3, until the first is killed" *
+          onAnySystem) {
+    ServiceFixture fixture;
+    fixture.Start();
+    REQUIRE(fixture.service->WaitForOutput("LASER COM1:"));
+    const ChildProcess::Options options = {{"LASER"}, {{"TARVINDL_HOME", NameForProgram(fixture.installation.Path())}}};
+    {
+        ChildProcess second("tarvindl-service", options);
+        CHECK(second.WaitForExit() == 3);
+        CHECK(second.Output().starts_with("tarvindl-service: LASER is served by a service already: process "));
+    }
+    CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
+    fixture.service->Signal(SIGKILL);
+    (void)fixture.service->WaitForExit();
+    fixture.Start();
+    CHECK(fixture.service->WaitForOutput("LASER COM1:"));
+}
+
 TEST_CASE("Service: it uses the dictionary of the installation and writes its logs there" * onAnySystem) {
     ServiceFixture fixture("LASER", "comms log=%s line.log\n");
     std::filesystem::copy_file(std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/diction.ary",

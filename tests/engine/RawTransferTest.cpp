@@ -18,6 +18,15 @@ std::string EveryByte(std::size_t length) {
     return bytes;
 }
 
+// Opens the port, at the first call, with changed settings.
+void Change(RawHarness& harness, const std::function<void(DownloadSettings&)>& change) {
+    if (harness.line.calls.empty())
+        harness.Open();
+    DownloadSettings settings = harness.engine->Settings();
+    change(settings);
+    harness.engine->ApplySettings(settings);
+}
+
 void StartSending(RawHarness& harness, std::string_view content) {
     harness.folder.WriteFile("NC/part", content);
     harness.engine->SendFile(harness.folder / "NC/part");
@@ -51,17 +60,17 @@ TEST_CASE("RawProtocol: a download puts every byte of the file on the line, in b
     }
 }
 
-TEST_CASE("RawProtocol: each line waits for its delay, and the end character follows the last one") {
+TEST_CASE("RawProtocol: each line waits for its delay, between the start code and the end code") {
     RawHarness harness("[Port Settings]\nflow control=None\n");
-    DownloadSettings settings;
-    harness.Open();
-    settings = harness.engine->Settings();
-    settings.lineDelayMilliseconds = 500;
-    settings.sendEndCode = 1;
-    harness.engine->ApplySettings(settings);
+    Change(harness, [](DownloadSettings& settings) {
+        settings.lineDelayMilliseconds = 400;
+        settings.characterDelayMilliseconds = 100;
+        settings.sendStartCode = settings.sendEndCode = 1;
+    });
     for (int transfer = 0; transfer < 2; ++transfer) {
         StartSending(harness, "N1\r\nN2\r\nN3");
-        CHECK(harness.Run(400ms) == "N1\r\n");
+        CHECK(harness.Run(90ms) == "\x12");
+        CHECK(harness.Run(310ms) == "N1\r\n");
         CHECK(harness.Run(500ms) == "N2\r\n");
         CHECK(harness.Snapshot().transferState == TransferState::Downloading);
         CHECK(harness.Run(500ms) == "N3\x04");
@@ -82,10 +91,7 @@ TEST_CASE("RawProtocol: an empty file is done at once, and an unreadable one say
 
 TEST_CASE("RawProtocol: the character delay passes between the end of one block and the next") {
     RawHarness harness;
-    harness.Open();
-    auto settings = harness.engine->Settings();
-    settings.characterDelayMilliseconds = 500;
-    harness.engine->ApplySettings(settings);
+    Change(harness, [](DownloadSettings& settings) { settings.characterDelayMilliseconds = 500; });
     harness.line.bytesPerSecond = 100;
     StartSending(harness, EveryByte(300));
     CHECK(harness.Run(450ms).empty());
@@ -166,26 +172,126 @@ TEST_CASE("RawProtocol: a cancelled download sends its queued block and no more"
     CHECK(harness.Status() == "Download Cancelled " + (harness.folder / "NC/part").string());
 }
 
-TEST_CASE("RawProtocol: the start character goes out before the delay, and the user is called after it") {
-    RawHarness harness;
+TEST_CASE("RawProtocol: a download held by CTS sends nothing, and goes on where it was") {
+    RawHarness harness("[Port Settings]\nflow control=Hardware\n");
+    Change(harness, [](DownloadSettings& settings) { settings.sendStartCode = settings.sendEndCode = 1; });
+    harness.line.holds.cts = true;
+    const std::string content = EveryByte(350);
+    StartSending(harness, content);
+    CHECK(harness.Run(1min).empty());
+    harness.line.holds.cts = false;
+    harness.line.bytesPerSecond = 100;
+    std::string sent = harness.Run(1200ms);
+    harness.line.holds.cts = true;
+    sent += harness.Run(1min);
+    CHECK(sent.size() < 350);
+    harness.line.holds.cts = false;
+    CHECK(sent + harness.Run(10s) == "\x12" + content + "\x04");
+    CHECK(harness.Snapshot().transferState == TransferState::DownloadCompleted);
+}
+
+TEST_CASE("RawProtocol: an upload is what stands between the codes that are switched on") {
+    struct Case {
+        bool hasStart;
+        bool hasEnd;
+        std::string_view arriving;
+        std::string_view stored;
+        bool isCompleted;
+    };
+    const Case cases[] = {
+        {false, false,
+         "ab\x12"
+         "cd\x04"
+         "ef",
+         "ab\x12"
+         "cd\x04"
+         "ef",
+         false},
+        {true, false, "leader\x12N1\r\nN2\x04N3", "N1\r\nN2\x04N3", false},
+        {false, true, "N1\x12\x04late\x04later", "N1\x12", true},
+        {true, true, "x\x04y\x12N1\nN2\n\x04late\x12N3\x04", "N1\nN2\n", true},
+        {true, true, "nothing begins\x04", "", false},
+    };
+    for (const Case& each : cases) {
+        // How the bytes are divided depends on the driver.
+        for (const std::size_t pieceSize : {std::size_t(1), std::size_t(3), each.arriving.size()}) {
+            CAPTURE(each.arriving);
+            CAPTURE(pieceSize);
+            RawHarness harness("[Port Settings]\nflow control=None\n");
+            Change(harness, [&](DownloadSettings& settings) {
+                settings.sendStartCode = each.hasStart ? 1 : 0;
+                settings.sendEndCode = each.hasEnd ? 1 : 0;
+            });
+            // The second transfer begins as the first one did.
+            for (int transfer = 0; transfer < 2; ++transfer) {
+                harness.engine->ReceiveFile(harness.folder / "NC/new");
+                for (std::size_t start = 0; start < each.arriving.size(); start += pieceSize)
+                    harness.Exchange(each.arriving.substr(start, pieceSize));
+                CHECK((harness.Snapshot().transferState == TransferState::UploadCompleted) == each.isCompleted);
+                CHECK(harness.folder.ReadFile(each.isCompleted ? "NC/new" : "NC/new.part") == each.stored);
+                harness.engine->CancelUpload();
+            }
+        }
+    }
+}
+
+TEST_CASE("RawProtocol: XOFF and XON of software flow control stop the line and are no part of an upload") {
+    RawHarness harness("[Port Settings]\nflow control=Xon/Xoff\n");
     harness.Open();
-    auto settings = harness.engine->Settings();
-    settings.sendStartCode = 1;
-    settings.sendEndCode = 1;
-    settings.transmitDelaySeconds = 3;
-    harness.engine->ApplySettings(settings);
-    harness.engine->Traffic().SetWanted(true);
-    harness.protocol->DownloadNow();
-    CHECK(harness.Run(2900ms) == "\x12");
-    CHECK(harness.Status() == "Download Waiting For Controller");
-    CHECK(harness.events.attentionCalls == 0);
-    CHECK(harness.Run(300ms).empty());
-    CHECK(harness.Status() == "Download Preparation");
-    CHECK(harness.events.attentionCalls == 1);
-    const auto traffic = harness.engine->Traffic().Take();
-    REQUIRE(traffic.size() == 2);
-    CHECK(traffic[0].text == "TX [12]");
-    CHECK(traffic[1].text == "Download delayed for 3 second(s).");
+    harness.engine->ReceiveFile(harness.folder / "NC/new");
+    harness.Exchange("N1\x13N2\x11N3");
+    harness.engine->CompleteUpload();
+    CHECK(harness.folder.ReadFile("NC/new") == "N1N2N3");
+}
+
+TEST_CASE("RawProtocol: a silence completes an upload, counted from the last byte and never before the first") {
+    RawHarness harness("[Port Settings]\nflow control=None\n");
+    Change(harness, [](DownloadSettings& settings) {
+        settings.silenceSeconds = 5;
+        settings.sendStartCode = 1;
+    });
+    const auto state = [&] { return harness.Snapshot().transferState; };
+    harness.engine->ReceiveFile(harness.folder / "NC/new");
+    harness.Run(1h);
+    harness.Exchange("leader");
+    harness.Run(1h);
+    harness.Exchange("\x12");
+    harness.Run(1h);
+    CHECK(state() == TransferState::Uploading);
+    for (int line = 0; line < 3; ++line) {
+        harness.Exchange("N1\n");
+        harness.Run(4900ms);
+        CHECK(state() == TransferState::Uploading);
+    }
+    harness.Run(200ms);
+    CHECK(state() == TransferState::UploadCompleted);
+    CHECK(harness.folder.ReadFile("NC/new") == "N1\nN1\nN1\n");
+    CHECK(harness.Snapshot().endDialog == EndDialog::None);
+
+    // The silence of an upload that was cancelled is none of the next one.
+    harness.engine->ReceiveFile(harness.folder / "NC/second");
+    harness.Exchange("\x12N2");
+    harness.engine->CancelUpload();
+    harness.engine->ReceiveFile(harness.folder / "NC/second");
+    harness.Run(1min);
+    CHECK(state() == TransferState::Uploading);
+    Change(harness, [](DownloadSettings& settings) { settings.silenceSeconds = 0; });
+    harness.Exchange("\x12N2");
+    harness.Run(24h);
+    CHECK(state() == TransferState::Uploading);
+}
+
+TEST_CASE("RawProtocol: without a link nothing begins, and nothing begins by itself when the link is there") {
+    RawHarness harness;
+    harness.line.isPresent = false;
+    harness.Open();
+    StartSending(harness, EveryByte(10));
+    CHECK(harness.Status() == "Download Error(s) " + (harness.folder / "NC/part").string() + ": there is no link");
+    harness.engine->ReceiveFile(harness.folder / "NC/new");
+    CHECK(harness.Status() == "Upload Error(s) " + (harness.folder / "NC/new").string() + ": there is no link");
+    CHECK(harness.Snapshot().sendFile.isEnabled);
+    harness.line.isPresent = true;
+    CHECK(harness.Run(10s).empty());
 }
 
 TEST_CASE("RawProtocol: a lost link ends a transfer, and the received part is kept") {

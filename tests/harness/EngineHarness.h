@@ -4,10 +4,12 @@
 #include "engine/Monitor.h"
 #include "harness/FakePort.h"
 #include "harness/TemporaryFolder.h"
+#include "protocol/ProtocolChoice.h"
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <doctest/doctest.h>
@@ -31,7 +33,7 @@ public:
     int attentionCalls = 0;
 };
 
-// `ProtocolType` is constructed from ProtocolParts.
+// `ProtocolType` is constructed from ProtocolParts. Protocol itself stands for the one that the settings ask for.
 template <typename ProtocolType>
 class EngineHarness {
 public:
@@ -59,7 +61,11 @@ public:
                 clock,
                 events,
                 [this](const ProtocolParts& parts) {
-                    auto made = std::make_unique<ProtocolType>(parts);
+                    std::unique_ptr<ProtocolType> made;
+                    if constexpr (std::is_same_v<ProtocolType, Protocol>)
+                        made = MakeProtocol(parts);
+                    else
+                        made = std::make_unique<ProtocolType>(parts);
                     protocol = made.get();
                     return made;
                 },

@@ -45,7 +45,7 @@ struct TestedLine : LineClient {
     FakeLine far{clock};
     DownloadSettings settings;
     TrafficQueue traffic;
-    LineTrace trace{traffic};
+    LineTrace trace{traffic, clock};
     LogLines log{clock};
     LineRecorder recorder{trace, log};
     ThreadOwner thread;

@@ -36,6 +36,10 @@ TEST_CASE("SuppressedMessages: a list keeps each line that is a number, and the 
         CHECK(SuppressedMessages(folder / "list").Add(8));
         CHECK(messages.Add(9));
         CHECK(folder.ReadFile("list") == each.kept);
+        CHECK(messages.Clear());
+        CHECK_FALSE(messages.Contains(9));
+        CHECK(messages.Add(7));
+        CHECK(folder.ReadFile("list") == "7\r\n");
     }
 }
 
@@ -50,5 +54,6 @@ TEST_CASE("SuppressedMessages: a number that cannot be written holds for this ru
         CHECK_FALSE(messages.Add(3));
         CHECK(messages.Contains(3));
     }
+    CHECK_FALSE(SuppressedMessages(folder / "list").Clear());
     CHECK(std::distance(std::filesystem::directory_iterator(folder.Path()), {}) == 2);
 }

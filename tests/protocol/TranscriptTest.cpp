@@ -75,7 +75,12 @@ TEST_CASE("TarvinApp: a start character goes out once, before the delay and the 
     settings.transmitDelaySeconds = 2;
     harness.engine->ApplySettings(settings);
     harness.folder.WriteFile("NC/7.", "N1\n");
+    harness.engine->Traffic().SetWanted(true);
     CHECK(harness.Exchange(Message("ABSE7")) == "\x12");
+    const auto traffic = harness.engine->Traffic().Take();
+    REQUIRE(traffic.size() == 3);
+    CHECK(traffic[1].text == "TX [12]");
+    CHECK(traffic[2].text == "Download delayed for 2 second(s).");
     CHECK(harness.Run(1900ms).empty());
     CHECK(harness.Run(200ms) == Message("AAAK") + Message("AADAN1"));
     CHECK(harness.Run(100ms).empty());

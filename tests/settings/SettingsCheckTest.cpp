@@ -56,10 +56,19 @@ TEST_CASE("CheckSettings: a wrong setting is named, and may stay only if it has 
         const auto kept = CheckSettings(wanted, wanted);
         CHECK(kept.size() == fresh.size());
         if (each.isWrong && fresh.size() == 1 && kept.size() == 1) {
-            CHECK(fresh.front().field == each.field);
+            CHECK(fresh.front().field == AnySetting(each.field));
             CHECK_FALSE(fresh.front().mayStay);
             CHECK(kept.front().mayStay);
         }
+    }
+    DownloadSettings wrongNumber = sound;
+    for (const std::int32_t number : {-1, 1000}) {
+        wrongNumber.lineDelayMilliseconds = number;
+        const auto fresh = CheckSettings(wrongNumber, sound);
+        REQUIRE(fresh.size() == 1);
+        CHECK(fresh.front().field == AnySetting(&DownloadSettings::lineDelayMilliseconds));
+        CHECK_FALSE(fresh.front().mayStay);
+        CHECK(CheckSettings(wrongNumber, wrongNumber).front().mayStay);
     }
     DownloadSettings logOff = sound;
     DownloadSettings logOn = sound;

@@ -2,6 +2,8 @@
 
 #include <csignal>
 
+#include <wx/bookctrl.h>
+
 namespace tarvin::test {
 
 using namespace std::chrono_literals;
@@ -38,7 +40,13 @@ TEST_CASE("MainWindow: it closes in each state, with its log and its settings in
         {"with the settings open, and a folder looked for",
          [&](DesktopFixture& desktop) {
              click(desktop.Panel().changeSettings, "Download Settings");
-             Click(OnUi([] { return wxWindow::FindWindowByName("Browse for the upload folder"); }));
+             // On the page of the folders.
+             Click(OnUi([] {
+                 wxWindow* const browse = wxWindow::FindWindowByName("Browse for the upload folder");
+                 auto& pages = dynamic_cast<wxBookCtrlBase&>(*browse->GetGrandParent()->GetParent());
+                 pages.SetSelection(1);
+                 return browse;
+             }));
              REQUIRE(WindowTitled("Upload Path") != nullptr);
          }},
         {"with a file asked for",

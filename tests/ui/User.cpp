@@ -54,6 +54,14 @@ bool SystemDialogBecomesActive() {
     });
 }
 
+void PickFile(const std::string& title, const std::filesystem::path& path) {
+    REQUIRE(WindowTitled(title) != nullptr);
+    REQUIRE(SystemDialogBecomesActive());
+    PressKey('A', wxMOD_CONTROL);
+    Type(path.string());
+    PressUntilHidden(WXK_RETURN, title);
+}
+
 bool Becomes(const std::function<bool()>& condition, std::chrono::milliseconds longest) {
     const auto end = std::chrono::steady_clock::now() + longest;
     while (!OnUi(condition)) {

@@ -4,6 +4,7 @@
 #include "ui/Wx.h"
 
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <future>
 #include <memory>
@@ -40,6 +41,8 @@ void Type(const std::string& text);
 void FindSystemDialogBy(std::function<wxWindow*()> find);
 // Waits until the dialog of the system has the keyboard. False after the time limit.
 bool SystemDialogBecomesActive();
+// Types the path into the dialog of the system with this title and confirms it.
+void PickFile(const std::string& title, const std::filesystem::path& path);
 // The visible top-level window with this title. Waits for it; null after the time limit.
 wxTopLevelWindow* WindowTitled(const std::string& title);
 wxTopLevelWindow* WindowTitledOneOf(const std::vector<std::string>& titles);

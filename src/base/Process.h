@@ -1,0 +1,21 @@
+#pragma once
+// Who runs this program: process, user and computer. One source for each system. Any thread.
+
+#include "base/KelText.h"
+
+#include <cstdint>
+
+namespace tarvin {
+
+std::uint64_t OwnProcessId();
+
+// True too if the process belongs to another user. The system gives the number of a process that has ended to a new one
+// after a while.
+bool IsProcessRunning(std::uint64_t process);
+
+// The name under which the user is logged in; the user's number where it has no name.
+KelText UserName();
+
+KelText ComputerName();
+
+}

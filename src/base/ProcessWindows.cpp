@@ -1,0 +1,45 @@
+#include "base/Process.h"
+#include "base/WindowsApi.h"
+
+#include <array>
+#include <limits>
+
+namespace tarvin {
+
+namespace {
+
+// Names of users have at most 256 units, names of computers fewer.
+using NameBuffer = std::array<wchar_t, 257>;
+
+}
+
+std::uint64_t OwnProcessId() {
+    return ::GetCurrentProcessId();
+}
+
+bool IsProcessRunning(std::uint64_t process) {
+    if (process == 0 || process > std::numeric_limits<DWORD>::max())
+        return false;
+    const HANDLE opened =
+        ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
+    if (opened == nullptr)
+        return ::GetLastError() == ERROR_ACCESS_DENIED;
+    // A process that has ended stays known as long as someone holds a handle of it.
+    const bool isRunning = ::WaitForSingleObject(opened, 0) == WAIT_TIMEOUT;
+    ::CloseHandle(opened);
+    return isRunning;
+}
+
+KelText UserName() {
+    NameBuffer name = {};
+    auto length = static_cast<DWORD>(name.size());
+    return ::GetUserNameW(name.data(), &length) ? FromPath(std::filesystem::path(name.data())) : KelText();
+}
+
+KelText ComputerName() {
+    NameBuffer name = {};
+    auto length = static_cast<DWORD>(name.size());
+    return ::GetComputerNameW(name.data(), &length) ? FromPath(std::filesystem::path(name.data())) : KelText();
+}
+
+}

@@ -1,0 +1,107 @@
+#include "ui/Board.h"
+
+#include "base/BoardMessages.h"
+#include "ui/Accessibility.h"
+#include "ui/BoardPainter.h"
+
+#include <algorithm>
+
+#include <wx/dcbuffer.h>
+#include <wx/settings.h>
+
+namespace tarvin {
+
+namespace {
+
+constexpr int tickMilliseconds = 1000;
+constexpr int leastButtonHeight = 32; // DIP: a finger in a glove
+
+// The day stands beside the time of what is not of today.
+KelText LocalTime(TransferRecord::Time time) {
+    const wxDateTime local(std::chrono::system_clock::to_time_t(time));
+    return FromWx(local.IsSameDate(wxDateTime::Now()) ? local.Format("%H:%M") : local.Format("%Y-%m-%d %H:%M"));
+}
+
+}
+
+Board::Board(wxWindow* parent, const Clock& clock)
+    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE | wxTAB_TRAVERSAL, "board"),
+      clock(clock) {
+    // Needed for a buffered paint, which does not flicker.
+    SetBackgroundStyle(wxBG_STYLE_PAINT);
+    const auto makeButton = [this](KelTextView label, KelTextView tip) {
+        auto* button = new wxButton(this, wxID_ANY, ToWx(label));
+        button->SetToolTip(ToWx(tip));
+        const wxSize best = button->GetBestSize();
+        button->SetSize(wxSize(best.GetWidth(), std::max(best.GetHeight(), FromDIP(leastButtonHeight))));
+        button->Hide();
+        return button;
+    };
+    seen = makeButton(text::board::seen, text::board::seenTip);
+    help = makeButton(text::board::help, text::board::helpTip);
+    seen->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) {
+        if (content.unseen && onSeen)
+            onSeen(*content.unseen);
+    });
+    help->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) {
+        if (onHelp)
+            onHelp();
+    });
+    Bind(wxEVT_PAINT, &Board::OnPaint, this);
+    Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+        event.Skip();
+        PlaceButtons();
+    });
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        Refresh(false);
+        event.Skip();
+    });
+    tick.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Update(); });
+    Update();
+}
+
+void Board::Show(const EngineSnapshot& newSnapshot) {
+    snapshot = newSnapshot;
+    Update();
+    if (!IsTimeShown(snapshot))
+        tick.Stop();
+    else if (!tick.IsRunning())
+        tick.Start(tickMilliseconds);
+}
+
+void Board::Update() {
+    BoardContent described = DescribeBoard(snapshot, clock.Now(), LocalTime);
+    if (described == content)
+        return;
+    content = std::move(described);
+    const bool isFailure = content.unseen.has_value();
+    if (seen->IsShown() != isFailure) {
+        seen->Show(isFailure);
+        help->Show(isFailure);
+    }
+    // Screen readers read a text when it changes. The seconds of a transfer would never let them end.
+    SetAccessible(*this, AccessibleRole::Pane, ToWx(text::board::name), ToWx(content.Spoken()));
+    Refresh(false);
+}
+
+void Board::PlaceButtons() {
+    const wxSize room = GetClientSize();
+    const int gap = FromDIP(6);
+    int right = room.GetWidth() - gap;
+    for (wxButton* button : {help, seen}) {
+        const wxSize size = button->GetSize();
+        right -= size.GetWidth();
+        button->Move(right, room.GetHeight() - gap - size.GetHeight());
+        right -= gap;
+    }
+}
+
+void Board::OnPaint(wxPaintEvent&) {
+    wxAutoBufferedPaintDC dc(this);
+    const wxSize room = GetClientSize();
+    const wxSize buttons = seen->IsShown() ? room - wxSize(seen->GetPosition().x, seen->GetPosition().y) : wxSize();
+    const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
+    PaintBoard(dc, *this, content, {room, buttons, isDark});
+}
+
+}

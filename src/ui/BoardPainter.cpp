@@ -1,0 +1,222 @@
+#include "ui/BoardPainter.h"
+
+#include "ui/BoardColours.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace tarvin {
+
+namespace {
+
+// Heights in parts of the pane. Two metres from the screen a character needs 8 mm, so the number takes what it can get.
+constexpr double numberHeight = 0.26;
+constexpr double textHeight = 0.058;
+constexpr double textOfWidth = 0.036;
+constexpr int leastText = 11; // DIP
+
+// The text broken anywhere into lines of at most `width`. A number has no blanks to break at.
+std::vector<wxString> BrokenAnywhere(const wxDC& dc, const wxString& text, int width) {
+    wxArrayInt widths;
+    std::vector<wxString> lines;
+    dc.GetPartialTextExtents(text, widths);
+    std::size_t start = 0;
+    for (std::size_t index = 0; index < text.length(); ++index) {
+        const int before = start == 0 ? 0 : widths[start - 1];
+        if (index > start && widths[index] - before > width) {
+            lines.push_back(text.Mid(start, index - start));
+            start = index;
+        }
+    }
+    lines.push_back(text.Mid(start));
+    return lines;
+}
+
+class Painter {
+public:
+    Painter(wxDC& dc, const wxWindow& window, const BoardContent& content, const BoardRoom& room)
+        : dc(dc),
+          window(window),
+          content(content),
+          colours(ColoursOf(content.state, room.isDark)),
+          isDark(room.isDark),
+          textPixels(std::max<double>(window.FromDIP(leastText), std::min(textHeight * room.size.GetHeight(),
+                                                                          textOfWidth * room.size.GetWidth()))),
+          height(room.size.GetHeight()),
+          bottom(room.size.GetHeight()),
+          buttonsTop(room.size.GetHeight() - room.buttons.GetHeight()),
+          buttonsLeft(room.size.GetWidth() - room.buttons.GetWidth()),
+          edge(std::max(window.FromDIP(8), static_cast<int>(textPixels * 0.6))),
+          left(edge + static_cast<int>(textPixels * 0.8)),
+          right(room.size.GetWidth() - static_cast<int>(textPixels * 0.8)),
+          y(static_cast<int>(textPixels * 0.4)) {}
+
+    void Paint() {
+        dc.SetBackground(ToColour(colours.ground));
+        dc.Clear();
+        Fill(wxRect(0, 0, edge, height), colours.edge);
+        PaintNumber();
+        PaintTitle();
+        if (content.bar)
+            PaintBar();
+        PaintFacts();
+        PaintRecents();
+    }
+
+private:
+    void Use(double pixels, bool isBold, Rgb colour) {
+        wxFont font = window.GetFont();
+        font.SetPixelSize(wxSize(0, std::max(static_cast<int>(pixels), 1)));
+        font.SetWeight(isBold ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
+        dc.SetFont(font);
+        dc.SetTextForeground(ToColour(colour));
+    }
+
+    void Fill(const wxRect& place, Rgb colour) {
+        dc.SetPen(*wxTRANSPARENT_PEN);
+        dc.SetBrush(ToColour(colour));
+        dc.DrawRectangle(place);
+    }
+
+    void TextAtRight(const wxString& text, int top) {
+        dc.DrawText(text, right - dc.GetTextExtent(text).GetWidth(), top);
+    }
+
+    // As large as the room allows, and whole: a number that is cut off is another number.
+    void PaintNumber() {
+        if (content.number.empty() && content.share.empty())
+            return;
+        const int room = static_cast<int>(numberHeight * height);
+        const wxString share = ToWx(content.share);
+        int shareWidth = 0;
+        if (!share.empty()) {
+            Use(room * 0.75, true, colours.edge);
+            const wxSize extent = dc.GetTextExtent(share);
+            shareWidth = extent.GetWidth() + static_cast<int>(textPixels);
+            TextAtRight(share, y + (room - extent.GetHeight()) / 2);
+        }
+        const wxString number = ToWx(content.number);
+        const int width = std::max(right - left - shareWidth, 1);
+        std::vector<wxString> lines;
+        int lineHeight = 0;
+        constexpr double smaller = 0.9;
+        for (double pixels = room; pixels > 1; pixels *= smaller) {
+            Use(pixels, true, colours.text);
+            lineHeight = dc.GetTextExtent("0").GetHeight();
+            const int lineCount = std::max(room / lineHeight, 1);
+            lines = BrokenAnywhere(dc, number, width);
+            // A short number stays on one line while that costs little of its size.
+            const bool isReadable = pixels > room * 0.4 || lines.size() == 1;
+            if (static_cast<int>(lines.size()) <= (isReadable ? 1 : lineCount))
+                break;
+        }
+        int top = y + std::max((room - lineHeight * static_cast<int>(lines.size())) / 2, 0);
+        for (const wxString& line : lines) {
+            dc.DrawText(line, left, top);
+            top += lineHeight;
+        }
+        y += room;
+    }
+
+    void PaintTitle() {
+        // The largest of some sizes at which the title fits.
+        const wxString title = ToWx(content.title);
+        for (const double scale : {1.35, 1.2, 1.05, 0.9}) {
+            Use(textPixels * scale, true, colours.edge);
+            if (dc.GetTextExtent(title).GetWidth() <= right - left)
+                break;
+        }
+        dc.DrawText(Shortened(title, right - left), left, y);
+        y += static_cast<int>(textPixels * 1.75);
+        if (content.comment.empty())
+            return;
+        Use(textPixels, false, colours.text);
+        dc.DrawText(Shortened(ToWx(content.comment), right - left), left, y);
+        y += static_cast<int>(textPixels * 1.5);
+    }
+
+    void PaintBar() {
+        const wxRect all(left, y, right - left, static_cast<int>(textPixels * 0.95));
+        dc.SetPen(wxPen(ToColour(colours.edge), std::max(window.FromDIP(1), 1)));
+        dc.SetBrush(ToColour(colours.track));
+        dc.DrawRectangle(all);
+        wxRect filled = all;
+        constexpr double blockShare = 0.2;
+        if (content.isBarMoving) {
+            filled.x += static_cast<int>(*content.bar * (1 - blockShare) * all.width);
+            filled.width = static_cast<int>(blockShare * all.width);
+        } else {
+            filled.width = static_cast<int>(*content.bar * all.width);
+        }
+        Fill(filled, colours.edge);
+        y += all.height + static_cast<int>(textPixels * 0.5);
+    }
+
+    void PaintFacts() {
+        const int rowHeight = static_cast<int>(textPixels * 1.45);
+        for (const BoardContent::Fact& fact : content.facts) {
+            if (y + rowHeight > buttonsTop)
+                return;
+            Use(textPixels * 0.9, false, colours.faint);
+            const wxString caption = ToWx(fact.caption);
+            dc.DrawText(caption, left, y + static_cast<int>(textPixels * 0.1));
+            const int captionWidth = dc.GetTextExtent(caption).GetWidth() + static_cast<int>(textPixels * 0.7);
+            Use(textPixels, false, colours.text);
+            TextAtRight(Shortened(ToWx(fact.value), right - left - captionWidth), y);
+            y += rowHeight;
+        }
+    }
+
+    void PaintRecents() {
+        y += static_cast<int>(textPixels * 0.35);
+        Fill(wxRect(left, y, right - left, std::max(window.FromDIP(1), 1)), colours.faint);
+        y += static_cast<int>(textPixels * 0.35);
+        const double rowText = textPixels * 0.88;
+        const int rowHeight = static_cast<int>(rowText * 1.4);
+        const int sign = static_cast<int>(rowText * 0.6);
+        const auto paintRow = [&](const wxString& text, Rgb signColour, Rgb textColour) {
+            dc.SetPen(*wxTRANSPARENT_PEN);
+            dc.SetBrush(ToColour(signColour));
+            dc.DrawEllipse(left, y + (rowHeight - sign) / 2, sign, sign);
+            Use(rowText, false, textColour);
+            const int textLeft = left + static_cast<int>(rowText);
+            const int textRight = y + rowHeight > buttonsTop ? buttonsLeft - static_cast<int>(rowText / 2) : right;
+            dc.DrawText(Shortened(text, textRight - textLeft), textLeft, y);
+            y += rowHeight;
+        };
+        if (!content.unseenNote.empty() && y + rowHeight <= bottom)
+            paintRow(ToWx(content.unseenNote), SignColour(TransferOutcome::Failed, isDark), colours.text);
+        for (const BoardContent::Recent& recent : content.recents) {
+            if (y + rowHeight > bottom)
+                return;
+            paintRow(ToWx(recent.text), SignColour(recent.outcome, isDark), colours.faint);
+        }
+    }
+
+    wxString Shortened(const wxString& text, int width) const {
+        return wxControl::Ellipsize(text, dc, wxELLIPSIZE_END, width, wxELLIPSIZE_FLAGS_NONE);
+    }
+
+    wxDC& dc;
+    const wxWindow& window;
+    const BoardContent& content;
+    const BoardColours& colours;
+    const bool isDark;
+    const double textPixels; // the usual height of a text
+    const int height;
+    const int bottom;
+    const int buttonsTop;
+    const int buttonsLeft;
+    const int edge;
+    const int left;
+    const int right;
+    int y; // of what comes next
+};
+
+}
+
+void PaintBoard(wxDC& dc, const wxWindow& window, const BoardContent& content, const BoardRoom& room) {
+    Painter(dc, window, content, room).Paint();
+}
+
+}

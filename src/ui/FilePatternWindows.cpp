@@ -1,0 +1,10 @@
+#include "ui/FilePattern.h"
+
+namespace tarvin {
+
+// File names on this system ignore case.
+wxString PatternFor(const wxString& extension) {
+    return "*." + extension;
+}
+
+}

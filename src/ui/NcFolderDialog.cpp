@@ -1,0 +1,156 @@
+#include "ui/NcFolderDialog.h"
+
+#include "base/MoreMessages.h"
+#include "base/WindowMessages.h"
+#include "ui/BoardContent.h"
+#include "ui/HelpBook.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include <wx/listctrl.h>
+
+namespace tarvin {
+
+// Only the rows on the screen are asked for, so a folder of a hundred thousand files costs nothing.
+class NcFolderList : public wxListCtrl {
+public:
+    explicit NcFolderList(wxWindow* parent)
+        : wxListCtrl(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(640, 320)),
+                     wxLC_REPORT | wxLC_VIRTUAL | wxLC_SINGLE_SEL) {
+        SetName(ToWx(text::more::filesCaption));
+        const std::pair<KelTextView, int> columns[] = {{text::more::number, 110},
+                                                       {text::more::comment, 240},
+                                                       {text::more::size, 90},
+                                                       {text::more::changed, 130},
+                                                       {text::more::note, 90}};
+        for (const auto& [caption, width] : columns)
+            AppendColumn(ToWx(caption), caption == text::more::size ? wxLIST_FORMAT_RIGHT : wxLIST_FORMAT_LEFT,
+                         FromDIP(width));
+    }
+
+    void ShowRows(std::vector<const NcFolderEntry*> newRows) {
+        rows = std::move(newRows);
+        SetItemCount(static_cast<long>(rows.size()));
+        Refresh();
+    }
+
+private:
+    wxString OnGetItemText(long row, long column) const override {
+        const NcFolderEntry& entry = *rows[static_cast<std::size_t>(row)];
+        switch (column) {
+        case 0:
+            return ToWx(entry.number);
+        case 1:
+            return ToWx(entry.comment);
+        case 2:
+            return ToWx(GroupedText(static_cast<std::int64_t>(entry.size)));
+        case 3:
+            return wxDateTime(std::chrono::system_clock::to_time_t(entry.changed)).Format("%Y-%m-%d %H:%M");
+        default:
+            return entry.isIncomplete ? ToWx(text::more::incomplete) : wxString();
+        }
+    }
+
+    std::vector<const NcFolderEntry*> rows;
+};
+
+// Shared with the thread that reads: the dialog may be gone before a dead server answers.
+struct NcFolderDialog::Reading {
+    std::atomic<bool> stop = false;
+    NcFolderDialog* dialog = nullptr; // null once it is gone; user-interface thread
+    Result<std::vector<NcFolderEntry>> result = std::vector<NcFolderEntry>();
+};
+
+NcFolderDialog::NcFolderDialog(wxWindow* parent, KelText folder, KelText extension, std::function<void()> showHelp)
+    : wxDialog(parent, wxID_ANY, ToWx(text::more::filesCaption), wxDefaultPosition, wxDefaultSize,
+               wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMAXIMIZE_BOX, "NC Folder"),
+      folder(std::move(folder)),
+      extension(std::move(extension)),
+      filter(new wxTextCtrl(this, wxID_ANY)),
+      list(new NcFolderList(this)),
+      note(new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_MIDDLE)) {
+    const int gap = FromDIP(6);
+    auto* all = new wxBoxSizer(wxVERTICAL);
+    all->Add(new wxStaticText(this, wxID_ANY, ToLabel(Filled(text::more::filesIn, {this->folder})), wxDefaultPosition,
+                              wxDefaultSize, wxST_ELLIPSIZE_MIDDLE),
+             wxSizerFlags().Expand().Border(wxALL, gap));
+    auto* search = new wxBoxSizer(wxHORIZONTAL);
+    search->Add(new wxStaticText(this, wxID_ANY, ToWx(text::more::filter)), wxSizerFlags().CenterVertical());
+    filter->SetName(wxControl::RemoveMnemonics(ToWx(text::more::filter)));
+    search->Add(filter, wxSizerFlags(1).Border(wxLEFT, gap));
+    all->Add(search, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
+    all->Add(list, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, gap));
+    auto* foot = new wxBoxSizer(wxHORIZONTAL);
+    foot->Add(note, wxSizerFlags(1).CenterVertical());
+    auto* refresh = new wxButton(this, wxID_REFRESH, ToWx(text::more::readAgain));
+    auto* close = new wxButton(this, wxID_CANCEL, ToWx(text::label::close));
+    for (wxButton* button : {refresh, close}) {
+        button->SetMinSize(wxSize(-1, FromDIP(32)));
+        foot->Add(button, wxSizerFlags().Border(wxLEFT, gap));
+    }
+    all->Add(foot, wxSizerFlags().Expand().Border(wxALL, gap));
+    SetSizerAndFit(all);
+    CentreOnParent();
+    filter->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { ShowMatches(); });
+    refresh->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Read(); });
+    const auto finish = [this] {
+        SetReturnCode(wxID_CANCEL);
+        Hide();
+    };
+    close->Bind(wxEVT_BUTTON, [finish](wxCommandEvent&) { finish(); });
+    Bind(wxEVT_CLOSE_WINDOW, [finish](wxCloseEvent&) { finish(); });
+    BindHelpKey(*this, std::move(showHelp));
+    filter->SetFocus();
+    Read();
+}
+
+NcFolderDialog::~NcFolderDialog() {
+    reading->stop = true;
+    reading->dialog = nullptr;
+}
+
+void NcFolderDialog::Read() {
+    if (reading) {
+        reading->stop = true;
+        reading->dialog = nullptr;
+    }
+    reading = std::make_shared<Reading>();
+    reading->dialog = this;
+    note->SetLabel(ToWx(text::more::reading));
+    std::thread([shared = reading, owner = wxTheApp, folderRead = folder, extensionRead = extension] {
+        shared->result = ListNcFolder(folderRead, extensionRead, shared->stop);
+        // The application outlives every dialog, and a stopped reading has none.
+        if (!shared->stop)
+            owner->CallAfter([shared] {
+                if (shared->dialog != nullptr)
+                    shared->dialog->OnRead(*shared);
+            });
+    }).detach();
+}
+
+void NcFolderDialog::OnRead(const Reading& done) {
+    if (!done.result) {
+        entries.clear();
+        ShowMatches();
+        note->SetLabel(wxControl::EscapeMnemonics(ToWx(done.result.Reason().text)));
+        return;
+    }
+    entries = *done.result;
+    ShowMatches();
+}
+
+void NcFolderDialog::ShowMatches() {
+    const wxString wanted = filter->GetValue().Lower();
+    std::vector<const NcFolderEntry*> matches;
+    for (const NcFolderEntry& entry : entries) {
+        if (wanted.empty() || ToWx(entry.number).Lower().Contains(wanted) ||
+            ToWx(entry.comment).Lower().Contains(wanted))
+            matches.push_back(&entry);
+    }
+    note->SetLabel(ToWx(Filled(text::more::fileCount, {GroupedText(static_cast<std::int64_t>(matches.size()))})));
+    list->ShowRows(std::move(matches));
+}
+
+}
