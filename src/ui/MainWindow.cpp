@@ -106,7 +106,7 @@ void MainWindow::BindControls() {
         handshake->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { OnHandshake(); });
     Board& board = panel->monitor->TheBoard();
     board.onSeen = [this](const TransferRecord& failure) { engine.MarkSeen(failure.number, failure.direction); };
-    board.onHelp = [this] { OnHelp("transfers.htm"); };
+    board.onHelp = [this] { OnHelp("errors.htm"); };
     SetDropTarget(new FileDrop(*this, {[this](const std::filesystem::path& path) { SendPicked(path); },
                                        [this](const KelText& why) {
                                            OnMessage({why, text::box::problemCaption, okOnly | iconExclamation});

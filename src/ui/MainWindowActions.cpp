@@ -197,13 +197,13 @@ void MainWindow::OpenFolder(const std::filesystem::path& folder) {
 }
 
 void MainWindow::OnFiles() {
-    NcFolderDialog dialog(this, settings.downloadPath, settings.fileExtension, [this] { OnHelp("transfers.htm"); });
+    NcFolderDialog dialog(this, settings.downloadPath, settings.fileExtension, [this] { OnHelp("more.htm"); });
     modal.Run(dialog);
 }
 
 void MainWindow::OnHistory() {
     HistoryDialog dialog(this, HistoryFile(pathsFile.parent_path()), engine.MachineName(),
-                         {[this] { OnHelp("transfers.htm"); },
+                         {[this] { OnHelp("history.htm"); },
                           [this](const std::filesystem::path& folder) { OpenFolder(folder); },
                           [this](wxDialog& native) { return modal.RunNative(native); }});
     modal.Run(dialog);
