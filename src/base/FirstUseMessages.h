@@ -21,7 +21,6 @@ inline constexpr char16_t browseCaption[] = u"Choose the NC Folder";
 inline constexpr char16_t useAndTest[] = u"Use and Test";
 inline constexpr char16_t useAndTestTip[] = u"Keeps these settings and opens the port";
 inline constexpr char16_t command[] = u"Command";
-inline constexpr char16_t help[] = u"What is missing";
 // %1 is a file number and %2 the path of its file.
 inline constexpr char16_t example[] = u"The machine asks for %1: %2";
 inline constexpr char16_t exampleByHand[] = u"You send and receive files in this folder: %2";
