@@ -1,10 +1,11 @@
-# The libraries that the programs stand on. For Windows they are linked in; expat and wxWidgets come from
+# The libraries that the programs stand on. For Windows they are linked in; expat, SQLite and wxWidgets come from
 # packaging/windows/build-libraries.
 
 set(ZLIB_USE_STATIC_LIBS ${WIN32})
 find_package(Threads REQUIRED)
 find_package(ZLIB REQUIRED)
 find_package(EXPAT REQUIRED)
+find_package(SQLite3 REQUIRED)
 if(WIN32)
     set_property(TARGET EXPAT::EXPAT APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS XML_STATIC)
 endif()

@@ -7,6 +7,7 @@
 #include "dictionary/TextHolder.h"
 #include "engine/EngineSetup.h"
 #include "files/FileNames.h"
+#include "history/HistoryDatabase.h"
 #include "messages/MessageAdvice.h"
 #include "protocol/ProtocolChoice.h"
 #include "protocol/TarvinApp.h"
@@ -94,9 +95,11 @@ Result<> Program::LoadDictionary() const {
 }
 
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {
+    auto history = std::make_unique<HistoryDatabase>(HistoryFile(installation.Folder()));
     return std::make_unique<DownloadApp>(EngineSetup{MakeSerialPort(portNames), clock, events, MakeProtocol,
                                                      installation.Folder(), FromPath(installation.NcFilesFolder()),
-                                                     TarvinApp::FirstSettings(), installation.LinkedFolders()},
+                                                     TarvinApp::FirstSettings(), installation.LinkedFolders(),
+                                                     std::make_unique<LogFiles>(std::move(history))},
                                          machineName);
 }
 

@@ -31,4 +31,8 @@ std::optional<KelText> TypedCommandLine();
 // the program opens its first file.
 void SecureStandardStreams();
 
+// Prepares standard output for data. It takes every byte as it is; otherwise Windows puts a CR before each LF. A write
+// to a reader that has left fails; otherwise POSIX ends the program. Call it before the first output.
+void PrepareOutput();
+
 }

@@ -1,6 +1,7 @@
 #include "base/System.h"
 
 #include <cerrno>
+#include <csignal>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -61,6 +62,10 @@ void SecureStandardStreams() {
     } while (opened >= 0 && opened <= STDERR_FILENO);
     if (opened > STDERR_FILENO)
         ::close(opened);
+}
+
+void PrepareOutput() {
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 }

@@ -1,9 +1,11 @@
 #include "base/System.h"
 #include "base/WindowsApi.h"
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 
+#include <io.h>
 #include <shellapi.h>
 
 namespace tarvin {
@@ -82,5 +84,10 @@ std::optional<KelText> TypedCommandLine() {
 
 // Windows gives no handle the number of a closed stream.
 void SecureStandardStreams() {}
+
+void PrepareOutput() {
+    constexpr int binary = 0x8000; // _O_BINARY: its header is allowed in the sources of POSIX alone
+    (void)::_setmode(::_fileno(stdout), binary);
+}
 
 }

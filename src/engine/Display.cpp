@@ -85,8 +85,9 @@ void Display::ShowLink() {
     Publish();
 }
 
-void Display::OnEnded(TransferRecord record) {
+void Display::OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) {
     record.machine = sources.machineName;
+    logs.AddToHistory(record, std::move(content));
     TransferRecords records = *next.recent;
     // A whole transfer makes good what has failed before.
     if (record.outcome == TransferOutcome::Completed) {
@@ -99,12 +100,20 @@ void Display::OnEnded(TransferRecord record) {
 }
 
 void Display::ShowPastTransfers(TransferRecords past) {
+    // A slow disk may bring them when this run has had transfers.
+    for (TransferRecord& record : past) {
+        record.isSeen |= std::any_of(next.recent->begin(), next.recent->end(), [&](const TransferRecord& later) {
+            return later.outcome == TransferOutcome::Completed && later.number == record.number &&
+                   later.direction == record.direction;
+        });
+    }
     past.insert(past.end(), next.recent->begin(), next.recent->end());
     ShowRecent(std::move(past));
     Publish();
 }
 
 void Display::MarkSeen(KelTextView number, TransferDirection direction) {
+    logs.MarkSeen(KelText(number), direction);
     TransferRecords records = *next.recent;
     for (TransferRecord& record : records)
         record.isSeen |= record.number == number && record.direction == direction;

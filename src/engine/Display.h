@@ -32,7 +32,7 @@ public:
 
     void OnStateChanged(Urgency urgency) override;
     void OnNamed(const TransferName& name) override;
-    void OnEnded(TransferRecord record) override;
+    void OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) override;
     void ShowMessage(const MessageBoxText& box) override { events.ShowMessage(box); }
     void DrawAttention() override { events.DrawAttention(); }
 

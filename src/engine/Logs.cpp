@@ -4,6 +4,7 @@
 #include "logging/DiagnosticsReport.h"
 #include "messages/MessageAdvice.h"
 
+#include <cassert>
 #include <utility>
 
 namespace tarvin {
@@ -16,11 +17,17 @@ namespace {
 constexpr auto longestClose = 2s;
 // The writer of a failed log looks this often whether its next attempt is due.
 constexpr auto attemptLookPeriod = 1s;
+constexpr auto deletionPeriod = 24h;
 
 }
 
 Logs::Logs(const Clock& clock, LineTrace& trace, EngineEvents& events, std::unique_ptr<LogFiles> files)
-    : clock(clock), events(events), lines(clock), recorder(trace, lines), files(std::move(files)) {}
+    : clock(clock),
+      events(events),
+      lines(clock),
+      recorder(trace, lines),
+      files(std::move(files)),
+      historyPath(this->files->HistoryPath()) {}
 
 void Logs::ShowProblem(const std::filesystem::path& path, const KelText& reason) {
     const KelText problem = Filled(text::box::cannotWriteLog, {FromPath(path), reason});
@@ -60,7 +67,37 @@ void Logs::LogStatusChange(const DownloadSettings& settings, const KelText& stat
     lines.Add(ActivityLine{activityLogPath, statusText, fileName, LocalTimeNow(), force});
 }
 
+void Logs::OpenHistory(const KelText& machine, const DownloadSettings& settings) {
+    if (!historyPath)
+        return;
+    historyMachine = machine;
+    historySettings = &settings;
+    lines.Add(HistoryStart{machine});
+    DeleteOldRows();
+}
+
+void Logs::DeleteOldRows() {
+    lastDeletion = clock.Now();
+    if (historySettings->historyYears > 0)
+        lines.Add(HistoryExpiry{historyMachine,
+                                std::chrono::system_clock::now() - std::chrono::years(historySettings->historyYears)});
+}
+
+void Logs::AddToHistory(const TransferRecord& record, std::shared_ptr<const TransferContent> content) {
+    if (historyPath)
+        lines.Add(HistoryRow{std::make_shared<const TransferRecord>(record), std::move(content)});
+}
+
+void Logs::MarkSeen(const KelText& number, TransferDirection direction) {
+    if (!historyPath)
+        return;
+    assert(historySettings != nullptr);
+    lines.Add(HistorySeen{historyMachine, number, direction});
+}
+
 void Logs::Flush() {
+    if (historySettings != nullptr && clock.Now() - lastDeletion >= deletionPeriod)
+        DeleteOldRows();
     if (!lines.Records().empty() || (isFailing && clock.Now() - lastHandOver >= attemptLookPeriod))
         HandOver();
     TakeNews();
@@ -74,12 +111,14 @@ void Logs::HandOver() {
 }
 
 void Logs::TakeNews() {
-    const auto news = writer ? writer->TakeNews() : std::nullopt;
+    auto news = writer ? writer->TakeNews() : std::nullopt;
     if (!news)
         return;
     for (const LogProblem& problem : news->problems)
         ShowProblem(problem.path, problem.reason.text);
     isFailing = news->isFailing;
+    if (news->pastTransfers)
+        pastTransfers = std::move(news->pastTransfers);
     if (news->switchCount == switchCount)
         lines.SwitchCommsLog(news->isCommsLogOpen);
 }
@@ -103,10 +142,11 @@ void Logs::Close() {
 
 void Logs::GiveUpWriter() {
     const auto unwritten = writer->UnwrittenLines();
-    const std::filesystem::path* paths[] = {&commsLogPath, &activityLogPath};
+    const std::filesystem::path paths[logKindCount] = {commsLogPath, activityLogPath,
+                                                       historyPath.value_or(std::filesystem::path())};
     for (std::size_t log = 0; log < logKindCount; ++log) {
         if (unwritten[log] > 0)
-            ShowProblem(*paths[log], Filled(text::logReason::diskHangs, {ToText(unwritten[log])}));
+            ShowProblem(paths[log], Filled(text::logReason::diskHangs, {ToText(unwritten[log])}));
     }
     LogWriter::Abandon(std::move(writer));
 }

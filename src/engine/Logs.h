@@ -1,6 +1,6 @@
 #pragma once
-// The engine's two logs: the trace of the line and the history of its transfers. A thread of their own writes them, and
-// tries a log that cannot be written again each minute. Monitor thread.
+// The engine's logs: the trace of the line, the list of its statuses, and the history of its transfers. A thread of
+// their own writes them, and tries a log that cannot be written again each minute. Monitor thread.
 
 #include "engine/EngineEvents.h"
 #include "line/LineRecorder.h"
@@ -10,7 +10,10 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace tarvin {
 
@@ -39,9 +42,21 @@ public:
     void LogStatusChange(const DownloadSettings& settings, const KelText& statusText, const KelText& fileName,
                          bool force);
 
+    // Begins the machine's history: reads its past transfers, and deletes rows that are older than the settings allow,
+    // now and once a day. `settings` outlives this object. Does nothing without a history, and so do the next two.
+    void OpenHistory(const KelText& machine, const DownloadSettings& settings);
+    // Adds a row. The writing thread computes the checksum of the `content`, if there is one.
+    void AddToHistory(const TransferRecord& record, std::shared_ptr<const TransferContent> content = {});
+    // A user has seen that transfers of this number and direction have failed. Requires an opened history.
+    void MarkSeen(const KelText& number, TransferDirection direction);
+    // The newest transfers before this run and all failures that no user has seen, oldest first. None before they have
+    // been read, and once they have been taken.
+    std::optional<std::vector<TransferRecord>> TakePastTransfers() { return std::exchange(pastTransfers, {}); }
+
     // Hands what has been logged since the last call to the writing thread, and takes the results of earlier calls. The
     // user is told of a log that cannot be written: once, until it has been good for a minute. The comms log then lacks
-    // what comes until an attempt succeeds, and a line of it tells the gap. The lines of the activity log wait.
+    // what comes until an attempt succeeds, and a line of it tells the gap. The lines of the activity log and the rows
+    // of the history wait.
     void Flush();
     // Ends the comms log and the writing thread. Blocks until everything has been written, but for two seconds at most:
     // then the user is told how many lines are lost.
@@ -58,6 +73,7 @@ private:
     void HandOver();
     void TakeNews();
     void GiveUpWriter();
+    void DeleteOldRows();
     void ShowProblem(const std::filesystem::path& path, const KelText& reason);
 
     const Clock& clock;
@@ -69,6 +85,11 @@ private:
     // For the report of a disk that hangs: where the lines go.
     std::filesystem::path commsLogPath;
     std::filesystem::path activityLogPath;
+    const std::optional<std::filesystem::path> historyPath; // none without a history
+    KelText historyMachine;
+    const DownloadSettings* historySettings = nullptr; // until the history is opened
+    Clock::TimePoint lastDeletion;
+    std::optional<std::vector<TransferRecord>> pastTransfers;
     std::int64_t switchCount = 0; // starts and ends of the comms log so far
     bool isStarted = false;       // the last of these was a start
     bool isFailing = false;       // a log waits for its next attempt

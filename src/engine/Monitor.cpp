@@ -84,6 +84,7 @@ void Monitor::Load() {
 
 void Monitor::Open() {
     thread.AssertOwned();
+    logs.OpenHistory(machineName, settings);
     OpenPort();
     transfer.Wait(Urgency::NextTick);
     display.Start();
@@ -102,6 +103,8 @@ bool Monitor::RunPass() {
     if (trace.TakeWakeUp())
         events.TrafficArrived();
     logs.Flush();
+    if (auto past = logs.TakePastTransfers())
+        display.ShowPastTransfers(std::move(*past));
     display.ShowCommsLog(logs.IsCommsLogOn());
     display.FollowPass();
     return isMoreDue || (hasFired && !line.IsEmpty());

@@ -21,7 +21,11 @@ LogNews LogFiles::Write(const std::vector<LogRecord>& records, Clock::TimePoint 
     if (gap && now - gap->lastAttempt >= logRetryPeriod)
         EndGap();
     FlushCommsLog();
-    return {std::exchange(problems, {}), switchCount, commsLog.IsOpen(), gap || activityLog.IsFailing()};
+    // Last: the checksum of a large file takes seconds, and so does a database that others write.
+    FlushHistory();
+    const bool isFailing = gap || activityLog.IsFailing() || (historyLog && historyLog->IsFailing());
+    return {std::exchange(problems, {}), switchCount, commsLog.IsOpen(), isFailing,
+            historyLog ? historyLog->TakePastTransfers() : std::nullopt};
 }
 
 void LogFiles::Take(const CommsLogStart& start) {
@@ -66,12 +70,35 @@ void LogFiles::Take(const LinesLost& lost) {
     const KelText count = ToText(lost.count);
     if (lost.log == LogKind::Comms)
         commsLog.LogLine(ToUtf8(Filled(text::trace::linesNotLogged, {count})), true);
-    else
+    else if (lost.log == LogKind::Activity)
         activityLog.AddNote(Filled(text::activity::linesNotWritten, {count}));
+    else if (historyLog)
+        historyLog->CountLost(lost.count);
 }
 
 void LogFiles::Take(const LastAttempt&) {
     FlushActivityLog(true);
+    isEnding = true;
+}
+
+void LogFiles::Take(const HistoryStart& start) {
+    if (historyLog)
+        historyLog->Start(start.machine);
+}
+
+void LogFiles::Take(const HistoryRow& row) {
+    if (historyLog)
+        historyLog->Add(row);
+}
+
+void LogFiles::Take(const HistorySeen& seen) {
+    if (historyLog)
+        historyLog->Add(seen);
+}
+
+void LogFiles::Take(const HistoryExpiry& expiry) {
+    if (historyLog)
+        historyLog->Add(expiry);
 }
 
 void LogFiles::FlushCommsLog() {
@@ -93,6 +120,13 @@ void LogFiles::FlushCommsLog() {
 void LogFiles::FlushActivityLog(bool force) {
     if (const auto flushed = activityLog.Flush(force); !flushed)
         problems.push_back({activityLog.Path(), flushed.Reason()});
+}
+
+void LogFiles::FlushHistory() {
+    if (!historyLog)
+        return;
+    if (const auto flushed = historyLog->Flush(std::exchange(isEnding, false)); !flushed)
+        problems.push_back({historyLog->Path(), flushed.Reason()});
 }
 
 void LogFiles::EndGap() {

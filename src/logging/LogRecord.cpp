@@ -2,9 +2,20 @@
 
 namespace tarvin {
 
+namespace {
+
+std::size_t ByteCountOf(const KelText& text) {
+    return text.size() * sizeof(char16_t);
+}
+
+}
+
 LogKind LogRecord::Log() const {
     if (const auto* lost = std::get_if<LinesLost>(&event))
         return lost->log;
+    if (std::holds_alternative<HistoryStart>(event) || std::holds_alternative<HistoryRow>(event) ||
+        std::holds_alternative<HistorySeen>(event) || std::holds_alternative<HistoryExpiry>(event))
+        return LogKind::History;
     const bool isActivity = std::holds_alternative<ActivityLine>(event) || std::holds_alternative<LastAttempt>(event);
     return isActivity ? LogKind::Activity : LogKind::Comms;
 }
@@ -14,9 +25,22 @@ std::size_t LogRecord::ByteCount() const {
     if (const auto* comms = std::get_if<CommsLine>(&event))
         byteCount += comms->text.size();
     else if (const auto* activity = std::get_if<ActivityLine>(&event))
-        byteCount += (activity->statusText.size() + activity->programName.size()) * sizeof(char16_t) +
+        byteCount += ByteCountOf(activity->statusText) + ByteCountOf(activity->programName) +
                      activity->path.native().size() * sizeof(std::filesystem::path::value_type);
+    else if (const auto* row = std::get_if<HistoryRow>(&event))
+        byteCount += sizeof(TransferRecord) + ByteCountOf(row->record->machine) + ByteCountOf(row->record->number) +
+                     ByteCountOf(row->record->path) + ByteCountOf(row->record->reason) + row->record->sha256.size();
     return byteCount;
+}
+
+std::size_t LogRecord::ContentByteCount() const {
+    const auto* row = std::get_if<HistoryRow>(&event);
+    return row != nullptr && row->content ? row->content->byteCount : 0;
+}
+
+void LogRecord::DropContent() {
+    if (auto* row = std::get_if<HistoryRow>(&event))
+        row->content.reset();
 }
 
 }

@@ -3,18 +3,20 @@
 
 #include "base/Clock.h"
 #include "logging/LogText.h"
+#include "logging/TransferRecord.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace tarvin {
 
-enum class LogKind : std::size_t { Comms, Activity };
-inline constexpr std::size_t logKindCount = 2;
+enum class LogKind : std::size_t { Comms, Activity, History };
+inline constexpr std::size_t logKindCount = 3;
 
 // Begins a comms log in the file at `path`. `report` heads each of its files. With a `sizeLimit` above 0 it rolls over
 // at that many bytes.
@@ -49,20 +51,51 @@ struct LinesLost {
     std::int64_t count = 0;
 };
 
-// The program ends: the waiting lines of the activity log get one more attempt.
+// Begins the history of `machine`: its past transfers are wanted.
+struct HistoryStart {
+    KelText machine;
+};
+
+// A row of the history. Behind pointers, because the many lines of the comms log share the size of this type.
+struct HistoryRow {
+    std::shared_ptr<const TransferRecord> record;
+    // If it is there, it gives the record its checksum.
+    std::shared_ptr<const TransferContent> content;
+};
+
+// A user has seen that transfers of this number and direction have failed.
+struct HistorySeen {
+    KelText machine;
+    KelText number;
+    TransferDirection direction = TransferDirection::ToMachine;
+};
+
+// The rows of `machine` that ended before this time are deleted.
+struct HistoryExpiry {
+    KelText machine;
+    TransferRecord::Time before;
+};
+
+// The program ends: the waiting lines of activity log and history get one more attempt.
 struct LastAttempt {};
 
 struct LogRecord {
     Clock::TimePoint time; // of the event
-    std::variant<CommsLine, ActivityLine, CommsLogStart, CommsLogEnd, LinesLost, LastAttempt> event;
+    std::variant<CommsLine, ActivityLine, CommsLogStart, CommsLogEnd, LinesLost, LastAttempt, HistoryStart, HistoryRow,
+                 HistorySeen, HistoryExpiry>
+        event;
 
     LogKind Log() const;
-    // True for a line of traffic or status: the record may be dropped for lack of room.
+    // True for a line of traffic or status and for a row of the history: the record may be dropped for lack of room.
     bool IsLine() const {
-        return std::holds_alternative<CommsLine>(event) || std::holds_alternative<ActivityLine>(event);
+        return std::holds_alternative<CommsLine>(event) || std::holds_alternative<ActivityLine>(event) ||
+               std::holds_alternative<HistoryRow>(event);
     }
-    // The memory that the record takes, within a few bytes.
+    // The memory that the record takes, within a few bytes and without the content of a file.
     std::size_t ByteCount() const;
+    // The size of that content. 0 without it.
+    std::size_t ContentByteCount() const;
+    void DropContent();
 };
 
 }

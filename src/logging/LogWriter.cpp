@@ -44,6 +44,9 @@ void LogWriter::HandOver(std::vector<LogRecord>& records, Clock::TimePoint now) 
         }
         TellLost(record.Log());
         room.byteCount += byteCount;
+        if (room.contentByteCount > 0 && room.contentByteCount + record.ContentByteCount() > largestContents)
+            record.DropContent();
+        room.contentByteCount += record.ContentByteCount();
         if (record.IsLine() || std::holds_alternative<CommsLogEnd>(record.event))
             ++room.lineCount;
         waiting.push_back(std::move(record));
@@ -69,6 +72,7 @@ std::optional<LogNews> LogWriter::TakeNews() {
     hasNews = false;
     LogNews taken = news;
     news.problems.clear();
+    news.pastTransfers.reset();
     return taken;
 }
 
@@ -103,7 +107,7 @@ bool LogWriter::TakeBatch(std::vector<LogRecord>& batch, Clock::TimePoint& now, 
     const auto deadline = std::chrono::steady_clock::now() + gatheringTime;
     while (!isHurried && !StopRequested() && changed.WaitUntil(mutex, deadline))
         continue;
-    for (const LogKind log : {LogKind::Comms, LogKind::Activity})
+    for (const LogKind log : {LogKind::Comms, LogKind::Activity, LogKind::History})
         TellLost(log);
     batch.swap(waiting);
     now = handedOver;
@@ -118,9 +122,12 @@ void LogWriter::FinishBatch(LogNews latest, const Rooms& sizes) {
     for (std::size_t log = 0; log < logKindCount; ++log) {
         unwritten[log].byteCount -= sizes[log].byteCount;
         unwritten[log].lineCount -= sizes[log].lineCount;
+        unwritten[log].contentByteCount -= sizes[log].contentByteCount;
     }
-    const bool isNew = !latest.problems.empty() || !latest.HasSameState(news);
-    // Problems that the monitor thread has not taken yet stay in front.
+    const bool isNew = !latest.problems.empty() || latest.pastTransfers || !latest.HasSameState(news);
+    // What the monitor thread has not taken yet stays, the older problems in front.
+    if (!latest.pastTransfers)
+        latest.pastTransfers = std::move(news.pastTransfers);
     latest.problems.insert(latest.problems.begin(), std::make_move_iterator(news.problems.begin()),
                            std::make_move_iterator(news.problems.end()));
     news = std::move(latest);

@@ -4,8 +4,11 @@
 #include "base/KelText.h"
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace tarvin {
 
@@ -46,6 +49,14 @@ struct TransferRecord {
     bool isSeen = false;
 
     bool operator==(const TransferRecord&) const = default;
+};
+
+// The content of a transferred file, for a checksum that is still to be computed.
+struct TransferContent {
+    std::unique_ptr<const char[]> bytes;
+    std::size_t byteCount = 0;
+
+    std::string_view View() const { return {bytes.get(), byteCount}; }
 };
 
 }

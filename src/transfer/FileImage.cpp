@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace tarvin {
 
@@ -62,6 +63,12 @@ void FileImage::Clear() {
     content.reset();
     capacity = length = position = 0;
     linesTaken = 0;
+}
+
+TransferContent FileImage::TakeContent() {
+    TransferContent taken = {std::move(content), length};
+    Clear();
+    return taken;
 }
 
 Result<> FileImage::Grow(std::size_t newCapacity) {

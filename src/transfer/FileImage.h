@@ -3,6 +3,7 @@
 // during the download.
 
 #include "files/NativeFile.h"
+#include "logging/TransferRecord.h"
 
 #include <atomic>
 #include <cstddef>
@@ -28,6 +29,8 @@ public:
     Result<std::size_t> ReadPiece(NativeFile& file, std::size_t byteCount);
 
     void Clear();
+    // Gives the content away and clears the image.
+    TransferContent TakeContent();
 
     std::size_t Length() const { return length; }
     std::size_t Position() const { return position; }

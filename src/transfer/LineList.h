@@ -30,6 +30,8 @@ public:
     // file cannot be read, or if `stop` is set. Without success the list is empty.
     Result<std::optional<Fault>> Load(NativeFile& file, const std::atomic<bool>& stop, std::size_t longestLineAllowed);
     void Clear();
+    // Gives the content of the file away and clears the list.
+    TransferContent TakeContent();
 
     std::size_t FileSize() const { return image.Length(); }
 

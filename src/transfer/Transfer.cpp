@@ -73,10 +73,13 @@ KelText Transfer::Release() {
     return whole;
 }
 
-KelText Transfer::ReleaseFor(TransferState newState) {
+KelText Transfer::ReleaseFor(TransferState newState, std::shared_ptr<const TransferContent>& content) {
     // The bar stays full at the end of a download by hand: its last block is still leaving.
     const bool staysFull = newState == TransferState::DownloadCompleted && image.Position() == image.Length() &&
                            dialog == EndDialog::Download;
+    if (state == TransferState::Downloading)
+        content =
+            std::make_shared<const TransferContent>(image.Length() > 0 ? image.TakeContent() : lines.TakeContent());
     KelText whole = Release();
     if (staysFull)
         bar.position = bar.range;
@@ -130,6 +133,8 @@ TransferRecord Transfer::RecordOf(TransferOutcome outcome, TransferState newStat
     record.bytesTotal = state == TransferState::Downloading ? bytesTotal : 0;
     record.lineCount = LinesDone();
     record.linesTotal = linesTotal;
+    if (state == TransferState::Uploading)
+        record.sha256 = upload.Checksum();
     return record;
 }
 
@@ -139,7 +144,8 @@ void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason,
     std::optional<TransferRecord> ended;
     if (const auto outcome = isRefusal ? TransferOutcome::Refused : OutcomeOf(newState))
         ended = RecordOf(*outcome, newState);
-    const KelText whole = IsTransferring(newState) ? KelText() : ReleaseFor(newState);
+    std::shared_ptr<const TransferContent> content;
+    const KelText whole = IsTransferring(newState) ? KelText() : ReleaseFor(newState, content);
     // Something has ended an upload that was waiting for its name.
     if (!whole.empty())
         newReason = Filled(text::transferReason::wholeIn,
@@ -150,13 +156,15 @@ void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason,
     parts.observer.OnStateChanged(urgency);
     if (!ended)
         return;
+    if (ended->outcome == TransferOutcome::Refused)
+        content.reset();
     ended->reason = reason;
     // What the status says without a reason of its own.
     if (newState == TransferState::DownloadErrors && reason.empty())
         ended->reason = text::transferReason::lineRefused;
     if (newState == TransferState::DownloadCouldNotOpen && reason.empty())
         ended->reason = text::transferReason::noSuchFile;
-    parts.observer.OnEnded(std::move(*ended));
+    parts.observer.OnEnded(std::move(*ended), std::move(content));
 }
 
 void Transfer::Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency) {

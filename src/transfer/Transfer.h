@@ -26,6 +26,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -51,9 +52,10 @@ public:
     // The state is new. Shows and logs it before it returns, if that is urgent.
     virtual void OnStateChanged(Urgency urgency) = 0;
     virtual void OnNamed(const TransferName& name) = 0;
-    // A transfer has ended, or a request was refused, and the state that says so is shown. The record lacks the
-    // machine.
-    virtual void OnEnded(TransferRecord record) = 0;
+    // A transfer has ended, or a request was refused, and the state that says so is shown. The record lacks the machine
+    // and, for a download, the checksum of `content`: computing it takes too long for the thread of the line. `content`
+    // is null without such a download.
+    virtual void OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) = 0;
     virtual void ShowMessage(const MessageBoxText& box) = 0;
     // A file is to be sent, and the user is wanted.
     virtual void DrawAttention() = 0;
@@ -191,7 +193,8 @@ private:
     TransferRecord RecordOf(TransferOutcome outcome, TransferState newState) const;
     // The path of a whole upload that could not take its name, or empty.
     KelText Release();
-    KelText ReleaseFor(TransferState newState);
+    // The same, and what depends on the state that follows. Gives away the content of a download.
+    KelText ReleaseFor(TransferState newState, std::shared_ptr<const TransferContent>& content);
     void Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency);
     bool LoadLines(std::size_t longestLineAllowed);
     bool IsSourceUnchanged();

@@ -6,6 +6,7 @@
 #include "transfer/ReplacedFiles.h"
 
 #include <cassert>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -57,6 +58,7 @@ Result<> UploadFile::Begin(const fs::path& newPath, Content newContent) {
     content = newContent;
     lineEnds = {};
     bytesStored = 0;
+    checksum = {};
     isWhole = hasName = false;
     if (path.filename().native().size() > longestName)
         return Error{text::transferReason::nameTooLong};
@@ -69,8 +71,14 @@ Result<> UploadFile::Begin(const fs::path& newPath, Content newContent) {
 
 Result<> UploadFile::Store(std::string_view bytes) {
     assert(IsOpen());
-    const auto written = content == Content::Text ? file.Write(lineEnds.WithCarriageReturns(bytes)) : file.Write(bytes);
+    std::string withReturns;
+    if (content == Content::Text) {
+        withReturns = lineEnds.WithCarriageReturns(bytes);
+        bytes = withReturns;
+    }
+    const auto written = file.Write(bytes);
     if (written) {
+        checksum.Add(bytes);
         bytesStored = file.BytesWritten();
         return {};
     }

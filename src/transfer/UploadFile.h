@@ -2,9 +2,11 @@
 // The file of an upload. It arrives under its name plus ".part", and takes its name in one step when it is complete and
 // on the disk. Until then an older file of that name stays whole. One thread at a time.
 
+#include "base/Sha256.h"
 #include "files/KelFile.h"
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace tarvin {
@@ -34,6 +36,8 @@ public:
     Result<> Store(std::string_view bytes);
     // Bytes in the file, with the CRs that Store has added. Stays known after the end.
     std::uint64_t BytesStored() const { return bytesStored; }
+    // The SHA-256 of these bytes as hexadecimal digits.
+    std::string Checksum() const { return checksum.Digits(); }
 
     // Brings the file to the disk, keeps an older one with other bytes as ReplacedFiles.h says, and gives the file its
     // name. Of the kept files the newest `replacedFilesKept` stay. Blocks for as long as the disk takes. Success closes
@@ -58,6 +62,7 @@ private:
     Content content = Content::Text;
     LineEnds lineEnds;
     std::uint64_t bytesStored = 0;
+    Sha256 checksum;
     bool isWhole = false;
     bool hasName = false;
 };

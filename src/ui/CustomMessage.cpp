@@ -9,10 +9,8 @@
 #include <utility>
 
 #include <wx/artprov.h>
-#include <wx/clipbrd.h>
 #include <wx/statbmp.h>
 #include <wx/statline.h>
-#include <wx/textbuf.h>
 
 namespace tarvin {
 
@@ -217,10 +215,7 @@ KelText CustomMessage::WholeText() const {
 }
 
 void CustomMessage::Copy() {
-    if (!wxTheClipboard->Open())
-        return;
-    wxTheClipboard->SetData(new wxTextDataObject(wxTextBuffer::Translate(ToWx(WholeText()))));
-    wxTheClipboard->Close();
+    CopyToClipboard(ToWx(WholeText()));
 }
 
 // An owner that runs the dialog in a loop of its own ends that loop when the dialog is hidden.

@@ -75,6 +75,7 @@ private:
     void OnResetLink();
     void OnMore();
     void OnFiles();
+    void OnHistory();
     void OnAbout();
     void OpenFolder(const std::filesystem::path& folder);
     void CopyStatus();

@@ -5,6 +5,7 @@
 #include "base/Version.h"
 #include "base/WindowMessages.h"
 #include "engine/DownloadApp.h"
+#include "history/HistoryDatabase.h"
 #include "messages/AppInterface.h"
 #include "messages/MessageAdvice.h"
 #include "port/PortNames.h"
@@ -13,6 +14,7 @@
 #include "transfer/NcFilePath.h"
 #include "ui/ActionMenu.h"
 #include "ui/HelpBook.h"
+#include "ui/HistoryDialog.h"
 #include "ui/MainPanel.h"
 #include "ui/MainWindow.h"
 #include "ui/NcFileDialogs.h"
@@ -24,7 +26,6 @@
 #include <system_error>
 #include <utility>
 
-#include <wx/clipbrd.h>
 #include <wx/utils.h>
 
 namespace tarvin {
@@ -180,6 +181,7 @@ void MainWindow::OnMore() {
     menu.AppendSeparator();
     menu.Add(text::more::openFolder, true, [this] { OpenFolder(ToPath(settings.downloadPath)); });
     menu.Add(text::more::files, isInputEnabled, [this] { OnFiles(); });
+    menu.Add(text::more::history, isInputEnabled, [this] { OnHistory(); });
     menu.AppendSeparator();
     menu.Add(text::more::copyStatus, true, [this] { CopyStatus(); });
     menu.Add(text::more::about, isInputEnabled, [this] { OnAbout(); });
@@ -199,15 +201,19 @@ void MainWindow::OnFiles() {
     modal.Run(dialog);
 }
 
-// For a call to whoever looks after the machine.
+void MainWindow::OnHistory() {
+    HistoryDialog dialog(this, HistoryFile(pathsFile.parent_path()), engine.MachineName(),
+                         {[this] { OnHelp("transfers.htm"); },
+                          [this](const std::filesystem::path& folder) { OpenFolder(folder); },
+                          [this](wxDialog& native) { return modal.RunNative(native); }});
+    modal.Run(dialog);
+}
+
+// For a message to the technician.
 void MainWindow::CopyStatus() {
-    if (!wxTheClipboard->Open())
-        return;
     const KelText status =
         shown.caption + u"\n" + StatusText(shown) + u"\n" + panel->monitor->TheBoard().Content().Spoken();
-    wxTheClipboard->SetData(new wxTextDataObject(ToWx(status)));
-    wxTheClipboard->Flush();
-    wxTheClipboard->Close();
+    CopyToClipboard(ToWx(status));
 }
 
 void MainWindow::OnAbout() {

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include <wx/clipbrd.h>
 #include <wx/dcbuffer.h>
 #include <wx/settings.h>
-#include <wx/textbuf.h>
 
 namespace tarvin {
 
@@ -106,12 +104,9 @@ void TextPane::SelectAll() {
 }
 
 void TextPane::Copy() {
-    if (!HasSelection() || !wxTheClipboard->Open())
-        return;
-    const wxString text =
-        wxString::FromUTF8(lines.SelectedText([this](std::uint64_t number) { return GutterHead(number); }));
-    wxTheClipboard->SetData(new wxTextDataObject(wxTextBuffer::Translate(text)));
-    wxTheClipboard->Close();
+    if (HasSelection())
+        CopyToClipboard(
+            wxString::FromUTF8(lines.SelectedText([this](std::uint64_t number) { return GutterHead(number); })));
 }
 
 std::string TextPane::AllText() const {

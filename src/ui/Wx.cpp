@@ -1,5 +1,8 @@
 #include "ui/Wx.h"
 
+#include <wx/clipbrd.h>
+#include <wx/textbuf.h>
+
 namespace tarvin {
 
 wxString ToWx(KelTextView text) {
@@ -17,6 +20,13 @@ KelText FromWx(const wxString& text) {
 
 wxString ToLabel(KelTextView text) {
     return wxControl::EscapeMnemonics(ToWx(text));
+}
+
+void CopyToClipboard(const wxString& text) {
+    if (!wxTheClipboard->Open())
+        return;
+    wxTheClipboard->SetData(new wxTextDataObject(wxTextBuffer::Translate(text)));
+    wxTheClipboard->Close();
 }
 
 }

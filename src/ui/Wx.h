@@ -19,6 +19,9 @@ namespace tarvin {
 wxString ToWx(KelTextView text);
 KelText FromWx(const wxString& text);
 
+// Puts the text on the clipboard, with the line ends of the system. User-interface thread.
+void CopyToClipboard(const wxString& text);
+
 // The text for a label: an ampersand is shown and marks no key.
 wxString ToLabel(KelTextView text);
 

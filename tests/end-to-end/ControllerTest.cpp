@@ -1,3 +1,4 @@
+#include "base/Sha256.h"
 #include "end-to-end/ServiceFixture.h"
 #include "harness/WaitUntil.h"
 
@@ -85,6 +86,28 @@ TEST_CASE("Service and controller: files arrive whole through noise, split messa
         CHECK(programs.fixture.service->WaitForOutput("LASER - No Link"));
     }
     CHECK(programs.fixture.Stop() == 0);
+}
+
+TEST_CASE("Service and controller: each transfer and each refusal is a row of the history, with what was transferred") {
+    TwoPrograms programs;
+    REQUIRE(programs.Run({"put", "100", "FILE", "get", "200", "RECEIVED", "refuse-get", "1"}) == 0);
+    CHECK(programs.fixture.Stop() == 0);
+    ChildProcess history("tarvin-history", {{"--csv", "--machine", "LASER"},
+                                            {{"TARVINDL_HOME", NameForProgram(programs.fixture.installation.Path())}}});
+    CHECK(history.WaitForExit() == 0);
+    const std::string rows = history.Output();
+    CAPTURE(rows);
+    tarvin::Sha256 sum;
+    sum.Add(TwoPrograms::Part());
+    const auto last = rows.find("LASER,1,");
+    const auto sent = rows.find("LASER,200,", last);
+    const auto stored = rows.find("LASER,100,", sent);
+    REQUIRE(stored != std::string::npos);
+    CHECK(rows.find("to machine,refused", last) < sent);
+    CHECK(rows.find("to machine,completed", sent) < stored);
+    CHECK(rows.find("," + sum.Digits() + ",", sent) < stored);
+    CHECK(rows.find("from machine,completed", stored) != std::string::npos);
+    CHECK(rows.find("," + sum.Digits() + ",", stored) != std::string::npos);
 }
 
 TEST_CASE("Service and controller: the controller notices wrong content, a missing file and lost messages") {

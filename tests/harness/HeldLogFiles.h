@@ -53,7 +53,8 @@ private:
 class HeldLogFiles : public LogFiles {
 public:
     // Shares the disk, because a writer that was given up may use it longer than the test.
-    explicit HeldLogFiles(std::shared_ptr<HeldDisk> disk) : disk(std::move(disk)) {}
+    explicit HeldLogFiles(std::shared_ptr<HeldDisk> disk, std::unique_ptr<TransferHistory> history = nullptr)
+        : LogFiles(std::move(history)), disk(std::move(disk)) {}
 
     LogNews Write(const std::vector<LogRecord>& records, Clock::TimePoint now) override {
         disk->Pass();

@@ -54,13 +54,13 @@ TEST_CASE("LogWriter: lines for which a held disk leaves no room are counted whe
     tested.clock.Advance(5s);
     tested.HandOver();
     CHECK(disk->IsAwaited());
-    CHECK(tested.writer.UnwrittenLines() == std::array<std::int64_t, 2>{sentCount, 1});
+    CHECK(tested.writer.UnwrittenLines() == std::array<std::int64_t, logKindCount>{sentCount, 1});
     disk->Release();
     REQUIRE(tested.writer.WaitUntilWritten(20s));
     tested.lines.LogLine("after", true);
     tested.HandOver();
     REQUIRE(tested.writer.WaitUntilWritten(20s));
-    CHECK(tested.writer.UnwrittenLines() == std::array<std::int64_t, 2>{});
+    CHECK(tested.writer.UnwrittenLines() == std::array<std::int64_t, logKindCount>{});
     CHECK(tested.folder.ReadFile("activity").ends_with(" status\r\n"));
     const std::string log = tested.folder.ReadFile("comms");
     CHECK(log.size() < LogWriter::longestWaiting);

@@ -47,10 +47,14 @@ void DesktopFixture::Start() {
 }
 
 bool DesktopFixture::Close(std::chrono::milliseconds longest) {
+    const bool isOnItsWay = IsTransferring(Engine().Snapshot().transferState);
     OnUi([this] {
         FindSystemDialogBy({});
         window->Close();
     });
+    // The user is asked first, and wants it broken off.
+    if (isOnItsWay)
+        Click(ButtonIn(WindowTitled("A File Is on Its Way"), "Yes"));
     const bool isGone = Becomes(
         [this] {
             return std::none_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),
