@@ -176,7 +176,8 @@ TEST_CASE("MainPanel: no two controls share a key, and the keyboard reaches each
     const std::size_t wanted = OnUi([&] {
         std::size_t count = 0;
         for (wxWindow* child : WindowsIn(desktop.window))
-            count += child->IsShown() && child->IsEnabled() &&
+            // A page that is hidden hides its buttons with it.
+            count += child->IsShownOnScreen() && child->IsEnabled() &&
                              (dynamic_cast<wxButton*>(child) || dynamic_cast<wxCheckBox*>(child))
                          ? 1
                          : 0;
