@@ -15,6 +15,7 @@ inline constexpr char16_t badSettings[] = u"The settings of this machine are dam
 inline constexpr char16_t settingsNotRead[] = u"The settings of this machine cannot be read.";
 inline constexpr char16_t settingsNotSaved[] = u"Your settings are not saved.";
 inline constexpr char16_t logNotWritten[] = u"A log cannot be written. Transfers go on.";
+inline constexpr char16_t historyNotWritten[] = u"Transfers are not written to the history.";
 inline constexpr char16_t notAscii[] = u"The file was refused: it is no NC program.";
 inline constexpr char16_t dictionaryNotRead[] = u"The program shows its texts in English.";
 inline constexpr char16_t noHelpBook[] = u"There is no help to show.";
@@ -44,6 +45,8 @@ inline constexpr char16_t settingsNotSaved[] =
     u"Make room on the disk, or get the right to write into the folder. Then enter the changes again.";
 inline constexpr char16_t logNotWritten[] =
     u"Make room on the disk, or choose a folder in which you may write. The program tries again each minute.";
+inline constexpr char16_t historyNotWritten[] = u"Transfers go on, and their rows wait in memory. See whether the disk "
+                                                u"is full, and whether the file can be written.";
 inline constexpr char16_t notAscii[] =
     u"Write the file anew with the programming system. Nothing of it was sent to the machine.";
 inline constexpr char16_t dictionaryNotRead[] =

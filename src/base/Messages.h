@@ -32,6 +32,7 @@ inline constexpr char16_t noHelpBook[] = u"The help book comshelp.htb is missing
 inline constexpr char16_t notAscii[] = u"Not a valid ASCII file.";
 // %1 is the log file and %2 the reason.
 inline constexpr char16_t cannotWriteLog[] = u"Unable to write to log file\n%1: %2";
+inline constexpr char16_t cannotWriteHistory[] = u"Unable to write to the history of transfers\n%1: %2";
 // %1 is the file that is there.
 inline constexpr char16_t replaceCaption[] = u"Replace File";
 inline constexpr char16_t replaceNcFile[] = u"%1 is there already. Replace it?";

@@ -30,9 +30,11 @@ Logs::Logs(const Clock& clock, LineTrace& trace, EngineEvents& events, std::uniq
       historyPath(this->files->HistoryPath()) {}
 
 void Logs::ShowProblem(const std::filesystem::path& path, const KelText& reason) {
-    const KelText problem = Filled(text::box::cannotWriteLog, {FromPath(path), reason});
-    events.ShowMessage(
-        WithAdvice(MessageKind::LogNotWritten, {problem, text::box::problemCaption, okOnly | iconExclamation}));
+    const bool isHistory = path == historyPath;
+    const KelText problem =
+        Filled(isHistory ? text::box::cannotWriteHistory : text::box::cannotWriteLog, {FromPath(path), reason});
+    events.ShowMessage(WithAdvice(isHistory ? MessageKind::HistoryNotWritten : MessageKind::LogNotWritten,
+                                  {problem, text::box::problemCaption, okOnly | iconExclamation}));
 }
 
 // The count tells news of the present log from late news of the one before.

@@ -31,6 +31,7 @@ constexpr Row rows[] = {
     {MessageKind::SettingsNotRead, text::headline::settingsNotRead, text::advice::settingsNotRead, 202},
     {MessageKind::SettingsNotSaved, text::headline::settingsNotSaved, text::advice::settingsNotSaved, alwaysShown},
     {MessageKind::LogNotWritten, text::headline::logNotWritten, text::advice::logNotWritten, 301},
+    {MessageKind::HistoryNotWritten, text::headline::historyNotWritten, text::advice::historyNotWritten, 302},
     {MessageKind::NotAscii, text::headline::notAscii, text::advice::notAscii, alwaysShown},
     {MessageKind::DictionaryNotRead, text::headline::dictionaryNotRead, text::advice::dictionaryNotRead, 203},
     {MessageKind::NoHelpBook, text::headline::noHelpBook, text::advice::noHelpBook, alwaysShown},

@@ -17,6 +17,7 @@ enum class MessageKind {
     SettingsNotRead,
     SettingsNotSaved,
     LogNotWritten,
+    HistoryNotWritten,
     NotAscii,
     DictionaryNotRead,
     NoHelpBook,

@@ -2,6 +2,7 @@
 
 #include "base/Messages.h"
 #include "base/System.h"
+#include "port/DeviceRightsPosix.h"
 
 #include <cerrno>
 #include <string>
@@ -18,7 +19,8 @@ Error DeviceFailure(int error) {
 
 Error OpenFailure(int error, const std::filesystem::path& path) {
     struct stat file = {};
-    if (error != EACCES || ::stat(path.c_str(), &file) != 0)
+    // A group that may not open the device itself would be no help.
+    if (error != EACCES || ::stat(path.c_str(), &file) != 0 || !GroupMayOpen(file.st_mode))
         return DeviceFailure(error);
     const group* owner = ::getgrgid(file.st_gid);
     const std::string name = owner != nullptr ? owner->gr_name : std::to_string(file.st_gid);

@@ -70,6 +70,13 @@ std::map<dev_t, fs::path> LastingPaths(const fs::path& byId) {
     return paths;
 }
 
+// The system shows the type to users who may not open the device.
+bool HasHardwareByType(dev_t id) {
+    std::ifstream file("/sys/dev/char/" + std::to_string(major(id)) + ":" + std::to_string(minor(id)) + "/type");
+    int type = PORT_UNKNOWN;
+    return file >> type && type != PORT_UNKNOWN;
+}
+
 }
 
 bool CanStandInEntry(const fs::path& path) {
@@ -107,7 +114,7 @@ bool HasHardware(const SerialDevice& device) {
         return true;
     const OpenDevice opened(device.path);
     if (opened.Handle() < 0)
-        return errno == EBUSY;
+        return errno == EBUSY || (errno == EACCES && HasHardwareByType(device.id));
     serial_struct serial = {};
     return ::ioctl(opened.Handle(), TIOCGSERIAL, &serial) != 0 || serial.type != PORT_UNKNOWN;
 }

@@ -107,6 +107,13 @@ void MainWindow::BindControls() {
     Board& board = panel->monitor->TheBoard();
     board.onSeen = [this](const TransferRecord& failure) { engine.MarkSeen(failure.number, failure.direction); };
     board.onHelp = [this] { OnHelp("errors.htm"); };
+    panel->monitor->FirstUse().SetOwner({[this] { return settings; },
+                                         [this](const DownloadSettings& chosen) {
+                                             settings = chosen;
+                                             engine.ApplySettings(settings);
+                                             ShowButtons();
+                                         },
+                                         [this](wxDialog& dialog) { return modal.RunNative(dialog); }, pathsFile});
     SetDropTarget(new FileDrop(*this, {[this](const std::filesystem::path& path) { SendPicked(path); },
                                        [this](const KelText& why) {
                                            OnMessage({why, text::box::problemCaption, okOnly | iconExclamation});
@@ -183,6 +190,7 @@ void MainWindow::EnableInput(bool isEnabled) {
     for (wxWindow* control : {static_cast<wxWindow*>(panel->changeSettings), static_cast<wxWindow*>(panel->close),
                               static_cast<wxWindow*>(panel->logSwitch), static_cast<wxWindow*>(panel->more)})
         control->Enable(isEnabled);
+    panel->monitor->FirstUse().EnableInput(isEnabled);
     ShowButtons();
 }
 

@@ -3,6 +3,7 @@
 #include "ui/Pictures.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <wx/dcbuffer.h>
 #include <wx/settings.h>
@@ -11,6 +12,7 @@ namespace tarvin {
 
 namespace {
 
+constexpr int firstUseMilliseconds = 1000;
 const wxSize pictureSize(598, 393); // of the drawings, for their proportions
 
 }
@@ -26,9 +28,12 @@ MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size, const Clock& cloc
     // Needed for a buffered paint, which does not flicker.
     picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
     picturePane->Bind(wxEVT_PAINT, &MonitorArea::PaintPicture, this);
+    firstUse = new FirstUsePage(this);
+    firstUseTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowPanes(); });
     auto* fill = new wxBoxSizer(wxVERTICAL);
     fill->Add(view, wxSizerFlags(1).Expand());
     fill->Add(board, wxSizerFlags(1).Expand());
+    fill->Add(firstUse, wxSizerFlags(1).Expand());
     fill->Add(picturePane, wxSizerFlags(1).Expand());
     SetSizer(fill);
 }
@@ -41,18 +46,23 @@ void MonitorArea::ShowTraffic(bool isTraffic) {
 void MonitorArea::ShowSnapshot(const EngineSnapshot& snapshot) {
     SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
     board->Show(snapshot);
+    firstUse->ShowSnapshot(snapshot);
+    if (const bool was = std::exchange(isFirstUse, IsFirstUse(snapshot)); isFirstUse && !was)
+        firstUseTimer.StartOnce(firstUseMilliseconds);
     ShowPanes();
 }
 
 void MonitorArea::ShowPanes() {
-    const bool isBoardWanted = !isTrafficShown && !board->Content().isEmpty;
-    const bool isPictureWanted = !isTrafficShown && !isBoardWanted;
+    const bool isPageWanted = !isTrafficShown && isFirstUse && !firstUseTimer.IsRunning();
+    const bool isBoardWanted = !isTrafficShown && !isPageWanted && !board->Content().isEmpty;
+    const bool isPictureWanted = !isTrafficShown && !isPageWanted && !isBoardWanted;
     // Called with each snapshot.
-    if (view->IsShown() == isTrafficShown && board->IsShown() == isBoardWanted &&
+    if (view->IsShown() == isTrafficShown && board->IsShown() == isBoardWanted && firstUse->IsShown() == isPageWanted &&
         picturePane->IsShown() == isPictureWanted)
         return;
     view->Show(isTrafficShown);
     board->Show(isBoardWanted);
+    firstUse->Show(isPageWanted);
     picturePane->Show(isPictureWanted);
     Layout();
 }

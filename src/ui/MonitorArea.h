@@ -1,9 +1,10 @@
 #pragma once
-// The monitor area of the main window: shows either the traffic of the line or the board, and a picture of the
-// connection while the board has nothing to say.
+// The monitor area of the main window: shows either the traffic of the line or the board, a picture of the connection
+// while the board has nothing to say, and a page that leads to a working line before the first one.
 // User-interface thread.
 
 #include "ui/Board.h"
+#include "ui/FirstUsePage.h"
 #include "ui/TrafficView.h"
 #include "ui/Wx.h"
 
@@ -22,6 +23,7 @@ public:
     TrafficView& View() { return *view; }
     TextPane& Traffic() { return view->Pane(); }
     Board& TheBoard() { return *board; }
+    FirstUsePage& FirstUse() { return *firstUse; }
     wxWindow& PicturePane() { return *picturePane; }
 
     void ShowSnapshot(const EngineSnapshot& snapshot);
@@ -37,7 +39,11 @@ private:
     TrafficView* view;
     Board* board;
     wxWindow* picturePane;
+    FirstUsePage* firstUse;
     std::string pictureName;
+    // A port that opens at the start gets the time to do so: the page would show for a moment only.
+    wxTimer firstUseTimer;
+    bool isFirstUse = false;
     bool isTrafficShown = false;
 };
 

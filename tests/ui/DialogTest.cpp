@@ -1,5 +1,6 @@
 #include "DesktopFixture.h"
 #include "harness/Transcript.h"
+#include "harness/WaitUntil.h"
 #include "ui/CustomMessage.h"
 #include "ui/TransferEndDialog.h"
 #include "ui/WindowPlacement.h"
@@ -28,7 +29,7 @@ TEST_CASE("MainWindow: a file that is sent by hand is put where the machine asks
     };
     // A number that leads out of the folder keeps the dialog open.
     wxTopLevelWindow* asking = send("../x");
-    CHECK(TextIn(asking).find("No file can have this number.") != std::string::npos);
+    CHECK(WaitUntil([&] { return TextIn(asking).find("No file can have this number.") != std::string::npos; }));
     Click(ButtonIn(asking, "Cancel"));
     CHECK(BecomesHidden("Sending NC File"));
     send("0078");
@@ -175,7 +176,8 @@ TEST_CASE("MainPanel: no two controls share a key, and the keyboard reaches each
     const std::size_t wanted = OnUi([&] {
         std::size_t count = 0;
         for (wxWindow* child : WindowsIn(desktop.window))
-            count += child->IsShown() && child->IsEnabled() &&
+            // A page that is hidden hides its buttons with it.
+            count += child->IsShownOnScreen() && child->IsEnabled() &&
                              (dynamic_cast<wxButton*>(child) || dynamic_cast<wxCheckBox*>(child))
                          ? 1
                          : 0;
