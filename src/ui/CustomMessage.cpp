@@ -2,6 +2,7 @@
 
 #include "base/AdviceMessages.h"
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
 
@@ -178,7 +179,7 @@ void CustomMessage::AddText(wxSizer& column) {
     longText = new wxTextCtrl(this, wxID_ANY, ToWx(shown), wxDefaultPosition, wxDefaultSize,
                               wxTE_MULTILINE | wxTE_READONLY | wxTE_BESTWRAP | wxBORDER_NONE);
     longText->SetBackgroundColour(GetBackgroundColour());
-    longText->SetName(ToWx(text::messageWindow::textName));
+    NameControl(*longText, ToWx(text::messageWindow::textName));
     longText->SetMinSize(wxSize(width, (mostLinesOfLabel + 1) * longText->GetCharHeight()));
     longText->SetInsertionPoint(0);
     column.Add(longText, flags);

@@ -163,7 +163,7 @@ void MainWindow::AddLineItems(ActionMenu& menu) {
 }
 
 void MainWindow::OnContextMenu(wxContextMenuEvent&) {
-    ActionMenu menu;
+    ActionMenu menu(*this);
     if (panel->monitor->IsTrafficShown()) {
         panel->monitor->View().AppendTo(menu);
         menu.AppendSeparator();
@@ -175,7 +175,7 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
 }
 
 void MainWindow::OnMore() {
-    ActionMenu menu;
+    ActionMenu menu(*this);
     AddLineItems(menu);
     menu.AppendSeparator();
     menu.Add(text::more::openFolder, true, [this] { OpenFolder(ToPath(settings.downloadPath)); });

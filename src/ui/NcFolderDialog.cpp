@@ -2,6 +2,7 @@
 
 #include "base/MoreMessages.h"
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/BoardContent.h"
 #include "ui/HelpBook.h"
 
@@ -19,7 +20,7 @@ public:
     explicit NcFolderList(wxWindow* parent)
         : wxListCtrl(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(640, 320)),
                      wxLC_REPORT | wxLC_VIRTUAL | wxLC_SINGLE_SEL) {
-        SetName(ToWx(text::more::filesCaption));
+        NameControl(*this, ToWx(text::more::filesCaption));
         const std::pair<KelTextView, int> columns[] = {{text::more::number, 110},
                                                        {text::more::comment, 240},
                                                        {text::more::size, 90},
@@ -78,7 +79,7 @@ NcFolderDialog::NcFolderDialog(wxWindow* parent, KelText folder, KelText extensi
              wxSizerFlags().Expand().Border(wxALL, gap));
     auto* search = new wxBoxSizer(wxHORIZONTAL);
     search->Add(new wxStaticText(this, wxID_ANY, ToWx(text::more::filter)), wxSizerFlags().CenterVertical());
-    filter->SetName(wxControl::RemoveMnemonics(ToWx(text::more::filter)));
+    NameControl(*filter, wxControl::RemoveMnemonics(ToWx(text::more::filter)));
     search->Add(filter, wxSizerFlags(1).Border(wxLEFT, gap));
     all->Add(search, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
     all->Add(list, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, gap));

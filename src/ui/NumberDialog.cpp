@@ -2,6 +2,7 @@
 
 #include "base/WindowMessages.h"
 #include "transfer/NcFilePath.h"
+#include "ui/Accessibility.h"
 #include "ui/HelpBook.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ NumberDialog::NumberDialog(wxWindow* parent, KelTextView fileName, KelTextView n
     auto* all = new wxBoxSizer(wxVERTICAL);
     all->Add(new wxStaticText(this, wxID_ANY, ToLabel(Filled(text::dialog::fileNumber, {fileName}))),
              wxSizerFlags().Border(wxALL, gap));
-    edit->SetName(ToWx(text::dialog::fileNumberName));
+    NameControl(*edit, ToWx(text::dialog::fileNumberName));
     all->Add(edit, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, gap));
     problem = std::make_unique<FieldMessage>(this, FieldMessage::Kind::Problem);
     all->Add(problem->Sizer(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, gap));

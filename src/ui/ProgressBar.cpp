@@ -1,6 +1,7 @@
 #include "ui/ProgressBar.h"
 
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 
 #include <algorithm>
 
@@ -13,6 +14,7 @@ ProgressBar::ProgressBar(wxWindow* parent, const wxSize& size)
     : wxWindow(parent, wxID_ANY, wxDefaultPosition, size, wxFULL_REPAINT_ON_RESIZE | wxBORDER_NONE, "progress bar") {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     SetMinSize(size);
+    SetCanFocus(false);
     Bind(wxEVT_PAINT, &ProgressBar::OnPaint, this);
 }
 
@@ -30,6 +32,7 @@ void ProgressBar::SetProgress(std::int64_t position, std::int64_t range) {
     if (percent != tipPercent) {
         tipPercent = percent;
         SetToolTip(ToWx(Filled(text::tip::progress, {ToText(percent)})));
+        SetAccessibleProgress(*this, ToWx(text::label::progress), percent);
     }
 }
 

@@ -1,6 +1,8 @@
 #include "ui/SettingsDialog.h"
 
 #include "base/SettingsMessages.h"
+#include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/FilePattern.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
@@ -25,6 +27,7 @@ SettingsDialog::SettingsDialog(wxWindow* parent, DownloadSettings settings, std:
     // The toolkit complains of controls that are laid out in less room than they need, so the pages begin large.
     pages = new wxNotebook(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(1000, 800)));
     pages->SetMinSize(wxDefaultSize);
+    NameControl(*pages, ToWx(text::label::settingsPages));
     const auto browseForFolder = [this](TextField& field) { BrowseForFolder(field); };
     const auto browseForLogFile = [this](TextField& field) { BrowseForLogFile(field); };
     pages->AddPage(MakeLinePage(pages, form, std::move(ports)), ToWx(text::settingsPage::line));
