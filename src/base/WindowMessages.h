@@ -34,12 +34,15 @@ inline constexpr char16_t picture[] = u"Picture of the connection";
 inline constexpr char16_t settingsPages[] = u"Pages of the settings";
 }
 
-// What the sign of the status line says, for screen readers.
+// What the signs of the status line, of boxes and of fields say, for screen readers.
 namespace outlook {
 inline constexpr char16_t idle[] = u"Idle";
 inline constexpr char16_t busy[] = u"Busy";
 inline constexpr char16_t good[] = u"Well";
 inline constexpr char16_t bad[] = u"Problem";
+inline constexpr char16_t note[] = u"Note";
+inline constexpr char16_t warning[] = u"Warning";
+inline constexpr char16_t question[] = u"Question";
 }
 
 // The main window: tips.

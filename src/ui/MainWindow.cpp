@@ -70,6 +70,8 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     SetClientSize(size);
     if (!RestorePlacement(*this, engine.MachineName()))
         PlaceFirst(*this, engine.MachineName());
+    // Where Enter acts too. The toolkit would take the first control that it made.
+    panel->changeSettings->SetFocus();
     MakeEndDialogs();
     BindControls();
     panel->monitor->SetPicture("connection.svg");

@@ -4,6 +4,7 @@
 #include "transfer/NcFilePath.h"
 #include "ui/Accessibility.h"
 #include "ui/HelpBook.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 #include <utility>
@@ -47,8 +48,11 @@ NumberDialog::NumberDialog(wxWindow* parent, KelTextView fileName, KelTextView n
     auto* buttons = new wxStdDialogButtonSizer;
     auto* confirm = new wxButton(this, wxID_OK, ToWx(text::dialog::ok));
     confirm->SetDefault();
-    buttons->AddButton(confirm);
-    buttons->AddButton(new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel)));
+    auto* cancel = new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel));
+    for (wxButton* button : {confirm, cancel}) {
+        MakeTouchable(*button);
+        buttons->AddButton(button);
+    }
     buttons->Realize();
     all->Add(buttons, wxSizerFlags().Right().Border(wxALL, gap));
     SetSizerAndFit(all);

@@ -7,6 +7,7 @@
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
 #include "ui/SettingsPages.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 #include <utility>
@@ -55,9 +56,12 @@ wxSizer* SettingsDialog::MakeButtons() {
     auto* buttons = new wxStdDialogButtonSizer;
     auto* confirm = new wxButton(this, wxID_OK, ToWx(text::dialog::ok));
     confirm->SetDefault();
-    buttons->AddButton(confirm);
-    buttons->AddButton(new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel)));
-    buttons->AddButton(new wxButton(this, wxID_HELP, ToWx(text::dialog::help)));
+    auto* cancel = new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel));
+    auto* help = new wxButton(this, wxID_HELP, ToWx(text::dialog::help));
+    for (wxButton* button : {confirm, cancel, help}) {
+        MakeTouchable(*button);
+        buttons->AddButton(button);
+    }
     buttons->Realize();
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { Confirm(); }, wxID_OK);
