@@ -2,6 +2,7 @@
 
 #include "base/WindowMessages.h"
 #include "ui/Accessibility.h"
+#include "ui/Contrast.h"
 
 #include <algorithm>
 
@@ -49,7 +50,7 @@ void ProgressBar::OnPaint(wxPaintEvent&) {
     dc.SetBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
     dc.DrawRectangle(inside);
     inside.SetWidth(paintedWidth);
-    dc.SetBrush(wxColour(0x1D, 0x6F, 0xD1));
+    dc.SetBrush(Readable(wxColour(0x1D, 0x6F, 0xD1), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW), signContrast));
     dc.DrawRectangle(inside);
 }
 

@@ -114,8 +114,8 @@ std::optional<Accessible> ReadWindow(const std::string& program, const std::stri
             if (!window)
                 continue;
             const std::string name = Taken(atspi_accessible_get_name(window.get(), nullptr));
-            // The status may follow the machine's name.
-            if (name != title && !name.starts_with(title + " - "))
+            // The state of the link may follow the machine's name.
+            if (title.empty() ? !name.empty() : !name.starts_with(title))
                 continue;
             Accessible read = Read(std::move(window));
             if (read.isShowing)
@@ -127,10 +127,11 @@ std::optional<Accessible> ReadWindow(const std::string& program, const std::stri
 
 std::vector<std::string> Complaints(const Accessible& window) {
     // A cell of a table is named after its content, which may be empty.
-    constexpr std::string_view telling[] = {"push button", "toggle button", "check box",   "combo box",    "text",
-                                            "spin button", "page tab list", "page tab",    "table",        "tree table",
-                                            "list",        "label",         "menu item",   "progress bar", "icon",
-                                            "image",       "panel",         "scroll pane", "radio button"};
+    constexpr std::string_view telling[] = {
+        "push button",   "toggle button", "check box",           "combo box",           "text",  "spin button",
+        "page tab list", "page tab",      "table column header", "table column header", "table", "tree table",
+        "list",          "label",         "menu item",           "progress bar",        "icon",  "image",
+        "panel",         "scroll pane",   "radio button"};
     std::vector<std::string> complaints;
     for (const Accessible& child : window.children) {
         // A closed list tells for its inner parts.

@@ -36,7 +36,7 @@ struct Accessible {
     bool SelectChild(int index) const;
 };
 
-// The tree of the window with this title, which a dash and a status may follow, or nothing if the program has none.
+// The tree of the window whose title begins so, or nothing if the program has none.
 // Leaves scroll bars out.
 std::optional<Accessible> ReadWindow(const std::string& program, const std::string& title);
 
