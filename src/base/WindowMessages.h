@@ -18,13 +18,31 @@ inline constexpr char16_t sendFile[] = u"&Send File";
 inline constexpr char16_t test[] = u"&Test";
 inline constexpr char16_t receiveFile[] = u"&Receive File";
 inline constexpr char16_t close[] = u"&Close";
-inline constexpr char16_t ctsHandshake[] = u"CTS handshake";
-inline constexpr char16_t dsrHandshake[] = u"DSR handshake";
+// Stands above the two check boxes, whose names follow.
+inline constexpr char16_t heed[] = u"Heed";
+inline constexpr char16_t ctsHandshake[] = u"Heed CTS";
+inline constexpr char16_t dsrHandshake[] = u"Heed DSR";
 inline constexpr char16_t ctsHold[] = u"CTS H&old";
 inline constexpr char16_t dsrHold[] = u"&DSR Hold";
 inline constexpr char16_t rlsHold[] = u"RLS Hold";
 inline constexpr char16_t xoffHold[] = u"XOff Hold";
 inline constexpr char16_t xoffSent[] = u"XOff Sent";
+// Names that screen readers say.
+inline constexpr char16_t progress[] = u"Progress";
+inline constexpr char16_t traffic[] = u"Traffic";
+inline constexpr char16_t picture[] = u"Picture of the connection";
+inline constexpr char16_t settingsPages[] = u"Pages of the settings";
+}
+
+// What the signs of the status line, of boxes and of fields say, for screen readers.
+namespace outlook {
+inline constexpr char16_t idle[] = u"Idle";
+inline constexpr char16_t busy[] = u"Busy";
+inline constexpr char16_t good[] = u"Well";
+inline constexpr char16_t bad[] = u"Problem";
+inline constexpr char16_t note[] = u"Note";
+inline constexpr char16_t warning[] = u"Warning";
+inline constexpr char16_t question[] = u"Question";
 }
 
 // The main window: tips.
@@ -40,6 +58,8 @@ inline constexpr char16_t sendFile[] = u"Send an NC file to the controller";
 inline constexpr char16_t test[] = u"Send a message to a plug that joins transmit and receive";
 inline constexpr char16_t receiveFile[] = u"Receive an NC file from the controller";
 inline constexpr char16_t close[] = u"Close the program";
+// Stands above the two check boxes, whose names follow.
+inline constexpr char16_t heed[] = u"Heed";
 inline constexpr char16_t ctsHandshake[] = u"Heed CTS and steer RTS, with hardware flow control (Alt+O)";
 inline constexpr char16_t dsrHandshake[] = u"Heed DSR and steer DTR, with hardware flow control (Alt+D)";
 inline constexpr char16_t ctsHold[] = u"Red while sending waits for the controller's CTS";

@@ -10,12 +10,19 @@ namespace tarvin {
 
 class ActionMenu : public wxMenu {
 public:
+    // The actions run as events of `owner`, after the menu has closed: a screen reader chooses an item by a call that
+    // waits for its handler, which may show a dialog.
+    explicit ActionMenu(wxEvtHandler& owner) : owner(owner) {}
+
     void Add(KelTextView label, bool isEnabled, std::function<void()> action) {
         wxMenuItem* item = Append(wxID_ANY, ToWx(label));
         item->Enable(isEnabled);
         Bind(
-            wxEVT_MENU, [kept = std::move(action)](wxCommandEvent&) { kept(); }, item->GetId());
+            wxEVT_MENU, [this, kept = std::move(action)](wxCommandEvent&) { owner.CallAfter(kept); }, item->GetId());
     }
+
+private:
+    wxEvtHandler& owner;
 };
 
 }

@@ -7,6 +7,8 @@ namespace tarvin {
 
 // What text needs at least.
 inline constexpr double textContrast = 4.5;
+// What signs, bars and frames need at least.
+inline constexpr double signContrast = 3;
 
 // The ratio of their luminances as the web's accessibility guidelines count it: 1 for equal colours, 21 for black on
 // white.

@@ -2,8 +2,10 @@
 
 #include "base/AdviceMessages.h"
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 #include <utility>
@@ -40,6 +42,14 @@ wxArtID IconOf(unsigned style) {
     default:
         return ButtonsOf(style).size() == 1 ? wxART_INFORMATION : wxART_QUESTION;
     }
+}
+
+KelTextView NameOf(const wxArtID& icon) {
+    if (icon == wxART_ERROR)
+        return text::outlook::bad;
+    if (icon == wxART_WARNING)
+        return text::outlook::warning;
+    return icon == wxART_QUESTION ? text::outlook::question : text::outlook::note;
 }
 
 // The start of a text, without half of a pair at its end.
@@ -135,9 +145,10 @@ void CustomMessage::AddMessage(wxSizer& column) {
     const int gap = FromDIP(12);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     const wxSize iconSize = wxArtProvider::GetNativeSizeHint(wxART_MESSAGE_BOX, this);
-    row->Add(new wxStaticBitmap(this, wxID_ANY,
-                                wxArtProvider::GetBitmapBundle(IconOf(box.style), wxART_MESSAGE_BOX, iconSize)),
-             wxSizerFlags().Top().Border(wxRIGHT, gap));
+    const wxArtID icon = IconOf(box.style);
+    auto* sign = new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmapBundle(icon, wxART_MESSAGE_BOX, iconSize));
+    NameControl(*sign, ToWx(NameOf(icon)));
+    row->Add(sign, wxSizerFlags().Top().Border(wxRIGHT, gap));
     auto* words = new wxBoxSizer(wxVERTICAL);
     const auto add = [&](KelTextView text) {
         auto* label = new wxStaticText(this, wxID_ANY, ToLabel(text));
@@ -176,7 +187,7 @@ void CustomMessage::AddText(wxSizer& column) {
     longText = new wxTextCtrl(this, wxID_ANY, ToWx(shown), wxDefaultPosition, wxDefaultSize,
                               wxTE_MULTILINE | wxTE_READONLY | wxTE_BESTWRAP | wxBORDER_NONE);
     longText->SetBackgroundColour(GetBackgroundColour());
-    longText->SetName(ToWx(text::messageWindow::textName));
+    NameControl(*longText, ToWx(text::messageWindow::textName));
     longText->SetMinSize(wxSize(width, (mostLinesOfLabel + 1) * longText->GetCharHeight()));
     longText->SetInsertionPoint(0);
     column.Add(longText, flags);
@@ -188,12 +199,14 @@ void CustomMessage::AddButtons(wxSizer& column, const TextHolder& dictionary) {
     auto* copy = new wxButton(this, wxID_ANY, ToWx(text::messageWindow::copy));
     copy->SetToolTip(ToWx(text::messageWindow::copyTip));
     copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Copy(); });
+    MakeTouchable(*copy);
     row->Add(copy);
     row->AddStretchSpacer();
     for (const MessageButton& description : ButtonsOf(box.style)) {
         // The first letter is the key: the names of one style begin with different letters.
         auto* button = new wxButton(this, wxID_ANY, "&" + ToLabel(dictionary.Text(description.caption.id)));
         button->SetMinSize(wxSize(ConvertDialogToPixels(wxSize(50, 0)).GetWidth(), -1));
+        MakeTouchable(*button);
         button->Bind(wxEVT_BUTTON, [this, chosen = description.answer](wxCommandEvent&) { Finish(chosen); });
         row->Add(button, wxSizerFlags().Border(wxLEFT, FromDIP(8)));
         if (&description == defaultButton) {

@@ -1,5 +1,8 @@
 #include "ui/FieldMessage.h"
 
+#include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
+
 #include <algorithm>
 
 #include <wx/artprov.h>
@@ -29,6 +32,8 @@ FieldMessage::FieldMessage(wxWindow* parent, Kind kind, const Room& room)
 // Systems have no colour for problems. Each of these two stands out from its background.
 void FieldMessage::ShowKind() {
     const wxArtID art = kind == Kind::Problem ? wxART_ERROR : wxART_INFORMATION;
+    // The words beside it say what matters.
+    NameControl(*sign, ToWx(kind == Kind::Problem ? tarvin::text::outlook::bad : tarvin::text::outlook::note));
     sign->SetBitmap(wxArtProvider::GetBitmapBundle(art, wxART_OTHER, {16, 16}));
     const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
     const wxColour problem = isDark ? wxColour(0xFF, 0x9A, 0x9A) : wxColour(0xB0, 0x00, 0x00);

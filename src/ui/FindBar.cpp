@@ -1,6 +1,7 @@
 #include "ui/FindBar.h"
 
 #include "base/TrafficMessages.h"
+#include "ui/Accessibility.h"
 
 #include <utility>
 
@@ -13,7 +14,7 @@ FindBar::FindBar(wxWindow* parent, Owner owner)
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(new wxStaticText(this, wxID_ANY, ToWx(text::traffic::find)), wxSizerFlags().CenterVertical());
     field = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, wxTE_PROCESS_ENTER);
-    field->SetName(ToWx(text::traffic::findField));
+    NameControl(*field, ToWx(text::traffic::findField));
     field->SetToolTip(ToWx(text::traffic::findTip));
     constexpr int leastWidth = 60;
     field->SetMinSize(wxSize(FromDIP(leastWidth), -1));
@@ -23,7 +24,7 @@ FindBar::FindBar(wxWindow* parent, Owner owner)
     add(AddButton(text::traffic::previous, [this] { this->owner.find(false); }));
     add(AddButton(text::traffic::next, [this] { this->owner.find(true); }));
     wxButton* close = AddButton(u"\u00D7", [this] { this->owner.close(); });
-    close->SetName(ToWx(text::traffic::closeFind));
+    NameControl(*close, ToWx(text::traffic::closeFind));
     close->SetToolTip(ToWx(text::traffic::closeFind));
     add(close);
     auto* column = new wxBoxSizer(wxVERTICAL);

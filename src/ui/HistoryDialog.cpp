@@ -5,6 +5,7 @@
 #include "history/HistoryOutput.h"
 #include "history/HistoryTime.h"
 #include "history/HistoryWords.h"
+#include "ui/Accessibility.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
 
@@ -120,7 +121,7 @@ wxChoice* HistoryDialog::AddChoice(wxSizer& row, KelTextView label) {
 }
 
 void HistoryDialog::AddFilter(wxSizer& row, wxControl& control, KelTextView label) {
-    control.SetName(wxControl::RemoveMnemonics(ToWx(label)));
+    NameControl(control, wxControl::RemoveMnemonics(ToWx(label)));
     control.SetMinSize(wxSize(-1, std::max(FromDIP(lowestTarget), control.GetBestSize().GetHeight())));
     row.Add(&control, wxSizerFlags(1).CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(6)));
 }

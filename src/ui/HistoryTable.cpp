@@ -3,6 +3,7 @@
 #include "base/HistoryMessages.h"
 #include "history/HistoryTime.h"
 #include "history/HistoryWords.h"
+#include "ui/Accessibility.h"
 
 #include <utility>
 
@@ -69,7 +70,7 @@ private:
 HistoryTable::HistoryTable(wxWindow* parent)
     : wxDataViewCtrl(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxDV_SINGLE | wxDV_ROW_LINES),
       model(new Model) {
-    SetName(ToWx(text::historyDialog::table));
+    NameControl(*this, ToWx(text::historyDialog::table));
     AssociateModel(model.get());
     for (unsigned index = 0; index < std::size(columns); ++index) {
         const ColumnDescription& column = columns[index];

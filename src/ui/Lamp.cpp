@@ -1,6 +1,7 @@
 #include "ui/Lamp.h"
 
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/Pictures.h"
 
 namespace tarvin {
@@ -29,22 +30,21 @@ void Lamp::SetLit(bool shallBeLit) {
         return;
     isLit = shallBeLit;
     SetBitmap(isLit ? lit : unlit);
-    if (tellsState)
-        ShowTip();
+    ShowTip();
 }
 
 void Lamp::SetTip(const wxString& newTip, bool shallTellState) {
     tip = newTip;
     tellsState = shallTellState;
+    SetToolTip(tip);
     ShowTip();
 }
 
 void Lamp::ShowTip() {
-    if (!tellsState) {
-        SetToolTip(tip);
-        return;
-    }
-    SetToolTip(ToWx(Filled(isLit ? text::tip::lampOn : text::tip::lampOff, {FromWx(GetName()), FromWx(tip)})));
+    const KelText state = Filled(isLit ? text::tip::lampOn : text::tip::lampOff, {FromWx(GetName()), FromWx(tip)});
+    SetAccessible(*this, AccessibleRole::Picture, GetName(), ToWx(state));
+    if (tellsState)
+        SetToolTip(ToWx(state));
 }
 
 }

@@ -4,6 +4,9 @@
 #include "base/System.h"
 #include "base/Version.h"
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
+#include "ui/PassivePanel.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 
@@ -12,6 +15,7 @@ namespace tarvin {
 namespace {
 
 constexpr int lampEdge = 10; // dialog units
+constexpr float smallText = 0.85f;
 
 }
 
@@ -43,6 +47,7 @@ wxButton* MainPanel::AddButton(wxWindowID id, KelTextView label, KelTextView tip
     const wxSize size = Units(width, 14);
     button->SetMinSize(
         wxSize(std::max(best.GetWidth(), size.GetWidth()), std::max(best.GetHeight(), size.GetHeight())));
+    MakeTouchable(*button);
     button->SetToolTip(ToWx(tip));
     return button;
 }
@@ -50,13 +55,14 @@ wxButton* MainPanel::AddButton(wxWindowID id, KelTextView label, KelTextView tip
 wxCheckBox* MainPanel::AddSwitch(KelTextView label, KelTextView tip) {
     wxCheckBox* box = MakeLeftCaptionBox(this, ToWx(label));
     box->SetName(wxControl::RemoveMnemonics(ToWx(label)));
+    MakeTouchable(*box);
     box->SetToolTip(ToWx(tip));
     return box;
 }
 
 wxCheckBox* MainPanel::AddHandshake(KelTextView name, KelTextView tip) {
     auto* box = new wxCheckBox(this, wxID_ANY, wxString());
-    box->SetName(ToWx(name));
+    NameControl(*box, ToWx(name));
     box->SetToolTip(ToWx(tip));
     return box;
 }
@@ -146,6 +152,12 @@ Lamp* MainPanel::AddHold(wxFlexGridSizer& grid, wxWindow* handshake, KelTextView
 wxSizer* MainPanel::HoldColumn() {
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* grid = new wxFlexGridSizer(3, Units(0, 1).GetHeight(), Units(2, 0).GetWidth());
+    // Without it a tick beside "CTS Hold" would look like a hold.
+    auto* heed = new wxStaticText(this, wxID_ANY, ToWx(text::label::heed));
+    heed->SetFont(GetFont().Scaled(smallText));
+    grid->Add(heed);
+    grid->AddSpacer(0);
+    grid->AddSpacer(0);
     ctsSwitch = AddHandshake(text::label::ctsHandshake, text::tip::ctsHandshake);
     dsrSwitch = AddHandshake(text::label::dsrHandshake, text::tip::dsrHandshake);
     ctsHold = AddHold(*grid, ctsSwitch, text::label::ctsHold, text::tip::ctsHold);
@@ -163,12 +175,11 @@ wxSizer* MainPanel::HoldColumn() {
 }
 
 wxWindow* MainPanel::VersionFrame() {
-    auto* frame = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_RAISED);
+    auto* frame = new PassivePanel(this, wxDefaultSize, wxBORDER_RAISED, "version");
     const wxString system = ToWx(SystemName());
     version = new wxStaticText(frame, wxID_ANY, wxString(programVersion) + "\n" + wxControl::EscapeMnemonics(system),
                                wxDefaultPosition, wxDefaultSize, wxALIGN_CENTRE_HORIZONTAL);
-    constexpr float small = 0.85f;
-    version->SetFont(GetFont().Scaled(small));
+    version->SetFont(GetFont().Scaled(smallText));
     version->Wrap(Units(66, 0).GetWidth());
     version->SetToolTip(ToWx(Filled(text::tip::version, {FromUtf8(programVersion), SystemName()})));
     auto* fill = new wxBoxSizer(wxVERTICAL);

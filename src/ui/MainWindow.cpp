@@ -70,6 +70,8 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     SetClientSize(size);
     if (!RestorePlacement(*this, engine.MachineName()))
         PlaceFirst(*this, engine.MachineName());
+    // Where Enter acts too. The toolkit would take the first control that it made.
+    panel->changeSettings->SetFocus();
     MakeEndDialogs();
     BindControls();
     panel->monitor->SetPicture("connection.svg");
@@ -90,8 +92,15 @@ void MainWindow::MakeEndDialogs() {
 }
 
 void MainWindow::BindControls() {
-    const auto onButton = [](wxButton* button, std::function<void()> action) {
-        button->Bind(wxEVT_BUTTON, [kept = std::move(action)](wxCommandEvent&) { kept(); });
+    const auto onButton = [this](wxButton* button, std::function<void()> action) {
+        // Later: a screen reader presses a button by a call that waits for its handler, and while that shows a dialog
+        // the screen reader could not read it. A second click in between may find the button disabled.
+        button->Bind(wxEVT_BUTTON, [this, button, kept = std::move(action)](wxCommandEvent&) {
+            CallAfter([button, kept] {
+                if (button->IsEnabled())
+                    kept();
+            });
+        });
     };
     onButton(panel->changeSettings, [this] { OnChangeSettings(); });
     onButton(panel->sendFile, [this] { OnSendFile(); });

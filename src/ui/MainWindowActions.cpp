@@ -164,7 +164,7 @@ void MainWindow::AddLineItems(ActionMenu& menu) {
 }
 
 void MainWindow::OnContextMenu(wxContextMenuEvent&) {
-    ActionMenu menu;
+    ActionMenu menu(*this);
     if (panel->monitor->IsTrafficShown()) {
         panel->monitor->View().AppendTo(menu);
         menu.AppendSeparator();
@@ -176,7 +176,7 @@ void MainWindow::OnContextMenu(wxContextMenuEvent&) {
 }
 
 void MainWindow::OnMore() {
-    ActionMenu menu;
+    ActionMenu menu(*this);
     AddLineItems(menu);
     menu.AppendSeparator();
     menu.Add(text::more::openFolder, true, [this] { OpenFolder(ToPath(settings.downloadPath)); });

@@ -1,5 +1,8 @@
 #include "ui/MonitorArea.h"
 
+#include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
+#include "ui/PassivePanel.h"
 #include "ui/Pictures.h"
 
 #include <algorithm>
@@ -24,7 +27,8 @@ MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size, const Clock& cloc
     view->Hide();
     board = new Board(this, clock);
     board->Hide();
-    picturePane = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
+    picturePane = new PassivePanel(this, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
+    SetAccessible(*picturePane, AccessibleRole::Picture, ToWx(text::label::picture), wxString());
     // Needed for a buffered paint, which does not flicker.
     picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
     picturePane->Bind(wxEVT_PAINT, &MonitorArea::PaintPicture, this);

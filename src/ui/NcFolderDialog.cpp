@@ -2,6 +2,7 @@
 
 #include "base/MoreMessages.h"
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/BoardContent.h"
 #include "ui/HelpBook.h"
 
@@ -9,36 +10,29 @@
 #include <thread>
 #include <utility>
 
-#include <wx/listctrl.h>
+#include <wx/dataview.h>
 
 namespace tarvin {
 
+namespace {
+
 // Only the rows on the screen are asked for, so a folder of a hundred thousand files costs nothing.
-class NcFolderList : public wxListCtrl {
+class FolderModel : public wxDataViewVirtualListModel {
 public:
-    explicit NcFolderList(wxWindow* parent)
-        : wxListCtrl(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(640, 320)),
-                     wxLC_REPORT | wxLC_VIRTUAL | wxLC_SINGLE_SEL) {
-        SetName(ToWx(text::more::filesCaption));
-        const std::pair<KelTextView, int> columns[] = {{text::more::number, 110},
-                                                       {text::more::comment, 240},
-                                                       {text::more::size, 90},
-                                                       {text::more::changed, 130},
-                                                       {text::more::note, 90}};
-        for (const auto& [caption, width] : columns)
-            AppendColumn(ToWx(caption), caption == text::more::size ? wxLIST_FORMAT_RIGHT : wxLIST_FORMAT_LEFT,
-                         FromDIP(width));
+    unsigned GetColumnCount() const override { return 5; }
+    wxString GetColumnType(unsigned) const override { return "string"; }
+    bool SetValueByRow(const wxVariant&, unsigned, unsigned) override { return false; }
+    void GetValueByRow(wxVariant& value, unsigned row, unsigned column) const override {
+        value = row < rows.size() ? TextOf(*rows[row], column) : wxString();
     }
 
-    void ShowRows(std::vector<const NcFolderEntry*> newRows) {
+    void Take(std::vector<const NcFolderEntry*> newRows) {
         rows = std::move(newRows);
-        SetItemCount(static_cast<long>(rows.size()));
-        Refresh();
+        Reset(static_cast<unsigned>(rows.size()));
     }
 
 private:
-    wxString OnGetItemText(long row, long column) const override {
-        const NcFolderEntry& entry = *rows[static_cast<std::size_t>(row)];
+    static wxString TextOf(const NcFolderEntry& entry, unsigned column) {
         switch (column) {
         case 0:
             return ToWx(entry.number);
@@ -54,6 +48,34 @@ private:
     }
 
     std::vector<const NcFolderEntry*> rows;
+};
+
+}
+
+// A table of the system on Linux, whose rows a screen reader can read.
+class NcFolderList : public wxDataViewCtrl {
+public:
+    explicit NcFolderList(wxWindow* parent)
+        : wxDataViewCtrl(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(640, 320)), wxDV_SINGLE),
+          model(new FolderModel) {
+        NameControl(*this, ToWx(text::more::filesCaption));
+        SetMinSize(FromDIP(wxSize(640, 320)));
+        AssociateModel(model.get());
+        const std::pair<KelTextView, int> columns[] = {{text::more::number, 110},
+                                                       {text::more::comment, 240},
+                                                       {text::more::size, 90},
+                                                       {text::more::changed, 130},
+                                                       {text::more::note, 90}};
+        unsigned index = 0;
+        for (const auto& [caption, width] : columns)
+            AppendTextColumn(ToWx(caption), index++, wxDATAVIEW_CELL_INERT, FromDIP(width),
+                             caption == text::more::size ? wxALIGN_RIGHT : wxALIGN_LEFT);
+    }
+
+    void ShowRows(std::vector<const NcFolderEntry*> rows) { model->Take(std::move(rows)); }
+
+private:
+    wxObjectDataPtr<FolderModel> model;
 };
 
 // Shared with the thread that reads: the dialog may be gone before a dead server answers.
@@ -78,7 +100,7 @@ NcFolderDialog::NcFolderDialog(wxWindow* parent, KelText folder, KelText extensi
              wxSizerFlags().Expand().Border(wxALL, gap));
     auto* search = new wxBoxSizer(wxHORIZONTAL);
     search->Add(new wxStaticText(this, wxID_ANY, ToWx(text::more::filter)), wxSizerFlags().CenterVertical());
-    filter->SetName(wxControl::RemoveMnemonics(ToWx(text::more::filter)));
+    NameControl(*filter, wxControl::RemoveMnemonics(ToWx(text::more::filter)));
     search->Add(filter, wxSizerFlags(1).Border(wxLEFT, gap));
     all->Add(search, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
     all->Add(list, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, gap));

@@ -2,7 +2,9 @@
 
 #include "base/WindowMessages.h"
 #include "transfer/NcFilePath.h"
+#include "ui/Accessibility.h"
 #include "ui/HelpBook.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 #include <utility>
@@ -39,15 +41,18 @@ NumberDialog::NumberDialog(wxWindow* parent, KelTextView fileName, KelTextView n
     auto* all = new wxBoxSizer(wxVERTICAL);
     all->Add(new wxStaticText(this, wxID_ANY, ToLabel(Filled(text::dialog::fileNumber, {fileName}))),
              wxSizerFlags().Border(wxALL, gap));
-    edit->SetName(ToWx(text::dialog::fileNumberName));
+    NameControl(*edit, ToWx(text::dialog::fileNumberName));
     all->Add(edit, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, gap));
     problem = std::make_unique<FieldMessage>(this, FieldMessage::Kind::Problem);
     all->Add(problem->Sizer(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, gap));
     auto* buttons = new wxStdDialogButtonSizer;
     auto* confirm = new wxButton(this, wxID_OK, ToWx(text::dialog::ok));
     confirm->SetDefault();
-    buttons->AddButton(confirm);
-    buttons->AddButton(new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel)));
+    auto* cancel = new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel));
+    for (wxButton* button : {confirm, cancel}) {
+        MakeTouchable(*button);
+        buttons->AddButton(button);
+    }
     buttons->Realize();
     all->Add(buttons, wxSizerFlags().Right().Border(wxALL, gap));
     SetSizerAndFit(all);

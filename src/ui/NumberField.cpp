@@ -1,5 +1,6 @@
 #include "ui/NumberField.h"
 
+#include "ui/Accessibility.h"
 #include "ui/CalmControls.h"
 
 #include <algorithm>
@@ -26,7 +27,7 @@ NumberField::NumberField(wxWindow* parent, wxSizer& column, const Description& d
       message(parent, FieldMessage::Kind::Problem, {.reservedLines = 1, .widestLine = widestMessage}) {
     const int value = given.*description.setting;
     const wxString tip = ToWx(description.tip);
-    spin->SetName(wxControl::RemoveMnemonics(ToWx(description.label)));
+    NameControl(*spin, wxControl::RemoveMnemonics(ToWx(description.label)));
     spin->SetToolTip(tip);
     // A stored value that is out of range is shown, told and kept, so it is inside the range of the control.
     spin->SetRange(std::min(value, 0), std::max(value, HighestNumber(description.setting)));

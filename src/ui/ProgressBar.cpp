@@ -1,6 +1,8 @@
 #include "ui/ProgressBar.h"
 
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
+#include "ui/Contrast.h"
 
 #include <algorithm>
 
@@ -13,6 +15,7 @@ ProgressBar::ProgressBar(wxWindow* parent, const wxSize& size)
     : wxWindow(parent, wxID_ANY, wxDefaultPosition, size, wxFULL_REPAINT_ON_RESIZE | wxBORDER_NONE, "progress bar") {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     SetMinSize(size);
+    SetCanFocus(false);
     Bind(wxEVT_PAINT, &ProgressBar::OnPaint, this);
 }
 
@@ -30,6 +33,7 @@ void ProgressBar::SetProgress(std::int64_t position, std::int64_t range) {
     if (percent != tipPercent) {
         tipPercent = percent;
         SetToolTip(ToWx(Filled(text::tip::progress, {ToText(percent)})));
+        SetAccessibleProgress(*this, ToWx(text::label::progress), percent);
     }
 }
 
@@ -46,7 +50,7 @@ void ProgressBar::OnPaint(wxPaintEvent&) {
     dc.SetBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
     dc.DrawRectangle(inside);
     inside.SetWidth(paintedWidth);
-    dc.SetBrush(wxColour(0x1D, 0x6F, 0xD1));
+    dc.SetBrush(Readable(wxColour(0x1D, 0x6F, 0xD1), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW), signContrast));
     dc.DrawRectangle(inside);
 }
 

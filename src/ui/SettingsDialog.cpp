@@ -1,10 +1,13 @@
 #include "ui/SettingsDialog.h"
 
 #include "base/SettingsMessages.h"
+#include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/FilePattern.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
 #include "ui/SettingsPages.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 #include <utility>
@@ -25,6 +28,7 @@ SettingsDialog::SettingsDialog(wxWindow* parent, DownloadSettings settings, std:
     // The toolkit complains of controls that are laid out in less room than they need, so the pages begin large.
     pages = new wxNotebook(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(1000, 800)));
     pages->SetMinSize(wxDefaultSize);
+    NameControl(*pages, ToWx(text::label::settingsPages));
     const auto browseForFolder = [this](TextField& field) { BrowseForFolder(field); };
     const auto browseForLogFile = [this](TextField& field) { BrowseForLogFile(field); };
     pages->AddPage(MakeLinePage(pages, form, std::move(ports)), ToWx(text::settingsPage::line));
@@ -52,9 +56,12 @@ wxSizer* SettingsDialog::MakeButtons() {
     auto* buttons = new wxStdDialogButtonSizer;
     auto* confirm = new wxButton(this, wxID_OK, ToWx(text::dialog::ok));
     confirm->SetDefault();
-    buttons->AddButton(confirm);
-    buttons->AddButton(new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel)));
-    buttons->AddButton(new wxButton(this, wxID_HELP, ToWx(text::dialog::help)));
+    auto* cancel = new wxButton(this, wxID_CANCEL, ToWx(text::dialog::cancel));
+    auto* help = new wxButton(this, wxID_HELP, ToWx(text::dialog::help));
+    for (wxButton* button : {confirm, cancel, help}) {
+        MakeTouchable(*button);
+        buttons->AddButton(button);
+    }
     buttons->Realize();
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { Confirm(); }, wxID_OK);

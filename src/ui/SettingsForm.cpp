@@ -2,6 +2,7 @@
 
 #include "base/SettingsMessages.h"
 #include "settings/SettingsChoices.h"
+#include "ui/Accessibility.h"
 #include "ui/CalmControls.h"
 
 #include <algorithm>
@@ -23,7 +24,7 @@ KelText ByteText(std::uint8_t value) {
 wxChoice* AddList(wxWindow* box, wxSizer& grid, KelTextView label) {
     grid.Add(new wxStaticText(box, wxID_ANY, ToWx(label)), wxSizerFlags().CenterVertical());
     auto* list = new wxChoice(box, wxID_ANY);
-    list->SetName(wxControl::RemoveMnemonics(ToWx(label)));
+    NameControl(*list, wxControl::RemoveMnemonics(ToWx(label)));
     grid.Add(list, wxSizerFlags().Left());
     return list;
 }
@@ -134,7 +135,7 @@ void SettingsForm::AddCharacter(wxWindow* box, wxSizer& grid, KelTextView label,
                                 NumberSetting isSent, std::uint8_t DownloadSettings::*setting) {
     wxCheckBox* const checkBox = AddCheckBox(box, label, isSent);
     auto* list = new wxChoice(box, wxID_ANY);
-    list->SetName(ToWx(listName));
+    NameControl(*list, ToWx(listName));
     list->SetToolTip(ToWx(listName));
     for (const ControlCharacter& character : controlCharacters)
         list->Append(ToWx(character.name));

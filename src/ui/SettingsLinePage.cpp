@@ -1,5 +1,6 @@
 #include "base/SettingsMessages.h"
 #include "settings/SettingsChoices.h"
+#include "ui/Accessibility.h"
 #include "ui/SettingsPages.h"
 
 #include <algorithm>
@@ -44,7 +45,7 @@ void AddPortList(wxWindow* box, wxFlexGridSizer& grid, SettingsForm& form, std::
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     grid.Add(new wxStaticText(box, wxID_ANY, ToWx(text::dialog::port)), wxSizerFlags().CenterVertical());
     auto* list = new wxChoice(box, wxID_ANY);
-    list->SetName(wxControl::RemoveMnemonics(ToWx(text::dialog::port)));
+    NameControl(*list, wxControl::RemoveMnemonics(ToWx(text::dialog::port)));
     auto* device = new wxStaticText(box, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                                     wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE);
     device->SetMinSize(wxSize(box->ConvertDialogToPixels(wxSize(deviceWidth, 0)).GetWidth(), -1));

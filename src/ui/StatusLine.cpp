@@ -1,5 +1,7 @@
 #include "ui/StatusLine.h"
 
+#include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 #include "ui/Pictures.h"
 #include "ui/StatusShortening.h"
 
@@ -12,6 +14,8 @@ namespace {
 
 // In the order of Outlook.
 constexpr std::string_view signs[] = {"outlook-idle.svg", "outlook-busy.svg", "outlook-good.svg", "outlook-bad.svg"};
+
+constexpr KelTextView signNames[] = {text::outlook::idle, text::outlook::busy, text::outlook::good, text::outlook::bad};
 
 // Relative to the font of the window, the largest first.
 constexpr double fontScales[] = {1.7, 1.5, 1.3, 1.15, 1.0};
@@ -71,7 +75,7 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
 }
 
 StatusLine::StatusLine(wxWindow* parent, const wxSize& size)
-    : wxPanel(parent, wxID_ANY, wxDefaultPosition, size, wxBORDER_SUNKEN | wxTAB_TRAVERSAL, "status line") {
+    : PassivePanel(parent, size, wxBORDER_SUNKEN, "status line") {
     SetMinSize(size);
     const int edge = size.GetHeight() * 7 / 10;
     sign = new wxStaticBitmap(this, wxID_ANY, Picture(signs[0], ToDIP(wxSize(edge, edge))), wxDefaultPosition,
@@ -82,6 +86,7 @@ StatusLine::StatusLine(wxWindow* parent, const wxSize& size)
     row->Add(sign, wxSizerFlags().CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(4)));
     row->Add(label, wxSizerFlags(1).CenterVertical().Border(wxRIGHT, FromDIP(3)));
     SetSizer(row);
+    ShowSign();
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         event.Skip();
         Layout();
@@ -106,6 +111,7 @@ void StatusLine::ShowStatus(const wxString& text, Outlook newOutlook) {
 
 void StatusLine::ShowSign() {
     sign->SetBitmap(Picture(signs[static_cast<std::size_t>(outlook)], ToDIP(sign->GetMinSize())));
+    NameControl(*sign, ToWx(signNames[static_cast<std::size_t>(outlook)]));
 }
 
 void StatusLine::FitText() {
@@ -140,6 +146,9 @@ void StatusLine::FitText() {
     }
     SetToolTip(shownText);
     label->SetToolTip(shownText);
+    // The label itself may say less, for want of room.
+    SetAccessible(*this, AccessibleRole::Pane, wxControl::RemoveMnemonics(ToWx(text::label::status)), shownText);
+    NameControl(*label, shownText);
 }
 
 }

@@ -3,7 +3,7 @@
 // User-interface thread.
 
 #include "engine/EngineEvents.h"
-#include "ui/Wx.h"
+#include "ui/PassivePanel.h"
 
 #include <wx/statbmp.h>
 
@@ -14,7 +14,7 @@ enum class Outlook { Idle, Busy, Good, Bad };
 // The outlook of link and transfer. Any thread.
 Outlook OutlookOf(const EngineSnapshot& snapshot);
 
-class StatusLine : public wxPanel {
+class StatusLine : public PassivePanel {
 public:
     StatusLine(wxWindow* parent, const wxSize& size);
 

@@ -1,6 +1,7 @@
 #include "ui/TextField.h"
 
 #include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
 
 namespace tarvin {
 
@@ -12,7 +13,7 @@ constexpr int widestMessage = 240;
 
 wxTextCtrl* MakeEdit(wxWindow* parent, KelTextView label) {
     auto* edit = new wxTextCtrl(parent, wxID_ANY);
-    edit->SetName(wxControl::RemoveMnemonics(ToWx(label)));
+    NameControl(*edit, wxControl::RemoveMnemonics(ToWx(label)));
     edit->SetMinSize(wxSize(parent->ConvertDialogToPixels(wxSize(editWidth, 0)).GetWidth(), -1));
     return edit;
 }
@@ -36,7 +37,7 @@ TextField::TextField(wxWindow* parent, wxFlexGridSizer& grid, const Description&
         browse =
             new wxButton(parent, wxID_ANY, ToWx(text::dialog::browse), wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
         const wxString browseTip = ToWx(description.browseTip);
-        browse->SetName(browseTip);
+        NameControl(*browse, browseTip);
         browse->SetToolTip(browseTip);
         browse->Bind(wxEVT_BUTTON, [ask = handlers.browse](wxCommandEvent&) { ask(); });
         grid.Add(browse, wxSizerFlags().CenterVertical().Border(wxTOP | wxBOTTOM, gap));

@@ -1,5 +1,8 @@
 #include "ui/TextPane.h"
 
+#include "base/WindowMessages.h"
+#include "ui/Accessibility.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -19,6 +22,7 @@ TextPane::TextPane(wxWindow* parent)
     : wxWindow(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                wxVSCROLL | wxHSCROLL | wxBORDER_NONE | wxFULL_REPAINT_ON_RESIZE, "traffic") {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
+    NameControl(*this, ToWx(text::label::traffic));
     SetCursor(wxCursor(wxCURSOR_IBEAM));
     time.Synchronise();
     MakeFont();

@@ -34,7 +34,7 @@ TrafficColours PresentTrafficColours() {
     TrafficColours colours = TrafficColoursOn(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
     colours.selectionGround = wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT);
     colours.selection = wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHTTEXT);
-    colours.focus = colours.selectionGround;
+    colours.focus = Readable(colours.selectionGround, colours.ground, signContrast);
     return colours;
 }
 

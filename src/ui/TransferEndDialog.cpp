@@ -2,6 +2,7 @@
 
 #include "base/WindowMessages.h"
 #include "ui/HelpBook.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 #include <cassert>
@@ -38,7 +39,8 @@ TransferEndDialog::TransferEndDialog(wxWindow* owner, KelTextView caption, const
 void TransferEndDialog::AddButton(wxSizer& row, const Button& description, bool isDefault) {
     auto* button = new wxButton(this, description.id, ToWx(description.label));
     const wxSize size = ConvertDialogToPixels(wxSize(50, 14));
-    button->SetMinSize(wxSize(size.GetWidth(), std::max(size.GetHeight(), button->GetBestSize().GetHeight())));
+    button->SetMinSize(size);
+    MakeTouchable(*button);
     button->Bind(wxEVT_BUTTON, [this, action = description.action](wxCommandEvent&) {
         isPressed = true;
         Hide();
