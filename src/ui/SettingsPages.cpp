@@ -1,6 +1,7 @@
 #include "ui/SettingsPages.h"
 
 #include "base/SettingsMessages.h"
+#include "dictionary/TextHolder.h"
 #include "settings/SettingsChoices.h"
 
 #include <utility>
@@ -75,6 +76,14 @@ wxSizer* MakeCallsGroup(wxWindow* page, SettingsForm& form) {
     return group;
 }
 
+// Each under the name that its speakers know.
+std::vector<KelText> Languages() {
+    std::vector<KelText> names = {text::settingsPage::systemLanguage, u"English"};
+    for (const DictionaryLanguage& language : Dictionary().Languages())
+        names.push_back(language.name);
+    return names;
+}
+
 wxSizer* MakeHistoryGroup(wxWindow* page, SettingsForm& form, std::function<bool()> showAllMessages) {
     auto* group = MakeGroup(page, text::settingsPage::historyGroup);
     wxWindow* const box = group->GetStaticBox();
@@ -82,6 +91,11 @@ wxSizer* MakeHistoryGroup(wxWindow* page, SettingsForm& form, std::function<bool
     form.AddNumber(
         box, *column,
         {&DownloadSettings::historyYears, text::settingsPage::historyYears, text::settingsTip::historyYears});
+    auto* grid = MakeGrid(page, 3, 0);
+    form.AddOptionalChoice(box, *grid, text::settingsPage::language, text::settingsTip::language, Languages(),
+                           &DownloadSettings::language);
+    grid->Add(new wxStaticText(box, wxID_ANY, ToWx(text::settingsNote::nextStart)), wxSizerFlags().CenterVertical());
+    column->Add(grid, wxSizerFlags().Expand().Border(wxBOTTOM, page->FromDIP(4)));
     auto* button = new wxButton(box, wxID_ANY, ToWx(text::settingsPage::showAllMessages));
     button->SetToolTip(ToWx(text::settingsTip::showAllMessages));
     auto* done = new wxStaticText(box, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, wxST_NO_AUTORESIZE);
