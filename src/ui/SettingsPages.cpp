@@ -91,11 +91,6 @@ wxSizer* MakeHistoryGroup(wxWindow* page, SettingsForm& form, std::function<bool
     form.AddNumber(
         box, *column,
         {&DownloadSettings::historyYears, text::settingsPage::historyYears, text::settingsTip::historyYears});
-    auto* grid = MakeGrid(page, 3, 0);
-    form.AddOptionalChoice(box, *grid, text::settingsPage::language, text::settingsTip::language, Languages(),
-                           &DownloadSettings::language);
-    grid->Add(new wxStaticText(box, wxID_ANY, ToWx(text::settingsNote::nextStart)), wxSizerFlags().CenterVertical());
-    column->Add(grid, wxSizerFlags().Expand().Border(wxBOTTOM, page->FromDIP(4)));
     auto* button = new wxButton(box, wxID_ANY, ToWx(text::settingsPage::showAllMessages));
     button->SetToolTip(ToWx(text::settingsTip::showAllMessages));
     auto* done = new wxStaticText(box, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, wxST_NO_AUTORESIZE);
@@ -127,6 +122,12 @@ wxWindow* MakeFilesPage(wxWindow* parent, SettingsForm& form, const Browsing& br
     wxPanel* const page = MakePage(parent);
     Add(page, MakeFilesGroup(page, form, browsing));
     Add(page, MakeLogGroup(page, form, browsing));
+    // This page has room for it.
+    auto* grid = MakeGrid(page, 3, 0);
+    form.AddOptionalChoice(page, *grid, text::settingsPage::language, text::settingsTip::language, Languages(),
+                           &DownloadSettings::language);
+    grid->Add(new wxStaticText(page, wxID_ANY, ToWx(text::settingsNote::nextStart)), wxSizerFlags().CenterVertical());
+    Add(page, grid);
     auto* note = new wxBoxSizer(wxVERTICAL);
     note->Add(new wxStaticText(page, wxID_ANY, ToWx(text::settingsNote::browsed)));
     Add(page, note);
