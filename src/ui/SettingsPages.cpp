@@ -127,8 +127,8 @@ wxWindow* MakeFilesPage(wxWindow* parent, SettingsForm& form, const Browsing& br
     form.AddOptionalChoice(page, *grid, text::settingsPage::language, text::settingsTip::language, Languages(),
                            &DownloadSettings::language);
     grid->Add(new wxStaticText(page, wxID_ANY, ToWx(text::settingsNote::nextStart)), wxSizerFlags().CenterVertical());
-    Add(page, grid);
     auto* note = new wxBoxSizer(wxVERTICAL);
+    note->Add(grid, wxSizerFlags().Expand());
     note->Add(new wxStaticText(page, wxID_ANY, ToWx(text::settingsNote::browsed)));
     Add(page, note);
     return page;
