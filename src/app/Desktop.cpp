@@ -1,5 +1,7 @@
 #include "app/Desktop.h"
 
+#include "base/NumberedText.h"
+#include "dictionary/TextHolder.h"
 #include "messages/MessageAdvice.h"
 #include "ui/MainWindow.h"
 #include "ui/WindowPlacement.h"
@@ -8,13 +10,18 @@
 
 namespace tarvin {
 
-Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles)
+void SpeakDictionary() {
+    SetTranslator([](std::int32_t id) noexcept { return Dictionary().TextOrNull(id); });
+}
+
+Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles, const KelText& systemLanguage)
     : messages({program.MachineFolder()}),
       toolkitLog(messages),
       help(std::move(helpFiles)),
       engine(program.MakeEngine(events)) {
     // First of all: boxes are written in the language of the dictionary.
-    const auto loaded = program.LoadDictionary();
+    const auto loaded = program.LoadDictionary(systemLanguage);
+    SpeakDictionary();
     messages.ReadSuppressedMessages();
     window = new MainWindow({*engine, events, help, program.EngineClock(), program.Place().PathsFile()}, messages);
     if (!loaded)

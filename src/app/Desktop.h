@@ -16,11 +16,15 @@ namespace tarvin {
 
 class MainWindow;
 
+// Lets the texts of the window speak the language of this process's dictionary from now on. Call it once the dictionary
+// is loaded, and before other threads run.
+void SpeakDictionary();
+
 class Desktop {
 public:
     // Makes everything and shows nothing yet. `program` outlives the desktop. The first of `helpFiles` that is there is
-    // the help book.
-    Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles);
+    // the help book. The texts are in the language that the user has chosen, else in `systemLanguage`, else English.
+    Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles, const KelText& systemLanguage = {});
     // Stops the engine. The window must have been closed.
     ~Desktop();
 

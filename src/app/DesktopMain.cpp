@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include <wx/intl.h>
+
 namespace {
 
 constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
@@ -41,6 +43,13 @@ std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& install
             files.push_back(*program / folder / name);
     }
     return files;
+}
+
+// The English name of the system's language, such as "German": the dictionary knows its languages by these names.
+tarvin::KelText SystemLanguage() {
+    const wxLanguageInfo* const language = wxLocale::GetLanguageInfo(wxLocale::GetSystemLanguage());
+    // A country may follow: "German (Austria)".
+    return language == nullptr ? tarvin::KelText() : tarvin::FromWx(language->Description.BeforeFirst('(').Trim());
 }
 
 // Shows why the program cannot start. The help book may be missing too, so the box has none.
@@ -75,7 +84,7 @@ public:
     }
 
     int OnRun() override {
-        tarvin::Desktop desktop(program, HelpFiles(program.Place()));
+        tarvin::Desktop desktop(program, HelpFiles(program.Place()), SystemLanguage());
         desktop.Start();
         raiseRequests->Serve(
             [&desktop](tarvin::RaiseRequests::Answer answer) { desktop.RequestRaise(std::move(answer)); });
@@ -97,12 +106,13 @@ private:
 };
 
 // What a user is told of a machine that another program serves.
-tarvin::ProgramStart ServedElsewhere(const tarvin::Program& program, const tarvin::KelText& problem) {
-    std::fprintf(stderr, "tarvindl: %s\n", tarvin::ToUtf8(problem).c_str());
+tarvin::ProgramStart ServedElsewhere(const tarvin::Program& program, const tarvin::MachineClaim& claim) {
+    std::fprintf(stderr, "tarvindl: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
     // The box speaks the user's language as far as it can.
-    (void)program.LoadDictionary();
+    (void)program.LoadDictionary(SystemLanguage());
+    tarvin::SpeakDictionary();
     const auto caption = tarvin::Filled(tarvin::text::machine::servedCaption, {program.MachineName()});
-    const tarvin::MessageBoxText box = {problem, caption, tarvin::okOnly | tarvin::iconExclamation};
+    const tarvin::MessageBoxText box = {claim.problem(), caption, tarvin::okOnly | tarvin::iconExclamation};
     return {std::nullopt, tarvin::servedElsewhereExitCode, box};
 }
 
@@ -120,7 +130,7 @@ int main(int argumentCount, char** arguments) {
         if (claim.isRaised)
             return 0;
         if (!claim.lock)
-            start = ServedElsewhere(*start.program, claim.problem);
+            start = ServedElsewhere(*start.program, claim);
     }
     // A program that only shows a box ends by the signal, as every program does that expects none.
     if (start.program)

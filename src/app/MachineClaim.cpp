@@ -63,7 +63,7 @@ MachineClaim ClaimForService(const Program& program) {
     if (IsTaken(*lock, Self(MachineHolder::Kind::Service, {}), program.MachineName()))
         claim.lock = std::move(lock);
     else
-        claim.problem = Describe(lock->Holder(), program.MachineName());
+        claim.problem = [holder = lock->Holder(), name = program.MachineName()] { return Describe(holder, name); };
     return claim;
 }
 
@@ -86,10 +86,12 @@ MachineClaim ClaimForWindow(const Program& program, const KelText& raiseAddress)
         }
         // One that is going leaves the machine free in a moment.
         if ((holder && outcome == RaiseOutcome::Silent) || std::chrono::steady_clock::now() > deadline) {
-            claim.problem = canBeRaised && outcome == RaiseOutcome::Silent
-                                ? Filled(text::machine::windowIsSilent,
-                                         {program.MachineName(), ToText(static_cast<std::int64_t>(holder->process))})
-                                : Describe(holder, program.MachineName());
+            const bool isSilent = canBeRaised && outcome == RaiseOutcome::Silent;
+            claim.problem = [holder, isSilent, name = program.MachineName()] {
+                return isSilent ? Filled(text::machine::windowIsSilent,
+                                         {name, ToText(static_cast<std::int64_t>(holder->process))})
+                                : Describe(holder, name);
+            };
             return claim;
         }
         std::this_thread::sleep_for(pollPeriod);

@@ -4,6 +4,7 @@
 #include "base/KelText.h"
 #include "files/MachineLock.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,8 +21,9 @@ struct MachineClaim {
     std::unique_ptr<MachineLock> lock;
     // The window that serves the machine has come to the front: this program has nothing left to do.
     bool isRaised = false;
-    // Without a lock and not raised: who serves the machine, and what to do, for a user.
-    KelText problem;
+    // Without a lock and not raised: who serves the machine, and what to do, for a user. Each call speaks the
+    // language of that moment.
+    std::function<KelText()> problem;
 };
 
 // For a service. Waits at most 1 s.

@@ -11,6 +11,7 @@
 #include "messages/MessageAdvice.h"
 #include "protocol/ProtocolChoice.h"
 #include "protocol/TarvinApp.h"
+#include "settings/SettingsStore.h"
 
 #include <cstdio>
 #include <system_error>
@@ -21,10 +22,12 @@ namespace tarvin {
 namespace {
 
 // A missing dictionary is no failure.
-Result<> LoadDictionary(const std::filesystem::path& installation, const KelText& commandLine) {
+Result<> LoadDictionary(const std::filesystem::path& installation, const KelText& commandLine,
+                        const KelText& defaultLanguage) {
     DictionaryRequest request;
     request.programFolder = installation;
     request.commandLine = commandLine;
+    request.defaultLanguage = defaultLanguage;
     auto loaded = Dictionary().Load(request);
     std::error_code ignored;
     const bool isThere = std::filesystem::exists(installation / request.fileName, ignored);
@@ -69,7 +72,7 @@ ProgramStart Program::Begin(int argumentCount, const char* const* arguments, con
     if (!installation) {
         say(installation.Reason());
         // The box speaks the user's language as far as it can. Without a dictionary it is English.
-        (void)tarvin::LoadDictionary(*folder, commandLine);
+        (void)tarvin::LoadDictionary(*folder, commandLine, {});
         const MessageBoxText problem =
             WithAdvice(MessageKind::CorruptInstallation,
                        {installation.Reason().text, text::start::corruptCaption, okOnly | iconError});
@@ -90,8 +93,12 @@ std::filesystem::path Program::MachineFolder() const {
     return installation.Folder() / ToPath(FileNameFor(machineName));
 }
 
-Result<> Program::LoadDictionary() const {
-    return tarvin::LoadDictionary(installation.Folder(), commandLine);
+Result<> Program::LoadDictionary(const KelText& systemLanguage) const {
+    // The engine reads the settings anew, and says what is wrong with them.
+    DownloadSettings settings;
+    (void)SettingsStore(installation.Folder(), machineName, {}).LoadSettings(settings);
+    return tarvin::LoadDictionary(installation.Folder(), commandLine,
+                                  settings.language.empty() ? systemLanguage : settings.language);
 }
 
 std::unique_ptr<DownloadApp> Program::MakeEngine(EngineEvents& events) const {

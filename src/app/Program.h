@@ -34,9 +34,9 @@ public:
     // The folder for files that programs of several machines must not share. It need not exist.
     std::filesystem::path MachineFolder() const;
 
-    // Loads the texts in the user's language. Success without a dictionary too; one that is there but cannot be used is
-    // a failure.
-    Result<> LoadDictionary() const;
+    // Loads the texts in the user's language: the one that the command line names, else that of the machine's settings,
+    // else `systemLanguage`. Success without a dictionary too; one that is there but cannot be used is a failure.
+    Result<> LoadDictionary(const KelText& systemLanguage = {}) const;
 
     // The engine must not outlive the program, and the program must not be moved meanwhile.
     std::unique_ptr<DownloadApp> MakeEngine(EngineEvents& events) const;
@@ -54,8 +54,7 @@ struct ProgramStart {
     // To run. None if the program ends here.
     std::optional<Program> program = {};
     int exitCode = 0; // without a program
-    // Without a program: for a program with a window to show. The dictionary of the installation is loaded, if there is
-    // one.
+    // Without a program: for a program with a window to show.
     std::optional<MessageBoxText> problem = {};
 };
 

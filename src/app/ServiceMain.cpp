@@ -44,7 +44,7 @@ int Serve(const tarvin::Program& program) {
     tarvin::PrepareStopRequests();
     const auto claim = tarvin::ClaimForService(program);
     if (!claim.lock) {
-        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem).c_str());
+        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
         return tarvin::servedElsewhereExitCode;
     }
     tarvin::ServiceOutput output;

@@ -5,7 +5,7 @@
 //
 // Where a text has parts that change, %1 to %9 stand for them, see Filled. An ampersand in a label marks its key.
 
-#include "base/KelText.h"
+#include "base/NumberedText.h"
 
 #include <initializer_list>
 
@@ -274,19 +274,19 @@ inline constexpr char16_t linesNotPrinted[] = u"... %1 lines not printed ...";
 
 // What the settings dialog says about a setting.
 namespace setting {
-inline constexpr char16_t folderNeeded[] = u"A folder is needed here.";
-inline constexpr char16_t folderMissing[] = u"This folder does not exist.";
-inline constexpr char16_t notFolder[] = u"This is not a folder.";
-inline constexpr char16_t badExtension[] =
-    u"An extension cannot hold / \\ : * ? \" < > | or end with a dot or a blank.";
-inline constexpr char16_t logFileNeeded[] = u"A file is needed here as long as the log is written.";
-inline constexpr char16_t logFileIsFolder[] = u"This is a folder; a file is needed.";
-inline constexpr char16_t logFolderMissing[] = u"The folder of this file does not exist.";
-inline constexpr char16_t mayStay[] = u"%1 Press OK once more to keep it.";
-inline constexpr char16_t oneAndAHalfStopBits[] =
-    u"With 7 or 8 data bits most ports refuse 1.5 stop bits, and Linux has none.";
-inline constexpr char16_t badNumber[] = u"No file can have this number.";
-inline constexpr char16_t noDeviceKnown[] = u"no device known";
+inline constexpr NumberedText folderNeeded = {21600, u"A folder is needed here."};
+inline constexpr NumberedText folderMissing = {21601, u"This folder does not exist."};
+inline constexpr NumberedText notFolder = {21602, u"This is not a folder."};
+inline constexpr NumberedText badExtension = {
+    21603, u"An extension cannot hold / \\ : * ? \" < > | or end with a dot or a blank."};
+inline constexpr NumberedText logFileNeeded = {21604, u"A file is needed here as long as the log is written."};
+inline constexpr NumberedText logFileIsFolder = {21605, u"This is a folder; a file is needed."};
+inline constexpr NumberedText logFolderMissing = {21606, u"The folder of this file does not exist."};
+inline constexpr NumberedText mayStay = {21607, u"%1 Press OK once more to keep it."};
+inline constexpr NumberedText oneAndAHalfStopBits = {
+    21608, u"With 7 or 8 data bits most ports refuse 1.5 stop bits, and Linux has none."};
+inline constexpr NumberedText badNumber = {21609, u"No file can have this number."};
+inline constexpr NumberedText noDeviceKnown = {21610, u"no device known"};
 }
 
 // Captions of windows and dialogs, those of the system's dialogs included. The caption of the main window is the
@@ -305,10 +305,6 @@ inline constexpr char16_t downloadPath[] = u"Download Path";
 
 // Texts that the program looks up in the dictionary by their number, and shows in English without one.
 namespace dictionary {
-struct NumberedText {
-    std::int32_t id;
-    const char16_t* english;
-};
 inline constexpr NumberedText ok = {47, u"Ok"};
 inline constexpr NumberedText cancel = {48, u"Cancel"};
 inline constexpr NumberedText no = {65, u"No"};

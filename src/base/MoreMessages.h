@@ -6,35 +6,36 @@
 
 namespace tarvin::text::more {
 
-inline constexpr char16_t button[] = u"&More...";
-inline constexpr char16_t buttonTip[] = u"Reset and test the line, files for the machine, history";
-inline constexpr char16_t openFolder[] = u"&Open the NC Folder";
-inline constexpr char16_t files[] = u"&Files for the Machine...";
-inline constexpr char16_t history[] = u"&History...";
-inline constexpr char16_t copyStatus[] = u"&Copy the Status";
+inline constexpr NumberedText button = {20400, u"&More..."};
+inline constexpr NumberedText buttonTip = {20401, u"Reset and test the line, files for the machine, history"};
+inline constexpr NumberedText openFolder = {20402, u"&Open the NC Folder"};
+inline constexpr NumberedText files = {20403, u"&Files for the Machine..."};
+inline constexpr NumberedText history = {20404, u"&History..."};
+inline constexpr NumberedText copyStatus = {20405, u"&Copy the Status"};
 // %1 is the folder.
-inline constexpr char16_t folderNotOpened[] = u"The system has no program that shows %1.";
-inline constexpr char16_t about[] = u"&About TarvinDL...";
-inline constexpr char16_t aboutCaption[] = u"About TarvinDL";
+inline constexpr NumberedText folderNotOpened = {20406, u"The system has no program that shows %1."};
+inline constexpr NumberedText about = {20407, u"&About TarvinDL..."};
+inline constexpr NumberedText aboutCaption = {20408, u"About TarvinDL"};
 // %1 is the version, %2 the system, %3 the installation and %4 the machine.
-inline constexpr char16_t aboutText[] = u"TarvinDL %1\n%2\n\nMachine: %4\nInstallation: %3";
+inline constexpr NumberedText aboutText = {20409, u"TarvinDL %1\n%2\n\nMachine: %4\nInstallation: %3"};
 
-inline constexpr char16_t filesCaption[] = u"Files for the Machine";
-inline constexpr char16_t filesIn[] = u"The machine may ask for these files of %1";
-inline constexpr char16_t filter[] = u"&Number or comment holds";
-inline constexpr char16_t number[] = u"Number";
-inline constexpr char16_t comment[] = u"First comment";
-inline constexpr char16_t size[] = u"Bytes";
-inline constexpr char16_t changed[] = u"Changed";
-inline constexpr char16_t note[] = u"Note";
-inline constexpr char16_t incomplete[] = u"incomplete";
-inline constexpr char16_t readAgain[] = u"&Read Again";
-inline constexpr char16_t reading[] = u"The folder is being read...";
-inline constexpr char16_t fileCount[] = u"Files: %1";
+inline constexpr NumberedText filesCaption = {20410, u"Files for the Machine"};
+inline constexpr NumberedText filesIn = {20411, u"The machine may ask for these files of %1"};
+inline constexpr NumberedText filter = {20412, u"&Number or comment holds"};
+inline constexpr NumberedText number = {20413, u"Number"};
+inline constexpr NumberedText comment = {20414, u"First comment"};
+inline constexpr NumberedText size = {20415, u"Bytes"};
+inline constexpr NumberedText changed = {20416, u"Changed"};
+inline constexpr NumberedText note = {20417, u"Note"};
+inline constexpr NumberedText incomplete = {20418, u"incomplete"};
+inline constexpr NumberedText readAgain = {20419, u"&Read Again"};
+inline constexpr NumberedText reading = {20420, u"The folder is being read..."};
+inline constexpr NumberedText fileCount = {20421, u"Files: %1"};
 
 // Before a transfer is broken off. %1 is the file's number, %2 the percentage or the bytes.
-inline constexpr char16_t breakCaption[] = u"A File Is on Its Way";
-inline constexpr char16_t breakSent[] = u"%1 is being sent to the machine, %2 %. Break it off?";
-inline constexpr char16_t breakReceived[] = u"%1 is being received from the machine, %2 bytes. Break it off?";
+inline constexpr NumberedText breakCaption = {20422, u"A File Is on Its Way"};
+inline constexpr NumberedText breakSent = {20423, u"%1 is being sent to the machine, %2 %. Break it off?"};
+inline constexpr NumberedText breakReceived = {20424,
+                                               u"%1 is being received from the machine, %2 bytes. Break it off?"};
 
 }

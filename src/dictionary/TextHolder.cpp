@@ -74,11 +74,13 @@ void TextHolder::Clear() {
     pool = std::vector<char16_t>();
     index = std::vector<std::uint64_t>();
     entries = std::vector<TextEntry>();
+    languages.clear();
     languageNote.clear();
     skippedEntryCount = 0;
 }
 
 void TextHolder::Take(DictionaryReader& reader) {
+    languages = reader.Languages();
     if (language == languageByName || language == languageUnknown)
         language = ChooseLanguage(reader.Languages(), languageName);
     if (language == languageUnknown)

@@ -45,6 +45,9 @@ public:
     // The name by which the last Load was asked for the language.
     const KelText& LanguageName() const { return languageName; }
     std::int32_t Language() const { return language; }
+    // The languages of the file of the last Load, in its order; English, the base of all, is none of them. Empty after
+    // a failure.
+    const std::vector<DictionaryLanguage>& Languages() const { return languages; }
     // The dictionary's note about the language. Empty without a dictionary.
     const KelText& LanguageNote() const { return languageNote; }
     // All entries if the language is languageAll; then no texts are loaded. Else empty.
@@ -73,6 +76,7 @@ private:
     std::filesystem::path dictionaryFile;
     KelText languageName;
     std::int32_t language = languageNone;
+    std::vector<DictionaryLanguage> languages;
     KelText languageNote;
     std::vector<TextEntry> entries;
     std::size_t skippedEntryCount = 0;

@@ -25,7 +25,7 @@ constexpr KelTextView WordFor(TransferOutcome outcome) {
 }
 
 // The same for windows.
-constexpr KelTextView LabelFor(TransferOutcome outcome) {
+inline KelTextView LabelFor(TransferOutcome outcome) {
     switch (outcome) {
     case TransferOutcome::Completed:
         return text::historyDialog::completed;

@@ -14,8 +14,8 @@ constexpr std::int32_t alwaysShown = 0;
 
 struct Row {
     MessageKind kind;
-    KelTextView headline;
-    KelTextView advice;
+    NumberedText headline;
+    NumberedText advice;
     // Kept in the user's list of suppressed messages from version to version, so a number is never given again.
     std::int32_t dontShowAgainId;
 };

@@ -30,7 +30,7 @@ enum MessageStyle : unsigned {
 
 struct MessageButton {
     int answer; // as the Windows message box numbers it
-    text::dictionary::NumberedText caption;
+    NumberedText caption;
 };
 
 inline constexpr MessageButton okButton = {1, text::dictionary::ok};

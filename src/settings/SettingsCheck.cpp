@@ -109,7 +109,7 @@ bool HasEffect(NumberSetting setting, const DownloadSettings& settings) {
 }
 
 KelText StopBitsNote(KelTextView stopBits) {
-    return stopBits == u"1.5" ? text::setting::oneAndAHalfStopBits : u"";
+    return stopBits == u"1.5" ? KelText(text::setting::oneAndAHalfStopBits) : KelText();
 }
 
 KelText AsFolderSetting(KelText folder) {

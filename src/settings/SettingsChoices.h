@@ -1,7 +1,7 @@
 #pragma once
 // The choices that a user has for the settings, as the settings keep them. Settings may hold other values.
 
-#include "base/KelText.h"
+#include "base/SettingsMessages.h"
 
 #include <array>
 #include <cstddef>
@@ -18,12 +18,12 @@ inline constexpr std::array<KelTextView, 3> stopBitsChoices = {u"1", u"1.5", u"2
 inline constexpr std::array<KelTextView, 4> flowControlChoices = {u"Xon/Xoff", u"Hardware", u"None", u"Combined"};
 
 // The entry of a value of DownloadSettings::incomingCheck has the value as its index.
-inline constexpr std::array<KelTextView, 3> incomingCheckChoices = {u"Off", u"End the upload", u"Wait for the repeat"};
+inline constexpr std::array<NumberedText, 3> incomingCheckChoices = {text::choice::checkOff, text::choice::checkEnds,
+                                                                     text::choice::checkWaits};
 inline constexpr int mostReplacedFilesKept = 99;
 
 // The entry of a value of DownloadSettings::controllerKind has the value as its index.
-inline constexpr std::array<KelTextView, 2> controllerKindChoices = {u"Asks for files by number",
-                                                                     u"Any (files sent and received by hand)"};
+inline constexpr std::array<NumberedText, 2> controllerKindChoices = {text::choice::byNumber, text::choice::byHand};
 inline constexpr int longestSilenceSeconds = 999;
 inline constexpr int longestAttentionMinutes = 999;
 inline constexpr int longestHistoryYears = 99;

@@ -12,7 +12,7 @@ namespace tarvin {
 namespace {
 
 struct ColumnDescription {
-    KelTextView caption;
+    NumberedText caption;
     wxAlignment alignment;
     int width; // in dialog units
 };

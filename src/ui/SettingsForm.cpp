@@ -87,6 +87,25 @@ wxChoice* SettingsForm::AddNumberedChoice(wxWindow* box, wxSizer& grid, KelTextV
     return list;
 }
 
+wxChoice* SettingsForm::AddOptionalChoice(wxWindow* box, wxSizer& grid, KelTextView label, KelTextView tip,
+                                          std::vector<KelText> entries, TextSetting setting) {
+    wxChoice* const list = AddList(box, grid, label);
+    list->SetToolTip(ToWx(tip));
+    // A value that is no longer offered stays in the list, so that the dialog changes nothing by itself.
+    const KelText& value = given.*setting;
+    if (!value.empty() && std::find(entries.begin() + 1, entries.end(), value) == entries.end())
+        entries.push_back(value);
+    for (const KelText& entry : entries)
+        list->Append(ToWx(entry));
+    const auto shown = value.empty() ? entries.begin() : std::find(entries.begin() + 1, entries.end(), value);
+    list->SetSelection(static_cast<int>(shown - entries.begin()));
+    Adopt(*list, [list, setting, texts = std::move(entries)](DownloadSettings& settings) {
+        const int chosen = list->GetSelection();
+        settings.*setting = chosen > 0 ? texts[static_cast<std::size_t>(chosen)] : KelText();
+    });
+    return list;
+}
+
 CheckedField& SettingsForm::AddField(std::unique_ptr<CheckedField> field) {
     fields.push_back(std::move(field));
     CheckedField& added = *fields.back();

@@ -39,6 +39,9 @@ public:
     // chooses an entry.
     wxChoice* AddNumberedChoice(wxWindow* box, wxSizer& grid, KelTextView label, KelTextView tip,
                                 const std::vector<KelTextView>& entries, NumberSetting setting, int fallback);
+    // The first entry stands for the empty text, each other one for itself.
+    wxChoice* AddOptionalChoice(wxWindow* box, wxSizer& grid, KelTextView label, KelTextView tip,
+                                std::vector<KelText> entries, TextSetting setting);
     void AddNumber(wxWindow* box, wxSizer& column, const NumberField::Description& description);
     wxCheckBox* AddCheckBox(wxWindow* box, KelTextView label, NumberSetting setting);
     void AddCharacter(wxWindow* box, wxSizer& grid, KelTextView label, KelTextView listName, NumberSetting isSent,

@@ -1,6 +1,7 @@
 #include "ui/SettingsPages.h"
 
 #include "base/SettingsMessages.h"
+#include "dictionary/TextHolder.h"
 #include "settings/SettingsChoices.h"
 
 #include <utility>
@@ -75,6 +76,14 @@ wxSizer* MakeCallsGroup(wxWindow* page, SettingsForm& form) {
     return group;
 }
 
+// Each under the name that its speakers know.
+std::vector<KelText> Languages() {
+    std::vector<KelText> names = {text::settingsPage::systemLanguage, u"English"};
+    for (const DictionaryLanguage& language : Dictionary().Languages())
+        names.push_back(language.name);
+    return names;
+}
+
 wxSizer* MakeHistoryGroup(wxWindow* page, SettingsForm& form, std::function<bool()> showAllMessages) {
     auto* group = MakeGroup(page, text::settingsPage::historyGroup);
     wxWindow* const box = group->GetStaticBox();
@@ -113,7 +122,13 @@ wxWindow* MakeFilesPage(wxWindow* parent, SettingsForm& form, const Browsing& br
     wxPanel* const page = MakePage(parent);
     Add(page, MakeFilesGroup(page, form, browsing));
     Add(page, MakeLogGroup(page, form, browsing));
+    // This page has room for it.
+    auto* grid = MakeGrid(page, 3, 0);
+    form.AddOptionalChoice(page, *grid, text::settingsPage::language, text::settingsTip::language, Languages(),
+                           &DownloadSettings::language);
+    grid->Add(new wxStaticText(page, wxID_ANY, ToWx(text::settingsNote::nextStart)), wxSizerFlags().CenterVertical());
     auto* note = new wxBoxSizer(wxVERTICAL);
+    note->Add(grid, wxSizerFlags().Expand());
     note->Add(new wxStaticText(page, wxID_ANY, ToWx(text::settingsNote::browsed)));
     Add(page, note);
     return page;

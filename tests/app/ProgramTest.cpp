@@ -1,6 +1,9 @@
 #include "app/Program.h"
 
+#include "dictionary/DictionaryFile.h"
+#include "dictionary/TextHolder.h"
 #include "harness/TemporaryFolder.h"
+#include "settings/SettingsStore.h"
 
 #include <doctest/doctest.h>
 
@@ -34,4 +37,23 @@ TEST_CASE("Program: a missing dictionary is no failure, and a damaged one is") {
     CHECK(program.LoadDictionary());
     folder.WriteFile("diction.ary", "no dictionary");
     CHECK_FALSE(program.LoadDictionary());
+}
+
+TEST_CASE("Program: the switch goes before the setting of the language, and that before the system's") {
+    const TemporaryFolder folder;
+    folder.WriteFile("KEL.INI", "[PROGRAM PATHS]\n");
+    folder.WriteFile("diction.ary",
+                     EncodeDictionary({{{u"German", 1031, 1252, u"Deutsch"}, {u"French", 1036, 1252, u"Fran"}}, {}}));
+    const auto languageOf = [&](const KelText& commandLine) {
+        CHECK(Program(*Installation::Read(folder.Path()), commandLine).LoadDictionary(u"German"));
+        return Dictionary().Language();
+    };
+    CHECK(languageOf(u"LASER") == 0);
+    CHECK(languageOf(u"LASER /l=French") == 1);
+    DownloadSettings settings;
+    settings.language = u"English";
+    REQUIRE(SettingsStore(folder.Path(), u"LASER", {}).SaveSettings(settings));
+    CHECK(languageOf(u"LASER") == languageNone);
+    CHECK(languageOf(u"LASER /l=French") == 1);
+    CHECK(languageOf(u"PUNCH") == 0);
 }
