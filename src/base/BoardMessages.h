@@ -45,7 +45,7 @@ inline constexpr NumberedText nothingNew = {20229, u"nothing new"};
 inline constexpr NumberedText stillAll = {20230, u"its program, as before"};
 inline constexpr NumberedText whatToDo = {20231, u"What to do"};
 inline constexpr NumberedText deleteAndAskAgain = {20232, u"delete it there, then ask again"};
-inline constexpr NumberedText mendAndAskAgain = {20233, u"mend the file, then ask again"};
+inline constexpr NumberedText mendAndAskAgain = {20233, u"see to number and file, then ask again"};
 inline constexpr NumberedText sendAgain = {20234, u"send it again at the machine"};
 
 // The last transfers. %1 is the time, %2 the number, %3 the arrow and the rest.

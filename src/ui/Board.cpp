@@ -80,7 +80,7 @@ void Board::Update() {
         help->Show(isFailure);
     }
     // Screen readers read a text when it changes. The seconds of a transfer would never let them end.
-    SetAccessible(*this, AccessibleRole::Pane, ToWx(text::board::name), ToWx(content.Spoken()));
+    tarvin::SetAccessible(*this, AccessibleRole::Pane, ToWx(text::board::name), ToWx(content.Spoken()));
     Refresh(false);
 }
 
@@ -99,7 +99,7 @@ void Board::PlaceButtons() {
 void Board::OnPaint(wxPaintEvent&) {
     wxAutoBufferedPaintDC dc(this);
     const wxSize room = GetClientSize();
-    const wxSize buttons = seen->IsShown() ? room - wxSize(seen->GetPosition().x, seen->GetPosition().y) : wxSize();
+    const int buttons = seen->IsShown() ? room.GetHeight() - seen->GetPosition().y : 0;
     const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
     PaintBoard(dc, *this, content, {room, buttons, isDark});
 }

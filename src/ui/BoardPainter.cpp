@@ -43,9 +43,7 @@ public:
           textPixels(std::max<double>(window.FromDIP(leastText), std::min(textHeight * room.size.GetHeight(),
                                                                           textOfWidth * room.size.GetWidth()))),
           height(room.size.GetHeight()),
-          bottom(room.size.GetHeight()),
-          buttonsTop(room.size.GetHeight() - room.buttons.GetHeight()),
-          buttonsLeft(room.size.GetWidth() - room.buttons.GetWidth()),
+          buttonsTop(room.size.GetHeight() - room.buttons),
           edge(std::max(window.FromDIP(8), static_cast<int>(textPixels * 0.6))),
           left(edge + static_cast<int>(textPixels * 0.8)),
           right(room.size.GetWidth() - static_cast<int>(textPixels * 0.8)),
@@ -180,14 +178,13 @@ private:
             dc.DrawEllipse(left, y + (rowHeight - sign) / 2, sign, sign);
             Use(rowText, false, textColour);
             const int textLeft = left + static_cast<int>(rowText);
-            const int textRight = y + rowHeight > buttonsTop ? buttonsLeft - static_cast<int>(rowText / 2) : right;
-            dc.DrawText(Shortened(text, textRight - textLeft), textLeft, y);
+            dc.DrawText(Shortened(text, right - textLeft), textLeft, y);
             y += rowHeight;
         };
-        if (!content.unseenNote.empty() && y + rowHeight <= bottom)
+        if (!content.unseenNote.empty() && y + rowHeight <= buttonsTop)
             paintRow(ToWx(content.unseenNote), SignColour(TransferOutcome::Failed, isDark), colours.text);
         for (const BoardContent::Recent& recent : content.recents) {
-            if (y + rowHeight > bottom)
+            if (y + rowHeight > buttonsTop)
                 return;
             paintRow(ToWx(recent.text), SignColour(recent.outcome, isDark), colours.faint);
         }
@@ -204,9 +201,7 @@ private:
     const bool isDark;
     const double textPixels; // the usual height of a text
     const int height;
-    const int bottom;
     const int buttonsTop;
-    const int buttonsLeft;
     const int edge;
     const int left;
     const int right;

@@ -7,8 +7,8 @@
 namespace tarvin {
 
 struct BoardRoom {
-    wxSize size;    // pixels
-    wxSize buttons; // pixels at the lower right corner that hold the buttons
+    wxSize size; // pixels
+    int buttons; // pixels at the bottom that hold the buttons
     bool isDark;
 };
 

@@ -141,7 +141,8 @@ wxSizer* HistoryDialog::AddButtons() {
     exportCsv = AddButton(*row, text::historyDialog::exportCsv, &HistoryDialog::Export);
     AddButton(*row, text::historyDialog::refresh, &HistoryDialog::Read);
     row->AddStretchSpacer();
-    AddButton(*row, text::historyDialog::close, &HistoryDialog::Finish);
+    // Escape presses it.
+    SetEscapeId(AddButton(*row, text::historyDialog::close, &HistoryDialog::Finish)->GetId());
     return row;
 }
 

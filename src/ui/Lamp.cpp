@@ -42,7 +42,7 @@ void Lamp::SetTip(const wxString& newTip, bool shallTellState) {
 
 void Lamp::ShowTip() {
     const KelText state = Filled(isLit ? text::tip::lampOn : text::tip::lampOff, {FromWx(GetName()), FromWx(tip)});
-    SetAccessible(*this, AccessibleRole::Picture, GetName(), ToWx(state));
+    tarvin::SetAccessible(*this, AccessibleRole::Picture, GetName(), ToWx(state));
     if (tellsState)
         SetToolTip(ToWx(state));
 }

@@ -163,6 +163,12 @@ void MainWindow::OnSnapshotChanged() {
     caller.Look(snapshot, settings);
 }
 
+void MainWindow::OnMessage(const MessageBoxText& box) {
+    // The page of the first use says all of it, and what mends it. A box would cover it.
+    if (!box.endsWithOutage || !panel->monitor->FirstUse().IsShown())
+        boxes.Show(box);
+}
+
 void MainWindow::OnTrafficArrived() {
     if (!trafficTimer.IsRunning())
         trafficTimer.StartOnce(trafficMilliseconds);

@@ -53,7 +53,7 @@ private:
 
     void OnSnapshotChanged() override;
     void OnTrafficArrived() override;
-    void OnMessage(const MessageBoxText& box) override { boxes.Show(box); }
+    void OnMessage(const MessageBoxText& box) override;
     void OnOutageEnded() override { boxes.EndOutage(); }
     void OnAttentionWanted() override;
     void OnSettingsChanged(const DownloadSettings& newSettings) override;

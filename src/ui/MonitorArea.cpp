@@ -28,7 +28,7 @@ MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size, const Clock& cloc
     board = new Board(this, clock);
     board->Hide();
     picturePane = new PassivePanel(this, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE, "picture");
-    SetAccessible(*picturePane, AccessibleRole::Picture, ToWx(text::label::picture), wxString());
+    tarvin::SetAccessible(*picturePane, AccessibleRole::Picture, ToWx(text::label::picture), wxString());
     // Needed for a buffered paint, which does not flicker.
     picturePane->SetBackgroundStyle(wxBG_STYLE_PAINT);
     picturePane->Bind(wxEVT_PAINT, &MonitorArea::PaintPicture, this);

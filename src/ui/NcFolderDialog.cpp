@@ -56,10 +56,10 @@ private:
 class NcFolderList : public wxDataViewCtrl {
 public:
     explicit NcFolderList(wxWindow* parent)
-        : wxDataViewCtrl(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(640, 320)), wxDV_SINGLE),
+        : wxDataViewCtrl(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(700, 320)), wxDV_SINGLE),
           model(new FolderModel) {
         NameControl(*this, ToWx(text::more::filesCaption));
-        SetMinSize(FromDIP(wxSize(640, 320)));
+        SetMinSize(FromDIP(wxSize(700, 320)));
         AssociateModel(model.get());
         const std::pair<KelTextView, int> columns[] = {{text::more::number, 110},
                                                        {text::more::comment, 240},

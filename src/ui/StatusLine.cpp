@@ -15,7 +15,8 @@ namespace {
 // In the order of Outlook.
 constexpr std::string_view signs[] = {"outlook-idle.svg", "outlook-busy.svg", "outlook-good.svg", "outlook-bad.svg"};
 
-constexpr KelTextView signNames[] = {text::outlook::idle, text::outlook::busy, text::outlook::good, text::outlook::bad};
+constexpr NumberedText signNames[] = {text::outlook::idle, text::outlook::busy, text::outlook::good,
+                                      text::outlook::bad};
 
 // Relative to the font of the window, the largest first.
 constexpr double fontScales[] = {1.7, 1.5, 1.3, 1.15, 1.0};
@@ -147,7 +148,8 @@ void StatusLine::FitText() {
     SetToolTip(shownText);
     label->SetToolTip(shownText);
     // The label itself may say less, for want of room.
-    SetAccessible(*this, AccessibleRole::Pane, wxControl::RemoveMnemonics(ToWx(text::label::status)), shownText);
+    tarvin::SetAccessible(*this, AccessibleRole::Pane, wxControl::RemoveMnemonics(ToWx(text::label::status)),
+                          shownText);
     NameControl(*label, shownText);
 }
 
