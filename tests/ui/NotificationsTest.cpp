@@ -25,7 +25,12 @@ public:
     // Starts a service that prints what it gets.
     ChildProcess& StartService() {
         service.emplace("/usr/bin/dunst", ChildProcess::Options{{"-print"}});
-        REQUIRE(WaitUntil([] { return std::system("dunstctl count >/dev/null 2>&1") == 0; }));
+        // A call to the service itself would make the bus start another one that takes the name.
+        REQUIRE(WaitUntil([] {
+            return std::system(
+                       "dbus-send --print-reply --dest=org.freedesktop.DBus / org.freedesktop.DBus.NameHasOwner "
+                       "string:org.freedesktop.Notifications 2>&1 | grep -q 'boolean true'") == 0;
+        }));
         return *service;
     }
 
