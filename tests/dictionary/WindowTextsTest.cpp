@@ -64,7 +64,7 @@ std::map<std::int32_t, SourceText> TextsOfHeaders() {
             for (std::sregex_iterator part(literals.begin(), literals.end(), literal); part != end; ++part)
                 english += Unescaped((*part)[1]);
             const bool isNew =
-                texts.try_emplace(std::stoi((*found)[3]), space + "." + (*found)[2].str(), english).second;
+                texts.try_emplace(std::stoi((*found)[3]), SourceText{space + "." + (*found)[2].str(), english}).second;
             CHECK_MESSAGE(isNew, "twice: ", (*found)[3].str());
         }
     }
@@ -116,7 +116,9 @@ TEST_CASE("NumberedText: the dictionary has each text of the window in all langu
     const auto texts = TextsOfHeaders();
     const auto entries = CompiledEntries();
     REQUIRE(texts.size() > 300);
-    for (const auto& [id, text] : texts) {
+    for (const auto& numbered : texts) {
+        const std::int32_t id = numbered.first;
+        const SourceText& text = numbered.second;
         CAPTURE(text.name);
         REQUIRE_MESSAGE(entries.contains(id), id);
         const TextEntry& entry = entries.at(id);
@@ -130,8 +132,10 @@ TEST_CASE("NumberedText: the dictionary has each text of the window in all langu
             CHECK(std::ranges::count(words, '&') <= std::ranges::count(text.english, '&'));
         }
     }
-    for (const auto& [id, entry] : entries)
+    for (const auto& entry : entries) {
+        const std::int32_t id = entry.first;
         CHECK_MESSAGE((id < 20000 || texts.contains(id)), "no longer in use: ", id);
+    }
 }
 
 TEST_CASE("NumberedText: no two keys of one window are alike in any language") {
