@@ -90,7 +90,9 @@ using RoleAndName = std::pair<std::string, std::string>;
 void CheckWindow(const Accessible& window, const std::vector<RoleAndName>& wanted) {
     for (const std::string& complaint : Complaints(window))
         FAIL_CHECK(complaint);
-    for (const auto& [role, name] : wanted) {
+    for (const RoleAndName& each : wanted) {
+        const auto& role = each.first;
+        const auto& name = each.second;
         INFO(role, " \"", name, "\" in\n", window.Text());
         CHECK(window.Find(role, name) != nullptr);
     }
@@ -98,7 +100,9 @@ void CheckWindow(const Accessible& window, const std::vector<RoleAndName>& wante
 
 void CheckTargets(const Accessible& window, const std::vector<RoleAndName>& targets) {
     constexpr int least = 32;
-    for (const auto& [role, name] : targets) {
+    for (const RoleAndName& each : targets) {
+        const auto& role = each.first;
+        const auto& name = each.second;
         const Accessible* const target = window.Find(role, name);
         INFO(role, " \"", name, "\" in\n", window.Text());
         REQUIRE(target != nullptr);
@@ -186,7 +190,8 @@ TEST_CASE("Accessibility: dialogs and boxes say what each field is") {
     REQUIRE(pages != nullptr);
     const RoleAndName others[] = {{"text", "Upload Path"}, {"spin button", "Keep History (years, 0: for ever)"}};
     for (int page = 1; page <= 2; ++page) {
-        const auto& [role, name] = others[page - 1];
+        const auto& role = others[page - 1].first;
+        const auto& name = others[page - 1].second;
         REQUIRE(pages->SelectChild(page));
         CheckWindow(
             seen.Window("Download Settings", [&](const Accessible& each) { return each.Find(role, name) != nullptr; }),

@@ -228,8 +228,9 @@ TEST_CASE("RawProtocol: an upload is what stands between the codes that are swit
                 for (std::size_t start = 0; start < each.arriving.size(); start += pieceSize)
                     harness.Exchange(each.arriving.substr(start, pieceSize));
                 CHECK((harness.Snapshot().transferState == TransferState::UploadCompleted) == each.isCompleted);
-                CHECK(harness.folder.ReadFile(each.isCompleted ? "NC/new" : "NC/new.part") == each.stored);
+                // Windows keeps a file that is being written from other readers.
                 harness.engine->CancelUpload();
+                CHECK(harness.folder.ReadFile(each.isCompleted ? "NC/new" : "NC/new.part") == each.stored);
             }
         }
     }

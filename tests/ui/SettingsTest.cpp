@@ -31,12 +31,12 @@ void Choose(wxWindow* dialog, const std::string& list, const std::string& entry)
     CHECK_MESSAGE(isThere, list, " has no ", entry);
 }
 
-void ShowPage(wxWindow* dialog, const std::string& caption) {
+void ShowPage(wxWindow* dialog, const std::string& pageCaption) {
     REQUIRE(OnUi([&] {
         for (wxWindow* window : WindowsIn(dialog)) {
             auto* pages = dynamic_cast<wxBookCtrlBase*>(window);
             for (std::size_t page = 0; pages != nullptr && page < pages->GetPageCount(); ++page) {
-                if (pages->GetPageText(page) == caption) {
+                if (pages->GetPageText(page) == pageCaption) {
                     pages->SetSelection(page);
                     return true;
                 }

@@ -45,22 +45,24 @@ struct OwnedDialog {
 }
 
 TEST_CASE("TransferEndDialog: it appears beside its owner, whole, and each time at the same place in the same size") {
-    const struct {
+    struct Case {
         wxRect owner;
         bool isBeside;
-    } cases[] = {{{100, 150, 800, 600}, true},
-                 {{780, 150, 800, 600}, true},
-                 {{100, 1150, 800, 600}, true},
-                 {{0, 0, 1590, 1190}, false}};
-    for (const auto& [place, isBeside] : cases) {
-        CAPTURE(Text(place));
-        OwnedDialog owned(place);
+    };
+    const Case cases[] = {{{100, 150, 800, 600}, true},
+                          {{780, 150, 800, 600}, true},
+                          {{100, 1150, 800, 600}, true},
+                          {{0, 0, 1590, 1190}, false}};
+    for (const Case& each : cases) {
+        CAPTURE(Text(each.owner));
+        OwnedDialog owned(each.owner);
         std::string first;
         for (int round = 0; round < 4; ++round) {
             OnUi([&] { owned.dialog->Appear(true); });
             CHECK(Becomes([&] { return owned.IsWhole() && owned.dialog->IsActive(); }));
-            CHECK(Becomes(
-                [&] { return owned.dialog->GetScreenRect().Intersects(owned.frame->GetScreenRect()) != isBeside; }));
+            CHECK(Becomes([&] {
+                return owned.dialog->GetScreenRect().Intersects(owned.frame->GetScreenRect()) != each.isBeside;
+            }));
             const std::string now = OnUi([&] { return Text(owned.dialog->GetScreenRect()); });
             if (first.empty())
                 first = now;
