@@ -1,4 +1,5 @@
 #include "DesktopFixture.h"
+#include "harness/WaitUntil.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -194,10 +195,11 @@ TEST_CASE("SettingsDialog: a number out of range is said and not changed, and no
         });
     }));
     CHECK(OnUi([&] { return delay->GetValue(); }) == 5000);
-    CHECK(places() == before);
+    CHECK(WaitUntil([&] { return places() == before; }));
     Click(ButtonIn(dialog, "OK"));
     CHECK(OnUi([&] { return dialog->IsShown(); }));
     delayTyped("50");
+    CHECK(Becomes([&] { return delay->GetTextValue() == "50"; }));
     PressKey(WXK_RETURN);
     CHECK(BecomesHidden(caption));
     dialog = OpenSettings(desktop);
