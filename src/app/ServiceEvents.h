@@ -17,7 +17,6 @@ public:
     // The traffic queue stays off: a service shows no trace.
     void TrafficArrived() override {}
     void ShowMessage(const MessageBoxText& box) override;
-    void DrawAttention() override {}
     void SettingsChanged(const DownloadSettings&) override {}
 
 private:

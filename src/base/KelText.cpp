@@ -163,6 +163,14 @@ KelText ToText(std::int64_t number) {
     return FromBytes(std::to_string(number));
 }
 
+KelText DurationText(std::chrono::nanoseconds duration) {
+    const auto total = std::max<std::int64_t>(std::chrono::duration_cast<std::chrono::seconds>(duration).count(), 0);
+    const auto twoDigits = [](std::int64_t number) { return (number < 10 ? u"0" : u"") + ToText(number); };
+    const KelText seconds = u":" + twoDigits(total % 60);
+    const std::int64_t minutes = total / 60;
+    return total < 3600 ? ToText(minutes) + seconds : ToText(minutes / 60) + u":" + twoDigits(minutes % 60) + seconds;
+}
+
 std::optional<std::int32_t> LeadingNumber(KelTextView text) {
     constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
     std::optional<std::int64_t> number;

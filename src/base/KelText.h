@@ -1,6 +1,7 @@
 #pragma once
 // The program's text: UTF-16 code units, with conversions from and to UTF-8, bytes, numbers and paths. Any thread.
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -27,6 +28,9 @@ KelText FromBytes(std::string_view bytes);
 
 // Decimal digits, with a minus sign for negative numbers.
 KelText ToText(std::int64_t number);
+
+// Such as 0:31, 12:07 and 1:02:03. A duration below zero counts as zero.
+KelText DurationText(std::chrono::nanoseconds duration);
 
 // The decimal number at the start of the text, at most the largest int32. None if the text does not start with a digit.
 std::optional<std::int32_t> LeadingNumber(KelTextView text);

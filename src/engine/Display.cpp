@@ -18,10 +18,6 @@ constexpr auto quietPeriod = 500ms;
 constexpr auto announcementPeriod = 1min;
 constexpr std::size_t mostRecent = 20;
 
-bool IsUnseenFailure(const TransferRecord& record) {
-    return record.outcome == TransferOutcome::Failed && !record.isSeen;
-}
-
 KelText WithReason(const KelText& line, const KelText& path, const KelText& reason) {
     if (reason.empty())
         return line;
@@ -92,7 +88,7 @@ void Display::OnEnded(TransferRecord record, std::shared_ptr<const TransferConte
     // A whole transfer makes good what has failed before.
     if (record.outcome == TransferOutcome::Completed) {
         for (TransferRecord& earlier : records)
-            earlier.isSeen |= earlier.number == record.number && earlier.direction == record.direction;
+            earlier.isSeen |= earlier.IsAbout(record.number, record.direction);
     }
     records.push_back(std::move(record));
     ShowRecent(std::move(records));
@@ -103,8 +99,7 @@ void Display::ShowPastTransfers(TransferRecords past) {
     // A slow disk may bring them when this run has had transfers.
     for (TransferRecord& record : past) {
         record.isSeen |= std::any_of(next.recent->begin(), next.recent->end(), [&](const TransferRecord& later) {
-            return later.outcome == TransferOutcome::Completed && later.number == record.number &&
-                   later.direction == record.direction;
+            return later.outcome == TransferOutcome::Completed && later.IsAbout(record.number, record.direction);
         });
     }
     past.insert(past.end(), next.recent->begin(), next.recent->end());
@@ -116,7 +111,7 @@ void Display::MarkSeen(KelTextView number, TransferDirection direction) {
     logs.MarkSeen(KelText(number), direction);
     TransferRecords records = *next.recent;
     for (TransferRecord& record : records)
-        record.isSeen |= record.number == number && record.direction == direction;
+        record.isSeen |= record.IsAbout(number, direction);
     ShowRecent(std::move(records));
     Publish();
 }
@@ -124,7 +119,7 @@ void Display::MarkSeen(KelTextView number, TransferDirection direction) {
 // The oldest leave the list, except failures that a user still has to see.
 void Display::ShowRecent(TransferRecords records) {
     for (auto record = records.begin(); record != records.end() && records.size() > mostRecent;)
-        record = IsUnseenFailure(*record) ? record + 1 : records.erase(record);
+        record = record->IsUnseenFailure() ? record + 1 : records.erase(record);
     next.recent = std::make_shared<const TransferRecords>(std::move(records));
 }
 

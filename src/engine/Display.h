@@ -34,7 +34,6 @@ public:
     void OnNamed(const TransferName& name) override;
     void OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) override;
     void ShowMessage(const MessageBoxText& box) override { events.ShowMessage(box); }
-    void DrawAttention() override { events.DrawAttention(); }
 
     // The port was opened or lost.
     void ShowLink();

@@ -22,8 +22,6 @@ public:
     virtual void ShowMessage(const MessageBoxText& box) = 0;
     // The port works again: boxes about its outage have nothing more to say.
     virtual void OutageEnded() {}
-    // A file is to be sent, and the user is wanted.
-    virtual void DrawAttention() = 0;
     // The settings that the engine works with from now on. They are new when they have been loaded, and when the engine
     // remembers the folder of a file that the user has picked.
     virtual void SettingsChanged(const DownloadSettings& settings) = 0;

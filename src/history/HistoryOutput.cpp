@@ -263,7 +263,7 @@ void WriteHistory(std::ostream& output, std::span<const TransferRecord> rows, Hi
                {"Reason"}});
     for (const TransferRecord& row : rows)
         list.Add({ToLocalText(row.end), AsPlain(row.machine), AsPlain(KelText(WordsFor(row.direction))),
-                  AsPlain(row.number), std::to_string(row.byteCount), ToDurationText(row.begin, row.end),
+                  AsPlain(row.number), std::to_string(row.byteCount), ToUtf8(DurationText(row.end - row.begin)),
                   AsPlain(KelText(WordFor(row.outcome))), AsPlain(row.reason)});
     list.Write(output);
 }

@@ -87,15 +87,4 @@ TransferRecord::Time StartOfDayBefore(TransferRecord::Time now, int daysBefore) 
     return StartOf(local);
 }
 
-std::string ToDurationText(TransferRecord::Time begin, TransferRecord::Time end) {
-    const auto total = std::max<std::int64_t>(duration_cast<seconds>(end - begin).count(), 0);
-    char text[40] = "";
-    if (total >= 3600)
-        std::snprintf(text, sizeof text, "%lld:%02d:%02d", static_cast<long long>(total / 3600),
-                      static_cast<int>(total / 60 % 60), static_cast<int>(total % 60));
-    else
-        std::snprintf(text, sizeof text, "%d:%02d", static_cast<int>(total / 60), static_cast<int>(total % 60));
-    return text;
-}
-
 }

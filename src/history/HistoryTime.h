@@ -25,7 +25,4 @@ std::optional<TransferRecord::Time> StartOfDay(KelTextView day, int daysLater = 
 // The first moment of the local day of `now`, `daysBefore` days before.
 TransferRecord::Time StartOfDayBefore(TransferRecord::Time now, int daysBefore);
 
-// A duration as "0:03", "12:45" or "1:02:03".
-std::string ToDurationText(TransferRecord::Time begin, TransferRecord::Time end);
-
 }

@@ -48,6 +48,10 @@ struct TransferRecord {
     // A user has acknowledged the failure, or a completed transfer of the same number and direction has followed it.
     bool isSeen = false;
 
+    bool IsAbout(KelTextView otherNumber, TransferDirection otherDirection) const {
+        return number == otherNumber && direction == otherDirection;
+    }
+    bool IsUnseenFailure() const { return outcome == TransferOutcome::Failed && !isSeen; }
     bool operator==(const TransferRecord&) const = default;
 };
 

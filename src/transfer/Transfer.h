@@ -57,8 +57,6 @@ public:
     // is null without such a download.
     virtual void OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) = 0;
     virtual void ShowMessage(const MessageBoxText& box) = 0;
-    // A file is to be sent, and the user is wanted.
-    virtual void DrawAttention() = 0;
 };
 
 // What a transfer works with. All of it outlives the transfer.
@@ -137,8 +135,6 @@ public:
     // A download whose start is delayed, and one that is about to begin.
     void AwaitDownload();
     void PrepareDownload();
-    // Calls the user: the machine cannot request its file.
-    void CallUser() { parts.observer.DrawAttention(); }
     // Reads the file of the present name as lines and enters Downloading. False, with the state that says why, if it
     // cannot be opened, if another program is changing it, or if it has a line that the controller cannot take. Waits a
     // quarter of a second where the system cannot tell whether a fresh file is complete.

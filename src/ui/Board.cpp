@@ -3,6 +3,7 @@
 #include "base/BoardMessages.h"
 #include "ui/Accessibility.h"
 #include "ui/BoardPainter.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 
@@ -14,7 +15,6 @@ namespace tarvin {
 namespace {
 
 constexpr int tickMilliseconds = 1000;
-constexpr int leastButtonHeight = 32; // DIP: a finger in a glove
 
 // The day stands beside the time of what is not of today.
 KelText LocalTime(TransferRecord::Time time) {
@@ -32,8 +32,8 @@ Board::Board(wxWindow* parent, const Clock& clock)
     const auto makeButton = [this](KelTextView label, KelTextView tip) {
         auto* button = new wxButton(this, wxID_ANY, ToWx(label));
         button->SetToolTip(ToWx(tip));
-        const wxSize best = button->GetBestSize();
-        button->SetSize(wxSize(best.GetWidth(), std::max(best.GetHeight(), FromDIP(leastButtonHeight))));
+        MakeTouchable(*button);
+        button->SetSize(button->GetEffectiveMinSize());
         button->Hide();
         return button;
     };
@@ -79,7 +79,6 @@ void Board::Update() {
         seen->Show(isFailure);
         help->Show(isFailure);
     }
-    // Screen readers read a text when it changes. The seconds of a transfer would never let them end.
     tarvin::SetAccessible(*this, AccessibleRole::Pane, ToWx(text::board::name), ToWx(content.Spoken()));
     Refresh(false);
 }

@@ -19,15 +19,6 @@ constexpr auto silenceWorthTelling = 5s;
 // A longer past is not what the operator stands here for.
 constexpr std::size_t mostRecents = 12;
 
-bool IsUnseen(const TransferRecord& record) {
-    return record.outcome == TransferOutcome::Failed && !record.isSeen;
-}
-
-int Percent(std::int64_t done, std::int64_t total) {
-    // Line ends count as two bytes on the line and may be one in the file. Only the end itself is 100 %.
-    return static_cast<int>(std::clamp<std::int64_t>(done * 100 / total, 0, 99));
-}
-
 KelText OneDecimal(double number) {
     char digits[32];
     std::snprintf(digits, sizeof digits, "%.1f", number);
@@ -46,13 +37,11 @@ KelText RecentText(const TransferRecord& record, LocalTimeWriter localTime) {
     KelText outcome;
     switch (record.outcome) {
     case TransferOutcome::Completed:
-        outcome = Filled(board::recentDone,
-                         {GroupedText(record.byteCount),
-                          DurationText(std::chrono::duration_cast<Clock::Duration>(record.end - record.begin))});
+        outcome = Filled(board::recentDone, {GroupedText(record.byteCount), DurationText(record.end - record.begin)});
         break;
     case TransferOutcome::Failed:
         outcome = record.bytesTotal > 0
-                      ? Filled(board::recentStoppedAt, {ToText(Percent(record.byteCount, record.bytesTotal))})
+                      ? Filled(board::recentStoppedAt, {ToText(PercentDone(record.byteCount, record.bytesTotal))})
                       : Filled(board::recentStoppedBehind, {GroupedText(record.lineCount)});
         break;
     case TransferOutcome::Cancelled:
@@ -97,7 +86,7 @@ private:
         for (auto record = snapshot.recent->rbegin(); record != snapshot.recent->rend(); ++record) {
             if (content.recents.size() < mostRecents)
                 content.recents.push_back({record->outcome, RecentText(*record, localTime)});
-            if (!content.unseen && IsUnseen(*record))
+            if (!content.unseen && record->IsUnseenFailure())
                 content.unseen = *record;
         }
     }
@@ -106,7 +95,8 @@ private:
     void NoteUnseen() {
         std::vector<KelText> numbers;
         for (auto record = snapshot.recent->rbegin(); record != snapshot.recent->rend(); ++record) {
-            if (IsUnseen(*record) && std::find(numbers.begin(), numbers.end(), NumberOf(*record)) == numbers.end())
+            if (record->IsUnseenFailure() &&
+                std::find(numbers.begin(), numbers.end(), NumberOf(*record)) == numbers.end())
                 numbers.push_back(NumberOf(*record));
         }
         KelText list;
@@ -152,7 +142,7 @@ private:
 
     void DescribeShare(const TransferProgress& progress) {
         if (progress.bytesTotal > 0) {
-            const int percent = Percent(progress.bytesDone, progress.bytesTotal);
+            const int percent = PercentDone(progress.bytesDone, progress.bytesTotal);
             content.share = Filled(board::percent, {ToText(percent)});
             content.bar =
                 std::min(1.0, static_cast<double>(progress.bytesDone) / static_cast<double>(progress.bytesTotal));
@@ -170,7 +160,7 @@ private:
         if (progress.bytesTotal == 0 || speed <= 0 || content.state != BoardState::Running)
             return Filled(board::timeGone, {gone});
         const auto bytesLeft = static_cast<double>(std::max<std::int64_t>(progress.bytesTotal - progress.bytesDone, 0));
-        // Of a line that has all but stopped nobody can say when it will be done.
+        // Such an estimate comes from a line that has almost stopped, and says nothing.
         constexpr double longest = 100.0 * 3600;
         const double left = bytesLeft / speed;
         if (left > longest)
@@ -230,7 +220,7 @@ private:
         }
         AddFact(board::lines,
                 Filled(board::linesAndBytes, {GroupedText(record.lineCount), GroupedText(record.byteCount)}));
-        AddFact(board::time, DurationText(std::chrono::duration_cast<Clock::Duration>(record.end - record.begin)));
+        AddFact(board::time, DurationText(record.end - record.begin));
         if (record.repeats + record.damaged + record.driverErrors > 0)
             AddFact(board::speed,
                     Filled(board::andDamaged, {Filled(board::noSpeedAndRepeats, {u"", ToText(record.repeats)}),
@@ -253,7 +243,7 @@ private:
         else
             content.title = Filled(board::failed, {time});
         if (!isRefusal && record.bytesTotal > 0) {
-            content.share = Filled(board::percent, {ToText(Percent(record.byteCount, record.bytesTotal))});
+            content.share = Filled(board::percent, {ToText(PercentDone(record.byteCount, record.bytesTotal))});
             content.bar = std::min(1.0, static_cast<double>(record.byteCount) / static_cast<double>(record.bytesTotal));
         }
         AddFact(board::why, record.reason.empty() ? KelText(board::notSaid) : record.reason);
@@ -301,16 +291,9 @@ bool IsTimeShown(const EngineSnapshot& snapshot) {
     return snapshot.progress.has_value() || snapshot.linkLostSince.has_value() || snapshot.heldSince.has_value();
 }
 
-KelText DurationText(Clock::Duration duration) {
-    const std::int64_t seconds =
-        std::max<std::int64_t>(std::chrono::duration_cast<std::chrono::seconds>(duration).count(), 0);
-    char digits[48];
-    if (seconds < 3600)
-        std::snprintf(digits, sizeof digits, "%d:%02d", static_cast<int>(seconds / 60), static_cast<int>(seconds % 60));
-    else
-        std::snprintf(digits, sizeof digits, "%lld:%02d:%02d", static_cast<long long>(seconds / 3600),
-                      static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
-    return FromUtf8(digits);
+int PercentDone(std::int64_t done, std::int64_t total) {
+    // Line ends count as two bytes on the line and may be one in the file. Only the end itself is 100 %.
+    return static_cast<int>(std::clamp<std::int64_t>(done * 100 / total, 0, 99));
 }
 
 KelText GroupedText(std::int64_t number) {

@@ -55,8 +55,8 @@ BoardContent DescribeBoard(const EngineSnapshot& snapshot, Clock::TimePoint now,
 // Whether the content changes while the snapshot stays, because it tells how long something lasts.
 bool IsTimeShown(const EngineSnapshot& snapshot);
 
-// Such as 0:31, 12:07 and 1:02:03.
-KelText DurationText(Clock::Duration duration);
+// Of a transfer that has not ended: 0 to 99. Requires total > 0.
+int PercentDone(std::int64_t done, std::int64_t total);
 // With blanks between groups of three digits.
 KelText GroupedText(std::int64_t number);
 

@@ -26,7 +26,7 @@ struct Call {
 
 class CallPolicy {
 public:
-    // Records of the snapshot that ended before `startedAt` call nobody: they come from an earlier run.
+    // Leaves out records that ended before `startedAt`: they come from an earlier run.
     CallPolicy(KelText machineName, TransferRecord::Time startedAt);
 
     // The calls that have become due, each once: a transfer that has ended, unless a user has cancelled it; a refused

@@ -5,11 +5,10 @@
 #include "settings/SettingsChoices.h"
 #include "transfer/NcFilePath.h"
 #include "ui/CalmControls.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
-#include <atomic>
 #include <iterator>
-#include <thread>
 #include <utility>
 
 #include <wx/settings.h>
@@ -18,7 +17,6 @@ namespace tarvin {
 
 namespace {
 
-constexpr int leastButtonHeight = 32;     // DIP: a finger in a glove
 constexpr int resultMilliseconds = 2'000; // the engine tries once a second
 constexpr KelTextView exampleNumber = u"4711";
 
@@ -37,13 +35,6 @@ KelText PortLine(const PortReport& report) {
 }
 
 }
-
-// Shared with the thread that looks: the page may be gone before a device answers.
-struct FirstUsePage::Looking {
-    std::atomic<bool> stop = false;
-    FirstUsePage* page = nullptr; // null once nothing waits for the answer; user-interface thread
-    std::vector<PortReport> reports;
-};
 
 bool IsFirstUse(const EngineSnapshot& snapshot) {
     return !snapshot.hasLink && !snapshot.hasHadLink && snapshot.recent->empty();
@@ -92,23 +83,17 @@ FirstUsePage::FirstUsePage(wxWindow* parent)
     });
 }
 
-FirstUsePage::~FirstUsePage() {
-    if (looking) {
-        looking->stop = true;
-        looking->page = nullptr;
-    }
-}
-
 wxButton* FirstUsePage::AddButton(KelTextView label) {
     auto* button = new wxButton(this, wxID_ANY, ToWx(label));
-    button->SetMinSize(wxSize(-1, std::max(button->GetBestSize().GetHeight(), FromDIP(leastButtonHeight))));
+    MakeTouchable(*button);
     return button;
 }
 
 wxTextCtrl* FirstUsePage::AddEdit(KelTextView name) {
     auto* edit = new wxTextCtrl(this, wxID_ANY);
     edit->SetName(ToWx(name));
-    edit->SetMinSize(wxSize(FromDIP(40), std::max(edit->GetBestSize().GetHeight(), FromDIP(leastButtonHeight))));
+    edit->SetMinSize(wxSize(FromDIP(40), -1));
+    MakeTouchable(*edit);
     edit->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { OnEdited(); });
     return edit;
 }
@@ -145,7 +130,7 @@ wxSizer* FirstUsePage::ValueGrid() {
     auto* values = new wxBoxSizer(wxHORIZONTAL);
     speed = new wxChoice(this, wxID_ANY);
     speed->SetName(ToWx(text::firstUse::speed));
-    speed->SetMinSize(wxSize(-1, std::max(speed->GetBestSize().GetHeight(), FromDIP(leastButtonHeight))));
+    MakeTouchable(*speed);
     for (const KelTextView choice : baudRateChoices)
         speed->Append(ToWx(choice));
     IgnoreWheel(*speed);
@@ -207,30 +192,18 @@ void FirstUsePage::Fill() {
 }
 
 void FirstUsePage::Look() {
-    if (looking) {
-        looking->stop = true;
-        looking->page = nullptr;
-    }
-    looking = std::make_shared<Looking>();
-    looking->page = this;
     lookAgain->Disable();
     if (reports.empty())
         SetText(*advice, ToWx(text::firstUse::looking));
     // The page shows while there is no link, so no port is the engine's own.
-    std::thread([shared = looking, app = wxTheApp, pathsFile = owner.pathsFile, current = given.port] {
-        shared->reports = InspectPorts(pathsFile, current, {});
-        // The application outlives the page, and a stopped look has none.
-        if (!shared->stop)
-            app->CallAfter([shared] {
-                if (shared->page != nullptr)
-                    shared->page->OnLooked(*shared);
-            });
-    }).detach();
+    looking.Start([pathsFile = owner.pathsFile, current = given.port](
+                      BackgroundWork<Reports>::Stop) { return InspectPorts(pathsFile, current, {}); },
+                  [this](Reports found) { OnLooked(std::move(found)); });
 }
 
-void FirstUsePage::OnLooked(const Looking& done) {
+void FirstUsePage::OnLooked(Reports found) {
     lookAgain->Enable();
-    reports = done.reports;
+    reports = std::move(found);
     ports->Clear();
     int chosen = reports.empty() ? wxNOT_FOUND : 0;
     // A setting that leads nowhere is no choice of the user as long as another port is free.
@@ -273,7 +246,7 @@ void FirstUsePage::ShowAdvice() {
                 line += (line.empty() ? u"" : u"; ") + each.command;
         }
     } else {
-        words = looking && lookAgain->IsEnabled() ? text::firstUse::noPorts : text::firstUse::looking;
+        words = looking.IsRunning() ? text::firstUse::looking : text::firstUse::noPorts;
     }
     command->ChangeValue(ToWx(line));
     command->Show(!line.empty());

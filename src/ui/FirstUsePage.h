@@ -5,6 +5,7 @@
 #include "engine/EngineSnapshot.h"
 #include "port/PortReport.h"
 #include "settings/DownloadSettings.h"
+#include "ui/BackgroundWork.h"
 #include "ui/FieldMessage.h"
 #include "ui/Wx.h"
 
@@ -33,7 +34,6 @@ public:
     };
 
     explicit FirstUsePage(wxWindow* parent);
-    ~FirstUsePage() override;
 
     // Before the page is shown for the first time.
     void SetOwner(Owner newOwner) { owner = std::move(newOwner); }
@@ -45,7 +45,7 @@ public:
     void EnableInput(bool isEnabled);
 
 private:
-    struct Looking;
+    using Reports = std::vector<PortReport>;
 
     wxSizer* PortRow();
     wxSizer* ValueGrid();
@@ -54,7 +54,7 @@ private:
     wxStaticText* AddText();
     void Fill();
     void Look();
-    void OnLooked(const Looking& looking);
+    void OnLooked(Reports found);
     void ShowAdvice();
     void ShowExample();
     void OnEdited();
@@ -69,8 +69,8 @@ private:
 
     Owner owner;
     DownloadSettings given;
-    std::vector<PortReport> reports;
-    std::shared_ptr<Looking> looking; // the one under way or done last
+    Reports reports;
+    BackgroundWork<Reports> looking;
     KelText chosenName;
     KelText openingPort;        // the port that the user tries; empty before that
     bool isProblemTold = false; // the user has seen the problems of the fields

@@ -8,6 +8,7 @@
 #include "ui/Accessibility.h"
 #include "ui/HelpBook.h"
 #include "ui/Pictures.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
 #include <sstream>
@@ -19,9 +20,7 @@ namespace tarvin {
 
 namespace {
 
-constexpr int resultPeriod = 50;  // milliseconds
 constexpr int typingPeriod = 300; // milliseconds
-constexpr int lowestTarget = 32;  // pixels of a standard screen, for fingers
 constexpr int dayCounts[] = {1, 7, 30, 365, 0};
 constexpr int firstDayCount = 2;
 // Tells spreadsheets that the file is UTF-8.
@@ -74,7 +73,6 @@ HistoryDialog::HistoryDialog(wxWindow* parent, std::filesystem::path database, K
     table->Bind(wxEVT_DATAVIEW_SELECTION_CHANGED,
                 [this](wxDataViewEvent&) { openFolder->Enable(table->Selected() != nullptr); });
     table->Bind(wxEVT_DATAVIEW_ITEM_ACTIVATED, [this](wxDataViewEvent&) { OpenFolder(); });
-    resultTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { LookForResults(); });
     typingTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Read(); });
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { Finish(); }, wxID_CANCEL);
@@ -122,13 +120,13 @@ wxChoice* HistoryDialog::AddChoice(wxSizer& row, KelTextView label) {
 
 void HistoryDialog::AddFilter(wxSizer& row, wxControl& control, KelTextView label) {
     NameControl(control, wxControl::RemoveMnemonics(ToWx(label)));
-    control.SetMinSize(wxSize(-1, std::max(FromDIP(lowestTarget), control.GetBestSize().GetHeight())));
+    MakeTouchable(control);
     row.Add(&control, wxSizerFlags(1).CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(6)));
 }
 
 wxButton* HistoryDialog::AddButton(wxSizer& row, KelTextView label, void (HistoryDialog::*act)()) {
     auto* button = new wxButton(this, wxID_ANY, ToWx(label));
-    button->SetMinSize(wxSize(-1, std::max(FromDIP(lowestTarget), button->GetBestSize().GetHeight())));
+    MakeTouchable(*button);
     button->Bind(wxEVT_BUTTON, [this, act](wxCommandEvent&) { (this->*act)(); });
     row.Add(button, wxSizerFlags().Border(wxRIGHT, FromDIP(8)));
     return button;
@@ -169,27 +167,18 @@ void HistoryDialog::Read() {
     HistoryFilter filter = ChosenFilter();
     // One more than the table takes, to know whether there are more.
     filter.mostRows = mostRows + 1;
-    reading.Start([path = database, filter = std::move(filter)]() -> Reading {
-        auto rows = ReadHistory(path, filter);
-        return {std::move(rows), ReadMachines(path).ValueOr({})};
-    });
+    reading.Start(
+        [path = database, filter = std::move(filter)](BackgroundWork<Reading>::Stop) -> Reading {
+            auto rows = ReadHistory(path, filter);
+            return {std::move(rows), ReadMachines(path).ValueOr({})};
+        },
+        [this](Reading done) {
+            if (isReadingOutdated)
+                Read();
+            else
+                ShowReading(std::move(done));
+        });
     Say(text::historyDialog::reading);
-    resultTimer.Start(resultPeriod);
-}
-
-void HistoryDialog::LookForResults() {
-    if (auto done = reading.Take()) {
-        if (isReadingOutdated)
-            Read();
-        else
-            ShowReading(std::move(*done));
-    }
-    if (const auto done = exporting.Take()) {
-        exportCsv->Enable();
-        Say(*done);
-    }
-    if (!reading.IsRunning() && !exporting.IsRunning())
-        resultTimer.Stop();
 }
 
 void HistoryDialog::ShowReading(Reading done) {
@@ -242,12 +231,14 @@ void HistoryDialog::Export() {
     // Some systems confirm an empty name.
     if (user.runNative(dialog) != wxID_OK || dialog.GetPath().empty() || exporting.IsRunning())
         return;
-    exporting.Start([path = database, filter = ChosenFilter(), file = ToPath(FromWx(dialog.GetPath()))] {
-        return WriteCsv(path, filter, file);
-    });
+    exporting.Start([path = database, filter = ChosenFilter(), file = ToPath(FromWx(dialog.GetPath()))](
+                        BackgroundWork<KelText>::Stop) { return WriteCsv(path, filter, file); },
+                    [this](const KelText& done) {
+                        exportCsv->Enable();
+                        Say(done);
+                    });
     exportCsv->Disable();
     Say(text::historyDialog::writing);
-    resultTimer.Start(resultPeriod);
 }
 
 void HistoryDialog::Finish() {

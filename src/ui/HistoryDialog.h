@@ -44,7 +44,6 @@ private:
     wxButton* AddButton(wxSizer& row, KelTextView label, void (HistoryDialog::*act)());
     HistoryFilter ChosenFilter() const;
     void Read();
-    void LookForResults();
     void ShowReading(Reading reading);
     void ShowMachines(const std::vector<KelText>& names);
     void OpenFolder();
@@ -67,7 +66,6 @@ private:
     BackgroundWork<Reading> reading;
     bool isReadingOutdated = false; // the filter has changed since it began
     BackgroundWork<KelText> exporting;
-    wxTimer resultTimer; // runs while work is under way
     wxTimer typingTimer; // runs while the user types a number
 };
 

@@ -37,7 +37,7 @@ KelText TextOf(const TransferRecord& row, unsigned column) {
     case 4:
         return ToText(row.byteCount);
     case 5:
-        return FromUtf8(ToDurationText(row.begin, row.end));
+        return DurationText(row.end - row.begin);
     case 6:
         return KelText(LabelFor(row.outcome));
     default:

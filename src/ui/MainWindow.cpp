@@ -174,11 +174,6 @@ void MainWindow::OnTrafficArrived() {
         trafficTimer.StartOnce(trafficMilliseconds);
 }
 
-void MainWindow::OnAttentionWanted() {
-    RequestUserAttention();
-    wxBell();
-}
-
 void MainWindow::OnSettingsChanged(const DownloadSettings& newSettings) {
     settings = newSettings;
     panel->ctsSwitch->SetValue(settings.ctsFlow != 0);

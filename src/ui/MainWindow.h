@@ -55,7 +55,6 @@ private:
     void OnTrafficArrived() override;
     void OnMessage(const MessageBoxText& box) override;
     void OnOutageEnded() override { boxes.EndOutage(); }
-    void OnAttentionWanted() override;
     void OnSettingsChanged(const DownloadSettings& newSettings) override;
 
     // The status, and what stands beside it.

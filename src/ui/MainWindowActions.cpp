@@ -245,9 +245,8 @@ bool MainWindow::MayBreakTransfer() {
         return false;
     const TransferProgress& progress = *snapshot.progress;
     const bool isSizeKnown = progress.bytesTotal > 0;
-    const KelText share = isSizeKnown
-                              ? ToText(std::min<std::int64_t>(progress.bytesDone * 100 / progress.bytesTotal, 99))
-                              : GroupedText(progress.bytesDone);
+    const KelText share =
+        isSizeKnown ? ToText(PercentDone(progress.bytesDone, progress.bytesTotal)) : GroupedText(progress.bytesDone);
     const KelText question =
         Filled(progress.direction == TransferDirection::ToMachine ? text::more::breakSent : text::more::breakReceived,
                {progress.number, share});

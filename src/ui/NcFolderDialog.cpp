@@ -5,9 +5,9 @@
 #include "ui/Accessibility.h"
 #include "ui/BoardContent.h"
 #include "ui/HelpBook.h"
+#include "ui/TouchTarget.h"
 
 #include <algorithm>
-#include <thread>
 #include <utility>
 
 #include <wx/dataview.h>
@@ -78,13 +78,6 @@ private:
     wxObjectDataPtr<FolderModel> model;
 };
 
-// Shared with the thread that reads: the dialog may be gone before a dead server answers.
-struct NcFolderDialog::Reading {
-    std::atomic<bool> stop = false;
-    NcFolderDialog* dialog = nullptr; // null once it is gone; user-interface thread
-    Result<std::vector<NcFolderEntry>> result = std::vector<NcFolderEntry>();
-};
-
 NcFolderDialog::NcFolderDialog(wxWindow* parent, KelText folder, KelText extension, std::function<void()> showHelp)
     : wxDialog(parent, wxID_ANY, ToWx(text::more::filesCaption), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMAXIMIZE_BOX, "NC Folder"),
@@ -109,7 +102,7 @@ NcFolderDialog::NcFolderDialog(wxWindow* parent, KelText folder, KelText extensi
     auto* refresh = new wxButton(this, wxID_REFRESH, ToWx(text::more::readAgain));
     auto* close = new wxButton(this, wxID_CANCEL, ToWx(text::label::close));
     for (wxButton* button : {refresh, close}) {
-        button->SetMinSize(wxSize(-1, FromDIP(32)));
+        MakeTouchable(*button);
         foot->Add(button, wxSizerFlags().Border(wxLEFT, gap));
     }
     all->Add(foot, wxSizerFlags().Expand().Border(wxALL, gap));
@@ -128,38 +121,21 @@ NcFolderDialog::NcFolderDialog(wxWindow* parent, KelText folder, KelText extensi
     Read();
 }
 
-NcFolderDialog::~NcFolderDialog() {
-    reading->stop = true;
-    reading->dialog = nullptr;
-}
-
 void NcFolderDialog::Read() {
-    if (reading) {
-        reading->stop = true;
-        reading->dialog = nullptr;
-    }
-    reading = std::make_shared<Reading>();
-    reading->dialog = this;
     note->SetLabel(ToWx(text::more::reading));
-    std::thread([shared = reading, owner = wxTheApp, folderRead = folder, extensionRead = extension] {
-        shared->result = ListNcFolder(folderRead, extensionRead, shared->stop);
-        // The application outlives every dialog, and a stopped reading has none.
-        if (!shared->stop)
-            owner->CallAfter([shared] {
-                if (shared->dialog != nullptr)
-                    shared->dialog->OnRead(*shared);
-            });
-    }).detach();
+    reading.Start([read = folder,
+                   ending = extension](BackgroundWork<Entries>::Stop stop) { return ListNcFolder(read, ending, stop); },
+                  [this](Entries found) { OnRead(std::move(found)); });
 }
 
-void NcFolderDialog::OnRead(const Reading& done) {
-    if (!done.result) {
+void NcFolderDialog::OnRead(Entries found) {
+    if (!found) {
         entries.clear();
         ShowMatches();
-        note->SetLabel(wxControl::EscapeMnemonics(ToWx(done.result.Reason().text)));
+        note->SetLabel(wxControl::EscapeMnemonics(ToWx(found.Reason().text)));
         return;
     }
-    entries = *done.result;
+    entries = std::move(*found);
     ShowMatches();
 }
 

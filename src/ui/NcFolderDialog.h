@@ -3,10 +3,10 @@
 // server that takes its time. User-interface thread.
 
 #include "transfer/NcFolder.h"
+#include "ui/BackgroundWork.h"
 #include "ui/Wx.h"
 
 #include <functional>
-#include <memory>
 
 namespace tarvin {
 
@@ -15,13 +15,12 @@ class NcFolderList;
 class NcFolderDialog : public wxDialog {
 public:
     NcFolderDialog(wxWindow* parent, KelText folder, KelText extension, std::function<void()> showHelp);
-    ~NcFolderDialog() override;
 
 private:
-    struct Reading;
+    using Entries = Result<std::vector<NcFolderEntry>>;
 
     void Read();
-    void OnRead(const Reading& reading);
+    void OnRead(Entries found);
     void ShowMatches();
 
     const KelText folder;
@@ -30,7 +29,7 @@ private:
     NcFolderList* list;
     wxStaticText* note;
     std::vector<NcFolderEntry> entries;
-    std::shared_ptr<Reading> reading; // the one under way or done last
+    BackgroundWork<Entries> reading;
 };
 
 }

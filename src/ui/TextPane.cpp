@@ -95,7 +95,7 @@ void TextPane::Clear() {
     lines.Clear();
     topLine = lines.First();
     leftColumn = 0;
-    // The view begins anew, so this is a good moment to heed a system clock that somebody has set.
+    // The system clock may have been set. No line on the screen has an old time now.
     time.Synchronise();
     SetFollowing(true);
     ShowScrollbars();

@@ -8,8 +8,6 @@
 #include <cstdio>
 #include <filesystem>
 
-#include <wx/stdpaths.h>
-
 namespace tarvin {
 
 using namespace std::chrono_literals;
@@ -20,9 +18,7 @@ constexpr KelTextView section = u"Traffic";
 constexpr KelTextView key = u"gutter";
 
 std::filesystem::path ChoiceFile() {
-    wxStandardPaths& paths = wxStandardPaths::Get();
-    paths.SetFileLayout(wxStandardPaths::FileLayout_XDG);
-    return ToPath(FromWx(paths.GetUserConfigDir())) / "TarvinDL" / "traffic.ini";
+    return UserFolder() / "traffic.ini";
 }
 
 std::string Padded(std::string text) {

@@ -19,8 +19,8 @@ public:
     // The width of each text below.
     static constexpr std::size_t columns = 12;
 
-    // Takes the time of day of the system for the engine's time. They drift apart when somebody sets the system's
-    // clock.
+    // Reads both clocks, the engine's and the system's. Lines get wrong times of day after the system clock is set,
+    // until the next call.
     void Synchronise();
     // For a test: the time of day that belongs to the engine's time.
     void Synchronise(std::chrono::system_clock::time_point timeOfDay, Clock::TimePoint engineTime);

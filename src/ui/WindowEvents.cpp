@@ -64,10 +64,6 @@ void WindowEvents::OutageEnded() {
     Post([this] { receiver->OnOutageEnded(); });
 }
 
-void WindowEvents::DrawAttention() {
-    Post([this] { receiver->OnAttentionWanted(); });
-}
-
 void WindowEvents::SettingsChanged(const DownloadSettings& settings) {
     Post([this, settings] { receiver->OnSettingsChanged(settings); });
 }

@@ -23,7 +23,6 @@ public:
         virtual void OnTrafficArrived() = 0;
         virtual void OnMessage(const MessageBoxText& box) = 0;
         virtual void OnOutageEnded() = 0;
-        virtual void OnAttentionWanted() = 0;
         virtual void OnSettingsChanged(const DownloadSettings& settings) = 0;
 
     protected:
@@ -46,7 +45,6 @@ public:
     void TrafficArrived() override;
     void ShowMessage(const MessageBoxText& box) override EXCLUDES(mutex);
     void OutageEnded() override;
-    void DrawAttention() override;
     void SettingsChanged(const DownloadSettings& settings) override;
 
 private:

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include <wx/display.h>
-#include <wx/stdpaths.h>
 
 namespace tarvin {
 
@@ -23,21 +22,15 @@ constexpr int leastVisible = 40;
 
 constexpr char fileNameEnd[] = " window.ini";
 
-std::filesystem::path PlacementFolder() {
-    wxStandardPaths& paths = wxStandardPaths::Get();
-    paths.SetFileLayout(wxStandardPaths::FileLayout_XDG);
-    return ToPath(FromWx(paths.GetUserConfigDir())) / "TarvinDL";
-}
-
 std::filesystem::path PlacementFile(KelTextView machineName) {
-    return PlacementFolder() / ToPath(FileNameFor(machineName) + FromUtf8(fileNameEnd));
+    return UserFolder() / ToPath(FileNameFor(machineName) + FromUtf8(fileNameEnd));
 }
 
 // Where the windows of all machines are, or were last.
 std::vector<wxPoint> SavedCorners() {
     std::vector<wxPoint> corners;
     std::error_code ignored;
-    for (const auto& entry : std::filesystem::directory_iterator(PlacementFolder(), ignored)) {
+    for (const auto& entry : std::filesystem::directory_iterator(UserFolder(), ignored)) {
         const auto profile = Profile::Read(entry.path());
         if (ToUtf8(FromPath(entry.path().filename())).ends_with(fileNameEnd) && profile)
             corners.emplace_back(profile->Integer(u"Window", u"x", 0), profile->Integer(u"Window", u"y", 0));

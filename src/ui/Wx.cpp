@@ -1,6 +1,7 @@
 #include "ui/Wx.h"
 
 #include <wx/clipbrd.h>
+#include <wx/stdpaths.h>
 #include <wx/textbuf.h>
 
 namespace tarvin {
@@ -20,6 +21,12 @@ KelText FromWx(const wxString& text) {
 
 wxString ToLabel(KelTextView text) {
     return wxControl::EscapeMnemonics(ToWx(text));
+}
+
+std::filesystem::path UserFolder() {
+    wxStandardPaths& paths = wxStandardPaths::Get();
+    paths.SetFileLayout(wxStandardPaths::FileLayout_XDG);
+    return ToPath(FromWx(paths.GetUserConfigDir())) / "TarvinDL";
 }
 
 void CopyToClipboard(const wxString& text) {

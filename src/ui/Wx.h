@@ -19,6 +19,9 @@ namespace tarvin {
 wxString ToWx(KelTextView text);
 KelText FromWx(const wxString& text);
 
+// The folder in which the user's own choices about windows are kept. It need not exist. User-interface thread.
+std::filesystem::path UserFolder();
+
 // Puts the text on the clipboard, with the line ends of the system. User-interface thread.
 void CopyToClipboard(const wxString& text);
 

@@ -24,13 +24,11 @@ public:
     }
     void TrafficArrived() override { ++trafficWakeUps; }
     void ShowMessage(const MessageBoxText& box) override { boxes.push_back(ToUtf8(box.caption + u": " + box.text)); }
-    void DrawAttention() override { ++attentionCalls; }
     void SettingsChanged(const DownloadSettings&) override {}
 
     std::vector<KelText> statusLines;
     std::vector<std::string> boxes;
     int trafficWakeUps = 0;
-    int attentionCalls = 0;
 };
 
 // `ProtocolType` is constructed from ProtocolParts. Protocol itself stands for the one that the settings ask for.

@@ -48,7 +48,6 @@ public:
         ended.push_back(std::move(record));
     }
     void ShowMessage(const MessageBoxText& box) override { boxes.push_back(box); }
-    void DrawAttention() override {}
 
     std::atomic<bool> isClosing = false;
     ThreadOwner thread;
