@@ -23,6 +23,8 @@ namespace {
 constexpr std::size_t linesPerTurn = 4000;
 // Enough for the window to show the last lines before the turn of the other program.
 constexpr auto timeToShow = 200ms;
+// The board tells a silence after 5 s.
+constexpr auto timeToCount = 6s;
 // Opening the view replaces a picture and so changes most pixels of its area. All other changes in the window are far
 // smaller.
 constexpr std::size_t pixelsOfView = 50000;
@@ -88,6 +90,32 @@ void AddRows(const std::string& name, Sides& sides, Table& table, auto... mostAl
     table.Inform(name + "window's thread", {100 * WindowShare(sides), "%", 1});
 }
 
+// The controller stops in the middle of a download: the board counts the seconds of the silence. Beside it the same for
+// the service, which looks at the modem lines as often.
+void MeasureSilence(const Effort& effort, Table& table) {
+    const auto measure = [&](const char* programName, const auto& figures) {
+        RunningProgram program(programName);
+        WriteNcLines(program.NcFile(number), 2);
+        Station(program.line, ReadDataFrames(program.NcFile(number), 2), 1).Begin(number);
+        std::this_thread::sleep_for(timeToCount);
+        const auto started = SteadyTime::now();
+        const Nanoseconds before = program.process.MainThreadTime();
+        const IdleFigures idle = MeasureIdleProgram(program, effort.idleTime);
+        const Nanoseconds mainThread = program.process.MainThreadTime() - before;
+        figures(idle, std::chrono::duration<double>(mainThread) / (SteadyTime::now() - started));
+        program.process.Stop();
+    };
+    measure(serviceProgram, [&](const IdleFigures& idle, double) {
+        table.Inform("silent machine, service: share of a core", idle.share);
+        table.Inform("silent machine, service: wake-ups per second", idle.wakeUpsPerSecond);
+    });
+    measure(desktopProgram, [&](const IdleFigures& idle, double mainThread) {
+        table.Inform("silent machine, desktop: share of a core", idle.share);
+        table.Inform("silent machine, desktop: wake-ups per second", idle.wakeUpsPerSecond);
+        table.Check("silent machine: window with the board's clock", {100 * mainThread, "%", 3}, {0.1, "%", 3});
+    });
+}
+
 }
 
 void MeasureWindow(const Effort& effort, Table& table) {
@@ -129,6 +157,7 @@ void MeasureDesktop(const Effort& effort, Table& table) {
         table.Inform("desktop idle: wake-ups per second", idle.wakeUpsPerSecond);
         desktop.process.Stop();
     }
+    MeasureSilence(effort, table);
     std::vector<Nanoseconds> shown;
     std::vector<Nanoseconds> linked = MeasureStarts(
         desktopProgram, effort.starts, [&](const MeasuredProcess& process, SteadyTime::time_point started) {

@@ -2,10 +2,10 @@
 
 #include "base/BoardMessages.h"
 #include "ui/Accessibility.h"
-#include "ui/BoardPainter.h"
 #include "ui/TouchTarget.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <wx/dcbuffer.h>
 #include <wx/settings.h>
@@ -53,6 +53,7 @@ Board::Board(wxWindow* parent, const Clock& clock)
         PlaceButtons();
     });
     Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        fonts.Clear();
         Refresh(false);
         event.Skip();
     });
@@ -73,14 +74,30 @@ void Board::Update() {
     BoardContent described = DescribeBoard(snapshot, clock.Now(), LocalTime);
     if (described == content)
         return;
-    content = std::move(described);
+    const BoardContent before = std::exchange(content, std::move(described));
     const bool isFailure = content.unseen.has_value();
     if (seen->IsShown() != isFailure) {
         seen->Show(isFailure);
         help->Show(isFailure);
     }
     tarvin::SetAccessible(*this, AccessibleRole::Pane, ToWx(text::board::name), ToWx(content.Spoken()));
-    Refresh(false);
+    RefreshChanges(before);
+}
+
+void Board::RefreshChanges(const BoardContent& before) {
+    BoardContent sameRows = before;
+    sameRows.title = content.title;
+    if (before.facts.size() == content.facts.size())
+        sameRows.facts = content.facts;
+    if (sameRows != content) {
+        Refresh(false);
+        return;
+    }
+    if (before.title != content.title)
+        RefreshRect(places.title, false);
+    for (std::size_t row = 0; row < std::min(places.facts.size(), content.facts.size()); ++row)
+        if (before.facts[row] != content.facts[row])
+            RefreshRect(places.facts[row], false);
 }
 
 void Board::PlaceButtons() {
@@ -100,7 +117,7 @@ void Board::OnPaint(wxPaintEvent&) {
     const wxSize room = GetClientSize();
     const int buttons = seen->IsShown() ? room.GetHeight() - seen->GetPosition().y : 0;
     const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
-    PaintBoard(dc, *this, content, {room, buttons, isDark});
+    places = PaintBoard(dc, *this, fonts, content, {room, buttons, isDark, GetUpdateRegion().GetBox()});
 }
 
 }

@@ -4,6 +4,7 @@
 #include "base/Clock.h"
 #include "ui/BoardColours.h"
 #include "ui/BoardContent.h"
+#include "ui/BoardPainter.h"
 #include "ui/Wx.h"
 
 #include <functional>
@@ -29,12 +30,16 @@ public:
 
 private:
     void Update();
+    // Marks as little as can be for painting again. Each second of a silence paints one row.
+    void RefreshChanges(const BoardContent& before);
     void PlaceButtons();
     void OnPaint(wxPaintEvent&);
 
     const Clock& clock;
     EngineSnapshot snapshot;
     BoardContent content;
+    BoardPlaces places; // as last painted
+    BoardFonts fonts;
     wxButton* seen;
     wxButton* help;
     wxTimer tick; // runs while the content tells how long something lasts

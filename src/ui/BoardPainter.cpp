@@ -3,6 +3,7 @@
 #include "ui/BoardColours.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace tarvin {
@@ -34,12 +35,14 @@ std::vector<wxString> BrokenAnywhere(const wxDC& dc, const wxString& text, int w
 
 class Painter {
 public:
-    Painter(wxDC& dc, const wxWindow& window, const BoardContent& content, const BoardRoom& room)
+    Painter(wxDC& dc, const wxWindow& window, BoardFonts& fonts, const BoardContent& content, const BoardRoom& room)
         : dc(dc),
           window(window),
+          fonts(fonts),
           content(content),
           colours(ColoursOf(content.state, room.isDark)),
           isDark(room.isDark),
+          exposed(room.exposed),
           textPixels(std::max<double>(window.FromDIP(leastText), std::min(textHeight * room.size.GetHeight(),
                                                                           textOfWidth * room.size.GetWidth()))),
           height(room.size.GetHeight()),
@@ -49,7 +52,7 @@ public:
           right(room.size.GetWidth() - static_cast<int>(textPixels * 0.8)),
           y(static_cast<int>(textPixels * 0.4)) {}
 
-    void Paint() {
+    BoardPlaces Paint() {
         dc.SetBackground(ToColour(colours.ground));
         dc.Clear();
         Fill(wxRect(0, 0, edge, height), colours.edge);
@@ -59,14 +62,15 @@ public:
             PaintBar();
         PaintFacts();
         PaintRecents();
+        return std::move(places);
     }
 
 private:
+    // The row of this height at `y`, from edge to edge.
+    wxRect Row(int rowHeight) const { return {0, y, right, rowHeight}; }
+
     void Use(double pixels, bool isBold, Rgb colour) {
-        wxFont font = window.GetFont();
-        font.SetPixelSize(wxSize(0, std::max(static_cast<int>(pixels), 1)));
-        font.SetWeight(isBold ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
-        dc.SetFont(font);
+        dc.SetFont(fonts.Font(window, std::max(static_cast<int>(pixels), 1), isBold));
         dc.SetTextForeground(ToColour(colour));
     }
 
@@ -85,6 +89,10 @@ private:
         if (content.number.empty() && content.share.empty())
             return;
         const int room = static_cast<int>(numberHeight * height);
+        if (!exposed.Intersects(Row(room))) {
+            y += room;
+            return;
+        }
         const wxString share = ToWx(content.share);
         int shareWidth = 0;
         if (!share.empty()) {
@@ -117,20 +125,26 @@ private:
     }
 
     void PaintTitle() {
-        // The largest of some sizes at which the title fits.
-        const wxString title = ToWx(content.title);
-        for (const double scale : {1.35, 1.2, 1.05, 0.9}) {
-            Use(textPixels * scale, true, colours.edge);
-            if (dc.GetTextExtent(title).GetWidth() <= right - left)
-                break;
+        places.title = Row(static_cast<int>(textPixels * 1.75));
+        if (exposed.Intersects(places.title)) {
+            // The largest of some sizes at which the title fits.
+            const wxString title = ToWx(content.title);
+            for (const double scale : {1.35, 1.2, 1.05, 0.9}) {
+                Use(textPixels * scale, true, colours.edge);
+                if (dc.GetTextExtent(title).GetWidth() <= right - left)
+                    break;
+            }
+            dc.DrawText(Shortened(title, right - left), left, y);
         }
-        dc.DrawText(Shortened(title, right - left), left, y);
-        y += static_cast<int>(textPixels * 1.75);
+        y += places.title.height;
         if (content.comment.empty())
             return;
-        Use(textPixels, false, colours.text);
-        dc.DrawText(Shortened(ToWx(content.comment), right - left), left, y);
-        y += static_cast<int>(textPixels * 1.5);
+        const wxRect row = Row(static_cast<int>(textPixels * 1.5));
+        if (exposed.Intersects(row)) {
+            Use(textPixels, false, colours.text);
+            dc.DrawText(Shortened(ToWx(content.comment), right - left), left, y);
+        }
+        y += row.height;
     }
 
     void PaintBar() {
@@ -155,14 +169,20 @@ private:
         for (const BoardContent::Fact& fact : content.facts) {
             if (y + rowHeight > buttonsTop)
                 return;
-            Use(textPixels * 0.9, false, colours.faint);
-            const wxString caption = ToWx(fact.caption);
-            dc.DrawText(caption, left, y + static_cast<int>(textPixels * 0.1));
-            const int captionWidth = dc.GetTextExtent(caption).GetWidth() + static_cast<int>(textPixels * 0.7);
-            Use(textPixels, false, colours.text);
-            TextAtRight(Shortened(ToWx(fact.value), right - left - captionWidth), y);
+            places.facts.push_back(Row(rowHeight));
+            if (exposed.Intersects(places.facts.back()))
+                PaintFact(fact);
             y += rowHeight;
         }
+    }
+
+    void PaintFact(const BoardContent::Fact& fact) {
+        Use(textPixels * 0.9, false, colours.faint);
+        const wxString caption = ToWx(fact.caption);
+        dc.DrawText(caption, left, y + static_cast<int>(textPixels * 0.1));
+        const int captionWidth = dc.GetTextExtent(caption).GetWidth() + static_cast<int>(textPixels * 0.7);
+        Use(textPixels, false, colours.text);
+        TextAtRight(Shortened(ToWx(fact.value), right - left - captionWidth), y);
     }
 
     void PaintRecents() {
@@ -173,12 +193,14 @@ private:
         const int rowHeight = static_cast<int>(rowText * 1.4);
         const int sign = static_cast<int>(rowText * 0.6);
         const auto paintRow = [&](const wxString& text, Rgb signColour, Rgb textColour) {
-            dc.SetPen(*wxTRANSPARENT_PEN);
-            dc.SetBrush(ToColour(signColour));
-            dc.DrawEllipse(left, y + (rowHeight - sign) / 2, sign, sign);
-            Use(rowText, false, textColour);
-            const int textLeft = left + static_cast<int>(rowText);
-            dc.DrawText(Shortened(text, right - textLeft), textLeft, y);
+            if (exposed.Intersects(Row(rowHeight))) {
+                dc.SetPen(*wxTRANSPARENT_PEN);
+                dc.SetBrush(ToColour(signColour));
+                dc.DrawEllipse(left, y + (rowHeight - sign) / 2, sign, sign);
+                Use(rowText, false, textColour);
+                const int textLeft = left + static_cast<int>(rowText);
+                dc.DrawText(Shortened(text, right - textLeft), textLeft, y);
+            }
             y += rowHeight;
         };
         if (!content.unseenNote.empty() && y + rowHeight <= buttonsTop)
@@ -196,9 +218,11 @@ private:
 
     wxDC& dc;
     const wxWindow& window;
+    BoardFonts& fonts;
     const BoardContent& content;
     const BoardColours& colours;
     const bool isDark;
+    const wxRect exposed;
     const double textPixels; // the usual height of a text
     const int height;
     const int buttonsTop;
@@ -206,12 +230,25 @@ private:
     const int left;
     const int right;
     int y; // of what comes next
+    BoardPlaces places;
 };
 
 }
 
-void PaintBoard(wxDC& dc, const wxWindow& window, const BoardContent& content, const BoardRoom& room) {
-    Painter(dc, window, content, room).Paint();
+const wxFont& BoardFonts::Font(const wxWindow& window, int pixels, bool isBold) {
+    if (const auto known = fonts.find({pixels, isBold}); known != fonts.end())
+        return known->second;
+    if (fonts.size() >= capacity)
+        fonts.clear();
+    wxFont font = window.GetFont();
+    font.SetPixelSize(wxSize(0, pixels));
+    font.SetWeight(isBold ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
+    return fonts[{pixels, isBold}] = font;
+}
+
+BoardPlaces PaintBoard(wxDC& dc, const wxWindow& window, BoardFonts& fonts, const BoardContent& content,
+                       const BoardRoom& room) {
+    return Painter(dc, window, fonts, content, room).Paint();
 }
 
 }
