@@ -10,10 +10,12 @@ namespace tarvin {
 
 namespace {
 
-// The light colours around the large pictures, which glare in a dark theme, and their replacements there.
+// Colours and their replacements in a dark theme: the light ones around the large pictures glare there, and the dark
+// ones of the signs do not stand out.
 constexpr std::pair<std::string_view, std::string_view> darkColours[] = {
     {"#eef3f8", "#1d242c"}, {"#dbe4ed", "#2a333d"}, {"#b7c4d1", "#42505e"}, {"#2b3a4a", "#5d7084"},
-    {"#3d4f61", "#485c70"}, {"#52667a", "#3c4a58"}, {"#77818d", "#a3adb8"},
+    {"#3d4f61", "#485c70"}, {"#52667a", "#3c4a58"}, {"#77818d", "#a3adb8"}, {"#c01c1c", "#ef4444"},
+    {"#1d6fd1", "#3b8bea"}, {"#15803d", "#1e9c4e"},
 };
 
 // Colours stand in the files as # and six digits.
@@ -31,14 +33,17 @@ std::string InDarkColours(std::string_view svg) {
 
 }
 
-wxBitmapBundle Picture(std::string_view name, const wxSize& size) {
+std::string PictureText(std::string_view name, bool isDark) {
     const auto found = std::find_if(pictureFiles.begin(), pictureFiles.end(),
                                     [name](const PictureFile& file) { return file.name == name; });
     if (found == pictureFiles.end())
         return {};
-    const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
-    const std::string svg = isDark ? InDarkColours(found->svg) : std::string(found->svg);
-    return wxBitmapBundle::FromSVG(svg.c_str(), size);
+    return isDark ? InDarkColours(found->svg) : std::string(found->svg);
+}
+
+wxBitmapBundle Picture(std::string_view name, const wxSize& size) {
+    const std::string svg = PictureText(name, wxSystemSettings::GetAppearance().IsUsingDarkBackground());
+    return svg.empty() ? wxBitmapBundle() : wxBitmapBundle::FromSVG(svg.c_str(), size);
 }
 
 wxIconBundle ProgramIcons() {

@@ -4,6 +4,7 @@
 #include "ui/Wx.h"
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include <wx/bmpbndl.h>
@@ -17,6 +18,9 @@ struct PictureFile {
     std::string_view svg;
 };
 extern const std::span<const PictureFile> pictureFiles;
+
+// The text of the file `name` in the colours for a light or a dark ground. Empty if there is no such file. Any thread.
+std::string PictureText(std::string_view name, bool isDark);
 
 // The picture of the file `name`; an empty bundle if there is no such file. `size` in DIP is its size unless the caller
 // asks the bundle for another one.
