@@ -195,7 +195,7 @@ TEST_CASE("TarvinApp: a controller that talks and takes nothing does not make th
     EngineHarness<TarvinApp> harness;
     harness.Open();
     harness.line.holds.cts = true;
-    for (int message = 0; message < 10000; ++message)
+    for (int message = 0; message < 2000; ++message)
         harness.Exchange(message % 2 == 0 ? Message("ABTS") : Message("ABST" + std::to_string(message % 7)));
     harness.line.holds.cts = false;
     CHECK(harness.Run(1s).size() <= 20);
