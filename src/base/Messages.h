@@ -264,6 +264,8 @@ inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
 // Lines of the activity log that stand for no status.
 namespace activity {
 inline constexpr char16_t linesNotWritten[] = u"... %1 lines not written ...";
+// %1 is why rows of the history are lost.
+inline constexpr char16_t historyNotWritten[] = u"... history not written: %1 ...";
 }
 
 // Lines that the service prints.
