@@ -77,14 +77,15 @@ TEST_CASE("FirstUsePage: leads from a port that is not there to a working line")
 
 TEST_CASE("FirstUsePage: takes over what another dialog changes, and keeps what the user has entered") {
     DesktopFixture desktop;
-    PseudoTerminal other;
-    desktop.folder.WriteFile("KEL.INI", desktop.folder.ReadFile("KEL.INI") + "COM4=" + other.Device().string() + "\n" +
-                                            "COM3=" + desktop.folder.Path().string() + "/none\n");
+    PseudoTerminal first;
+    PseudoTerminal second;
+    desktop.folder.WriteFile("KEL.INI", desktop.folder.ReadFile("KEL.INI") + "COM4=" + first.Device().string() +
+                                            "\nCOM3=" + second.Device().string() + "\n");
     desktop.Start();
     FirstUsePage& page = desktop.Panel().monitor->FirstUse();
     REQUIRE(Becomes([&] { return page.IsShownOnScreen(); }));
     auto* ports = Named<wxListBox>(desktop, "Ports");
-    REQUIRE(Becomes([&] { return ports->GetStringSelection().StartsWith("COM4"); }));
+    REQUIRE(Becomes([&] { return ports->GetCount() > 2; }));
     DownloadSettings changed;
     changed.port = u"COM4";
     OnUi([&] { page.ShowSettings(changed); });
@@ -93,7 +94,8 @@ TEST_CASE("FirstUsePage: takes over what another dialog changes, and keeps what 
     changed.port = u"COM3";
     changed.baudRate = u"9600";
     OnUi([&] { page.ShowSettings(changed); });
-    CHECK(OnUi([&] { return Named<wxChoice>(desktop, "Speed (baud)")->GetStringSelection(); }) == "9600");
+    auto* speed = Named<wxChoice>(desktop, "Speed (baud)");
+    CHECK(OnUi([&] { return speed->GetStringSelection(); }) == "9600");
     CHECK(Becomes([&] { return ports->GetStringSelection().StartsWith("COM3"); }));
     CHECK(OnUi([&] { return extension->GetValue(); }) == "tap");
 }
