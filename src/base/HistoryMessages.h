@@ -10,6 +10,8 @@ namespace historyReason {
 // %1 is the number of transfers.
 inline constexpr char16_t rowsLost[] =
     u"it is written again, but it lacks %1 transfers, for which the program had no memory";
+// %1 is the number of transfers and %2 why they cannot be written.
+inline constexpr char16_t rowsNotKept[] = u"the program has ended, and %1 transfers are lost to the history: %2";
 inline constexpr char16_t newer[] = u"a newer version of this program has made it";
 inline constexpr char16_t foreign[] = u"it is no history of this program";
 inline constexpr char16_t damaged[] = u"it is damaged (%1)";

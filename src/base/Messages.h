@@ -62,7 +62,7 @@ namespace portReason {
 inline constexpr char16_t noDevice[] = u"The section PORTS of KEL.INI names no device for this port.";
 inline constexpr char16_t unsupportedMode[] = u"Unsupported line settings: %1";
 inline constexpr char16_t notInGroup[] =
-    u"%1. %2 belongs to the group %3; whoever runs the program has to be a member of it.";
+    u"%1. %2 belongs to the group %3; the user who runs the program has to be a member of it.";
 // %3 and %4 are of the list below.
 inline constexpr char16_t notGranted[] = u"Not granted: the device offers %1 baud, %2 data bits, %3, %4";
 // %1 is a file of the system and %2 the system's reason.
@@ -264,6 +264,8 @@ inline constexpr char16_t linesNotShown[] = u"... %1 lines not shown ...";
 // Lines of the activity log that stand for no status.
 namespace activity {
 inline constexpr char16_t linesNotWritten[] = u"... %1 lines not written ...";
+// %1 is why rows of the history are lost.
+inline constexpr char16_t historyNotWritten[] = u"... history not written: %1 ...";
 }
 
 // Lines that the service prints.

@@ -81,8 +81,8 @@ void Logs::OpenHistory(const KelText& machine, const DownloadSettings& settings)
 void Logs::DeleteOldRows() {
     lastDeletion = clock.Now();
     if (historySettings->historyYears > 0)
-        lines.Add(HistoryExpiry{historyMachine,
-                                std::chrono::system_clock::now() - std::chrono::years(historySettings->historyYears)});
+        lines.Add(HistoryExpiry{historyMachine, std::chrono::system_clock::now(),
+                                std::chrono::years(historySettings->historyYears)});
 }
 
 void Logs::AddToHistory(const TransferRecord& record, std::shared_ptr<const TransferContent> content) {

@@ -83,7 +83,7 @@ void Outage::TellLasting() {
 }
 
 void Outage::Tell(const PortProblem& problem) {
-    MessageBoxText box = WithAdvice(MeaningOf(problem), {problem.text, problem.stepName, okOnly | iconInformation});
+    MessageBoxText box = WithAdvice(MeaningOf(problem), {problem.text, problem.stepName, okOnly | iconExclamation});
     box.endsWithOutage = problem.kind != PortProblem::Kind::Warning;
     events.ShowMessage(box);
 }

@@ -11,6 +11,9 @@ namespace tarvin {
 
 namespace {
 
+// How far the clock may be ahead of the newest row and still be believed when old rows are deleted.
+constexpr auto mostClockLead = std::chrono::hours(24);
+
 // The statements of a batch.
 class Batch {
 public:
@@ -19,7 +22,8 @@ public:
             database.Prepare("INSERT INTO transfers (" + historyColumns + ") VALUES (" + historyParameters + ")");
         auto markSeen = database.Prepare("UPDATE transfers SET seen = 1 WHERE outcome = 1 AND seen = 0 AND "
                                          "machine = ?1 AND number = ?2 AND direction = ?3");
-        auto forget = database.Prepare("DELETE FROM transfers WHERE machine = ?1 AND end_ms < ?2");
+        auto forget = database.Prepare("DELETE FROM transfers WHERE machine = ?1 AND "
+                                       "end_ms < min(?2, (SELECT max(end_ms) FROM transfers) + ?3) - ?4");
         for (const auto* statement : {&add, &markSeen, &forget}) {
             if (!*statement)
                 return statement->Reason();
@@ -43,7 +47,9 @@ public:
     }
     Result<> Make(const HistoryExpiry& expiry) {
         forget.Bind(1, expiry.machine);
-        forget.Bind(2, ToMilliseconds(expiry.before));
+        forget.Bind(2, ToMilliseconds(expiry.now));
+        forget.Bind(3, std::int64_t{std::chrono::milliseconds(mostClockLead).count()});
+        forget.Bind(4, std::int64_t{expiry.period.count()});
         return forget.RunOnce();
     }
 

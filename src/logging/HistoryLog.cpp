@@ -3,6 +3,7 @@
 #include "base/HistoryMessages.h"
 #include "base/Sha256.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace tarvin {
@@ -38,20 +39,29 @@ void HistoryLog::ComputeChecksums() {
     }
 }
 
-Result<> HistoryLog::Flush(bool force) {
+Result<> HistoryLog::Flush(bool isLast) {
     ComputeChecksums();
     const auto now = clock.Now();
     const bool hasWork = startedMachine || !waiting.empty() || lostCount > 0;
-    if (!hasWork || (isFailing && !force && now - lastAttempt < logRetryPeriod))
+    if (!hasWork || (isFailing && !isLast && now - lastAttempt < logRetryPeriod))
         return {};
     lastAttempt = now;
     Result<> attempted = Attempt();
     const bool wasFailing = std::exchange(isFailing, !attempted);
+    if (!attempted && isLast && RowCount() > 0)
+        return Error{Filled(text::historyReason::rowsNotKept, {ToText(RowCount()), attempted.Reason().text})};
     if (!attempted)
         return wasFailing ? Result<>() : attempted;
     if (lostCount > 0)
         return Error{Filled(text::historyReason::rowsLost, {ToText(std::exchange(lostCount, 0))})};
     return {};
+}
+
+// Those for which there was no room are lost too.
+std::int64_t HistoryLog::RowCount() const {
+    return lostCount + std::count_if(waiting.begin(), waiting.end(), [](const Waiting& each) {
+               return std::holds_alternative<TransferRecord>(each.change);
+           });
 }
 
 Result<> HistoryLog::Attempt() {

@@ -32,10 +32,10 @@ public:
     void CountLost(std::int64_t count) { lostCount += count; }
 
     // Writes the waiting rows, all or none of them. Fails once for each time in which the history cannot be read or
-    // written. Meanwhile the rows wait, and Flush tries again each minute, or at once with `force`. If more rows wait
-    // than there is room for, the oldest ones are dropped; the Flush that writes the others then fails once, with their
-    // number.
-    Result<> Flush(bool force = false);
+    // written. Meanwhile the rows wait, and Flush tries again each minute. If more rows wait than there is room for,
+    // the oldest ones are dropped; the Flush that writes the others then fails once, with their number. With `isLast`
+    // it tries at once, and a failure always gives the number of rows that are lost with this program.
+    Result<> Flush(bool isLast = false);
     // True while the rows wait for the next attempt.
     bool IsFailing() const { return isFailing; }
 
@@ -50,6 +50,7 @@ private:
 
     void Keep(HistoryChange change, std::shared_ptr<const TransferContent> content = {});
     void ComputeChecksums();
+    std::int64_t RowCount() const;
     Result<> Attempt();
 
     const Clock& clock;

@@ -125,8 +125,16 @@ void LogFiles::FlushActivityLog(bool force) {
 void LogFiles::FlushHistory() {
     if (!historyLog)
         return;
-    if (const auto flushed = historyLog->Flush(std::exchange(isEnding, false)); !flushed)
-        problems.push_back({historyLog->Path(), flushed.Reason()});
+    const bool isLast = std::exchange(isEnding, false);
+    const auto flushed = historyLog->Flush(isLast);
+    if (flushed)
+        return;
+    problems.push_back({historyLog->Path(), flushed.Reason()});
+    // No window may be left to show a box, and the activity log has the transfers.
+    if (isLast && !activityLog.Path().empty()) {
+        activityLog.AddNote(Filled(text::activity::historyNotWritten, {flushed.Reason().text}));
+        FlushActivityLog(true);
+    }
 }
 
 void LogFiles::EndGap() {

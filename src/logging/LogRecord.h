@@ -5,6 +5,7 @@
 #include "logging/LogText.h"
 #include "logging/TransferRecord.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -70,10 +71,12 @@ struct HistorySeen {
     TransferDirection direction = TransferDirection::ToMachine;
 };
 
-// The rows of `machine` that ended before this time are deleted.
+// The rows of `machine` that are older than `period` are deleted. Their age counts from `now`, or from a day after the
+// newest row of the history if that is earlier: a clock that stands years ahead must not delete everything.
 struct HistoryExpiry {
     KelText machine;
-    TransferRecord::Time before;
+    TransferRecord::Time now;
+    std::chrono::milliseconds period{0};
 };
 
 // The program ends: the waiting lines of activity log and history get one more attempt.

@@ -14,8 +14,6 @@ namespace {
 constexpr int attemptsAllowed = 3;
 constexpr int repeatsOfLastAnswer = 2;
 constexpr int repeatsAwaited = 2;
-// What the controller counts for each line end of the file.
-constexpr std::int64_t lineEndBytes = 2;
 
 }
 
@@ -130,8 +128,7 @@ void TarvinApp::HandleMessage() {
     isHandled = HandleAcknowledgement() || isHandled;
     if (!isHandled) {
         // The two sides are out of step. The controller is told at once instead of being left to wait.
-        failedAttempts = attemptsAllowed;
-        OnResend();
+        EndDownload(text::transferReason::damagedMessage);
     }
 }
 
@@ -374,7 +371,7 @@ void TarvinApp::SendNextDataLine() {
     dataMessage.assign(code::downloadData);
     dataMessage.append(dataLine);
     Send(dataMessage);
-    transfer.CountSent(static_cast<std::int64_t>(dataLine.size()) + lineEndBytes);
+    transfer.CountSent();
 }
 
 void TarvinApp::OnResend() {
@@ -383,7 +380,11 @@ void TarvinApp::OnResend() {
         Send(dataMessage);
         return;
     }
-    transfer.End(TransferState::DownloadErrors);
+    EndDownload({});
+}
+
+void TarvinApp::EndDownload(KelTextView reason) {
+    transfer.End(TransferState::DownloadErrors, KelText(reason));
     Send(code::cannotGoOn);
 }
 

@@ -55,6 +55,7 @@ private:
     void BeginDownload();
     void SendNextDataLine();
     void OnResend();
+    void EndDownload(KelTextView reason);
 
     bool NameTransfer(const KelText& folder);
     void Send(std::string_view text);

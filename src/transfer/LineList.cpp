@@ -175,6 +175,7 @@ void LineList::Clear() {
     image.Clear();
     rest = {};
     linesTotal = linesTaken = 0;
+    bytesTaken = 0;
 }
 
 std::string_view LineList::NextNonEmpty() {
@@ -184,6 +185,7 @@ std::string_view LineList::NextNonEmpty() {
         const std::string_view line = WithoutReturns(rest.substr(0, found), true);
         rest.remove_prefix(found == std::string_view::npos ? rest.size() : found + 1);
         ++linesTaken;
+        bytesTaken = static_cast<std::size_t>(rest.data() - image.Content().data());
         if (!line.empty())
             return line;
     }

@@ -38,6 +38,8 @@ public:
     // The lines of the file, empty ones included, as an editor counts them, and those up to the last line taken.
     std::int64_t LinesTotal() const { return linesTotal; }
     std::int64_t LinesTaken() const { return linesTaken; }
+    // The bytes of the file up to the end of the last line taken, with line ends as the file has them.
+    std::size_t BytesTaken() const { return bytesTaken; }
     // The text of the file from its first line on, without a byte order mark.
     std::string_view Text() const { return rest; }
 
@@ -50,6 +52,7 @@ private:
     std::string_view rest;
     std::int64_t linesTotal = 0;
     std::int64_t linesTaken = 0;
+    std::size_t bytesTaken = 0;
 };
 
 }

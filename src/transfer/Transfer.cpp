@@ -140,6 +140,9 @@ TransferRecord Transfer::RecordOf(TransferOutcome outcome, TransferState newStat
 
 void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason, bool isRefusal) {
     parts.thread.AssertOwned();
+    // Empty lines, a byte order mark and 1Ah at the end are not sent, and belong to the file.
+    if (newState == TransferState::DownloadCompleted && state == TransferState::Downloading)
+        bytesDone = bytesTotal;
     // Before the counters are reset.
     std::optional<TransferRecord> ended;
     if (const auto outcome = isRefusal ? TransferOutcome::Refused : OutcomeOf(newState))
@@ -293,9 +296,9 @@ std::int64_t Transfer::LinesDone() const {
     return state == TransferState::Uploading ? linesStored : std::max(lines.LinesTaken(), image.LinesTaken());
 }
 
-void Transfer::CountSent(std::int64_t byteCount) {
+void Transfer::CountSent() {
     assert(state == TransferState::Downloading);
-    bytesDone += byteCount;
+    bytesDone = static_cast<std::int64_t>(std::max(lines.BytesTaken(), image.Position()));
     bar = {bytesDone, bytesTotal};
 }
 

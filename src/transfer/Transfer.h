@@ -141,7 +141,8 @@ public:
     void BeginDownload(std::size_t longestLineAllowed, Completion completion);
     // The next line of a download that is not empty; empty at the end of the file. Valid until the transfer ends.
     std::string_view NextLine() { return lines.NextNonEmpty(); }
-    void CountSent(std::int64_t byteCount);
+    // Counts what NextLine and NextBlock have given as sent: the bytes of the file, with line ends as it has them.
+    void CountSent();
     // Reads the whole file as bytes, for a download by hand. Requires that no file is on its way. False, with the state
     // that says why, if it cannot be read; the caption then stays.
     bool BeginDownloadByHand(const TransferName& newName);

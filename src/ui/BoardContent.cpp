@@ -221,6 +221,10 @@ private:
         AddFact(board::lines,
                 Filled(board::linesAndBytes, {GroupedText(record.lineCount), GroupedText(record.byteCount)}));
         AddFact(board::time, DurationText(record.end - record.begin));
+        AddQuality(record);
+    }
+
+    void AddQuality(const TransferRecord& record) {
         if (record.repeats + record.damaged + record.driverErrors > 0)
             AddFact(board::speed,
                     Filled(board::andDamaged, {Filled(board::noSpeedAndRepeats, {u"", ToText(record.repeats)}),
@@ -252,6 +256,8 @@ private:
         AddFact(board::whatToDo, !isDownload ? board::sendAgain
                                  : isRefusal ? board::mendAndAskAgain
                                              : board::deleteAndAskAgain);
+        if (!isRefusal)
+            AddQuality(record);
     }
 
     void DescribeNothing() {
@@ -292,7 +298,7 @@ bool IsTimeShown(const EngineSnapshot& snapshot) {
 }
 
 int PercentDone(std::int64_t done, std::int64_t total) {
-    // Line ends count as two bytes on the line and may be one in the file. Only the end itself is 100 %.
+    // Only the end itself is 100 %: the last line may still have to be repeated.
     return static_cast<int>(std::clamp<std::int64_t>(done * 100 / total, 0, 99));
 }
 

@@ -20,9 +20,10 @@ namespace {
 constexpr int resultMilliseconds = 2'000; // the engine tries once a second
 constexpr KelTextView exampleNumber = u"4711";
 
-// "COM1, FTDI FT232R, A10KXYZ: free". Windows puts the name of the port into that of the product.
+// "COM1: free, FTDI FT232R, A10KXYZ". The state comes first: the end of a long line is out of sight. Windows puts the
+// name of the port into that of the product.
 KelText PortLine(const PortReport& report) {
-    KelText line = report.name;
+    KelText line = report.name + u": " + DescribeState(report);
     const bool hasMaker = !report.maker.empty() && report.product.find(report.maker) == KelText::npos;
     const KelText product = (hasMaker ? report.maker + u" " : KelText()) + report.product;
     for (const KelText& part : {product, report.serialNumber}) {
@@ -31,7 +32,7 @@ KelText PortLine(const PortReport& report) {
     }
     if (product.empty() && report.serialNumber.empty() && !report.device.empty() && report.device != report.name)
         line += u", " + report.device;
-    return line + u": " + DescribeState(report);
+    return line;
 }
 
 }
@@ -174,6 +175,29 @@ void FirstUsePage::ShowSnapshot(const EngineSnapshot& snapshot) {
         ShowExample();
 }
 
+void FirstUsePage::ShowSettings(const DownloadSettings& settings) {
+    // A hidden page is filled when it shows.
+    if (!IsShown())
+        return;
+    const DownloadSettings before = std::exchange(given, settings);
+    if (given.baudRate != before.baudRate)
+        ShowSpeed(given.baudRate);
+    if (given.fileExtension != before.fileExtension)
+        extension->ChangeValue(ToWx(given.fileExtension));
+    if (given.downloadPath != before.downloadPath)
+        folder->ChangeValue(ToWx(given.downloadPath));
+    if (given.port != before.port) {
+        chosenName = given.port;
+        Look();
+    }
+    ShowExample();
+}
+
+void FirstUsePage::ShowSpeed(const KelText& baudRate) {
+    if (!speed->SetStringSelection(ToWx(baudRate)))
+        speed->SetSelection(speed->Append(ToWx(baudRate)));
+}
+
 void FirstUsePage::EnableInput(bool isEnabled) {
     useAndTest->Enable(isEnabled);
 }
@@ -181,8 +205,7 @@ void FirstUsePage::EnableInput(bool isEnabled) {
 void FirstUsePage::Fill() {
     given = owner.settings();
     chosenName = given.port;
-    if (!speed->SetStringSelection(ToWx(given.baudRate)))
-        speed->SetSelection(speed->Append(ToWx(given.baudRate)));
+    ShowSpeed(given.baudRate);
     // ChangeValue sends no event: these are no entries of the user.
     extension->ChangeValue(ToWx(given.fileExtension));
     folder->ChangeValue(ToWx(given.downloadPath));

@@ -41,6 +41,9 @@ public:
     // button of the window meanwhile.
     bool Show(bool isShown = true) override;
     void ShowSnapshot(const EngineSnapshot& snapshot);
+    // Another dialog, or the engine, has changed settings. What the user has entered on the page stays, except where
+    // the same setting has changed.
+    void ShowSettings(const DownloadSettings& settings);
     // Other dialogs that change settings switch the page's button off.
     void EnableInput(bool isEnabled);
 
@@ -53,6 +56,7 @@ private:
     wxTextCtrl* AddEdit(KelTextView name);
     wxStaticText* AddText();
     void Fill();
+    void ShowSpeed(const KelText& baudRate);
     void Look();
     void OnLooked(Reports found);
     void ShowAdvice();

@@ -14,6 +14,7 @@
 #include <sstream>
 #include <utility>
 
+#include <wx/display.h>
 #include <wx/filedlg.h>
 
 namespace tarvin {
@@ -67,11 +68,12 @@ HistoryDialog::HistoryDialog(wxWindow* parent, std::filesystem::path database, K
     all->Add(message, wxSizerFlags().Expand().Border(wxALL, gap));
     all->Add(AddButtons(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
     SetSizerAndFit(all);
-    SetSize(FromDIP(wxSize(940, 560)));
+    wxSize size = FromDIP(wxSize(1100, 560));
+    size.DecTo(wxDisplay(parent != nullptr ? parent : this).GetClientArea().GetSize());
+    SetSize(size);
     CentreOnParent();
 
-    table->Bind(wxEVT_DATAVIEW_SELECTION_CHANGED,
-                [this](wxDataViewEvent&) { openFolder->Enable(table->Selected() != nullptr); });
+    table->Bind(wxEVT_DATAVIEW_SELECTION_CHANGED, [this](wxDataViewEvent&) { ShowSelection(); });
     table->Bind(wxEVT_DATAVIEW_ITEM_ACTIVATED, [this](wxDataViewEvent&) { OpenFolder(); });
     typingTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Read(); });
     Bind(
@@ -217,6 +219,14 @@ void HistoryDialog::ShowMachines(const std::vector<KelText>& names) {
         machines->Append(ToWx(name));
     const auto place = std::find(machineNames.begin(), machineNames.end(), chosen);
     machines->SetSelection(chosen.empty() ? 0 : static_cast<int>(place - machineNames.begin()) + 1);
+}
+
+// A reason may be longer than its column, and a path has none.
+void HistoryDialog::ShowSelection() {
+    const TransferRecord* row = table->Selected();
+    openFolder->Enable(row != nullptr);
+    if (row != nullptr)
+        Say(row->reason.empty() ? row->path : row->path + u": " + row->reason);
 }
 
 void HistoryDialog::OpenFolder() {

@@ -46,6 +46,7 @@ private:
     void Read();
     void ShowReading(Reading reading);
     void ShowMachines(const std::vector<KelText>& names);
+    void ShowSelection();
     void OpenFolder();
     void Export();
     void Finish();

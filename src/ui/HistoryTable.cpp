@@ -4,6 +4,7 @@
 #include "history/HistoryTime.h"
 #include "history/HistoryWords.h"
 #include "ui/Accessibility.h"
+#include "ui/BoardContent.h"
 
 #include <utility>
 
@@ -18,8 +19,8 @@ struct ColumnDescription {
 };
 
 constexpr ColumnDescription columns[] = {
-    {text::historyDialog::endColumn, wxALIGN_LEFT, 80},       {text::historyDialog::machineColumn, wxALIGN_LEFT, 60},
-    {text::historyDialog::directionColumn, wxALIGN_LEFT, 66}, {text::historyDialog::numberColumn, wxALIGN_LEFT, 50},
+    {text::historyDialog::endColumn, wxALIGN_LEFT, 77},       {text::historyDialog::machineColumn, wxALIGN_LEFT, 50},
+    {text::historyDialog::directionColumn, wxALIGN_LEFT, 66}, {text::historyDialog::numberColumn, wxALIGN_LEFT, 44},
     {text::historyDialog::sizeColumn, wxALIGN_RIGHT, 44},     {text::historyDialog::durationColumn, wxALIGN_RIGHT, 40},
     {text::historyDialog::outcomeColumn, wxALIGN_LEFT, 46},   {text::historyDialog::reasonColumn, wxALIGN_LEFT, 150}};
 
@@ -35,7 +36,7 @@ KelText TextOf(const TransferRecord& row, unsigned column) {
     case 3:
         return row.number;
     case 4:
-        return ToText(row.byteCount);
+        return GroupedText(row.byteCount);
     case 5:
         return DurationText(row.end - row.begin);
     case 6:

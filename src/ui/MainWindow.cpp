@@ -35,17 +35,6 @@ wxDialog* AsModalDialog(wxWindow* window) {
 
 }
 
-// The status, and what stands beside it.
-KelText MainWindow::StatusText(const EngineSnapshot& snapshot) {
-    KelText text = snapshot.statusLine;
-    for (const KelText& beside : {snapshot.notice, snapshot.announcement,
-                                  snapshot.quality.IsClean() ? KelText() : DescribeQuality(snapshot.quality)}) {
-        if (!beside.empty())
-            text += u" - " + beside;
-    }
-    return text;
-}
-
 MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     : wxFrame(nullptr, wxID_ANY, ToWx(parts.engine.MachineName()), wxDefaultPosition, wxDefaultSize,
               wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL),
@@ -176,8 +165,7 @@ void MainWindow::OnTrafficArrived() {
 
 void MainWindow::OnSettingsChanged(const DownloadSettings& newSettings) {
     settings = newSettings;
-    panel->ctsSwitch->SetValue(settings.ctsFlow != 0);
-    panel->dsrSwitch->SetValue(settings.dsrFlow != 0);
+    panel->monitor->FirstUse().ShowSettings(settings);
     ShowButtons();
     caller.Look(shown, settings);
 }
@@ -189,9 +177,15 @@ void MainWindow::ShowButtons() {
         button->Enable(wanted->isEnabled && isInputEnabled);
         button->Show(wanted->isVisible);
     }
-    // Without a flow control that heeds them, the switches would promise something.
-    for (wxCheckBox* handshake : {panel->ctsSwitch, panel->dsrSwitch})
-        handshake->Enable(isInputEnabled && HeedsHandshakes(settings.flowControl));
+    // Without a flow control that heeds them, the switches would promise something. Many themes show a disabled tick
+    // like any other, so it goes too; the setting stays.
+    const bool areHeeded = HeedsHandshakes(settings.flowControl);
+    const std::pair<wxCheckBox*, bool> handshakes[] = {{panel->ctsSwitch, settings.ctsFlow != 0},
+                                                       {panel->dsrSwitch, settings.dsrFlow != 0}};
+    for (const auto& [handshake, isOn] : handshakes) {
+        handshake->SetValue(areHeeded && isOn);
+        handshake->Enable(isInputEnabled && areHeeded);
+    }
 }
 
 // While a dialog is open, the user may still look around: View, Help and the traffic stay enabled.

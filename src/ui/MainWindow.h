@@ -57,8 +57,6 @@ private:
     void OnOutageEnded() override { boxes.EndOutage(); }
     void OnSettingsChanged(const DownloadSettings& newSettings) override;
 
-    // The status, and what stands beside it.
-    static KelText StatusText(const EngineSnapshot& snapshot);
     void ShowButtons();
     void ShowTraffic();
     void EnableInput(bool isEnabled);

@@ -75,6 +75,21 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
     return Outlook::Idle;
 }
 
+// The line quality leaves its room to the counters of a running transfer and to the reason of a failure. Board, history
+// and logs have it in each state.
+KelText StatusText(const EngineSnapshot& snapshot) {
+    const bool hasFailed = snapshot.transferState == TransferState::DownloadErrors ||
+                           snapshot.transferState == TransferState::UploadErrors;
+    const bool isQualityShown = !snapshot.progress && !hasFailed && !snapshot.quality.IsClean();
+    KelText text = snapshot.statusLine;
+    for (const KelText& beside :
+         {snapshot.notice, snapshot.announcement, isQualityShown ? DescribeQuality(snapshot.quality) : KelText()}) {
+        if (!beside.empty())
+            text += u" - " + beside;
+    }
+    return text;
+}
+
 StatusLine::StatusLine(wxWindow* parent, const wxSize& size)
     : PassivePanel(parent, size, wxBORDER_SUNKEN, "status line") {
     SetMinSize(size);

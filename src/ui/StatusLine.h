@@ -14,6 +14,9 @@ enum class Outlook { Idle, Busy, Good, Bad };
 // The outlook of link and transfer. Any thread.
 Outlook OutlookOf(const EngineSnapshot& snapshot);
 
+// The status, and what stands beside it. Any thread.
+KelText StatusText(const EngineSnapshot& snapshot);
+
 class StatusLine : public PassivePanel {
 public:
     StatusLine(wxWindow* parent, const wxSize& size);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <wx/dcbuffer.h>
 #include <wx/settings.h>
@@ -33,9 +34,7 @@ void TextPane::BindEvents() {
     Bind(wxEVT_PAINT, &TextPane::OnPaint, this);
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         event.Skip();
-        // A following pane shows its last line at each height.
-        if (isFollowing)
-            topLine = LastTop();
+        FitHeight();
         ShowScrollbars();
         Refresh(false);
     });
@@ -78,6 +77,20 @@ void TextPane::MakeFont() {
     constexpr std::size_t sample = 100;
     columnWidth = std::max(GetTextExtent(wxString('0', sample)).GetWidth() / static_cast<double>(sample), 1.0);
     margin = FromDIP(3);
+}
+
+// The strips above and below the pane come and go. A following pane shows its last line at each height. Otherwise what
+// was found or selected stays in sight: the strip that says so must not hide it.
+void TextPane::FitHeight() {
+    const std::uint64_t linesBefore = std::exchange(fittedLines, static_cast<std::uint64_t>(VisibleLines()));
+    if (isFollowing) {
+        topLine = LastTop();
+        return;
+    }
+    const std::uint64_t caret = lines.Caret().line;
+    const bool wasVisible = caret >= topLine && caret < topLine + linesBefore;
+    if (HasSelection() && wasVisible && caret >= topLine + fittedLines)
+        topLine = caret - fittedLines + 1;
 }
 
 void TextPane::Append(const std::vector<TrafficLine>& newLines) {

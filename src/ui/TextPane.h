@@ -66,6 +66,7 @@ private:
     void SelectByKey(CaretMove move);
     void Extend(TextLines::Position caret);
 
+    void FitHeight();
     int GutterWidth() const;
     std::string GutterHead(std::uint64_t number) const;
     bool IsVisible(TextLines::Position position) const;
@@ -82,6 +83,7 @@ private:
     TextLines lines;
     std::uint64_t topLine = 0;
     std::size_t leftColumn = 0;
+    std::uint64_t fittedLines = 0; // that the pane had room for at its last size
     bool isFollowing = true;
     bool isSelecting = false;
     int lineHeight = 1;

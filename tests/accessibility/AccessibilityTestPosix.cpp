@@ -51,10 +51,27 @@ public:
         }
     }
 
+    void AddFailure() {
+        TransferRecord failure;
+        failure.machine = u"LASER";
+        failure.number = u"4711";
+        failure.outcome = TransferOutcome::Failed;
+        failure.end = failure.begin = std::chrono::system_clock::now();
+        failure.reason = u"the port was lost";
+        HistoryDatabase history(folder / "history.db");
+        const HistoryChange changes[] = {failure};
+        REQUIRE(history.Apply(changes));
+    }
+
     void Connect() {
         terminal.emplace();
         terminal->HoldDevice();
         std::filesystem::create_symlink(terminal->Device(), folder / "line");
+    }
+
+    void Disconnect() {
+        std::filesystem::remove(folder / "line");
+        terminal.reset();
     }
 
     void Start() {
@@ -115,17 +132,7 @@ void CheckTargets(const Accessible& window, const std::vector<RoleAndName>& targ
 
 TEST_CASE("Accessibility: the main window says what it shows, also about a failure") {
     SeenProgram seen;
-    {
-        TransferRecord failure;
-        failure.machine = u"LASER";
-        failure.number = u"4711";
-        failure.outcome = TransferOutcome::Failed;
-        failure.end = failure.begin = std::chrono::system_clock::now();
-        failure.reason = u"the port was lost";
-        HistoryDatabase history(seen.folder / "history.db");
-        const HistoryChange changes[] = {failure};
-        REQUIRE(history.Apply(changes));
-    }
+    seen.AddFailure();
     seen.Connect();
     seen.Start();
     const Accessible window = seen.Window("LASER", [](const Accessible& each) {
@@ -170,6 +177,7 @@ TEST_CASE("Accessibility: the main window says what it shows, also about a failu
 
 TEST_CASE("Accessibility: dialogs and boxes say what each field is") {
     SeenProgram seen;
+    seen.AddFailure();
     seen.Connect();
     seen.Start();
     const auto press = [&seen](const std::string& role, const std::string& name) {
@@ -198,15 +206,45 @@ TEST_CASE("Accessibility: dialogs and boxes say what each field is") {
             {});
     }
     REQUIRE(settings.Find("push button", "Cancel")->Press());
-    press("push button", "More...");
-    // An open menu is a window without a title.
-    const Accessible menu = seen.Window(
-        "", [](const Accessible& each) { return each.Find("menu item", "Files for the Machine...") != nullptr; });
-    REQUIRE(menu.Find("menu item", "Files for the Machine...")->Press());
+    const auto choose = [&](const std::string& item) {
+        press("push button", "More...");
+        // An open menu is a window without a title.
+        const Accessible menu =
+            seen.Window("", [&](const Accessible& each) { return each.Find("menu item", item) != nullptr; });
+        REQUIRE(menu.Find("menu item", item)->Press());
+    };
+    choose("Files for the Machine...");
     const Accessible files = seen.Window(
         "Files for the Machine", [](const Accessible& each) { return each.Find("table cell", "4711") != nullptr; });
     CheckWindow(files, {{"text", "Number or comment holds"}, {"table cell", "(BRACKET)"}});
     CheckTargets(files, {{"push button", "Read Again"}, {"push button", "Close"}});
+    REQUIRE(files.Find("push button", "Close")->Press());
+
+    choose("History...");
+    const Accessible history = seen.Window("LASER - History", [](const Accessible& each) {
+        return each.Find("table cell", "the port was lost") != nullptr;
+    });
+    CheckWindow(history, {{"combo box", "Machine"},
+                          {"text", "Number"},
+                          {"combo box", "Days"},
+                          {"combo box", "Outcome"},
+                          {"table cell", "4711"}});
+    CheckTargets(history, {{"push button", "Refresh"}, {"push button", "Close"}, {"combo box", "Outcome"}});
+    REQUIRE(history.Find("push button", "Close")->Press());
+
+    seen.Disconnect();
+    // Chance decides which step finds the outage first.
+    std::optional<Accessible> box;
+    REQUIRE(WaitUntil([&] {
+        box = ReadWindow("tarvindl", "Comms Status Check");
+        if (!box)
+            box = ReadWindow("tarvindl", "Read Data");
+        return box && box->Find("push button", "Ok") != nullptr;
+    }));
+    CheckWindow(*box, {{"label", "The connection to the serial port is lost."},
+                       {"push button", "Copy"},
+                       {"check box", "Don't Show This Message Again"}});
+    CheckTargets(*box, {{"push button", "Ok"}});
 }
 
 }

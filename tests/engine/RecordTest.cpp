@@ -54,6 +54,10 @@ TEST_CASE("Monitor: each transfer that ends leaves one record, and so does each 
     CHECK(machine.Last().machine == u"LASER");
     CHECK(machine.Last().number == u"4711");
     CHECK(machine.Last().lineCount == 5);
+    // The file as it is on the disk, with LF ends and an empty line.
+    CHECK(machine.Last().byteCount == 35);
+    CHECK(machine.Last().bytesTotal == 35);
+    CHECK(ToUtf8(machine.Snapshot().statusLine).ends_with("4711.nc - 35 bytes"));
     CHECK(!machine.Snapshot().progress);
 
     // The third refusal of a line ends it.
@@ -65,10 +69,18 @@ TEST_CASE("Monitor: each transfer that ends leaves one record, and so does each 
     CHECK(machine.Last().outcome == TransferOutcome::Failed);
     CHECK(machine.Last().reason == text::transferReason::lineRefused);
     CHECK(machine.Last().lineCount == 2);
+    CHECK(machine.Last().byteCount == 18);
     CHECK(machine.Last().repeats == 3);
 
-    machine.Say("ABSE999");
+    // A message that is no answer ends it too, for a reason of its own.
+    machine.Say("ABSE4711");
+    machine.Say("AB");
     REQUIRE(machine.Count() == 3);
+    CHECK(machine.Last().outcome == TransferOutcome::Failed);
+    CHECK(machine.Last().reason == text::transferReason::damagedMessage);
+
+    machine.Say("ABSE999");
+    REQUIRE(machine.Count() == 4);
     CHECK(machine.Last().outcome == TransferOutcome::Refused);
     CHECK(machine.Last().reason == text::transferReason::noSuchFile);
 
@@ -78,7 +90,7 @@ TEST_CASE("Monitor: each transfer that ends leaves one record, and so does each 
     CHECK(machine.Snapshot().progress->comment == u"(COVER)");
     // A link test gives the upload up.
     machine.Say("ABTS");
-    REQUIRE(machine.Count() == 4);
+    REQUIRE(machine.Count() == 5);
     CHECK(machine.Last().outcome == TransferOutcome::Failed);
     CHECK(machine.Last().direction == TransferDirection::FromMachine);
     CHECK(machine.Last().reason == text::transferReason::linkTested);
@@ -90,14 +102,14 @@ TEST_CASE("Monitor: each transfer that ends leaves one record, and so does each 
     machine.engine->KeepSettings(delayed);
     machine.Say("ABSE4711");
     machine.Say("ABST..");
-    REQUIRE(machine.Count() == 5);
+    REQUIRE(machine.Count() == 6);
     CHECK(machine.Last().outcome == TransferOutcome::Refused);
     CHECK(machine.Last().number == u"..");
     REQUIRE(machine.Shown().progress);
     CHECK(machine.Snapshot().progress->isWaiting);
     machine.line.isPresent = false;
     machine.Run(1s);
-    REQUIRE(machine.Count() == 6);
+    REQUIRE(machine.Count() == 7);
     CHECK(machine.Last().outcome == TransferOutcome::Failed);
     CHECK(machine.Last().number == u"4711");
     CHECK(machine.Snapshot().linkLostSince);

@@ -126,7 +126,11 @@ TEST_CASE("HistoryDatabase: a failure is seen by its mark or by a completed tran
     CHECK(UnseenFailures(history, u"A") == std::vector<KelText>{u"3", u"4"});
     CHECK(UnseenFailures(history, u"B") == std::vector<KelText>{u"1"});
 
-    const HistoryChange expiry[] = {HistoryExpiry{u"A", TimeAt(2000)}};
+    // A clock that is years ahead deletes nothing.
+    const HistoryChange early[] = {HistoryExpiry{u"A", TimeAt(2000) + std::chrono::years(50), std::chrono::years(5)}};
+    REQUIRE(history.Apply(early));
+    CHECK(history.PastTransfers(u"A")->size() == 7);
+    const HistoryChange expiry[] = {HistoryExpiry{u"A", TimeAt(3000), std::chrono::milliseconds(1000)}};
     REQUIRE(history.Apply(expiry));
     CHECK(NumbersOf(*history.PastTransfers(u"A")) == std::vector<KelText>{u"2", u"3", u"4"});
     CHECK(history.PastTransfers(u"B")->size() == 1);

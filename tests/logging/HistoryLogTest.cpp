@@ -1,5 +1,6 @@
 #include "logging/HistoryLog.h"
 
+#include "base/HistoryMessages.h"
 #include "harness/HeldLogFiles.h"
 #include "harness/ManualClock.h"
 #include "harness/TemporaryFolder.h"
@@ -81,7 +82,10 @@ TEST_CASE("HistoryLog: a failure is told once, its rows wait, and the history is
     clock.Advance(1s);
     CHECK(log.Flush());
     CHECK(kept.attemptCount == 2);
-    CHECK(log.Flush(true));
+    // At the end of the program the loss is told, whatever was told before.
+    const auto last = log.Flush(true);
+    REQUIRE_FALSE(last);
+    CHECK(last.Reason().text == Filled(text::historyReason::rowsNotKept, {u"2", u"reason"}));
     CHECK(kept.attemptCount == 3);
     kept.fails = false;
     clock.Advance(1min);
@@ -93,6 +97,23 @@ TEST_CASE("HistoryLog: a failure is told once, its rows wait, and the history is
     kept.fails = true;
     log.Add(Row(3));
     CHECK_FALSE(log.Flush());
+}
+
+TEST_CASE("LogFiles: the activity log notes rows that the program could not write before its end") {
+    const TemporaryFolder folder;
+    Kept kept;
+    kept.fails = true;
+    ManualClock clock;
+    LogFiles files(std::make_unique<FakeHistory>(kept));
+    LogLines lines(clock);
+    lines.Add(ActivityLine{folder / "activity", u"status", u"1", LocalTimeNow(), true});
+    lines.Add(Row(1));
+    CHECK(files.Write(lines.Records(), clock.Now()).problems.size() == 1);
+    CHECK(folder.ReadFile("activity").find("history") == std::string::npos);
+    lines.Records().clear();
+    lines.Add(LastAttempt{});
+    CHECK(files.Write(lines.Records(), clock.Now()).problems.size() == 1);
+    CHECK(folder.ReadFile("activity").find("1 transfers are lost to the history: reason") != std::string::npos);
 }
 
 TEST_CASE("HistoryLog: beyond 10,000 rows the oldest are dropped, and their number is told") {

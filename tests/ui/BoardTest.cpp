@@ -2,6 +2,7 @@
 #include "ui/BoardColours.h"
 #include "ui/BoardContent.h"
 #include "ui/Contrast.h"
+#include "ui/StatusLine.h"
 
 #include <algorithm>
 #include <string>
@@ -90,8 +91,8 @@ TEST_CASE("Board: a transfer on its way tells how far it is and how long it take
     EngineSnapshot slow = Running();
     slow.progress->bytesPerSecond = 0;
     CHECK(!Says(Spoken(slow, now), "left"));
-    // Line ends count twice on the line, and may be one byte in the file.
-    slow.progress->bytesDone = 10400;
+    // The last line is sent, and may have to be repeated.
+    slow.progress->bytesDone = 10000;
     CHECK(Says(Spoken(slow, now), "99 %"));
 }
 
@@ -141,6 +142,21 @@ TEST_CASE("Board: a failure stays until it is seen, and says what the machine ha
     CHECK(!DescribeBoard(After({refused}), start, FixedTime).unseen);
     CHECK(StateOf(After({refused, Record(u"4712", TransferOutcome::Completed)}), start) == BoardState::Done);
     CHECK(Says(Spoken(After({refused}), start), "14:03  999 \u2192 machine  refused: there is no such file"));
+}
+
+TEST_CASE("StatusLine: the line quality stands beside a status, and leaves its room to the reason of a failure") {
+    TransferRecord failed = Record(u"4711", TransferOutcome::Failed);
+    failed.repeats = 3;
+    EngineSnapshot snapshot = After({failed});
+    snapshot.quality.repeats = 3;
+    snapshot.statusLine = u"status: reason";
+    snapshot.transferState = TransferState::DownloadCompleted;
+    CHECK(StatusText(snapshot) == u"status: reason - " + DescribeQuality(snapshot.quality));
+    for (const TransferState state : {TransferState::DownloadErrors, TransferState::UploadErrors}) {
+        snapshot.transferState = state;
+        CHECK(StatusText(snapshot) == u"status: reason");
+    }
+    CHECK(Says(Spoken(snapshot, start), "Speed: 3 repeats, 0 damaged"));
 }
 
 TEST_CASE("Board: durations and large numbers are easy to read") {

@@ -1,4 +1,5 @@
 #include "DesktopFixture.h"
+#include "settings/DownloadSettings.h"
 #include "ui/FirstUsePage.h"
 
 #include <algorithm>
@@ -72,6 +73,31 @@ TEST_CASE("FirstUsePage: leads from a port that is not there to a working line")
     press();
     CHECK(desktop.CaptionBecomes("LASER COM3:2400,N,8,1,None"));
     CHECK(Becomes([&] { return !page.IsShown() && desktop.Panel().monitor->PicturePane().IsShown(); }));
+}
+
+TEST_CASE("FirstUsePage: takes over what another dialog changes, and keeps what the user has entered") {
+    DesktopFixture desktop;
+    PseudoTerminal first;
+    PseudoTerminal second;
+    desktop.folder.WriteFile("KEL.INI", desktop.folder.ReadFile("KEL.INI") + "COM4=" + first.Device().string() +
+                                            "\nCOM3=" + second.Device().string() + "\n");
+    desktop.Start();
+    FirstUsePage& page = desktop.Panel().monitor->FirstUse();
+    REQUIRE(Becomes([&] { return page.IsShownOnScreen(); }));
+    auto* ports = Named<wxListBox>(desktop, "Ports");
+    REQUIRE(Becomes([&] { return ports->GetCount() > 2; }));
+    DownloadSettings changed;
+    changed.port = u"COM4";
+    OnUi([&] { page.ShowSettings(changed); });
+    auto* extension = Named<wxTextCtrl>(desktop, "Extension");
+    OnUi([&] { extension->SetValue("tap"); });
+    changed.port = u"COM3";
+    changed.baudRate = u"9600";
+    OnUi([&] { page.ShowSettings(changed); });
+    auto* speed = Named<wxChoice>(desktop, "Speed (baud)");
+    CHECK(OnUi([&] { return speed->GetStringSelection(); }) == "9600");
+    CHECK(Becomes([&] { return ports->GetStringSelection().StartsWith("COM3"); }));
+    CHECK(OnUi([&] { return extension->GetValue(); }) == "tap");
 }
 
 TEST_CASE("FirstUsePage: says why a port does not open, and stays away once a line works") {

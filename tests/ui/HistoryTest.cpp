@@ -15,6 +15,8 @@ TransferRecord Row(KelText machine, KelText number, TransferOutcome outcome) {
     row.path = u"/srv/nc/" + row.number;
     row.outcome = outcome;
     row.begin = row.end = std::chrono::system_clock::now();
+    if (outcome == TransferOutcome::Failed)
+        row.reason = u"a reason that is longer than its column";
     return row;
 }
 
@@ -58,6 +60,9 @@ TEST_CASE("HistoryDialog: it begins with its machine, filters, and opens the fol
     CHECK(shows("Transfers: 2"));
     choose("Outcome", "Failed");
     CHECK(shows("Transfers: 1"));
+    OnUi([&] { ControlNamed<HistoryTable>(dialog, "Transfers")->SetFocus(); });
+    PressKey(WXK_HOME);
+    CHECK(shows("/srv/nc/2: a reason that is longer than its column"));
     choose("Machine", "All machines");
     choose("Outcome", "All");
     CHECK(shows("Transfers: 3"));

@@ -311,6 +311,19 @@ TEST_CASE("MainWindow: any machine gets a file that is sent by hand, and its fil
     CHECK(desktop.folder.ReadFile("NC/new.nc") == "N3\r\nN4");
 }
 
+TEST_CASE("MainWindow: a handshake switch that has no effect shows no tick, and keeps its setting") {
+    DesktopFixture desktop;
+    desktop.Connect();
+    desktop.Start();
+    for (wxCheckBox* handshake : {desktop.Panel().ctsSwitch, desktop.Panel().dsrSwitch})
+        CHECK(Becomes([&] { return !handshake->IsEnabled() && !handshake->IsChecked(); }));
+    wxTopLevelWindow* dialog = OpenSettings(desktop);
+    Choose(dialog, "Flow Control", "Combined");
+    Click(ButtonIn(dialog, "OK"));
+    for (wxCheckBox* handshake : {desktop.Panel().ctsSwitch, desktop.Panel().dsrSwitch})
+        CHECK(Becomes([&] { return handshake->IsEnabled() && handshake->IsChecked(); }));
+}
+
 TEST_CASE("MainWindow: a handshake switch sets up the port at once") {
     DesktopFixture desktop("[Port Settings]\nflow control=Combined\ntransmit delay=0\n");
     desktop.Connect();

@@ -58,6 +58,29 @@ TEST_CASE("TrafficView: Ctrl+F finds forward and back, around the ends, and Esca
     CHECK(Becomes([&] { return !open.View().IsFindOpen(); }));
 }
 
+TEST_CASE("TrafficView: the mark does not hide what was found in the last line") {
+    OpenView open;
+    open.Bring("the end");
+    PressKey('F', wxMOD_CONTROL);
+    REQUIRE(Becomes([&] { return open.View().IsFindOpen(); }));
+    Type("the end");
+    REQUIRE(Becomes([&] { return open.Pane().HasSelection() && open.Pane().SelectionStart().column > 0; }));
+    // The second search wraps to the same place, and the words that say so take room too.
+    for (const char* result : {"", "Goes on at the first line"}) {
+        CAPTURE(result);
+        CHECK(Becomes([&] {
+            TextPane& pane = open.Pane();
+            const int rows = pane.GetClientSize().GetHeight() / pane.GetCharHeight();
+            const std::uint64_t line = pane.SelectionStart().line;
+            wxWindow* mark = wxWindow::FindWindowByName("follow mark", &open.View());
+            return open.View().Bar()->Result() == result && mark != nullptr && mark->IsShown() &&
+                   line == pane.Lines().Last().line && line < pane.TopLine() + static_cast<std::uint64_t>(rows) &&
+                   pane.TopLine() <= line && mark->GetRect().GetTop() >= pane.GetRect().GetBottom();
+        }));
+        PressKey(WXK_RETURN);
+    }
+}
+
 TEST_CASE("TrafficView: the mark tells that following is off, and its button brings the end back") {
     OpenView open;
     CHECK(ButtonIn(open.desktop.window, "Follow the End") == nullptr);
