@@ -50,7 +50,7 @@ namespace tip {
 inline constexpr NumberedText received = {20018, u"Lit while characters arrive"};
 inline constexpr NumberedText transmitted = {20019, u"Lit while characters are sent"};
 inline constexpr NumberedText log = {20020, u"Write all that crosses the line to a log file"};
-inline constexpr NumberedText view = {20021, u"Show the traffic on the line in place of the picture"};
+inline constexpr NumberedText view = {20021, u"Show the traffic on the line in place of the board"};
 inline constexpr NumberedText help = {20022, u"Open the help book (F1 opens it at the page that fits)"};
 inline constexpr NumberedText changeSettings = {20023, u"Port, folders, log and control characters"};
 inline constexpr NumberedText incomingCheck = {20024, u"What a message that arrives damaged does to an upload"};

@@ -216,7 +216,7 @@ void Display::ShowProgress() {
         progress.direction = TransferDirection::FromMachine;
     if (!progress.isWaiting) {
         progress.comment = transfer.Comment();
-        progress.bytesDone = transfer.BytesDone();
+        progress.bytesDone = transfer.FileBytesDone();
         progress.bytesTotal = transfer.State() == TransferState::Downloading ? transfer.BytesTotal() : 0;
         progress.linesDone = transfer.LinesDone();
         progress.linesTotal = transfer.LinesTotal();

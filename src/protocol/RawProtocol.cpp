@@ -109,7 +109,7 @@ void RawProtocol::SendNextBlock() {
     if (std::exchange(isAtLineStart, block.back() == '\n'))
         delay += std::chrono::milliseconds(settings.lineDelayMilliseconds);
     parts.sender.SendBlock(blockSize, block, delay);
-    parts.transfer.CountSent();
+    parts.transfer.CountSent(static_cast<std::int64_t>(block.size()));
 }
 
 // The end code goes out behind the last block. The download ends when the driver has sent it.

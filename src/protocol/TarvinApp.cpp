@@ -14,6 +14,8 @@ namespace {
 constexpr int attemptsAllowed = 3;
 constexpr int repeatsOfLastAnswer = 2;
 constexpr int repeatsAwaited = 2;
+// What the controller counts for each line end of the file.
+constexpr std::int64_t lineEndBytes = 2;
 
 }
 
@@ -371,7 +373,7 @@ void TarvinApp::SendNextDataLine() {
     dataMessage.assign(code::downloadData);
     dataMessage.append(dataLine);
     Send(dataMessage);
-    transfer.CountSent();
+    transfer.CountSent(static_cast<std::int64_t>(dataLine.size()) + lineEndBytes);
 }
 
 void TarvinApp::OnResend() {
@@ -380,11 +382,11 @@ void TarvinApp::OnResend() {
         Send(dataMessage);
         return;
     }
-    EndDownload({});
+    EndDownload(text::transferReason::lineRefused);
 }
 
 void TarvinApp::EndDownload(KelTextView reason) {
-    transfer.End(TransferState::DownloadErrors, KelText(reason));
+    transfer.EndUnexplained(TransferState::DownloadErrors, KelText(reason));
     Send(code::cannotGoOn);
 }
 

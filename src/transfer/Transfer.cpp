@@ -129,7 +129,8 @@ TransferRecord Transfer::RecordOf(TransferOutcome outcome, TransferState newStat
     record.begin -= std::chrono::duration_cast<TransferRecord::Time::duration>(parts.clock.Now() - requestedAt);
     if (!IsUnderWay())
         return record;
-    record.byteCount = bytesDone;
+    record.byteCount =
+        outcome == TransferOutcome::Completed && state == TransferState::Downloading ? bytesTotal : FileBytesDone();
     record.bytesTotal = state == TransferState::Downloading ? bytesTotal : 0;
     record.lineCount = LinesDone();
     record.linesTotal = linesTotal;
@@ -140,9 +141,6 @@ TransferRecord Transfer::RecordOf(TransferOutcome outcome, TransferState newStat
 
 void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason, bool isRefusal) {
     parts.thread.AssertOwned();
-    // Empty lines, a byte order mark and 1Ah at the end are not sent, and belong to the file.
-    if (newState == TransferState::DownloadCompleted && state == TransferState::Downloading)
-        bytesDone = bytesTotal;
     // Before the counters are reset.
     std::optional<TransferRecord> ended;
     if (const auto outcome = isRefusal ? TransferOutcome::Refused : OutcomeOf(newState))
@@ -162,9 +160,8 @@ void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason,
     if (ended->outcome == TransferOutcome::Refused)
         content.reset();
     ended->reason = reason;
-    // What the status says without a reason of its own.
-    if (newState == TransferState::DownloadErrors && reason.empty())
-        ended->reason = text::transferReason::lineRefused;
+    if (!unsaidReason.empty())
+        ended->reason = std::exchange(unsaidReason, {});
     if (newState == TransferState::DownloadCouldNotOpen && reason.empty())
         ended->reason = text::transferReason::noSuchFile;
     parts.observer.OnEnded(std::move(*ended), std::move(content));
@@ -296,9 +293,15 @@ std::int64_t Transfer::LinesDone() const {
     return state == TransferState::Uploading ? linesStored : std::max(lines.LinesTaken(), image.LinesTaken());
 }
 
-void Transfer::CountSent() {
+std::int64_t Transfer::FileBytesDone() const {
+    if (state != TransferState::Downloading)
+        return bytesDone;
+    return static_cast<std::int64_t>(std::max(lines.BytesTaken(), image.Position()));
+}
+
+void Transfer::CountSent(std::int64_t byteCount) {
     assert(state == TransferState::Downloading);
-    bytesDone = static_cast<std::int64_t>(std::max(lines.BytesTaken(), image.Position()));
+    bytesDone += byteCount;
     bar = {bytesDone, bytesTotal};
 }
 
@@ -430,6 +433,11 @@ bool Transfer::EndWithErrors(KelText newReason) {
 void Transfer::End(TransferState newState, KelText newReason) {
     assert(!IsTransferring(newState));
     Enter(newState, Urgency::AtOnce, std::move(newReason));
+}
+
+void Transfer::EndUnexplained(TransferState newState, KelText recordedReason) {
+    unsaidReason = std::move(recordedReason);
+    End(newState);
 }
 
 void Transfer::Refuse(TransferState newState, KelText newReason) {

@@ -88,8 +88,10 @@ public:
         return state == TransferState::DownloadWaiting || state == TransferState::DownloadPreparation;
     }
     const TransferName& Name() const { return name; }
-    // Bytes sent or received so far, and the size of a download.
+    // Bytes sent or received so far, as the status counts them, and the size of a download.
     std::int64_t BytesDone() const { return bytesDone; }
+    // The same in bytes of the file: with empty lines, and with line ends as the file has them.
+    std::int64_t FileBytesDone() const;
     std::int64_t BytesTotal() const { return bytesTotal; }
     struct Progress {
         std::int64_t position = 0;
@@ -141,8 +143,7 @@ public:
     void BeginDownload(std::size_t longestLineAllowed, Completion completion);
     // The next line of a download that is not empty; empty at the end of the file. Valid until the transfer ends.
     std::string_view NextLine() { return lines.NextNonEmpty(); }
-    // Counts what NextLine and NextBlock have given as sent: the bytes of the file, with line ends as it has them.
-    void CountSent();
+    void CountSent(std::int64_t byteCount);
     // Reads the whole file as bytes, for a download by hand. Requires that no file is on its way. False, with the state
     // that says why, if it cannot be read; the caption then stays.
     bool BeginDownloadByHand(const TransferName& newName);
@@ -179,6 +180,8 @@ public:
 
     // Ends the transfer, or refuses one that was being prepared, in a state that ends it.
     void End(TransferState newState, KelText newReason = {});
+    // Like End. The reason goes into the record alone: the status keeps its usual text.
+    void EndUnexplained(TransferState newState, KelText recordedReason);
     // Refuses a request, whatever waits at this moment.
     void Refuse(TransferState newState, KelText newReason);
     // Why the transfer ended as it did or was refused, for the user. Empty if the state says it all.
@@ -203,6 +206,7 @@ private:
     TransferState state = TransferState::NoLink;
     TransferName name;
     KelText reason;
+    KelText unsaidReason; // for the record of the transfer that ends
     std::int64_t bytesDone = 0;
     std::int64_t bytesTotal = 0;
     Progress bar;
