@@ -10,9 +10,11 @@
 #include "app/StopRequest.h"
 #include "base/Messages.h"
 #include "base/System.h"
+#include "files/ProgramRequests.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -42,7 +44,8 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
 int Serve(const tarvin::Program& program) {
     // Before the first thread starts: all threads inherit what this one does about signals.
     tarvin::PrepareStopRequests();
-    const auto claim = tarvin::ClaimForService(program);
+    tarvin::ProgramRequests reloads(tarvin::RequestKind::Reload);
+    const auto claim = tarvin::ClaimForService(program, reloads.Address());
     if (!claim.lock) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
         return tarvin::servedElsewhereExitCode;
@@ -59,7 +62,9 @@ int Serve(const tarvin::Program& program) {
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
     engine->Start();
-    tarvin::WaitForStopRequest();
+    reloads.Serve([&engine](tarvin::ProgramRequests::Answer answer) { engine->ReloadSettings(std::move(answer)); });
+    tarvin::WaitForStopRequest([&engine] { engine->ReloadSettings([](tarvin::RequestAnswer) {}); });
+    reloads.End();
     engine->Stop();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.

@@ -38,8 +38,12 @@ public:
     // is a COM port. The port of a profile may be written in any case.
     LoadResult Load(const DownloadSettings& constructorValues);
 
-    // The settings in use now agree with a file that another object has loaded: a later save does not take that file
-    // for one that was changed meanwhile.
+    // What Load would give now, without an effect on this object. Any thread, once Load has returned for the first time
+    // and as long as no thread calls ChangeSettings.
+    LoadResult ReadAgain() const { return Understand(ReadFile()); }
+
+    // The settings in use now agree with a file that ReadAgain has given: a later save does not take that file for one
+    // that was changed meanwhile.
     void NoteLoaded(const LoadResult& loaded);
 
     // `inUse` with what other programs have changed in the file since the last Load, NoteLoaded or SaveSettings, if
