@@ -1,6 +1,5 @@
 // tarvindl-service: the engine without a display, unattended. One process for one machine.
 
-#include "app/AssignPort.h"
 #include "app/CommandLine.h"
 #include "app/MachineClaim.h"
 #include "app/Program.h"
@@ -11,6 +10,7 @@
 #include "base/Messages.h"
 #include "base/System.h"
 #include "files/ProgramRequests.h"
+#include "setup/AssignPort.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -78,7 +78,7 @@ int RunAssignPort(const std::vector<tarvin::KelText>& words) {
     tarvin::SecureStandardStreams();
     const auto device = words.size() > 1 ? tarvin::ToPath(words[1]) : std::filesystem::path();
     const auto machineWords = words.begin() + (words.size() > 1 ? 2 : 1);
-    const auto done = tarvin::AssignPort(device, tarvin::JoinWords({machineWords, words.end()}));
+    const auto done = tarvin::AssignPort(device, tarvin::MachineNameOf(tarvin::JoinWords({machineWords, words.end()})));
     if (!done) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(done.Reason().text).c_str());
         return 1;

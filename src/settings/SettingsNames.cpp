@@ -202,6 +202,19 @@ const NamedSetting* FindNamedSetting(KelTextView name) {
     return found == std::end(namedSettings) ? nullptr : found;
 }
 
+KelText SettingName(const AnySetting& field) {
+    const auto isNamed = [&](const NamedSetting& each) {
+        return std::visit(
+            [&](auto member) {
+                const auto* const found = std::get_if<decltype(member)>(&each.field);
+                return found != nullptr && *found == member;
+            },
+            field);
+    };
+    const auto* const found = std::ranges::find_if(namedSettings, isNamed);
+    return found == std::end(namedSettings) ? KelText() : KelText(found->key);
+}
+
 KelText SettingValue(const NamedSetting& setting, const DownloadSettings& settings) {
     if (const auto* field = std::get_if<TextSetting>(&setting.field))
         return settings.*(*field);

@@ -34,6 +34,9 @@ std::span<const NamedSetting> NamedSettings();
 // The name is compared without case. Null if no setting has it.
 const NamedSetting* FindNamedSetting(KelTextView name);
 
+// The name of the setting that CheckSettings has found a problem with. Empty if it has none.
+KelText SettingName(const AnySetting& field);
+
 // The value as a profile holds it, without quotes.
 KelText SettingValue(const NamedSetting& setting, const DownloadSettings& settings);
 
