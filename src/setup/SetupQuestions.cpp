@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <iostream>
 #include <string>
+#include <system_error>
 
 namespace tarvin {
 
@@ -72,7 +73,11 @@ void AskForMachine(SetupRequest& request, const std::filesystem::path& pathsFile
         const NamedSetting* const setting = FindNamedSetting(each.setting);
         // A wrong answer is asked for again, as long as a person is there.
         while (!HasChoice(request, each.setting)) {
-            const KelText answer = Ask(each.question, each.usual, input, output);
+            KelText answer = Ask(each.question, each.usual, input, output);
+            std::error_code ignored;
+            // A program that runs elsewhere finds the folder by its full path alone.
+            if (setting->form == SettingForm::Folder)
+                answer = FromPath(std::filesystem::absolute(ToPath(answer), ignored));
             DownloadSettings trial;
             if (const auto set = SetNamedSetting(*setting, answer, trial); !set && input) {
                 output << ToUtf8(set.Reason().text) << '\n';
