@@ -15,8 +15,6 @@
 #include <utility>
 #include <vector>
 
-#include <wx/intl.h>
-
 namespace {
 
 constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
@@ -43,13 +41,6 @@ std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& install
             files.push_back(*program / folder / name);
     }
     return files;
-}
-
-// The English name of the system's language, such as "German": the dictionary knows its languages by these names.
-tarvin::KelText SystemLanguage() {
-    const wxLanguageInfo* const language = wxLocale::GetLanguageInfo(wxLocale::GetSystemLanguage());
-    // A country may follow: "German (Austria)".
-    return language == nullptr ? tarvin::KelText() : tarvin::FromWx(language->Description.BeforeFirst('(').Trim());
 }
 
 // Shows why the program cannot start. The help book may be missing too, so the box has none.
@@ -90,7 +81,7 @@ public:
     }
 
     int OnRun() override {
-        tarvin::Desktop desktop(program, HelpFiles(program.Place()), SystemLanguage());
+        tarvin::Desktop desktop(program, HelpFiles(program.Place()), tarvin::SystemLanguage());
         desktop.Start();
         requests->raise.Serve([&desktop](tarvin::ProgramRequests::Answer answer) {
             desktop.RequestRaise([answer = std::move(answer)] { answer(tarvin::RequestAnswer::Done); });
@@ -118,7 +109,7 @@ private:
 tarvin::ProgramStart ServedElsewhere(const tarvin::Program& program, const tarvin::MachineClaim& claim) {
     std::fprintf(stderr, "tarvindl: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
     // The box speaks the user's language as far as it can.
-    (void)program.LoadDictionary(SystemLanguage());
+    (void)program.LoadDictionary(tarvin::SystemLanguage());
     tarvin::SpeakDictionary();
     const auto caption = tarvin::Filled(tarvin::text::machine::servedCaption, {program.MachineName()});
     const tarvin::MessageBoxText box = {claim.problem(), caption, tarvin::okOnly | tarvin::iconExclamation};

@@ -5,6 +5,7 @@
 #include "files/NativeFile.h"
 #include "setup/InstallationFiles.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace tarvin {
@@ -22,18 +23,6 @@ bool Exists(const fs::path& path) {
 
 Error NotMade(const fs::path& path, KelTextView reason) {
     return {Filled(text::setup::cannotMake, {FromPath(path), reason})};
-}
-
-// Where packages put the data that all installations share, or a build its own.
-fs::path SharedFile(const char* name) {
-    const auto program = ProgramFolder();
-    std::error_code ignored;
-    for (const char* folder : {"../share/tarvindl", "../share", "."}) {
-        const fs::path file = program ? (*program / folder / name).lexically_normal() : fs::path();
-        if (program && fs::is_regular_file(file, ignored))
-            return file;
-    }
-    return {};
 }
 
 // A link whose file has gone leads nowhere, and is made anew.
@@ -82,6 +71,31 @@ Result<fs::path> FolderFor(const InstallationWish& wish) {
     const auto chosen = SystemInstallationCandidates().chosen;
     const auto folder = chosen ? chosen : UserInstallation();
     return folder ? Result<fs::path>(*folder) : Error{text::assignPort::noHome};
+}
+
+fs::path SharedFile(const char* name) {
+    const auto program = ProgramFolder();
+    std::error_code ignored;
+    for (const char* folder : {"../share/tarvindl", "../share", "."}) {
+        const fs::path file = program ? (*program / folder / name).lexically_normal() : fs::path();
+        if (program && fs::is_regular_file(file, ignored))
+            return file;
+    }
+    return {};
+}
+
+std::vector<KelText> MachinesOf(const fs::path& folder) {
+    std::vector<KelText> names;
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(folder, ignored)) {
+        const fs::path& file = entry.path();
+        const bool isSettings = EqualIgnoringCase(FromPath(file.extension()), u".INI") &&
+                                !EqualIgnoringCase(FromPath(file.filename()), u"KEL.INI");
+        if (isSettings && entry.is_regular_file(ignored))
+            names.push_back(FromPath(file.stem()));
+    }
+    std::ranges::sort(names);
+    return names;
 }
 
 Result<SetupReport> MakeInstallation(const fs::path& folder) {

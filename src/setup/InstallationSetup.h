@@ -19,6 +19,12 @@ struct InstallationWish {
 // The folder for the wish, which may be missing. Fails if the environment names no such place.
 Result<std::filesystem::path> FolderFor(const InstallationWish& wish);
 
+// Where packages put data that all installations share, or a build its own. Empty if the file is not there.
+std::filesystem::path SharedFile(const char* name);
+
+// The names of the installation's machines, by their settings files, in the order of the alphabet.
+std::vector<KelText> MachinesOf(const std::filesystem::path& folder);
+
 // Lines that say what was done, and what was there already.
 using SetupReport = std::vector<KelText>;
 
