@@ -40,11 +40,14 @@ inline constexpr char16_t portNamed[] = u"%1 is %2";
 inline constexpr char16_t noPort[] = u"Which port leads to the machine? Give it with --port. Ports: %1";
 inline constexpr char16_t noPorts[] = u"none found";
 inline constexpr char16_t noPortName[] = u"%1 is neither a port from COM1 to COM256 nor a device";
-inline constexpr char16_t nothingLeft[] = u"Start it with: %1";
 // %1 is a file and %2 the reason.
 inline constexpr char16_t cannotWrite[] = u"%1 cannot be written: %2";
 inline constexpr char16_t cannotMake[] = u"%1 cannot be made: %2";
 inline constexpr char16_t notRoot[] = u"--system needs the rights of root. Try: sudo tarvindl-setup --system";
+// %1 is the machine.
+inline constexpr char16_t checkAsService[] =
+    u"Root may use every folder and port. What the service may use, it says itself: sudo -u tarvindl tarvindl-service "
+    u"--check %1";
 inline constexpr char16_t noSystemPlace[] = u"The system names no folder for an installation";
 inline constexpr char16_t isDamaged[] = u"The settings in %1 are damaged; what is left of them counts";
 }
@@ -105,7 +108,6 @@ inline constexpr char16_t setting[] = u"Setting %1: %2";
 // %2 is the number of a process.
 inline constexpr char16_t served[] = u"Process %2 serves %1 now";
 inline constexpr char16_t wouldServe[] = u"A start would serve %1 at %2";
-inline constexpr char16_t allWell[] = u"All well";
 inline constexpr char16_t wrong[] = u"Wrong: %1";
 inline constexpr char16_t mend[] = u"    Mend it with: %1";
 }

@@ -15,8 +15,8 @@ Result<> LinkData(const std::filesystem::path& shared, const std::filesystem::pa
 // is the system's. Else changes nothing.
 void GiveToService(const std::filesystem::path& installation);
 
-// Gives a new file the owner of its folder if this process is root: the service must be able to read it.
-void GiveToOwnerOfFolder(const std::filesystem::path& file);
+// Gives a new file or folder the owner of `installation` if this process is root: the service must be able to use it.
+void GiveToOwnerOf(const std::filesystem::path& installation, const std::filesystem::path& path);
 
 // Whether this process may change the system's files.
 bool MayChangeSystem();

@@ -43,10 +43,10 @@ void GiveToService(const fs::path& installation) {
     (void)!::chmod((installation / "NC Files").c_str(), ncFolderMode);
 }
 
-void GiveToOwnerOfFolder(const fs::path& file) {
-    struct stat folder = {};
-    if (MayChangeSystem() && ::stat(file.parent_path().c_str(), &folder) == 0)
-        (void)!::lchown(file.c_str(), folder.st_uid, folder.st_gid);
+void GiveToOwnerOf(const fs::path& installation, const fs::path& path) {
+    struct stat model = {};
+    if (MayChangeSystem() && ::stat(installation.c_str(), &model) == 0)
+        (void)!::lchown(path.c_str(), model.st_uid, model.st_gid);
 }
 
 bool MayChangeSystem() {

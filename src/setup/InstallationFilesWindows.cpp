@@ -13,7 +13,7 @@ Result<> LinkData(const std::filesystem::path& shared, const std::filesystem::pa
 // Rights come from the folder above.
 void GiveToService(const std::filesystem::path& /*installation*/) {}
 
-void GiveToOwnerOfFolder(const std::filesystem::path& /*file*/) {}
+void GiveToOwnerOf(const std::filesystem::path& /*installation*/, const std::filesystem::path& /*path*/) {}
 
 // Whether the user is an administrator shows when the first file is written.
 bool MayChangeSystem() {

@@ -100,7 +100,7 @@ Result<bool> ChangeSettings(const Installation& installation, const KelText& mac
     auto changed = store.ChangeSettings(
         TarvinApp::FirstSettings(), [&](DownloadSettings& settings) { return Apply(values, installation, settings); });
     if (changed && isNew)
-        GiveToOwnerOfFolder(store.FilePath());
+        GiveToOwnerOf(installation.Folder(), store.FilePath());
     return changed;
 }
 

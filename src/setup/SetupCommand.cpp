@@ -129,6 +129,8 @@ private:
         if (const int code = SetUp(*installation); code != 0)
             return code;
         console.output << ToUtf8(DescribeFindings(CheckMachine(*installation, request.machine)));
+        if (IsForService(*installation))
+            Say(Filled(text::setup::checkAsService, {request.machine}));
         return SayReloadNeeded(*installation);
     }
 
@@ -145,10 +147,13 @@ private:
         return WriteUnitFiles(installation);
     }
 
-    int WriteUnitFiles(const Installation& installation) {
+    static bool IsForService(const Installation& installation) {
         const auto system = SystemInstallation();
-        const bool isSystems = system && installation.Folder() == *system && MayChangeSystem();
-        if (!request.units && !isSystems)
+        return system && installation.Folder() == *system && MayChangeSystem();
+    }
+
+    int WriteUnitFiles(const Installation& installation) {
+        if (!request.units && !IsForService(installation))
             return 0;
         const UnitPlaces places = request.units ? UnitPlaces{*request.units, false} : UnitPlaces();
         const auto written = WriteUnits(installation, request.machine, places);
