@@ -34,8 +34,9 @@ TEST_CASE("StartDialog: says what is wrong, and then makes the installation with
         OnUi([&] { field->SetValue(wxString::FromUTF8(text)); });
     };
     const auto press = [&](const char* button) {
+        wxWindow* const found = ButtonIn(dialog, button);
+        REQUIRE(found != nullptr);
         OnUi([&] {
-            wxWindow* const found = ButtonIn(dialog, button);
             wxCommandEvent event(wxEVT_BUTTON, found->GetId());
             event.SetEventObject(found);
             found->HandleWindowEvent(event);
@@ -43,7 +44,7 @@ TEST_CASE("StartDialog: says what is wrong, and then makes the installation with
     };
     enter("Name of the machine", " ");
     press("Create");
-    CHECK(OnUi([&] { return TextIn(dialog); }).find("A name is needed here.") != std::string::npos);
+    CHECK(TextIn(dialog).find("A name is needed here.") != std::string::npos);
     CHECK_FALSE(std::filesystem::exists(home / "KEL.INI"));
     enter("Name of the machine", "LASER 2");
     enter("Files from the machine", "/dev/null/nc");
