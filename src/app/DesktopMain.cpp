@@ -2,9 +2,9 @@
 
 #include "app/Desktop.h"
 #include "app/MachineClaim.h"
-#include "app/RaiseRequests.h"
 #include "app/StopRequest.h"
 #include "base/NotificationMessages.h"
+#include "files/ProgramRequests.h"
 #include "ui/CustomMessage.h"
 #include "ui/ModalLoop.h"
 
@@ -14,8 +14,6 @@
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include <wx/intl.h>
 
 namespace {
 
@@ -45,13 +43,6 @@ std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& install
     return files;
 }
 
-// The English name of the system's language, such as "German": the dictionary knows its languages by these names.
-tarvin::KelText SystemLanguage() {
-    const wxLanguageInfo* const language = wxLocale::GetLanguageInfo(wxLocale::GetSystemLanguage());
-    // A country may follow: "German (Austria)".
-    return language == nullptr ? tarvin::KelText() : tarvin::FromWx(language->Description.BeforeFirst('(').Trim());
-}
-
 // Shows why the program cannot start. The help book may be missing too, so the box has none.
 class ProblemApp : public wxApp {
 public:
@@ -69,10 +60,16 @@ private:
     const tarvin::ProgramStart& start;
 };
 
+// What other processes may ask of the window.
+struct Requests {
+    tarvin::ProgramRequests raise{tarvin::RequestKind::Raise};
+    tarvin::ProgramRequests reload{tarvin::RequestKind::Reload};
+};
+
 class DesktopApp : public wxApp {
 public:
-    DesktopApp(const tarvin::Program& program, std::unique_ptr<tarvin::RaiseRequests> raiseRequests)
-        : program(program), raiseRequests(std::move(raiseRequests)) {
+    DesktopApp(const tarvin::Program& program, std::unique_ptr<Requests> requests)
+        : program(program), requests(std::move(requests)) {
         SetAppName("TarvinDL");
     }
 
@@ -84,10 +81,13 @@ public:
     }
 
     int OnRun() override {
-        tarvin::Desktop desktop(program, HelpFiles(program.Place()), SystemLanguage());
+        tarvin::Desktop desktop(program, HelpFiles(program.Place()), tarvin::SystemLanguage());
         desktop.Start();
-        raiseRequests->Serve(
-            [&desktop](tarvin::RaiseRequests::Answer answer) { desktop.RequestRaise(std::move(answer)); });
+        requests->raise.Serve([&desktop](tarvin::ProgramRequests::Answer answer) {
+            desktop.RequestRaise([answer = std::move(answer)] { answer(tarvin::RequestAnswer::Done); });
+        });
+        requests->reload.Serve(
+            [&desktop](tarvin::ProgramRequests::Answer answer) { desktop.Engine().ReloadSettings(std::move(answer)); });
         std::thread stopWatcher([&desktop] {
             tarvin::WaitForStopRequest();
             desktop.RequestClose();
@@ -96,20 +96,20 @@ public:
         tarvin::EndStopRequests();
         stopWatcher.join();
         // A second start learns from now on that this window is going, and waits until the machine is free.
-        raiseRequests.reset();
+        requests.reset();
         return result;
     }
 
 private:
     const tarvin::Program& program;
-    std::unique_ptr<tarvin::RaiseRequests> raiseRequests;
+    std::unique_ptr<Requests> requests;
 };
 
 // What a user is told of a machine that another program serves.
 tarvin::ProgramStart ServedElsewhere(const tarvin::Program& program, const tarvin::MachineClaim& claim) {
     std::fprintf(stderr, "tarvindl: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
     // The box speaks the user's language as far as it can.
-    (void)program.LoadDictionary(SystemLanguage());
+    (void)program.LoadDictionary(tarvin::SystemLanguage());
     tarvin::SpeakDictionary();
     const auto caption = tarvin::Filled(tarvin::text::machine::servedCaption, {program.MachineName()});
     const tarvin::MessageBoxText box = {claim.problem(), caption, tarvin::okOnly | tarvin::iconExclamation};
@@ -122,11 +122,11 @@ int main(int argumentCount, char** arguments) {
     auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl", usage);
     if (!start.program && !start.problem)
         return start.exitCode;
-    auto raiseRequests = std::make_unique<tarvin::RaiseRequests>();
+    auto requests = std::make_unique<Requests>();
     // Kept until the engine has ended.
     tarvin::MachineClaim claim;
     if (start.program) {
-        claim = tarvin::ClaimForWindow(*start.program, raiseRequests->Address());
+        claim = tarvin::ClaimForWindow(*start.program, requests->raise.Address(), requests->reload.Address());
         if (claim.isRaised)
             return 0;
         if (!claim.lock)
@@ -140,7 +140,7 @@ int main(int argumentCount, char** arguments) {
     // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
     if (start.program)
-        wxApp::SetInstance(new DesktopApp(*start.program, std::move(raiseRequests)));
+        wxApp::SetInstance(new DesktopApp(*start.program, std::move(requests)));
     else
         wxApp::SetInstance(new ProblemApp(start));
     int toolkitArgumentCount = 1;

@@ -1,9 +1,11 @@
 #pragma once
-// Who runs this program: process, user and computer. One source for each system. Any thread.
+// Processes, and who runs this one: user and computer. One source for each system. Any thread.
 
-#include "base/KelText.h"
+#include "base/Result.h"
 
 #include <cstdint>
+#include <filesystem>
+#include <vector>
 
 namespace tarvin {
 
@@ -11,6 +13,10 @@ std::uint64_t OwnProcessId();
 
 // True too if the process belongs to another user. The system gives the number of a process that has ended to a new one
 // after a while.
+// Runs the program with these words in place of this one where the system can, and does not return then. Else starts it
+// and returns: this program has nothing left to do. `program` is without the extension that programs have on Windows.
+Result<> BecomeProgram(const std::filesystem::path& program, const std::vector<KelText>& words);
+
 bool IsProcessRunning(std::uint64_t process);
 
 // The name under which the user is logged in; the user's number where it has no name.

@@ -1,9 +1,11 @@
 #include "base/Process.h"
+#include "base/System.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <limits>
+#include <string>
 
 #include <pwd.h>
 #include <sys/utsname.h>
@@ -13,6 +15,18 @@ namespace tarvin {
 
 std::uint64_t OwnProcessId() {
     return static_cast<std::uint64_t>(::getpid());
+}
+
+Result<> BecomeProgram(const std::filesystem::path& program, const std::vector<KelText>& words) {
+    std::vector<std::string> arguments = {program.native()};
+    for (const KelText& word : words)
+        arguments.push_back(ToUtf8(word));
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    ::execv(program.c_str(), pointers.data());
+    return LastSystemError();
 }
 
 bool IsProcessRunning(std::uint64_t process) {

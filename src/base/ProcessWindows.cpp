@@ -1,8 +1,10 @@
 #include "base/Process.h"
+#include "base/System.h"
 #include "base/WindowsApi.h"
 
 #include <array>
 #include <limits>
+#include <string>
 
 namespace tarvin {
 
@@ -15,6 +17,22 @@ using NameBuffer = std::array<wchar_t, 257>;
 
 std::uint64_t OwnProcessId() {
     return ::GetCurrentProcessId();
+}
+
+Result<> BecomeProgram(const std::filesystem::path& program, const std::vector<KelText>& words) {
+    std::filesystem::path file = program;
+    file.replace_extension(".exe");
+    std::wstring line = L"\"" + file.native() + L"\"";
+    for (const KelText& word : words)
+        line += L" \"" + ToPath(word).native() + L"\"";
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process = {};
+    if (!::CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
+        return LastSystemError();
+    ::CloseHandle(process.hThread);
+    ::CloseHandle(process.hProcess);
+    return {};
 }
 
 bool IsProcessRunning(std::uint64_t process) {

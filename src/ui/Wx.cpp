@@ -1,6 +1,7 @@
 #include "ui/Wx.h"
 
 #include <wx/clipbrd.h>
+#include <wx/intl.h>
 #include <wx/stdpaths.h>
 #include <wx/textbuf.h>
 
@@ -17,6 +18,12 @@ wxString ToWx(KelTextView text) {
 
 KelText FromWx(const wxString& text) {
     return FromUtf8(text.utf8_string());
+}
+
+KelText SystemLanguage() {
+    const wxLanguageInfo* const language = wxLocale::GetLanguageInfo(wxLocale::GetSystemLanguage());
+    // A country may follow: "German (Austria)".
+    return language == nullptr ? KelText() : FromWx(language->Description.BeforeFirst('(').Trim());
 }
 
 wxString ToLabel(KelTextView text) {

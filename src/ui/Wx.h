@@ -25,6 +25,10 @@ std::filesystem::path UserFolder();
 // Puts the text on the clipboard, with the line ends of the system. User-interface thread.
 void CopyToClipboard(const wxString& text);
 
+// The English name of the system's language, such as "German": the dictionary knows its languages by these names. Empty
+// if it is unknown. User-interface thread.
+KelText SystemLanguage();
+
 // The text for a label: an ampersand is shown and marks no key.
 wxString ToLabel(KelTextView text);
 

@@ -108,7 +108,10 @@ const std::vector<std::vector<std::string>> keyGroups = {
     {"dialog.cancelUpload", "dialog.completeUpload"},
     {"trafficMenu.gutterOff", "trafficMenu.timeOfDay", "trafficMenu.sinceLast"},
     {"historyDialog.machine", "historyDialog.number", "historyDialog.days", "historyDialog.outcome",
-     "historyDialog.openFolder", "historyDialog.exportCsv", "historyDialog.refresh", "historyDialog.close"}};
+     "historyDialog.openFolder", "historyDialog.exportCsv", "historyDialog.refresh", "historyDialog.close"},
+    {"startWindow.machine", "startWindow.port", "startWindow.speed", "startWindow.upload", "startWindow.download",
+     "startWindow.language", "startWindow.browseUpload", "startWindow.browseDownload", "startWindow.lookAgain",
+     "startWindow.create"}};
 
 }
 
