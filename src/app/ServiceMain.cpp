@@ -5,6 +5,7 @@
 #include "app/MachineClaim.h"
 #include "app/Program.h"
 #include "app/ServiceEvents.h"
+#include "app/ServiceNotify.h"
 #include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
 #include "app/StopRequest.h"
@@ -13,6 +14,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -42,6 +44,7 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
 int Serve(const tarvin::Program& program) {
     // Before the first thread starts: all threads inherit what this one does about signals.
     tarvin::PrepareStopRequests();
+    tarvin::ServiceNotify notify;
     const auto claim = tarvin::ClaimForService(program);
     if (!claim.lock) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
@@ -53,13 +56,21 @@ int Serve(const tarvin::Program& program) {
     if (const auto loaded = program.LoadDictionary(); !loaded)
         messages.AnswerWithoutUser(messages.ReportFailure(loaded.Reason().text));
     messages.ReadSuppressedMessages();
-    tarvin::ServiceEvents events(output, messages);
+    tarvin::ServiceEvents events(output, notify, messages);
     const auto engine = program.MakeEngine(events);
     const auto settings = tarvin::ReadServiceSettings(program.Place(), program.MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
+    engine->SetHeartbeat(notify.AlivePeriod(), [&notify, isReady = false]() mutable {
+        // The first beat: the engine serves. The port may be missing, which the status tells.
+        if (!std::exchange(isReady, true))
+            notify.Ready();
+        else
+            notify.Alive();
+    });
     engine->Start();
     tarvin::WaitForStopRequest();
+    notify.Stopping();
     engine->Stop();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.

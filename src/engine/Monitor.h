@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <functional>
+#include <optional>
 
 namespace tarvin {
 
@@ -64,6 +65,9 @@ public:
     // waiting.
     void ResetLink();
     void StartLoopbackTest();
+
+    // Calls `beat` now, and then once in each period, if there is one.
+    void StartHeartbeat(std::optional<Clock::Duration> period, std::function<void()> beat);
 
     // The parts, for commands that concern one of them.
     Display& Shown() { return display; }
@@ -119,6 +123,7 @@ private:
     std::unique_ptr<Protocol> protocol;
     Timer reopenPort;
     Timer endOfAwaited; // of an upload that a user awaits
+    std::optional<Timer> heartbeat;
 };
 
 }
