@@ -1,7 +1,7 @@
 // tarvindl-service: the engine without a display, unattended. One process for one machine.
 
-#include "app/AssignPort.h"
 #include "app/CommandLine.h"
+#include "app/FolderTrial.h"
 #include "app/MachineClaim.h"
 #include "app/Program.h"
 #include "app/ServiceEvents.h"
@@ -9,8 +9,13 @@
 #include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
 #include "app/StopRequest.h"
-#include "base/Messages.h"
+#include "base/SetupMessages.h"
 #include "base/System.h"
+#include "files/ProgramRequests.h"
+#include "protocol/TarvinApp.h"
+#include "setup/AssignPort.h"
+#include "setup/MachineCheck.h"
+#include "setup/SettingsChange.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -20,6 +25,7 @@
 namespace {
 
 constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
+                         "       tarvindl-service --check [MACHINE NAME]\n"
                          "       tarvindl-service --assign-port DEVICE [MACHINE NAME]\n"
                          "\n"
                          "Holds the workstation end of the serial link to a machine's controller: answers its\n"
@@ -31,8 +37,11 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "KEL.INI: the program's own, the user's, the system's.\n"
                          "\n"
                          "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
-                         "program in order. If another program serves the machine already, the service says so\n"
-                         "and ends with exit code 3.\n"
+                         "program in order; SIGHUP makes it read its settings again. If another program serves\n"
+                         "the machine already, the service says so and ends with exit code 3.\n"
+                         "\n"
+                         "--check reads installation, settings, port and folders, says what is wrong and what a\n"
+                         "start would do, and ends with exit code 0 if all is well, else 1.\n"
                          "\n"
                          "--assign-port gives DEVICE, such as /dev/ttyUSB0, a port name in KEL.INI and writes the\n"
                          "machine's settings with that port if there are none. If there is no installation, it\n"
@@ -45,7 +54,8 @@ int Serve(const tarvin::Program& program) {
     // Before the first thread starts: all threads inherit what this one does about signals.
     tarvin::PrepareStopRequests();
     tarvin::ServiceNotify notify;
-    const auto claim = tarvin::ClaimForService(program);
+    tarvin::ProgramRequests reloads(tarvin::RequestKind::Reload);
+    const auto claim = tarvin::ClaimForService(program, reloads.Address());
     if (!claim.lock) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
         return tarvin::servedElsewhereExitCode;
@@ -69,7 +79,21 @@ int Serve(const tarvin::Program& program) {
             notify.Alive();
     });
     engine->Start();
-    tarvin::WaitForStopRequest();
+    const auto reload = [&](tarvin::ProgramRequests::Answer answer) {
+        notify.Reloading();
+        engine->ReloadSettings([&notify, answer = std::move(answer)](tarvin::RequestAnswer given) {
+            notify.Ready();
+            answer(given);
+        });
+    };
+    reloads.Serve(reload);
+    {
+        const auto loaded =
+            tarvin::StoreOf(program.Place(), program.MachineName()).Load(tarvin::TarvinApp::FirstSettings()).settings;
+        const tarvin::FolderTrial trial(*engine, loaded.uploadPath, loaded.downloadPath);
+        tarvin::WaitForStopRequest([&] { reload([](tarvin::RequestAnswer) {}); });
+    }
+    reloads.End();
     notify.Stopping();
     engine->Stop();
     output.Add(tarvin::text::service::programEnd);
@@ -79,12 +103,22 @@ int Serve(const tarvin::Program& program) {
     return 0;
 }
 
-// The exit code of the program. `words` are the words of the command line.
+// Both give the exit code of the program. `words` are the words of the command line.
+int RunCheck(const std::vector<tarvin::KelText>& words) {
+    tarvin::SecureStandardStreams();
+    const auto name = tarvin::MachineNameOf(tarvin::JoinWords({words.begin() + 1, words.end()}));
+    const auto installation = tarvin::FindProgramInstallation();
+    const auto findings = installation ? tarvin::CheckMachine(*installation, name)
+                                       : std::vector<tarvin::Finding>{{installation.Reason().text, true}};
+    std::fputs(tarvin::ToUtf8(tarvin::DescribeFindings(findings)).c_str(), stdout);
+    return tarvin::HasProblem(findings) ? 1 : 0;
+}
+
 int RunAssignPort(const std::vector<tarvin::KelText>& words) {
     tarvin::SecureStandardStreams();
     const auto device = words.size() > 1 ? tarvin::ToPath(words[1]) : std::filesystem::path();
     const auto machineWords = words.begin() + (words.size() > 1 ? 2 : 1);
-    const auto done = tarvin::AssignPort(device, tarvin::JoinWords({machineWords, words.end()}));
+    const auto done = tarvin::AssignPort(device, tarvin::MachineNameOf(tarvin::JoinWords({machineWords, words.end()})));
     if (!done) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(done.Reason().text).c_str());
         return 1;
@@ -99,6 +133,8 @@ int main(int argumentCount, char** arguments) {
     const auto words = tarvin::ProgramArguments(argumentCount, arguments);
     if (!words.empty() && words.front() == u"--assign-port")
         return RunAssignPort(words);
+    if (!words.empty() && words.front() == u"--check")
+        return RunCheck(words);
     const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
     return start.program ? Serve(*start.program) : start.exitCode;
 }

@@ -56,7 +56,8 @@ void PrepareStopRequests() {
     ::CloseHandle(watching);
 }
 
-void WaitForStopRequest() {
+// Windows has no signal to reload. ProgramRequests takes such requests.
+void WaitForStopRequest(const std::function<void()>& /*reload*/) {
     ::WaitForSingleObject(stopEvent, INFINITE);
 }
 

@@ -51,6 +51,11 @@ void DownloadApp::KeepSettings(DownloadSettings settings) {
     monitor->Post([settings = std::move(settings)](Monitor& owner) { owner.KeepSettings(settings); });
 }
 
+void DownloadApp::ReloadSettings(std::function<void(RequestAnswer)> answer) {
+    assert(wasStarted);
+    monitor->ReloadSettings(std::move(answer));
+}
+
 void DownloadApp::SetHandshakes(bool heedsCts, bool heedsDsr) {
     monitor->Post([heedsCts, heedsDsr](Monitor& owner) { owner.SetHandshakes(heedsCts, heedsDsr); });
 }
