@@ -49,6 +49,14 @@ void GiveToOwnerOfFolder(const fs::path& file) {
         (void)!::lchown(file.c_str(), folder.st_uid, folder.st_gid);
 }
 
+void GiveFolderToOwnerOf(const fs::path& installation, const fs::path& folder) {
+    struct stat owner = {};
+    if (!MayChangeSystem() || ::stat(installation.c_str(), &owner) != 0)
+        return;
+    (void)!::lchown(folder.c_str(), owner.st_uid, owner.st_gid);
+    (void)!::chmod(folder.c_str(), ncFolderMode);
+}
+
 bool MayChangeSystem() {
     return ::geteuid() == 0;
 }

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-Result<> MakeFolders(const std::vector<fs::path>& folders, SetupReport& report) {
+Result<> MakeFolders(const fs::path& installation, const std::vector<fs::path>& folders, SetupReport& report) {
     for (const fs::path& folder : folders) {
         std::error_code error;
         if (fs::exists(folder, error))
@@ -21,7 +21,7 @@ Result<> MakeFolders(const std::vector<fs::path>& folders, SetupReport& report) 
         fs::create_directories(folder, error);
         if (error)
             return Error{Filled(text::setup::cannotMake, {FromPath(folder), FromUtf8(error.message())})};
-        GiveToOwnerOfFolder(folder);
+        GiveFolderToOwnerOf(installation, folder);
         report.push_back(Filled(text::setup::folderMade, {FromPath(folder)}));
     }
     return {};
@@ -32,7 +32,7 @@ Result<> MakeFolders(const std::vector<fs::path>& folders, SetupReport& report) 
 Result<MachineOutcome> SetUpMachine(const Installation& installation, const MachineWish& wish) {
     SetupReport report;
     std::vector<NamedValue> settings = wish.settings;
-    if (const auto made = MakeFolders(wish.folders, report); !made)
+    if (const auto made = MakeFolders(installation.Folder(), wish.folders, report); !made)
         return made.Reason();
     if (wish.port) {
         const auto name = PortNameFor(installation.PathsFile(), *wish.port);
