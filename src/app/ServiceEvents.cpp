@@ -6,7 +6,8 @@
 
 namespace tarvin {
 
-ServiceEvents::ServiceEvents(ServiceOutput& output, AppInterface& messages) : output(output), messages(messages) {
+ServiceEvents::ServiceEvents(ServiceOutput& output, ServiceNotify& notify, AppInterface& messages)
+    : output(output), notify(notify), messages(messages) {
     assert(messages.IsUnattended());
 }
 
@@ -34,6 +35,7 @@ void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {
     if (snapshot.statusLine != printedStatus) {
         printedStatus = snapshot.statusLine;
         output.Add(printedStatus);
+        notify.Status(printedStatus);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "app/MachineClaim.h"
 #include "app/Program.h"
 #include "app/ServiceEvents.h"
+#include "app/ServiceNotify.h"
 #include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
 #include "app/StopRequest.h"
@@ -52,6 +53,7 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
 int Serve(const tarvin::Program& program) {
     // Before the first thread starts: all threads inherit what this one does about signals.
     tarvin::PrepareStopRequests();
+    tarvin::ServiceNotify notify;
     tarvin::ProgramRequests reloads(tarvin::RequestKind::Reload);
     const auto claim = tarvin::ClaimForService(program, reloads.Address());
     if (!claim.lock) {
@@ -64,20 +66,35 @@ int Serve(const tarvin::Program& program) {
     if (const auto loaded = program.LoadDictionary(); !loaded)
         messages.AnswerWithoutUser(messages.ReportFailure(loaded.Reason().text));
     messages.ReadSuppressedMessages();
-    tarvin::ServiceEvents events(output, messages);
+    tarvin::ServiceEvents events(output, notify, messages);
     const auto engine = program.MakeEngine(events);
     const auto settings = tarvin::ReadServiceSettings(program.Place(), program.MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
+    engine->SetHeartbeat(notify.AlivePeriod(), [&notify, isReady = false]() mutable {
+        // The first beat: the engine serves. The port may be missing, which the status tells.
+        if (!std::exchange(isReady, true))
+            notify.Ready();
+        else
+            notify.Alive();
+    });
     engine->Start();
-    reloads.Serve([&engine](tarvin::ProgramRequests::Answer answer) { engine->ReloadSettings(std::move(answer)); });
+    const auto reload = [&](tarvin::ProgramRequests::Answer answer) {
+        notify.Reloading();
+        engine->ReloadSettings([&notify, answer = std::move(answer)](tarvin::RequestAnswer given) {
+            notify.Ready();
+            answer(given);
+        });
+    };
+    reloads.Serve(reload);
     {
         const auto loaded =
             tarvin::StoreOf(program.Place(), program.MachineName()).Load(tarvin::TarvinApp::FirstSettings()).settings;
         const tarvin::FolderTrial trial(*engine, loaded.uploadPath, loaded.downloadPath);
-        tarvin::WaitForStopRequest([&engine] { engine->ReloadSettings([](tarvin::RequestAnswer) {}); });
+        tarvin::WaitForStopRequest([&] { reload([](tarvin::RequestAnswer) {}); });
     }
     reloads.End();
+    notify.Stopping();
     engine->Stop();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.

@@ -27,6 +27,10 @@ void DownloadApp::Stop() {
     thread.reset();
 }
 
+void DownloadApp::SetHeartbeat(std::optional<std::chrono::microseconds> period, std::function<void()> beat) {
+    monitor->Post([period, beat = std::move(beat)](Monitor& owner) { owner.StartHeartbeat(period, beat); });
+}
+
 const KelText& DownloadApp::MachineName() const {
     return monitor->MachineName();
 }

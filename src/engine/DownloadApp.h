@@ -6,9 +6,11 @@
 #include "engine/EngineSnapshot.h"
 #include "files/ProgramRequests.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tarvin {
 
@@ -35,6 +37,11 @@ public:
     // not take the logs costs two seconds more; the lines that are lost then are told through the events. Does nothing
     // the second time.
     void Stop();
+
+    // Calls `beat` on the monitor thread: in a pass as soon as the port has been tried, and then once in each `period`
+    // in which the thread makes passes; without a period only the first time. It must return at once. For a watchdog:
+    // a thread that hangs does not call. Takes effect once.
+    void SetHeartbeat(std::optional<std::chrono::microseconds> period, std::function<void()> beat);
 
     const KelText& MachineName() const;
     // What a window shows, as it was published last.

@@ -130,11 +130,20 @@ void Monitor::Close() {
     display.Stop();
     reopenPort.Stop();
     endOfAwaited.Stop();
+    heartbeat.reset();
     retryReload.Stop();
     line.ClosePort();
     SaveSettings();
     AbandonTransfer(text::transferReason::programEnd);
     logs.Close();
+}
+
+void Monitor::StartHeartbeat(std::optional<Clock::Duration> period, std::function<void()> beat) {
+    beat();
+    if (!period || heartbeat)
+        return;
+    heartbeat.emplace(timers, clock, "DownloadApp::Heartbeat", *period, Timer::Kind::Repeating, std::move(beat));
+    heartbeat->Start();
 }
 
 void Monitor::SaveSettings() {

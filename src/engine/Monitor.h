@@ -69,6 +69,9 @@ public:
     void ResetLink();
     void StartLoopbackTest();
 
+    // Calls `beat` now, and then once in each period, if there is one.
+    void StartHeartbeat(std::optional<Clock::Duration> period, std::function<void()> beat);
+
     // The parts, for commands that concern one of them.
     Display& Shown() { return display; }
     LineTests& Tests() { return tests; }
@@ -132,6 +135,7 @@ private:
     std::optional<SettingsStore::LoadResult> waitingSettings;
     int idleLooks = 0; // of retryReload, one after the other
     Timer retryReload;
+    std::optional<Timer> heartbeat;
 };
 
 }

@@ -18,6 +18,10 @@ void GiveToService(const std::filesystem::path& installation);
 // Gives a new file or folder the owner of `installation` if this process is root: the service must be able to use it.
 void GiveToOwnerOf(const std::filesystem::path& installation, const std::filesystem::path& path);
 
+// Gives a new folder of NC files to the owner and group of the installation if this process is root, with the right to
+// write for the group: the service of the machine must be able to write there.
+void GiveFolderToOwnerOf(const std::filesystem::path& installation, const std::filesystem::path& folder);
+
 // Whether this process may change the system's files.
 bool MayChangeSystem();
 

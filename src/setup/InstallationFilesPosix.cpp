@@ -49,6 +49,12 @@ void GiveToOwnerOf(const fs::path& installation, const fs::path& path) {
         (void)!::lchown(path.c_str(), model.st_uid, model.st_gid);
 }
 
+void GiveFolderToOwnerOf(const fs::path& installation, const fs::path& folder) {
+    GiveToOwnerOf(installation, folder);
+    if (MayChangeSystem())
+        (void)!::chmod(folder.c_str(), ncFolderMode);
+}
+
 bool MayChangeSystem() {
     return ::geteuid() == 0;
 }

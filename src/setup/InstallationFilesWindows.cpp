@@ -16,6 +16,8 @@ void GiveToService(const std::filesystem::path& /*installation*/) {}
 void GiveToOwnerOf(const std::filesystem::path& /*installation*/, const std::filesystem::path& /*path*/) {}
 
 // Whether the user is an administrator shows when the first file is written.
+void GiveFolderToOwnerOf(const std::filesystem::path&, const std::filesystem::path&) {}
+
 bool MayChangeSystem() {
     return true;
 }

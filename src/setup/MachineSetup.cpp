@@ -21,7 +21,7 @@ Result<> MakeFolders(const fs::path& installation, const std::vector<fs::path>& 
         fs::create_directories(folder, error);
         if (error)
             return Error{Filled(text::setup::cannotMake, {FromPath(folder), FromUtf8(error.message())})};
-        GiveToOwnerOf(installation, folder);
+        GiveFolderToOwnerOf(installation, folder);
         report.push_back(Filled(text::setup::folderMade, {FromPath(folder)}));
     }
     return {};
