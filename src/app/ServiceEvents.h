@@ -22,6 +22,7 @@ public:
 private:
     ServiceOutput& output;
     AppInterface& messages;
+    TransferState printedState = TransferState::NoLink;
     KelText printedStatus;
     KelText printedLink;
     KelText printedNotice;

@@ -4,8 +4,10 @@
 #include "app/CommandLine.h"
 #include "app/MachineClaim.h"
 #include "app/Program.h"
+#include "app/ServiceCommands.h"
+#include "app/ServiceControl.h"
 #include "app/ServiceEvents.h"
-#include "app/ServiceOutput.h"
+#include "app/ServiceHost.h"
 #include "app/ServiceSettings.h"
 #include "app/StopRequest.h"
 #include "base/Messages.h"
@@ -39,15 +41,16 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
 
-int Serve(const tarvin::Program& program) {
+// The exit code of the program.
+int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
     // Before the first thread starts: all threads inherit what this one does about signals.
-    tarvin::PrepareStopRequests();
+    host.PrepareStop();
     const auto claim = tarvin::ClaimForService(program);
     if (!claim.lock) {
-        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
+        host.TellFailure(claim.problem());
         return tarvin::servedElsewhereExitCode;
     }
-    tarvin::ServiceOutput output;
+    tarvin::ServiceOutput output([&host](const tarvin::ServiceLine& line) { host.Print(line); });
     tarvin::AppInterface messages({program.MachineFolder()},
                                   [&output](tarvin::KelTextView note) { output.AddNote(note); });
     if (const auto loaded = program.LoadDictionary(); !loaded)
@@ -59,12 +62,15 @@ int Serve(const tarvin::Program& program) {
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
     engine->Start();
+    host.ReportServing();
     tarvin::WaitForStopRequest();
     engine->Stop();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.
-    if (!output.Finish())
+    if (!output.Finish()) {
+        host.ReportEnd(0);
         std::_Exit(0);
+    }
     return 0;
 }
 
@@ -82,12 +88,43 @@ int RunAssignPort(const std::vector<tarvin::KelText>& words) {
     return 0;
 }
 
+// What the service manager starts: the installation and the command line of the machine are words of their own.
+int RunManaged(const std::vector<tarvin::KelText>& words) {
+    const auto served = tarvin::RunForServiceManager([&words](tarvin::ServiceHost& host) {
+        const auto installation = tarvin::Installation::Read(tarvin::ToPath(words.size() > 1 ? words[1] : u""));
+        if (!installation) {
+            host.TellFailure(installation.Reason().text);
+            return 1;
+        }
+        const tarvin::Program program(*installation, words.size() > 2 ? words[2] : tarvin::KelText());
+        return Serve(program, host);
+    });
+    if (served)
+        return 0;
+    tarvin::TerminalHost().TellFailure(served.Reason().text);
+    return 2;
+}
+
 }
 
 int main(int argumentCount, char** arguments) {
     const auto words = tarvin::ProgramArguments(argumentCount, arguments);
-    if (!words.empty() && words.front() == u"--assign-port")
+    const auto first = words.empty() ? tarvin::KelText() : words.front();
+    if (first == u"--assign-port")
         return RunAssignPort(words);
+    if (first == tarvin::runServiceOption)
+        return RunManaged(words);
+    if (const auto result = tarvin::RunServiceCommand(words)) {
+        tarvin::SecureStandardStreams();
+        if (*result)
+            std::printf("%s\n", tarvin::ToUtf8(**result).c_str());
+        else
+            tarvin::TerminalHost().TellFailure(result->Reason().text);
+        return *result ? 0 : 1;
+    }
     const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
-    return start.program ? Serve(*start.program) : start.exitCode;
+    if (!start.program)
+        return start.exitCode;
+    tarvin::TerminalHost terminal;
+    return Serve(*start.program, terminal);
 }

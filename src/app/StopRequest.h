@@ -6,6 +6,10 @@ namespace tarvin {
 // Keeps every later request until WaitForStopRequest. Call it before the first thread starts.
 void PrepareStopRequests();
 
+// Like PrepareStopRequests, for a program whose only requests are calls of EndStopRequests. Windows tells services of
+// each user who logs off, and PrepareStopRequests would take that for a request.
+void PrepareStopRequestsOfManager();
+
 // Blocks until there is a request. One thread.
 void WaitForStopRequest();
 

@@ -35,6 +35,10 @@ void PrepareStopRequests() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
+void PrepareStopRequestsOfManager() {
+    PrepareStopRequests();
+}
+
 void WaitForStopRequest() {
     const sigset_t signals = StopSignals();
     int signal = 0;

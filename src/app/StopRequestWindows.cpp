@@ -44,8 +44,12 @@ DWORD WINAPI WatchSession(void* watching) {
 
 }
 
-void PrepareStopRequests() {
+void PrepareStopRequestsOfManager() {
     stopEvent = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+}
+
+void PrepareStopRequests() {
+    PrepareStopRequestsOfManager();
     ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
     const HANDLE watching = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
     if (const HANDLE thread = ::CreateThread(nullptr, 0, WatchSession, watching, 0, nullptr)) {
