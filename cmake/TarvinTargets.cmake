@@ -63,11 +63,13 @@ endfunction()
 
 # tarvin_program(NAME [WINDOW] DESCRIPTION TEXT [RESOURCES FILE] SOURCES FILE... DEPENDS LIBRARY...). The description is
 # what Windows shows of the program. WINDOW: it has one, and no console. RESOURCES: further ones for Windows.
+# The global property TARVIN_PROGRAMS lists all of them.
 function(tarvin_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOW" "DESCRIPTION;RESOURCES" "SOURCES;DEPENDS")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_DEPENDS} tarvin-options)
     set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ${arg_WINDOW})
+    set_property(GLOBAL APPEND PROPERTY TARVIN_PROGRAMS ${name})
     tarvin_resources(${name} "${arg_DESCRIPTION}" ${arg_WINDOW} "${arg_RESOURCES}")
 endfunction()
 

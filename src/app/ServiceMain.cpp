@@ -19,27 +19,27 @@
 
 namespace {
 
-constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
-                         "       tarvindl-service --assign-port DEVICE [MACHINE NAME]\n"
+constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME] [/l=LANGUAGE]\n"
                          "\n"
-                         "Holds the workstation end of the serial link to a machine's controller: answers its\n"
-                         "link tests, stores the NC files that it sends and sends those that it asks for.\n"
+                         "Holds the workstation end of the serial link to a machine's controller: answers\n"
+                         "its link tests, stores the NC files that it sends, sends those that it asks for.\n"
+                         "Each change of the status is a line of output. SIGTERM and Ctrl-C end it.\n"
                          "\n"
-                         "The whole command line is the machine's name, blanks included; without one it is\n"
-                         "TARVIN. The machine's settings are in <installation>/<MACHINE NAME>.INI. The\n"
-                         "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
-                         "KEL.INI: the program's own, the user's, the system's.\n"
+                         "The whole command line is the machine's name; without one it is TARVIN. The\n"
+                         "settings are in <installation>/<MACHINE NAME>.INI. The installation is the\n"
+                         "folder named by TARVINDL_HOME, or the first that holds KEL.INI: the program's\n"
+                         "own, the user's, the system's. Exit code 3: another program serves the machine.\n"
                          "\n"
-                         "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
-                         "program in order. If another program serves the machine already, the service says so\n"
-                         "and ends with exit code 3.\n"
+                         "  /l=LANGUAGE                  the language of the texts, such as /l=German\n"
+                         "  --assign-port DEVICE [NAME]  gives a device (/dev/ttyUSB0) a port name, and\n"
+                         "                               the machine settings, if there are none\n"
+                         "  --help                       this text\n"
+                         "  --version                    the version\n"
                          "\n"
-                         "--assign-port gives DEVICE, such as /dev/ttyUSB0, a port name in KEL.INI and writes the\n"
-                         "machine's settings with that port if there are none. If there is no installation, it\n"
-                         "makes one. It fails, and changes nothing, if the settings name a port of another device.\n"
-                         "\n"
-                         "  --help     this text\n"
-                         "  --version  the version\n";
+                         "On Windows, as an administrator:\n"
+                         "  --install-service [--account ACCOUNT] [NAME]  starts it with the system\n"
+                         "  --remove-service [NAME]                       no longer\n"
+                         "  --services start|stop|remove                  for all machines of this program\n";
 
 // The exit code of the program.
 int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
