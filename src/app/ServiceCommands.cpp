@@ -35,13 +35,19 @@ KelText FolderAdvice(const Installation& installation, const ManagedService& ser
 // `words` are those after the option.
 Result<KelText> Install(std::vector<KelText> words) {
     ManagedService service;
-    if (!words.empty() && words.front() == u"--account") {
+    std::optional<KelText> folder;
+    while (!words.empty() && (words.front() == u"--account" || words.front() == u"--installation")) {
         if (words.size() < 2)
-            return Error{text::serviceManager::accountNeeded};
-        service.account = words[1];
+            return Error{Filled(text::serviceManager::valueNeeded, {words.front()})};
+        if (words.front() == u"--account")
+            service.account = words[1];
+        else
+            folder = words[1];
         words.erase(words.begin(), words.begin() + 2);
     }
-    const auto installation = FindProgramInstallation();
+    // The service starts in a folder of the system's, where a relative path would lead elsewhere.
+    const auto installation =
+        folder ? Installation::Read(std::filesystem::absolute(ToPath(*folder))) : FindProgramInstallation();
     if (!installation)
         return installation.Reason();
     service.installation = installation->Folder();

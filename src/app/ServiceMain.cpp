@@ -37,9 +37,10 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME] [/l=LANGUAGE]\n
                          "  --version                    the version\n"
                          "\n"
                          "On Windows, as an administrator:\n"
-                         "  --install-service [--account ACCOUNT] [NAME]  starts it with the system\n"
-                         "  --remove-service [NAME]                       no longer\n"
-                         "  --services start|stop|remove                  for all machines of this program\n";
+                         "  --install-service [--account ACCOUNT] [--installation FOLDER] [NAME]\n"
+                         "                               starts it with the system\n"
+                         "  --remove-service [NAME]      no longer\n"
+                         "  --services start|stop|remove   for all machines of this program\n";
 
 // The exit code of the program.
 int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {

@@ -29,7 +29,7 @@ inline constexpr char16_t needsPassword[] =
     u"Enter the password of %1 in services.msc (properties of the service, Log On), and start the service there.";
 inline constexpr char16_t didForAll[] = u"Services: %1";
 inline constexpr char16_t unknownAction[] = u"--services needs one of start, stop and remove";
-inline constexpr char16_t accountNeeded[] = u"--account needs the name of an account";
+inline constexpr char16_t valueNeeded[] = u"%1 needs a value"; // an option
 inline constexpr char16_t wrongStart[] = u"--run-service is for the service manager; leave it out on a terminal";
 inline constexpr char16_t notHere[] =
     u"this system has no such services; systemd runs the unit tarvindl@MACHINE.service";

@@ -207,6 +207,19 @@ TEST_CASE("Accessibility: dialogs and boxes say what each field is") {
         "Files for the Machine", [](const Accessible& each) { return each.Find("table cell", "4711") != nullptr; });
     CheckWindow(files, {{"text", "Number or comment holds"}, {"table cell", "(BRACKET)"}});
     CheckTargets(files, {{"push button", "Read Again"}, {"push button", "Close"}});
+    REQUIRE(files.Find("push button", "Close")->Press());
+    press("push button", "More...");
+    const Accessible secondMenu =
+        seen.Window("", [](const Accessible& each) { return each.Find("menu item", "About TarvinDL...") != nullptr; });
+    REQUIRE(secondMenu.Find("menu item", "About TarvinDL...")->Press());
+    const Accessible about = seen.Window(
+        "About TarvinDL", [](const Accessible& each) { return each.Find("push button", "Licences...") != nullptr; });
+    CheckTargets(about, {{"push button", "Licences..."}});
+    REQUIRE(about.Find("push button", "Licences...")->Press());
+    const Accessible licences = seen.Window("Licences of the Parts of Others", [](const Accessible& each) {
+        return each.Find("push button", "Close") != nullptr;
+    });
+    CheckTargets(licences, {{"push button", "Close"}});
 }
 
 }
