@@ -71,8 +71,10 @@ private:
         status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
         status.dwCurrentState = state;
         // Without these the manager refuses a request to stop: a service that starts has nothing yet that could stop.
-        status.dwControlsAccepted =
-            state == SERVICE_RUNNING ? SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_SHUTDOWN | SERVICE_ACCEPT_PRESHUTDOWN : 0;
+        status.dwControlsAccepted = state == SERVICE_RUNNING
+                                        ? SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_SHUTDOWN | SERVICE_ACCEPT_PRESHUTDOWN |
+                                              SERVICE_ACCEPT_PARAMCHANGE
+                                        : 0;
         status.dwCheckPoint = isPending ? status.dwCheckPoint + 1 : 0;
         status.dwWaitHint = wait;
         ::SetServiceStatus(handle, &status);
@@ -86,6 +88,9 @@ private:
         case SERVICE_CONTROL_PRESHUTDOWN:
             host.Report(SERVICE_STOP_PENDING, stopWait);
             EndStopRequests();
+            return NO_ERROR;
+        case SERVICE_CONTROL_PARAMCHANGE:
+            PostReloadRequest();
             return NO_ERROR;
         case SERVICE_CONTROL_INTERROGATE:
             return NO_ERROR;

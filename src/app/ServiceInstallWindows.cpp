@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -65,6 +66,14 @@ std::wstring Quoted(std::wstring_view word) {
     }
     quoted.append(backslashes, L'\\');
     return quoted + L'"';
+}
+
+// The first word of a command line, if it is quoted.
+std::wstring_view FirstWord(std::wstring_view command) {
+    if (!command.starts_with(L'"'))
+        return {};
+    command.remove_prefix(1);
+    return command.substr(0, command.find(L'"'));
 }
 
 // Waits until the service leaves its pending state. The last state; none if it takes too long.
@@ -200,10 +209,9 @@ Result<std::vector<KelText>> OwnServices(SC_HANDLE manager) {
         auto* const config = reinterpret_cast<QUERY_SERVICE_CONFIGW*>(bytes.data());
         if (!service || !::QueryServiceConfigW(service.get(), config, static_cast<DWORD>(bytes.size()), &needed))
             continue;
-        const std::wstring_view command = config->lpBinaryPathName;
-        const std::wstring own = Quoted(*program);
-        if (EqualIgnoringCase(KelText(command.begin(), command.end()).substr(0, own.size()),
-                              KelText(own.begin(), own.end())))
+        // The same file may have several names: a drive of its own, or a short name.
+        std::error_code ignored;
+        if (std::filesystem::equivalent(FirstWord(config->lpBinaryPathName), *program, ignored))
             names.emplace_back(name.begin(), name.end());
     }
     return names;

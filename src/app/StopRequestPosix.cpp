@@ -39,11 +39,15 @@ void PrepareStopRequestsOfManager() {
     PrepareStopRequests();
 }
 
-void WaitForStopRequest() {
+void WaitForStopRequest(const std::function<void()>& /*reload*/) {
     const sigset_t signals = StopSignals();
     int signal = 0;
     while (sigwait(&signals, &signal) != 0) {
     }
+}
+
+void PostReloadRequest() {
+    ::kill(::getpid(), SIGHUP);
 }
 
 void EndStopRequests() {

@@ -6,6 +6,7 @@ namespace tarvin {
 namespace {
 
 HANDLE stopEvent = nullptr;
+HANDLE reloadEvent = nullptr;
 
 BOOL WINAPI OnConsoleEvent(DWORD event) {
     ::SetEvent(stopEvent);
@@ -46,6 +47,7 @@ DWORD WINAPI WatchSession(void* watching) {
 
 void PrepareStopRequestsOfManager() {
     stopEvent = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    reloadEvent = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
 }
 
 void PrepareStopRequests() {
@@ -60,8 +62,17 @@ void PrepareStopRequests() {
     ::CloseHandle(watching);
 }
 
-void WaitForStopRequest() {
-    ::WaitForSingleObject(stopEvent, INFINITE);
+// Only the service manager posts requests to reload, and only to a service.
+void WaitForStopRequest(const std::function<void()>& reload) {
+    const HANDLE requests[] = {stopEvent, reloadEvent};
+    while (::WaitForMultipleObjects(2, requests, FALSE, INFINITE) == WAIT_OBJECT_0 + 1) {
+        if (reload)
+            reload();
+    }
+}
+
+void PostReloadRequest() {
+    ::SetEvent(reloadEvent);
 }
 
 void EndStopRequests() {
