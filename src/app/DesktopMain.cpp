@@ -2,9 +2,9 @@
 
 #include "app/Desktop.h"
 #include "app/MachineClaim.h"
-#include "app/RaiseRequests.h"
 #include "app/StopRequest.h"
 #include "base/NotificationMessages.h"
+#include "files/ProgramRequests.h"
 #include "ui/CustomMessage.h"
 #include "ui/ModalLoop.h"
 
@@ -71,10 +71,16 @@ private:
     const tarvin::ProgramStart& start;
 };
 
+// What other processes may ask of the window.
+struct Requests {
+    tarvin::ProgramRequests raise{tarvin::RequestKind::Raise};
+    tarvin::ProgramRequests reload{tarvin::RequestKind::Reload};
+};
+
 class DesktopApp : public wxApp {
 public:
-    DesktopApp(const tarvin::Program& program, std::unique_ptr<tarvin::RaiseRequests> raiseRequests)
-        : program(program), raiseRequests(std::move(raiseRequests)) {
+    DesktopApp(const tarvin::Program& program, std::unique_ptr<Requests> requests)
+        : program(program), requests(std::move(requests)) {
         SetAppName("TarvinDL");
     }
 
@@ -88,8 +94,11 @@ public:
     int OnRun() override {
         tarvin::Desktop desktop(program, HelpFiles(program.Place()), SystemLanguage());
         desktop.Start();
-        raiseRequests->Serve(
-            [&desktop](tarvin::RaiseRequests::Answer answer) { desktop.RequestRaise(std::move(answer)); });
+        requests->raise.Serve([&desktop](tarvin::ProgramRequests::Answer answer) {
+            desktop.RequestRaise([answer = std::move(answer)] { answer(tarvin::RequestAnswer::Done); });
+        });
+        requests->reload.Serve(
+            [&desktop](tarvin::ProgramRequests::Answer answer) { desktop.Engine().ReloadSettings(std::move(answer)); });
         std::thread stopWatcher([&desktop] {
             tarvin::WaitForStopRequest();
             desktop.RequestClose();
@@ -98,13 +107,13 @@ public:
         tarvin::EndStopRequests();
         stopWatcher.join();
         // A second start learns from now on that this window is going, and waits until the machine is free.
-        raiseRequests.reset();
+        requests.reset();
         return result;
     }
 
 private:
     const tarvin::Program& program;
-    std::unique_ptr<tarvin::RaiseRequests> raiseRequests;
+    std::unique_ptr<Requests> requests;
 };
 
 // What a user is told of a machine that another program serves.
@@ -124,11 +133,11 @@ int main(int argumentCount, char** arguments) {
     auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl", usage);
     if (!start.program && !start.problem)
         return start.exitCode;
-    auto raiseRequests = std::make_unique<tarvin::RaiseRequests>();
+    auto requests = std::make_unique<Requests>();
     // Kept until the engine has ended.
     tarvin::MachineClaim claim;
     if (start.program) {
-        claim = tarvin::ClaimForWindow(*start.program, raiseRequests->Address());
+        claim = tarvin::ClaimForWindow(*start.program, requests->raise.Address(), requests->reload.Address());
         if (claim.isRaised)
             return 0;
         if (!claim.lock)
@@ -142,7 +151,7 @@ int main(int argumentCount, char** arguments) {
     // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
     if (start.program)
-        wxApp::SetInstance(new DesktopApp(*start.program, std::move(raiseRequests)));
+        wxApp::SetInstance(new DesktopApp(*start.program, std::move(requests)));
     else
         wxApp::SetInstance(new ProblemApp(start));
     int toolkitArgumentCount = 1;

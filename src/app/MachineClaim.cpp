@@ -1,9 +1,9 @@
 #include "app/MachineClaim.h"
 
 #include "app/Program.h"
-#include "app/RaiseRequests.h"
 #include "base/NotificationMessages.h"
 #include "base/Process.h"
+#include "files/ProgramRequests.h"
 #include "settings/SettingsStore.h"
 
 #include <chrono>
@@ -21,8 +21,8 @@ constexpr auto answerWait = 3s;
 constexpr auto closingWait = 5s;
 constexpr auto pollPeriod = 50ms;
 
-MachineHolder Self(MachineHolder::Kind kind, const KelText& raiseAddress) {
-    return {kind, OwnProcessId(), UserName(), ComputerName(), raiseAddress};
+MachineHolder Self(MachineHolder::Kind kind, const KelText& raiseAddress, const KelText& reloadAddress) {
+    return {kind, OwnProcessId(), UserName(), ComputerName(), raiseAddress, reloadAddress};
 }
 
 // Ready if there is nothing to wait for: the lock is taken, or cannot be had at all.
@@ -57,18 +57,18 @@ std::filesystem::path SettingsFileOf(const Program& program) {
 
 }
 
-MachineClaim ClaimForService(const Program& program) {
+MachineClaim ClaimForService(const Program& program, const KelText& reloadAddress) {
     MachineClaim claim;
     auto lock = std::make_unique<MachineLock>(SettingsFileOf(program));
-    if (IsTaken(*lock, Self(MachineHolder::Kind::Service, {}), program.MachineName()))
+    if (IsTaken(*lock, Self(MachineHolder::Kind::Service, {}, reloadAddress), program.MachineName()))
         claim.lock = std::move(lock);
     else
         claim.problem = [holder = lock->Holder(), name = program.MachineName()] { return Describe(holder, name); };
     return claim;
 }
 
-MachineClaim ClaimForWindow(const Program& program, const KelText& raiseAddress) {
-    const MachineHolder self = Self(MachineHolder::Kind::Window, raiseAddress);
+MachineClaim ClaimForWindow(const Program& program, const KelText& raiseAddress, const KelText& reloadAddress) {
+    const MachineHolder self = Self(MachineHolder::Kind::Window, raiseAddress, reloadAddress);
     const auto deadline = std::chrono::steady_clock::now() + closingWait;
     MachineClaim claim;
     auto lock = std::make_unique<MachineLock>(SettingsFileOf(program));
@@ -79,14 +79,15 @@ MachineClaim ClaimForWindow(const Program& program, const KelText& raiseAddress)
         }
         const auto holder = lock->Holder();
         const bool canBeRaised = holder && CanBeRaised(*holder, self);
-        const auto outcome = canBeRaised ? RequestRaise(holder->raiseAddress, answerWait) : RaiseOutcome::Silent;
-        if (outcome == RaiseOutcome::Raised) {
+        const auto outcome =
+            canBeRaised ? RequestFrom(RequestKind::Raise, holder->raiseAddress, answerWait) : RequestOutcome::Silent;
+        if (outcome == RequestOutcome::Done) {
             claim.isRaised = true;
             return claim;
         }
         // One that is going leaves the machine free in a moment.
-        if ((holder && outcome == RaiseOutcome::Silent) || std::chrono::steady_clock::now() > deadline) {
-            const bool isSilent = canBeRaised && outcome == RaiseOutcome::Silent;
+        if ((holder && outcome == RequestOutcome::Silent) || std::chrono::steady_clock::now() > deadline) {
+            const bool isSilent = canBeRaised && outcome == RequestOutcome::Silent;
             claim.problem = [holder, isSilent, name = program.MachineName()] {
                 return isSilent ? Filled(text::machine::windowIsSilent,
                                          {name, ToText(static_cast<std::int64_t>(holder->process))})

@@ -26,11 +26,11 @@ struct MachineClaim {
     std::function<KelText()> problem;
 };
 
-// For a service. Waits at most 1 s.
-MachineClaim ClaimForService(const Program& program);
+// For a service that takes requests to reload at `reloadAddress`. Waits at most 1 s.
+MachineClaim ClaimForService(const Program& program, const KelText& reloadAddress);
 
-// For a window that can be raised at `raiseAddress`. Raises the window that serves the machine already; waits for a
+// For a window that takes requests at these addresses. Raises the window that serves the machine already; waits for a
 // window that is just closing. Blocks for 8 s at most.
-MachineClaim ClaimForWindow(const Program& program, const KelText& raiseAddress);
+MachineClaim ClaimForWindow(const Program& program, const KelText& raiseAddress, const KelText& reloadAddress);
 
 }

@@ -27,7 +27,8 @@ LineKind KindOf(TransferState state, TransferState before) {
 
 }
 
-ServiceEvents::ServiceEvents(ServiceOutput& output, AppInterface& messages) : output(output), messages(messages) {
+ServiceEvents::ServiceEvents(ServiceOutput& output, ServiceNotify& notify, AppInterface& messages)
+    : output(output), notify(notify), messages(messages) {
     assert(messages.IsUnattended());
 }
 
@@ -56,6 +57,7 @@ void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {
         printedStatus = snapshot.statusLine;
         output.Add(printedStatus, KindOf(snapshot.transferState, printedState));
         printedState = snapshot.transferState;
+        notify.Status(printedStatus);
     }
 }
 

@@ -2,6 +2,7 @@
 // Prints the events of an engine that has no window: each new link or status is a line of output, and a message box is
 // answered without a user.
 
+#include "app/ServiceNotify.h"
 #include "app/ServiceOutput.h"
 #include "engine/EngineEvents.h"
 #include "messages/AppInterface.h"
@@ -10,8 +11,8 @@ namespace tarvin {
 
 class ServiceEvents : public EngineEvents {
 public:
-    // `messages` is unattended. Both outlive the engine.
-    ServiceEvents(ServiceOutput& output, AppInterface& messages);
+    // `messages` is unattended. All outlive the engine.
+    ServiceEvents(ServiceOutput& output, ServiceNotify& notify, AppInterface& messages);
 
     void SnapshotChanged(const EngineSnapshot& snapshot) override;
     // The traffic queue stays off: a service shows no trace.
@@ -21,6 +22,7 @@ public:
 
 private:
     ServiceOutput& output;
+    ServiceNotify& notify;
     AppInterface& messages;
     TransferState printedState = TransferState::NoLink;
     KelText printedStatus;

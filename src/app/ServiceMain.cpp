@@ -1,20 +1,27 @@
 // tarvindl-service: the engine without a display, unattended. One process for one machine.
 
-#include "app/AssignPort.h"
 #include "app/CommandLine.h"
+#include "app/FolderTrial.h"
 #include "app/MachineClaim.h"
 #include "app/Program.h"
 #include "app/ServiceCommands.h"
 #include "app/ServiceControl.h"
 #include "app/ServiceEvents.h"
 #include "app/ServiceHost.h"
+#include "app/ServiceNotify.h"
 #include "app/ServiceSettings.h"
 #include "app/StopRequest.h"
-#include "base/Messages.h"
+#include "base/SetupMessages.h"
 #include "base/System.h"
+#include "files/ProgramRequests.h"
+#include "protocol/TarvinApp.h"
+#include "setup/AssignPort.h"
+#include "setup/MachineCheck.h"
+#include "setup/SettingsChange.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -33,8 +40,9 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME] [/l=LANGUAGE]\n
                          "  /l=LANGUAGE                  the language of the texts, such as /l=German\n"
                          "  --assign-port DEVICE [NAME]  gives a device (/dev/ttyUSB0) a port name, and\n"
                          "                               the machine settings, if there are none\n"
-                         "  --help                       this text\n"
-                         "  --version                    the version\n"
+                         "  --check [NAME]               tells what is wrong with settings, port and\n"
+                         "                               folders, and ends\n"
+                         "  --help, --version            this text, the version\n"
                          "\n"
                          "On Windows, as an administrator:\n"
                          "  --install-service [--account ACCOUNT] [--installation FOLDER] [NAME]\n"
@@ -46,7 +54,9 @@ constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME] [/l=LANGUAGE]\n
 int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
     // Before the first thread starts: all threads inherit what this one does about signals.
     host.PrepareStop();
-    const auto claim = tarvin::ClaimForService(program);
+    tarvin::ServiceNotify notify;
+    tarvin::ProgramRequests reloads(tarvin::RequestKind::Reload);
+    const auto claim = tarvin::ClaimForService(program, reloads.Address());
     if (!claim.lock) {
         host.TellFailure(claim.problem());
         return tarvin::servedElsewhereExitCode;
@@ -57,14 +67,36 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
     if (const auto loaded = program.LoadDictionary(); !loaded)
         messages.AnswerWithoutUser(messages.ReportFailure(loaded.Reason().text));
     messages.ReadSuppressedMessages();
-    tarvin::ServiceEvents events(output, messages);
+    tarvin::ServiceEvents events(output, notify, messages);
     const auto engine = program.MakeEngine(events);
     const auto settings = tarvin::ReadServiceSettings(program.Place(), program.MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
+    engine->SetHeartbeat(notify.AlivePeriod(), [&notify, isReady = false]() mutable {
+        // The first beat: the engine serves. The port may be missing, which the status tells.
+        if (!std::exchange(isReady, true))
+            notify.Ready();
+        else
+            notify.Alive();
+    });
     engine->Start();
     host.ReportServing();
-    tarvin::WaitForStopRequest();
+    const auto reload = [&](tarvin::ProgramRequests::Answer answer) {
+        notify.Reloading();
+        engine->ReloadSettings([&notify, answer = std::move(answer)](tarvin::RequestAnswer given) {
+            notify.Ready();
+            answer(given);
+        });
+    };
+    reloads.Serve(reload);
+    {
+        const auto loaded =
+            tarvin::StoreOf(program.Place(), program.MachineName()).Load(tarvin::TarvinApp::FirstSettings()).settings;
+        const tarvin::FolderTrial trial(*engine, loaded.uploadPath, loaded.downloadPath);
+        tarvin::WaitForStopRequest([&] { reload([](tarvin::RequestAnswer) {}); });
+    }
+    reloads.End();
+    notify.Stopping();
     engine->Stop();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.
@@ -75,12 +107,22 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
     return 0;
 }
 
-// The exit code of the program. `words` are the words of the command line.
+// Both give the exit code of the program. `words` are the words of the command line.
+int RunCheck(const std::vector<tarvin::KelText>& words) {
+    tarvin::SecureStandardStreams();
+    const auto name = tarvin::MachineNameOf(tarvin::JoinWords({words.begin() + 1, words.end()}));
+    const auto installation = tarvin::FindProgramInstallation();
+    const auto findings = installation ? tarvin::CheckMachine(*installation, name)
+                                       : std::vector<tarvin::Finding>{{installation.Reason().text, true}};
+    std::fputs(tarvin::ToUtf8(tarvin::DescribeFindings(findings)).c_str(), stdout);
+    return tarvin::HasProblem(findings) ? 1 : 0;
+}
+
 int RunAssignPort(const std::vector<tarvin::KelText>& words) {
     tarvin::SecureStandardStreams();
     const auto device = words.size() > 1 ? tarvin::ToPath(words[1]) : std::filesystem::path();
     const auto machineWords = words.begin() + (words.size() > 1 ? 2 : 1);
-    const auto done = tarvin::AssignPort(device, tarvin::JoinWords({machineWords, words.end()}));
+    const auto done = tarvin::AssignPort(device, tarvin::MachineNameOf(tarvin::JoinWords({machineWords, words.end()})));
     if (!done) {
         std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(done.Reason().text).c_str());
         return 1;
@@ -113,6 +155,8 @@ int main(int argumentCount, char** arguments) {
     const auto first = words.empty() ? tarvin::KelText() : words.front();
     if (first == u"--assign-port")
         return RunAssignPort(words);
+    if (first == u"--check")
+        return RunCheck(words);
     if (first == tarvin::runServiceOption)
         return RunManaged(words);
     if (const auto result = tarvin::RunServiceCommand(words)) {

@@ -1,5 +1,7 @@
 #pragma once
 // Requests from outside to end the program: a signal, the console, or the end of the session.
+//
+// POSIX: SIGHUP asks a program to end if it comes from the terminal that is closed, else to read its settings again.
 
 #include <functional>
 

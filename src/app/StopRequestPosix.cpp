@@ -3,6 +3,7 @@
 #include <csignal>
 #include <initializer_list>
 
+#include <fcntl.h>
 #include <pthread.h>
 #include <signal.h>
 #include <unistd.h>
@@ -24,9 +25,28 @@ sigset_t StopSignals() {
     return signals;
 }
 
+// A process that was started in no terminal, or has lost its own, has none to open.
+bool HasTerminal() {
+    const int terminal = ::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+    if (terminal < 0)
+        return false;
+    ::close(terminal);
+    return true;
+}
+
+bool hadTerminal = false;
+
+// The kernel itself sends SIGHUP to the program in front of a terminal that is closed. The shell then sends one to
+// those in the background.
+bool AsksForReload(const siginfo_t& signal) {
+    const bool isTerminalClosed = signal.si_code == SI_KERNEL || (hadTerminal && !HasTerminal());
+    return signal.si_signo == SIGHUP && !isTerminalClosed;
+}
+
 }
 
 void PrepareStopRequests() {
+    hadTerminal = HasTerminal();
     const sigset_t signals = StopSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     // Without a reader of the output, or with a file that may not grow, a write fails. That is an error to report, and
@@ -39,10 +59,15 @@ void PrepareStopRequestsOfManager() {
     PrepareStopRequests();
 }
 
-void WaitForStopRequest(const std::function<void()>& /*reload*/) {
+void WaitForStopRequest(const std::function<void()>& reload) {
     const sigset_t signals = StopSignals();
-    int signal = 0;
-    while (sigwait(&signals, &signal) != 0) {
+    for (;;) {
+        siginfo_t signal = {};
+        if (::sigwaitinfo(&signals, &signal) < 0)
+            continue;
+        if (!reload || !AsksForReload(signal))
+            return;
+        reload();
     }
 }
 

@@ -62,7 +62,8 @@ void PrepareStopRequests() {
     ::CloseHandle(watching);
 }
 
-// Only the service manager posts requests to reload, and only to a service.
+// Windows has no signal to reload. The service manager posts such requests to a service; ProgramRequests takes all
+// others.
 void WaitForStopRequest(const std::function<void()>& reload) {
     const HANDLE requests[] = {stopEvent, reloadEvent};
     while (::WaitForMultipleObjects(2, requests, FALSE, INFINITE) == WAIT_OBJECT_0 + 1) {

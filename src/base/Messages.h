@@ -95,6 +95,10 @@ inline constexpr char16_t fileIsReady[] = u"%1 is ready: ask for %2 at the machi
 inline constexpr char16_t sendsChecksums[] = u"The machine sends checksums; its messages are checked from now on";
 inline constexpr char16_t sendsNoChecksums[] =
     u"The machine sends no checksums any more; its messages are not checked from now on";
+inline constexpr char16_t settingsReloaded[] = u"The settings were read again and count from now on";
+inline constexpr char16_t settingsWait[] = u"The changed settings count as soon as the transfer has ended";
+inline constexpr char16_t settingsNotReloaded[] =
+    u"The settings file cannot be used as it is; the present settings stay";
 }
 
 // Why a transfer ended or was refused. Follows the status.

@@ -26,6 +26,9 @@ std::vector<KelText> ProgramArguments(int argumentCount, const char* const* argu
 // thread.
 std::optional<KelText> TypedCommandLine();
 
+// Whether standard input is a terminal: a person may be asked.
+bool IsInputTerminal();
+
 // Opens the null device in place of each standard stream that is closed. Otherwise the next file or device that the
 // program opens takes the number of the closed stream, and receives the text that the program prints. Call it before
 // the program opens its first file.

@@ -29,6 +29,10 @@ Error LastSystemError() {
     return {SystemErrorText(static_cast<unsigned long>(errno))};
 }
 
+bool IsInputTerminal() {
+    return ::isatty(STDIN_FILENO) == 1;
+}
+
 // Distributions name themselves in this file; uname() knows the kernel alone.
 KelText SystemName() {
     std::ifstream release("/etc/os-release");

@@ -82,6 +82,11 @@ std::optional<KelText> TypedCommandLine() {
     return KelText(typed.begin(), typed.end());
 }
 
+bool IsInputTerminal() {
+    DWORD mode = 0;
+    return ::GetConsoleMode(::GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;
+}
+
 // Windows gives no handle the number of a closed stream.
 void SecureStandardStreams() {}
 

@@ -27,6 +27,10 @@ void DownloadApp::Stop() {
     thread.reset();
 }
 
+void DownloadApp::SetHeartbeat(std::optional<std::chrono::microseconds> period, std::function<void()> beat) {
+    monitor->Post([period, beat = std::move(beat)](Monitor& owner) { owner.StartHeartbeat(period, beat); });
+}
+
 const KelText& DownloadApp::MachineName() const {
     return monitor->MachineName();
 }
@@ -45,6 +49,11 @@ void DownloadApp::ApplySettings(DownloadSettings settings) {
 
 void DownloadApp::KeepSettings(DownloadSettings settings) {
     monitor->Post([settings = std::move(settings)](Monitor& owner) { owner.KeepSettings(settings); });
+}
+
+void DownloadApp::ReloadSettings(std::function<void(RequestAnswer)> answer) {
+    assert(wasStarted);
+    monitor->ReloadSettings(std::move(answer));
 }
 
 void DownloadApp::SetHandshakes(bool heedsCts, bool heedsDsr) {

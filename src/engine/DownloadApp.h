@@ -4,9 +4,13 @@
 
 #include "base/ThreadOwner.h"
 #include "engine/EngineSnapshot.h"
+#include "files/ProgramRequests.h"
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace tarvin {
 
@@ -34,6 +38,11 @@ public:
     // the second time.
     void Stop();
 
+    // Calls `beat` on the monitor thread: in a pass as soon as the port has been tried, and then once in each `period`
+    // in which the thread makes passes; without a period only the first time. It must return at once. For a watchdog:
+    // a thread that hangs does not call. Takes effect once.
+    void SetHeartbeat(std::optional<std::chrono::microseconds> period, std::function<void()> beat);
+
     const KelText& MachineName() const;
     // What a window shows, as it was published last.
     EngineSnapshot Snapshot() const;
@@ -45,6 +54,12 @@ public:
     void ApplySettings(DownloadSettings settings);
     // Takes the settings over and leaves port and protocol alone: for settings that say nothing new about them.
     void KeepSettings(DownloadSettings settings);
+    // Takes over what other programs have changed in the settings file since it was loaded; blocks for the disk. What
+    // the user has changed meanwhile, and what the program has learned, stays. Where the port has to be opened anew,
+    // that waits for the end of a transfer that is under way: `answer` then says Later. Refused: the file cannot be
+    // used, which the user is told, and the settings stay as they are. `answer` is called on the monitor thread; it is
+    // destroyed uncalled if the engine stops before. Requires that Start has returned.
+    void ReloadSettings(std::function<void(RequestAnswer)> answer);
     // Which signals of the controller hold the line under hardware flow control. Opens the port anew like
     // ApplySettings.
     void SetHandshakes(bool heedsCts, bool heedsDsr);

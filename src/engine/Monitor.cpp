@@ -18,6 +18,9 @@ constexpr auto reopenPeriod = 1000ms;
 constexpr auto longestIdle = 1h;
 // A user who picks a file to receive goes to the machine then.
 constexpr auto longestAwaited = 10min;
+// The answer to the end of a transfer needs a moment to leave the port.
+constexpr auto reloadRetryPeriod = 250ms;
+constexpr int idleLooksBeforeReload = 2;
 
 }
 
@@ -39,7 +42,9 @@ Monitor::Monitor(EngineSetup setup, KelText machineName)
       reopenPort(timers, clock, "DownloadApp::ReopenPort", reopenPeriod, Timer::Kind::Repeating,
                  [this] { ReopenPort(); }),
       endOfAwaited(timers, clock, "DownloadApp::EndOfAwaitedUpload", longestAwaited, Timer::Kind::OneShot,
-                   [this] { EndAwaitedUpload(text::transferReason::nothingReceived); }) {
+                   [this] { EndAwaitedUpload(text::transferReason::nothingReceived); }),
+      retryReload(timers, clock, "DownloadApp::RetryReload", reloadRetryPeriod, Timer::Kind::Repeating,
+                  [this] { RetryReload(); }) {
     ChooseProtocol();
 }
 
@@ -125,10 +130,20 @@ void Monitor::Close() {
     display.Stop();
     reopenPort.Stop();
     endOfAwaited.Stop();
+    heartbeat.reset();
+    retryReload.Stop();
     line.ClosePort();
     SaveSettings();
     AbandonTransfer(text::transferReason::programEnd);
     logs.Close();
+}
+
+void Monitor::StartHeartbeat(std::optional<Clock::Duration> period, std::function<void()> beat) {
+    beat();
+    if (!period || heartbeat)
+        return;
+    heartbeat.emplace(timers, clock, "DownloadApp::Heartbeat", *period, Timer::Kind::Repeating, std::move(beat));
+    heartbeat->Start();
 }
 
 void Monitor::SaveSettings() {
@@ -223,6 +238,49 @@ void Monitor::KeepSettings(DownloadSettings newSettings) {
     newSettings.sendsChecksums = settings.sendsChecksums;
     settings = std::move(newSettings);
     events.SettingsChanged(settings);
+}
+
+void Monitor::ReloadSettings(std::function<void(RequestAnswer)> answer) {
+    const MutexLock lock(reloadMutex);
+    Post([loaded = store.ReadAgain(), answer = std::move(answer)](Monitor& owner) {
+        // At its end the program reads the file once more, to save its settings.
+        if (!owner.isClosing)
+            answer(owner.TakeReloaded(loaded));
+    });
+}
+
+RequestAnswer Monitor::TakeReloaded(SettingsStore::LoadResult loaded) {
+    if (loaded.warning) {
+        display.Announce(text::notice::settingsNotReloaded);
+        return RequestAnswer::Refused;
+    }
+    waitingSettings = std::move(loaded);
+    if (ApplyReloaded())
+        return RequestAnswer::Done;
+    display.Announce(text::notice::settingsWait);
+    idleLooks = 0;
+    retryReload.Start();
+    return RequestAnswer::Later;
+}
+
+// False if the settings wait on. They are merged only now: the user may have changed others while they waited.
+bool Monitor::ApplyReloaded() {
+    DownloadSettings changed = store.WithChangesOf(*waitingSettings, settings);
+    const bool isBusy = transfer.IsUnderWay() || transfer.IsPending();
+    if (isBusy && ReopensPort(settings, changed))
+        return false;
+    store.NoteLoaded(*waitingSettings);
+    waitingSettings.reset();
+    ApplySettings(std::move(changed));
+    display.Announce(text::notice::settingsReloaded);
+    return true;
+}
+
+void Monitor::RetryReload() {
+    const bool isIdle = !transfer.IsUnderWay() && !transfer.IsPending() && line.IsEmpty();
+    idleLooks = isIdle ? idleLooks + 1 : 0;
+    if (!waitingSettings || (idleLooks >= idleLooksBeforeReload && ApplyReloaded()))
+        retryReload.Stop();
 }
 
 void Monitor::SetHandshakes(bool heedsCts, bool heedsDsr) {

@@ -8,10 +8,12 @@
 #include "engine/LineTests.h"
 #include "engine/Network.h"
 #include "engine/Outage.h"
+#include "files/ProgramRequests.h"
 #include "settings/SettingsStore.h"
 
 #include <atomic>
 #include <functional>
+#include <optional>
 
 namespace tarvin {
 
@@ -29,6 +31,8 @@ public:
     void Wake() { line.Wake(); }
     // Cancels a write that blocks and a file that takes long to read, now and from now on.
     void PrepareClose();
+    // Reads the settings file on the caller's thread, and hands the settings to the monitor thread.
+    void ReloadSettings(std::function<void(RequestAnswer)> answer) EXCLUDES(reloadMutex);
     EngineSnapshot Snapshot() const { return display.Latest(); }
     TrafficQueue& Traffic() { return traffic; }
     const KelText& MachineName() const { return machineName; }
@@ -65,6 +69,9 @@ public:
     void ResetLink();
     void StartLoopbackTest();
 
+    // Calls `beat` now, and then once in each period, if there is one.
+    void StartHeartbeat(std::optional<Clock::Duration> period, std::function<void()> beat);
+
     // The parts, for commands that concern one of them.
     Display& Shown() { return display; }
     LineTests& Tests() { return tests; }
@@ -82,6 +89,9 @@ private:
     void OnPortAdvice(const KelText& advice) override { display.Announce(advice); }
 
     void SaveSettings();
+    RequestAnswer TakeReloaded(SettingsStore::LoadResult loaded);
+    bool ApplyReloaded();
+    void RetryReload();
     void RunCommands() EXCLUDES(commandMutex);
     void ChooseProtocol();
     void OpenPort();
@@ -101,6 +111,8 @@ private:
     std::atomic<bool> isClosing = false;
     Mutex commandMutex;
     std::vector<Command> commands GUARDED_BY(commandMutex);
+    // Held from the reading of the settings file until its settings are posted: the later reading comes last.
+    Mutex reloadMutex;
 
     // Constructed in this order. The display stores references to the transfer and the line, and uses them after Open.
     SettingsStore store;
@@ -119,6 +131,11 @@ private:
     std::unique_ptr<Protocol> protocol;
     Timer reopenPort;
     Timer endOfAwaited; // of an upload that a user awaits
+    // Settings that wait for the end of a transfer, because they reopen the port.
+    std::optional<SettingsStore::LoadResult> waitingSettings;
+    int idleLooks = 0; // of retryReload, one after the other
+    Timer retryReload;
+    std::optional<Timer> heartbeat;
 };
 
 }

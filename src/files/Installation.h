@@ -27,6 +27,9 @@ InstallationCandidates SystemInstallationCandidates();
 // The folder of the user's own installation, whether or not there is one. None if the environment names no such place.
 std::optional<std::filesystem::path> UserInstallation();
 
+// The folder of the installation that all users and services share, whether or not there is one.
+std::optional<std::filesystem::path> SystemInstallation();
+
 // The installation folder as an absolute path. Fails if no candidate has a KEL.INI. With one that cannot be read, the
 // folder is an installation that is corrupt: Installation::Read says why.
 Result<std::filesystem::path> FindInstallation(const InstallationCandidates& candidates);

@@ -37,6 +37,10 @@ std::optional<std::filesystem::path> UserInstallation() {
     return data ? std::optional(*data / "TarvinDL/2026") : std::nullopt;
 }
 
+std::optional<std::filesystem::path> SystemInstallation() {
+    return "/var/lib/tarvindl/2026";
+}
+
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
     candidates.chosen = FromEnvironment("TARVINDL_HOME");
@@ -44,7 +48,7 @@ InstallationCandidates SystemInstallationCandidates() {
         candidates.folders.push_back(*program);
     if (const auto user = UserInstallation())
         candidates.folders.push_back(*user);
-    candidates.folders.push_back("/var/lib/tarvindl/2026");
+    candidates.folders.push_back(*SystemInstallation());
     return candidates;
 }
 

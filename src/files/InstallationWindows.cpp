@@ -40,12 +40,16 @@ std::optional<std::filesystem::path> UserInstallation() {
     return InstallationBelow(L"LOCALAPPDATA");
 }
 
+std::optional<std::filesystem::path> SystemInstallation() {
+    return InstallationBelow(L"ProgramData");
+}
+
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
     candidates.chosen = FromEnvironment(L"TARVINDL_HOME");
     if (const auto program = ProgramFolder())
         candidates.folders.push_back(*program);
-    for (const auto& folder : {UserInstallation(), InstallationBelow(L"ProgramData")}) {
+    for (const auto& folder : {UserInstallation(), SystemInstallation()}) {
         if (folder)
             candidates.folders.push_back(*folder);
     }

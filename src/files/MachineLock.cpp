@@ -4,7 +4,6 @@
 
 #include <cassert>
 #include <charconv>
-#include <chrono>
 #include <map>
 #include <sstream>
 #include <string>
@@ -18,7 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::size_t longestRecord = 4096;
-constexpr auto longestWait = 1s;
 constexpr auto pollPeriod = 10ms;
 
 // A reader may come while the record is being written: only with this last line is it whole.
@@ -41,7 +39,8 @@ std::string RecordOf(const MachineHolder& holder) {
     std::ostringstream record;
     record << firstLine << "\nkind=" << (holder.kind == MachineHolder::Kind::Service ? serviceKind : windowKind)
            << "\nprocess=" << holder.process << "\nuser=" << OneLine(holder.user)
-           << "\ncomputer=" << OneLine(holder.computer) << "\nraise=" << OneLine(holder.raiseAddress) << '\n'
+           << "\ncomputer=" << OneLine(holder.computer) << "\nraise=" << OneLine(holder.raiseAddress)
+           << "\nreload=" << OneLine(holder.reloadAddress) << '\n'
            << lastLine << '\n';
     return record.str();
 }
@@ -67,6 +66,7 @@ std::optional<MachineHolder> FromRecord(const std::string& record) {
     holder.user = FromUtf8(entries["user"]);
     holder.computer = FromUtf8(entries["computer"]);
     holder.raiseAddress = FromUtf8(entries["raise"]);
+    holder.reloadAddress = FromUtf8(entries["reload"]);
     return holder;
 }
 
@@ -124,7 +124,7 @@ Result<> MachineLock::Take(const MachineHolder& self) {
     return {};
 }
 
-std::optional<MachineHolder> MachineLock::Holder() const {
+std::optional<MachineHolder> MachineLock::Holder(std::chrono::milliseconds longestWait) const {
     const auto deadline = std::chrono::steady_clock::now() + longestWait;
     for (;;) {
         const auto record = ReadWholeFile(path, longestRecord);

@@ -7,6 +7,7 @@
 
 #include "files/NativeFile.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -23,6 +24,8 @@ struct MachineHolder {
     KelText computer;
     // Where the program takes requests to show its window; empty if it takes none.
     KelText raiseAddress;
+    // Where the program takes requests to read its settings again; empty if it takes none.
+    KelText reloadAddress;
 
     bool operator==(const MachineHolder&) const = default;
 };
@@ -38,9 +41,9 @@ public:
     // failure means that the folder permits no lock: the machine is then served without one.
     Result<> Take(const MachineHolder& self);
 
-    // The program that holds the lock, as it has described itself. Waits up to 1 s for a program that has just taken
-    // the lock and still writes. None if the file describes no running program.
-    std::optional<MachineHolder> Holder() const;
+    // The program that holds the lock, as it has described itself. Waits up to `longestWait` for a program that has
+    // just taken the lock and still writes. None if the file describes no running program.
+    std::optional<MachineHolder> Holder(std::chrono::milliseconds longestWait = std::chrono::seconds(1)) const;
 
 private:
     const std::filesystem::path path;

@@ -69,6 +69,10 @@ public:
     // of a group that cannot be kept are reduced to those of everyone. Requires a file opened with Create or
     // CreateForOne.
     void CopyRights(const std::filesystem::path& model);
+    // Gives the file the group of `folder` and its permissions, as far as the system permits, whatever the umask is.
+    // Others get no right to write. On Windows every new file inherits from its folder, and this adds nothing. Requires
+    // a file opened with Create or CreateForOne.
+    void TakeFolderRights(const std::filesystem::path& folder);
     // Gives the file, which is at `path`, the name `target` in one step, in place of a file or link with that name.
     // Blocks until the step is on the disk. Requires a file opened with CreateForOne. isBusy if another program holds
     // the file at `target`.

@@ -1,5 +1,6 @@
 #include "base/System.h"
 #include "files/FileReplacement.h"
+#include "files/FolderRightsPosix.h"
 #include "files/NativeFile.h"
 
 #include <algorithm>
@@ -179,6 +180,10 @@ void NativeFile::CopyRights(const std::filesystem::path& model) {
     if (!keepsGroup)
         mode = (mode & 0707) | ((mode & 07) << 3);
     (void)::fchmod(Descriptor(handle), mode);
+}
+
+void NativeFile::TakeFolderRights(const std::filesystem::path& folder) {
+    TakeRightsOfFolder(Descriptor(handle), folder);
 }
 
 Result<> NativeFile::MoveTo(const std::filesystem::path& path, const std::filesystem::path& target) {

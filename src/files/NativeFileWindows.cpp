@@ -176,6 +176,8 @@ void NativeFile::CopyRights(const std::filesystem::path& model) {
     ::SetFileInformationByHandle(Handle(handle), FileBasicInfo, &info, sizeof info);
 }
 
+void NativeFile::TakeFolderRights(const std::filesystem::path&) {}
+
 // By the handle, because a file that is not shared cannot be moved by its name.
 Result<> NativeFile::MoveTo([[maybe_unused]] const std::filesystem::path& path, const std::filesystem::path& target) {
     std::error_code pathError;

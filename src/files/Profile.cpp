@@ -152,4 +152,30 @@ std::string WithProfileEntry(std::string_view fileBytes, KelTextView section, Ke
     return result;
 }
 
+std::string WithProfileValue(std::string_view fileBytes, KelTextView section, KelTextView key, KelTextView value) {
+    const ProfileText text(fileBytes);
+    const KelTextView content = text.Content();
+    bool isWithin = false;
+    for (KelTextView rest = content; !rest.empty();) {
+        const std::size_t start = content.size() - rest.size();
+        const KelTextView line = TakeProfileLine(rest);
+        if (const auto name = ProfileSection(line)) {
+            // Only the first section with a name counts.
+            if (isWithin)
+                break;
+            isWithin = EqualIgnoringCase(*name, section);
+            continue;
+        }
+        const std::size_t equals = line.find(u'=');
+        const KelTextView found = Trimmed(line.substr(0, std::min(equals, line.size())));
+        if (!isWithin || equals == KelTextView::npos || !EqualIgnoringCase(found, key))
+            continue;
+        const std::size_t begin = text.ByteOffset(start + equals + 1);
+        const std::size_t end = text.ByteOffset(start + line.size());
+        std::string result(fileBytes);
+        return result.replace(begin, end - begin, text.Encoded(value));
+    }
+    return WithProfileEntry(fileBytes, section, key, value);
+}
+
 }

@@ -65,4 +65,8 @@ private:
 // an entry with this key: the first of two entries counts.
 std::string WithProfileEntry(std::string_view fileBytes, KelTextView section, KelTextView key, KelTextView value);
 
+// The file's bytes with this value for the key: in place of the value that counts, or as WithProfileEntry adds it.
+// Keeps every other byte of the file.
+std::string WithProfileValue(std::string_view fileBytes, KelTextView section, KelTextView key, KelTextView value);
+
 }

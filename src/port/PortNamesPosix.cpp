@@ -1,6 +1,7 @@
 #include "port/PortNamesPosix.h"
 
 #include "base/Messages.h"
+#include "files/FileHold.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
 
@@ -8,7 +9,6 @@
 #include <cassert>
 #include <set>
 #include <string>
-#include <thread>
 
 namespace tarvin {
 
@@ -30,21 +30,6 @@ KelText ToUpper(KelTextView text) {
     KelText upper(text);
     std::transform(upper.begin(), upper.end(), upper.begin(), ToUpperAscii);
     return upper;
-}
-
-// Locks the file against other programs that add entries. Each of them replaces the file by a new one while it holds
-// the lock: the file that was opened here may be an old one when its lock is free, and is then opened again.
-bool HoldFile(NativeFile& file, const std::filesystem::path& path, std::chrono::milliseconds longestWait) {
-    const auto deadline = std::chrono::steady_clock::now() + longestWait;
-    while (file.Open(path, NativeFile::Access::Read)) {
-        if (file.Lock() && file.IsAt(path))
-            return true;
-        if (std::chrono::steady_clock::now() >= deadline)
-            break;
-        std::this_thread::sleep_for(5ms);
-    }
-    file.Close();
-    return false;
 }
 
 std::string ReadEntries(const std::filesystem::path& path) {

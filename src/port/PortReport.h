@@ -51,6 +51,10 @@ struct PortReport {
 std::vector<PortReport> InspectPorts(const std::filesystem::path& pathsFile, const KelText& currentPort,
                                      const KelText& ownPort);
 
+// Reports about one port that the caller does not have open. Opens and closes its device, and gives no device a number.
+// Blocks and threads as above.
+PortReport InspectPort(const std::filesystem::path& pathsFile, const KelText& portName);
+
 // The state in a few words.
 KelText DescribeState(const PortReport& report);
 

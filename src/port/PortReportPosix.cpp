@@ -127,6 +127,12 @@ private:
 
 }
 
+PortReport InspectPort(const fs::path& pathsFile, const KelText& portName) {
+    const InspectionRoots roots;
+    const fs::path device = PortNames(pathsFile).DeviceOf(portName).value_or(fs::path());
+    return Inspection(roots).Report(portName, device, false);
+}
+
 std::vector<PortReport> InspectPorts(const fs::path& pathsFile, const KelText& currentPort, const KelText& ownPort) {
     return InspectPorts(pathsFile, currentPort, ownPort, InspectionRoots());
 }

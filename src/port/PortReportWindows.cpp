@@ -104,6 +104,34 @@ void Probe(const std::filesystem::path& device, PortReport& report) {
     report.reason = SystemErrorText(error);
 }
 
+PortReport Report(const PortNames& names, const std::map<KelText, Identity>& identities, const KelText& name,
+                  bool isOwn) {
+    PortReport report;
+    report.name = name;
+    report.device = DeviceObjectOf(name);
+    if (const auto found = identities.find(name); found != identities.end()) {
+        report.maker = found->second.maker;
+        report.product = found->second.product;
+        report.serialNumber = found->second.serialNumber;
+        report.driver = found->second.driver;
+    }
+    const auto device = names.DeviceOf(name);
+    if (isOwn)
+        report.state = PortState::Own;
+    else if (!device || report.device.empty())
+        report.state = PortState::NotThere;
+    else
+        Probe(*device, report);
+    // The name is what users of Windows know.
+    report.device = name;
+    AddStateAdvice(report);
+    return report;
+}
+
+}
+
+PortReport InspectPort(const std::filesystem::path& pathsFile, const KelText& portName) {
+    return Report(PortNames(pathsFile), IdentifyPorts(), portName, false);
 }
 
 std::vector<PortReport> InspectPorts(const std::filesystem::path& pathsFile, const KelText& currentPort,
@@ -112,26 +140,7 @@ std::vector<PortReport> InspectPorts(const std::filesystem::path& pathsFile, con
     const std::map<KelText, Identity> identities = IdentifyPorts();
     std::vector<PortReport> reports;
     const auto take = [&](const KelText& name) {
-        PortReport report;
-        report.name = name;
-        report.device = DeviceObjectOf(name);
-        if (const auto found = identities.find(name); found != identities.end()) {
-            report.maker = found->second.maker;
-            report.product = found->second.product;
-            report.serialNumber = found->second.serialNumber;
-            report.driver = found->second.driver;
-        }
-        const auto device = names.DeviceOf(name);
-        if (EqualIgnoringCase(name, ownPort))
-            report.state = PortState::Own;
-        else if (!device || report.device.empty())
-            report.state = PortState::NotThere;
-        else
-            Probe(*device, report);
-        // The name is what users of Windows know.
-        report.device = name;
-        AddStateAdvice(report);
-        reports.push_back(std::move(report));
+        reports.push_back(Report(names, identities, name, EqualIgnoringCase(name, ownPort)));
     };
     bool hasCurrent = currentPort.empty();
     for (int number = 1; number <= highestPort; ++number) {

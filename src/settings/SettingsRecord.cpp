@@ -1,6 +1,7 @@
 #include "settings/SettingsRecord.h"
 
 #include "files/ObjectStream.h"
+#include "settings/SettingsFields.h"
 
 #include <algorithm>
 #include <limits>
@@ -12,43 +13,9 @@ namespace {
 constexpr std::uint32_t recordType = 100091201;
 constexpr std::uint32_t numberSize = 4;
 
-// The order of the fields, for reading and writing. A new field goes to the end, or older programs read wrong values.
 template <class Settings, class Visitor>
-void VisitFields(Settings& settings, Visitor&& visit) {
-    visit(settings.port);
-    visit(settings.baudRate);
-    visit(settings.parity);
-    visit(settings.dataBits);
-    visit(settings.stopBits);
-    visit(settings.flowControl);
-    visit(settings.uploadPath);
-    visit(settings.downloadPath);
-    visit(settings.fileExtension);
-    visit(settings.transmitDelaySeconds);
-    visit(settings.logFile);
-    visit(settings.writeLog);
-    visit(settings.characterDelayMilliseconds);
-    visit(settings.lineDelayMilliseconds);
-    visit(settings.sendStartCode);
-    visit(settings.sendEndCode);
-    visit(settings.startCharacter);
-    visit(settings.endCharacter);
-    visit(settings.commsLogFileName);
-    visit(settings.ctsFlow);
-    visit(settings.dsrFlow);
-    visit(settings.reservedInt);
-    visit(settings.networkMode);
-    visit(settings.serverMode);
-    visit(settings.stationName);
-    visit(settings.incomingCheck);
-    visit(settings.replacedFilesKept);
-    visit(settings.sendsChecksums);
-    visit(settings.controllerKind);
-    visit(settings.silenceSeconds);
-    visit(settings.attentionMinutes);
-    visit(settings.callsWithSound);
-    visit(settings.historyYears);
-    visit(settings.language);
+void VisitFields(Settings& settings, Visitor& visit) {
+    ForEachField([&](auto field) { visit(settings.*field); });
 }
 
 class FieldWriter {

@@ -1,11 +1,14 @@
 #include "settings/SettingsStore.h"
 
 #include "base/Messages.h"
+#include "files/FileHold.h"
 #include "files/FileNames.h"
 #include "files/FileReplacement.h"
 #include "files/NativeFile.h"
 #include "files/Profile.h"
 #include "messages/MessageAdvice.h"
+#include "settings/SettingsFields.h"
+#include "settings/SettingsNames.h"
 
 #include <algorithm>
 #include <iterator>
@@ -19,16 +22,7 @@ namespace {
 // Settings need a few hundred bytes. A longer file is something else.
 constexpr std::size_t maximumFileSize = 1024 * 1024;
 
-constexpr KelTextView portSection = u"Port Settings";
-constexpr KelTextView filesSection = u"Files";
-constexpr KelTextView logSection = u"Log";
-
-// The name of a COM port in upper case, as records hold it.
-KelText PortFromProfile(KelText port) {
-    if (EqualIgnoringCase(KelTextView(port).substr(0, 3), u"COM"))
-        std::transform(port.begin(), port.end(), port.begin(), ToUpperAscii);
-    return port;
-}
+constexpr auto longestHoldWait = std::chrono::seconds(1);
 
 // A record that another program has damaged or is writing mostly shows it here.
 bool HasUsablePort(const DownloadSettings& settings) {
@@ -36,8 +30,7 @@ bool HasUsablePort(const DownloadSettings& settings) {
 }
 
 bool IsTextProfile(std::string_view content) {
-    const Profile profile(content);
-    return profile.HasSection(portSection) || profile.HasSection(filesSection) || profile.HasSection(logSection);
+    return HasSettings(Profile(content));
 }
 
 // True if the content is nothing but settings, so that new settings may replace it.
@@ -113,66 +106,137 @@ bool SettingsStore::LoadSettings(DownloadSettings& settings) {
 }
 
 SettingsStore::LoadResult SettingsStore::Load(const DownloadSettings& constructorValues) {
+    firstValues = constructorValues;
+    LoadResult loaded = Understand(ReadFile());
+    NoteLoaded(loaded);
+    return loaded;
+}
+
+void SettingsStore::NoteLoaded(const LoadResult& loaded) {
+    seenContent = loaded.content;
+    seenSettings = loaded.settings;
+    wasRefused = loaded.isRefused;
+    wasLoaded = true;
+}
+
+DownloadSettings SettingsStore::WithChangesOf(const LoadResult& loaded, const DownloadSettings& inUse) const {
+    return MergedSettings(inUse, seenSettings, loaded.settings);
+}
+
+SettingsStore::LoadResult SettingsStore::Understand(FoundFile found) const {
     const MessageBoxText warning =
         WithAdvice(MessageKind::BadSettings, {text::box::badSettings, text::box::badSettingsCaption, iconExclamation});
-    FoundFile found = ReadFile();
-    wasRefused = found.state == FileState::Refused;
-    if (wasRefused) {
+    if (found.state == FileState::Refused) {
         const KelText refusal = Filled(text::box::settingsNotRead, {FromPath(FilePath()), found.reason.text});
-        return {FromProfile(Profile(""), constructorValues),
+        return {FromProfile(Profile("")),
                 WithAdvice(MessageKind::SettingsNotRead, {refusal, text::box::badSettingsCaption, iconExclamation}),
                 true};
     }
-    LoadResult result = {constructorValues, std::nullopt};
+    const auto contentOf = [](const FoundFile& file) {
+        return file.state == FileState::Read ? std::optional(file.content) : std::nullopt;
+    };
+    LoadResult result = {firstValues, std::nullopt, false, contentOf(found)};
     RecordState state = DecodeRecord(found.content, result.settings);
     if (state == RecordState::None)
-        return {FromProfile(Profile(found.content), constructorValues), std::nullopt};
+        return {FromProfile(Profile(found.content)), std::nullopt, false, contentOf(found)};
     if (!HasUsablePort(result.settings)) {
         // Another program may have been writing the file at that moment, so it is read a second time.
         found = ReadFile();
-        result.settings = constructorValues;
+        result.settings = firstValues;
+        result.content = contentOf(found);
         state = DecodeRecord(found.content, result.settings);
         if (state == RecordState::None || !HasUsablePort(result.settings))
-            return {FromProfile(Profile(found.content), constructorValues), warning};
+            return {FromProfile(Profile(found.content)), warning, false, contentOf(found)};
     }
     if (state == RecordState::Damaged) {
         // The lost fields get the values of a first run. Without line settings the port could not be opened.
-        result = {FromProfile(Profile(""), constructorValues), warning};
+        result = {FromProfile(Profile("")), warning, false, contentOf(found)};
         DecodeRecord(found.content, result.settings);
     }
     return result;
 }
 
-DownloadSettings SettingsStore::FromProfile(const Profile& profile, const DownloadSettings& constructorValues) const {
-    DownloadSettings settings = constructorValues;
-    settings.port = PortFromProfile(profile.Text(portSection, u"port", u"COM1"));
-    settings.baudRate = profile.Text(portSection, u"baudrate", u"2400");
-    settings.parity = profile.Text(portSection, u"parity", u"None");
-    settings.dataBits = profile.Text(portSection, u"databits", u"8");
-    settings.stopBits = profile.Text(portSection, u"stopbits", u"1");
-    settings.flowControl = profile.Text(portSection, u"flow control", u"Xon/Xoff");
-    settings.uploadPath = profile.Text(filesSection, u"upload path", transferFolder);
-    settings.downloadPath = profile.Text(filesSection, u"download path", transferFolder);
-    settings.fileExtension = profile.Text(filesSection, u"file extension", settings.fileExtension);
-    settings.transmitDelaySeconds = profile.Integer(portSection, u"transmit delay", 2);
-    settings.logFile = profile.Text(logSection, u"log file", settings.logFile);
-    settings.writeLog = profile.Integer(logSection, u"write log", 0);
-    return settings;
+DownloadSettings SettingsStore::FromProfile(const Profile& profile) const {
+    DownloadSettings settings = firstValues;
+    settings.port = u"COM1";
+    settings.baudRate = u"2400";
+    settings.parity = u"None";
+    settings.dataBits = u"8";
+    settings.stopBits = u"1";
+    settings.flowControl = u"Xon/Xoff";
+    settings.uploadPath = transferFolder;
+    settings.downloadPath = transferFolder;
+    settings.transmitDelaySeconds = 2;
+    settings.writeLog = 0;
+    return SettingsFromProfile(profile, std::move(settings));
+}
+
+// The installation's paths file: it is always there, and the settings file itself is replaced at each save.
+std::filesystem::path SettingsStore::FileOfLock() const {
+    return folder / "KEL.INI";
+}
+
+Result<> SettingsStore::KeepIfLost(const FoundFile& found) const {
+    const bool isRead = found.state == FileState::Read;
+    if (found.state != FileState::TooLong && (!isRead || IsUnderstood(found.content)))
+        return {};
+    return KeepBeside(FilePath(), isRead ? std::optional(found.content) : std::nullopt);
 }
 
 Result<> SettingsStore::SaveSettings(const DownloadSettings& settings) {
-    const std::filesystem::path file = FilePath();
+    // Settings are saved too where nothing can be locked.
+    NativeFile held;
+    (void)HoldFile(held, FileOfLock(), longestHoldWait);
     const FoundFile found = ReadFile();
     if (found.state == FileState::Refused)
         return found.reason;
     if (wasRefused && found.state != FileState::Missing)
         return Error{text::settingsReason::notReadBefore};
-    const bool isRead = found.state == FileState::Read;
-    if (found.state == FileState::TooLong || (isRead && !IsUnderstood(found.content))) {
-        if (const auto kept = KeepBeside(file, isRead ? std::optional(found.content) : std::nullopt); !kept)
-            return kept;
+    DownloadSettings saved = settings;
+    const bool isChanged = wasLoaded && found.state == FileState::Read && found.content != seenContent;
+    if (isChanged && IsUnderstood(found.content))
+        saved = WithChangesOf(Understand(found), settings);
+    if (const auto kept = KeepIfLost(found); !kept)
+        return kept;
+    std::string content = EncodeRecord(saved);
+    auto done = ReplaceWholeFile(FilePath(), content);
+    if (done) {
+        seenContent = std::move(content);
+        seenSettings = std::move(saved);
     }
-    return ReplaceWholeFile(file, EncodeRecord(settings));
+    return done;
+}
+
+Result<bool> SettingsStore::ChangeSettings(const DownloadSettings& constructorValues,
+                                           const std::function<Result<>(DownloadSettings&)>& change) {
+    NativeFile held;
+    (void)HoldFile(held, FileOfLock(), longestHoldWait);
+    firstValues = constructorValues;
+    const FoundFile found = ReadFile();
+    if (found.state == FileState::Refused)
+        return found.reason;
+    const LoadResult loaded = Understand(found);
+    DownloadSettings changed = loaded.settings;
+    if (const auto done = change(changed); !done)
+        return done.Reason();
+    if (changed == loaded.settings && found.state == FileState::Read && !loaded.warning)
+        return false;
+    if (const auto kept = KeepIfLost(found); !kept)
+        return kept.Reason();
+    std::string content = EncodeRecord(changed);
+    DownloadSettings before = loaded.settings;
+    if (found.content.empty() ||
+        (DecodeRecord(found.content, before) == RecordState::None && IsTextProfile(found.content))) {
+        // A new profile names its port, so that it shows where the machine is.
+        if (found.content.empty())
+            before.port.clear();
+        const std::string profile = WithSettings(found.content, before, changed);
+        if (FromProfile(Profile(profile)) == changed)
+            content = profile;
+    }
+    if (const auto replaced = ReplaceWholeFile(FilePath(), content); !replaced)
+        return replaced.Reason();
+    return true;
 }
 
 }

@@ -7,6 +7,7 @@
 #include "settings/SettingsRecord.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -22,6 +23,8 @@ public:
         std::optional<MessageBoxText> warning;
         // The system refuses to open or read the file: the settings are those of a first run.
         bool isRefused = false;
+        // The bytes of the file. None if there is no file, or none that can be read.
+        std::optional<std::string> content = std::nullopt;
     };
 
     // The file is in `folder` and named after the machine. `transferFolder` is the upload and download path of a
@@ -35,6 +38,18 @@ public:
     // is a COM port. The port of a profile may be written in any case.
     LoadResult Load(const DownloadSettings& constructorValues);
 
+    // What Load would give now, without an effect on this object. Any thread, once Load has returned for the first time
+    // and as long as no thread calls ChangeSettings.
+    LoadResult ReadAgain() const { return Understand(ReadFile()); }
+
+    // The settings in use now agree with a file that ReadAgain has given: a later save does not take that file for one
+    // that was changed meanwhile.
+    void NoteLoaded(const LoadResult& loaded);
+
+    // `inUse` with what other programs have changed in the file since the last Load, NoteLoaded or SaveSettings, if
+    // `loaded` is what the file holds now.
+    DownloadSettings WithChangesOf(const LoadResult& loaded, const DownloadSettings& inUse) const;
+
     // Reads the record once, as far as it is undamaged. False, with `settings` unchanged, if the file cannot be read or
     // does not begin with a record.
     bool LoadSettings(DownloadSettings& settings);
@@ -43,7 +58,19 @@ public:
     // first keeps the old file as "<name>.bad" ("<name>.bad2" ...): content that is neither settings nor a profile of
     // this program, or is damaged. Fails, and leaves the file as it is, if the old file cannot be kept, or if the
     // system refuses to open or read it, now or at the last Load.
+    //
+    // Settings that another program has changed in the file since the last Load stay changed: of `settings` the file
+    // gets what differs from that Load.
+    //
+    // Waits for programs that change settings of this installation at the same moment, 1 s at most.
     Result<> SaveSettings(const DownloadSettings& settings);
+
+    // Lets `change` alter the settings in the file, and replaces the file in one step if it has. Gives whether it has.
+    // A profile stays a profile with all its other lines if it can hold the new values; a missing file becomes one.
+    // `firstValues` are the constructor's values of Load. Keeps a file beside it, fails and waits like SaveSettings; a
+    // failure of `change` is a failure too, and the file stays as it is.
+    Result<bool> ChangeSettings(const DownloadSettings& firstValues,
+                                const std::function<Result<>(DownloadSettings&)>& change);
 
 private:
     enum class FileState { Missing, Refused, TooLong, Read };
@@ -54,11 +81,19 @@ private:
     };
 
     FoundFile ReadFile() const;
-    DownloadSettings FromProfile(const Profile& profile, const DownloadSettings& constructorValues) const;
+    LoadResult Understand(FoundFile found) const;
+    DownloadSettings FromProfile(const Profile& profile) const;
+    Result<> KeepIfLost(const FoundFile& found) const;
+    std::filesystem::path FileOfLock() const;
 
     std::filesystem::path folder;
     KelText machineName;
     KelText transferFolder;
+    DownloadSettings firstValues;
+    // The file as it was at the last Load or save, and its settings.
+    std::optional<std::string> seenContent;
+    DownloadSettings seenSettings;
+    bool wasLoaded = false;
     // The system refused the file at the last Load, so the settings in use are not its own.
     bool wasRefused = false;
 };

@@ -35,6 +35,7 @@ Result<> CopyNcFile(const std::filesystem::path& source, const std::filesystem::
     Result<> done = to.Open(fresh, NativeFile::Access::Create);
     if (!done)
         return done;
+    to.TakeFolderRights(target.parent_path());
     done = CopyContent(from, to);
     if (done)
         done = to.Sync();

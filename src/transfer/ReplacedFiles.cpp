@@ -3,6 +3,7 @@
 #include "base/Messages.h"
 #include "base/System.h"
 #include "files/FileReplacement.h"
+#include "files/FolderRights.h"
 
 #include <algorithm>
 #include <array>
@@ -80,11 +81,8 @@ std::optional<Moment> MomentIn(KelTextView keptName, KelTextView name) {
 
 Result<fs::path> KeepReplaced(const fs::path& path) {
     const fs::path folder = path.parent_path() / folderName;
-    std::error_code error;
-    fs::create_directory(folder, error);
-    if (!fs::is_directory(folder)) {
-        const KelText reason =
-            error ? SystemErrorText(static_cast<unsigned long>(error.value())) : text::fileReason::noFolder;
+    if (const std::error_code error = MakeSharedFolder(folder)) {
+        const KelText reason = SystemErrorText(static_cast<unsigned long>(error.value()));
         return Error{Filled(text::transferReason::olderNotKept, {FromPath(folder), reason})};
     }
     const fs::path kept = FreeTimedName(folder, path, "");

@@ -66,7 +66,10 @@ Result<> UploadFile::Begin(const fs::path& newPath, Content newContent) {
         return Error{text::fileReason::noFolder};
     if (const auto replaceable = CheckReplaceable(path); !replaceable)
         return replaceable;
-    return CreateAnew(file, part);
+    if (const auto created = CreateAnew(file, part); !created)
+        return created;
+    file.TakeFolderRights(part.parent_path());
+    return {};
 }
 
 Result<> UploadFile::Store(std::string_view bytes) {

@@ -11,6 +11,7 @@
 #include "port/PortNames.h"
 #include "settings/PortSettings.h"
 #include "settings/SettingsCheck.h"
+#include "settings/SettingsFields.h"
 #include "transfer/NcFilePath.h"
 #include "ui/ActionMenu.h"
 #include "ui/CustomMessage.h"
@@ -85,8 +86,10 @@ void MainWindow::OnHandshake() {
 }
 
 void MainWindow::OnChangeSettings() {
-    const SettingsDialog::Owner owner = {[this](const DownloadSettings& changed) {
-                                             settings = changed;
+    // While the dialog is open, the settings may be reloaded. Of the dialog counts what the user changes in it.
+    const DownloadSettings opened = settings;
+    const SettingsDialog::Owner owner = {[this, opened](const DownloadSettings& changed) {
+                                             settings = MergedSettings(settings, opened, changed);
                                              engine.KeepSettings(settings);
                                          },
                                          [this] { OnHelp("settings.htm"); },
@@ -97,8 +100,8 @@ void MainWindow::OnChangeSettings() {
         if (modal.Run(dialog) != wxID_OK)
             return;
         // A user who keeps the transfer on gets the dialog back with all that was changed.
-    } while (ReopensPort(settings, dialog.Settings()) && !MayBreakTransfer());
-    settings = dialog.Settings();
+    } while (ReopensPort(settings, MergedSettings(settings, opened, dialog.Settings())) && !MayBreakTransfer());
+    settings = MergedSettings(settings, opened, dialog.Settings());
     engine.ApplySettings(settings);
     ShowButtons();
 }

@@ -1,9 +1,10 @@
 // A machine gets the device that was asked for or none, and KEL.INI and settings lose nothing.
 
-#include "app/AssignPort.h"
+#include "app/Program.h"
 #include "harness/PseudoTerminalPosix.h"
 #include "harness/TemporaryFolder.h"
 #include "settings/SettingsRecord.h"
+#include "setup/AssignPort.h"
 
 #include <optional>
 
@@ -31,7 +32,9 @@ public:
         return text;
     }
 
-    Result<KelText> Assign(KelTextView commandLine = u"M") const { return AssignPort(device, commandLine); }
+    Result<KelText> Assign(KelTextView commandLine = u"M") const {
+        return AssignPort(device, MachineNameOf(commandLine));
+    }
 
     TemporaryFolder folder;
     PseudoTerminal terminal;

@@ -11,7 +11,7 @@ using tarvin::test::TemporaryFolder;
 namespace {
 
 MachineHolder OwnWindow() {
-    return {MachineHolder::Kind::Window, OwnProcessId(), u"J\u00F6rg = 2", ComputerName(), u"00a1f"};
+    return {MachineHolder::Kind::Window, OwnProcessId(), u"J\u00F6rg = 2", ComputerName(), u"00a1f", u"12346"};
 }
 
 }

@@ -13,7 +13,7 @@ using namespace tarvin::test;
 
 TEST_CASE("MachineLock: it works for a user who may only read, and a folder without rights is no other program") {
     const TemporaryFolder folder;
-    const MachineHolder self = {MachineHolder::Kind::Service, OwnProcessId(), u"anna", ComputerName(), {}};
+    const MachineHolder self = {MachineHolder::Kind::Service, OwnProcessId(), u"anna", ComputerName(), {}, {}};
     std::filesystem::permissions(folder.Path(), static_cast<std::filesystem::perms>(0755));
     std::optional<MachineLock> first(std::in_place, folder / "LASER.INI");
     REQUIRE(first->Take(self));

@@ -199,3 +199,87 @@ TEST_CASE("SettingsStore: a file that the system refuses is told and never repla
     std::filesystem::remove(folder / "TARVIN.INI");
     CHECK(store.SaveSettings(FirstRun()));
 }
+
+TEST_CASE("SettingsStore: a save keeps what another program has changed in the file meanwhile") {
+    const std::string laterProfile = "[Port Settings]\nport=COM7\nbaudrate=9600\n";
+    DownloadSettings laterRecord = FirstRun();
+    laterRecord.port = u"COM7";
+    laterRecord.baudRate = u"9600";
+    for (const std::string& before : {std::string("[Port Settings]\nport=COM2\n"), RecordWithPort(u"COM2"), ""s}) {
+        for (const std::string& later : {laterProfile, EncodeRecord(laterRecord)}) {
+            const TemporaryFolder folder;
+            if (!before.empty())
+                folder.WriteFile("TARVIN.INI", before);
+            SettingsStore running(folder.Path(), u"TARVIN", u"/nc");
+            DownloadSettings inUse = running.Load(ConstructorValues()).settings;
+            inUse.sendsChecksums = 1;
+            inUse.port = u"COM9";      // changed by both
+            inUse.silenceSeconds = 11; // changed here alone
+            folder.WriteFile("TARVIN.INI", later);
+            REQUIRE(running.SaveSettings(inUse));
+            const DownloadSettings saved = SettingsStore(folder.Path(), u"TARVIN", u"/nc").Load({}).settings;
+            CHECK(saved.port == u"COM7");
+            CHECK(saved.baudRate == u"9600");
+            CHECK(saved.silenceSeconds == 11);
+            CHECK(saved.sendsChecksums == 1);
+            CHECK(FileCount(folder) == 1);
+            // The next save of this run finds its own file.
+            inUse = saved;
+            inUse.port = u"COM3";
+            REQUIRE(running.SaveSettings(inUse));
+            CHECK(SettingsStore(folder.Path(), u"TARVIN", u"/nc").Load({}).settings.port == u"COM3");
+        }
+    }
+}
+
+TEST_CASE("SettingsStore: settings that were deleted meanwhile are written again, and rubbish is kept beside") {
+    const TemporaryFolder folder;
+    folder.WriteFile("TARVIN.INI", RecordWithPort(u"COM2"));
+    SettingsStore running(folder.Path(), u"TARVIN", u"/nc");
+    const DownloadSettings inUse = running.Load(ConstructorValues()).settings;
+    std::filesystem::remove(folder / "TARVIN.INI");
+    REQUIRE(running.SaveSettings(inUse));
+    CHECK(folder.ReadFile("TARVIN.INI") == RecordWithPort(u"COM2"));
+    folder.WriteFile("TARVIN.INI", "rubbish");
+    REQUIRE(running.SaveSettings(inUse));
+    CHECK(folder.ReadFile("TARVIN.INI") == RecordWithPort(u"COM2"));
+    CHECK(folder.ReadFile("TARVIN.INI.bad") == "rubbish");
+}
+
+TEST_CASE("SettingsStore: a change keeps the form of the file and all that it does not concern") {
+    const TemporaryFolder folder;
+    SettingsStore store(folder.Path(), u"TARVIN", u"/nc");
+    const auto change = [&](auto field, auto value) {
+        const auto done = store.ChangeSettings({}, [&](DownloadSettings& settings) {
+            settings.*field = value;
+            return Result<>();
+        });
+        REQUIRE(done);
+        return *done;
+    };
+    CHECK(change(&DownloadSettings::baudRate, u"9600"));
+    CHECK(folder.ReadFile("TARVIN.INI") == "[Port Settings]\r\nport=COM1\r\nbaudrate=9600\r\n");
+    CHECK_FALSE(change(&DownloadSettings::baudRate, u"9600"));
+    const std::string profile = "; the laser\n[Files]\nfile extension=x\nshop=north\n";
+    folder.WriteFile("TARVIN.INI", profile);
+    CHECK(change(&DownloadSettings::fileExtension, u"nc"));
+    CHECK(folder.ReadFile("TARVIN.INI") == "; the laser\n[Files]\nfile extension=nc\nshop=north\n");
+    // A profile cannot hold a text of more than 79 characters.
+    const KelText longPath(100, u'p');
+    CHECK(change(&DownloadSettings::uploadPath, longPath));
+    CHECK(store.Load({}).settings.uploadPath == longPath);
+    CHECK(store.Load({}).settings.fileExtension == u"nc");
+
+    DownloadSettings learned = FirstRun();
+    learned.sendsChecksums = 1;
+    learned.extensionFields = "newer";
+    folder.WriteFile("TARVIN.INI", EncodeRecord(learned));
+    CHECK(change(&DownloadSettings::parity, u"Even"));
+    learned.parity = u"Even";
+    CHECK(folder.ReadFile("TARVIN.INI") == EncodeRecord(learned));
+    CHECK_FALSE(store.ChangeSettings({}, [](DownloadSettings& settings) {
+        settings.parity = u"Odd";
+        return Result<>(Error{u"no"});
+    }));
+    CHECK(folder.ReadFile("TARVIN.INI") == EncodeRecord(learned));
+}

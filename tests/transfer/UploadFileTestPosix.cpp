@@ -57,6 +57,52 @@ TEST_CASE("UploadFile: links with its names are replaced, and their targets stay
     CHECK_FALSE(fs::exists(folder / "replaced"));
 }
 
+TEST_CASE("UploadFile: a new file and the folder of replaced ones take group and permissions of their folder") {
+    struct Case {
+        mode_t folder;
+        mode_t file;
+        mode_t replaced;
+    };
+    constexpr mode_t inheritsGroup = S_ISGID;
+    for (const Case& expected : {Case{0775, 0664, 0775}, Case{0777, 0664, 0775}, Case{0750, 0640, 0750},
+                                 Case{0770 | inheritsGroup, 0660, 0770 | inheritsGroup}}) {
+        CAPTURE(expected.folder);
+        const TemporaryFolder folder;
+        // root may give any group, and other users one of their own.
+        const gid_t group = ::geteuid() == 0 ? 1234 : ::getegid();
+        REQUIRE(::chown(folder.Path().c_str(), static_cast<uid_t>(-1), group) == 0);
+        REQUIRE(::chmod(folder.Path().c_str(), expected.folder) == 0);
+        const mode_t before = ::umask(027);
+        for (const char* line : {"old\n", "new\n"}) {
+            UploadFile upload;
+            REQUIRE(upload.Begin(folder / "1.nc", UploadFile::Content::Text));
+            CHECK(RightsOf(folder / "1.nc.part") == std::tuple(::geteuid(), group, expected.file));
+            REQUIRE(upload.Store(line));
+            REQUIRE(upload.Complete(keptCount));
+        }
+        ::umask(before);
+        CHECK(RightsOf(folder / "1.nc") == std::tuple(::geteuid(), group, expected.file));
+        CHECK(RightsOf(folder / "replaced") == std::tuple(::geteuid(), group, expected.replaced & 0777));
+        CHECK((fs::status(folder / "replaced").permissions() & fs::perms::set_gid) ==
+              static_cast<fs::perms>(expected.replaced & inheritsGroup));
+    }
+}
+
+TEST_CASE("UploadFile: a group that this user may not give gets what everyone has") {
+    const TemporaryFolder folder;
+    if (::geteuid() != 0)
+        return;
+    fs::create_directory(folder / "nc");
+    REQUIRE(::chown((folder / "nc").c_str(), 1234, 4321) == 0);
+    REQUIRE(::chmod((folder / "nc").c_str(), 0775) == 0);
+    REQUIRE(::chmod(folder.Path().c_str(), 0755) == 0);
+    const gid_t ownGroup = ::getegid();
+    const tarvin::test::OtherUser other;
+    UploadFile upload;
+    REQUIRE(upload.Begin(folder / "nc/1.nc", UploadFile::Content::Text));
+    CHECK(RightsOf(folder / "nc/1.nc.part") == std::tuple(::geteuid(), ownGroup, mode_t{0644}));
+}
+
 TEST_CASE("UploadFile: the new file has the rights of the older one, and the kept one its own") {
     const TemporaryFolder folder;
     folder.WriteFile("1.nc", "older");

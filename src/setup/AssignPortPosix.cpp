@@ -1,10 +1,12 @@
-#include "app/AssignPort.h"
-#include "app/Program.h"
-#include "base/Messages.h"
+#include "base/SetupMessages.h"
+#include "files/Installation.h"
 #include "files/NativeFile.h"
 #include "port/PortNamesPosix.h"
-#include "settings/SettingsStore.h"
+#include "setup/AssignPort.h"
+#include "setup/InstallationSetup.h"
+#include "setup/SettingsChange.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace tarvin {
@@ -12,8 +14,6 @@ namespace tarvin {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* freshPathsFile = "[PROGRAM PATHS]\r\nNC Files=NC Files\r\n[PORTS]\r\n";
 
 bool Exists(const fs::path& path) {
     std::error_code ignored;
@@ -33,26 +33,9 @@ Result<fs::path> FindDevice(const fs::path& path) {
     return absolute;
 }
 
-// Makes an installation where the program will look for one.
-Result<fs::path> MakeInstallation() {
-    const auto chosen = SystemInstallationCandidates().chosen;
-    const auto folder = chosen ? chosen : UserInstallation();
-    if (!folder)
-        return Error{text::assignPort::noHome};
-    const fs::path pathsFile = *folder / "KEL.INI";
-    // The search found no readable KEL.INI. One that exists all the same is kept.
-    if (Exists(pathsFile))
-        return Error{Filled(text::assignPort::cannotRead, {FromPath(pathsFile)})};
-    std::error_code error;
-    fs::create_directories(*folder / "NC Files", error);
-    if (error || !ReplaceWholeFile(pathsFile, freshPathsFile))
-        return Error{Filled(text::assignPort::cannotMakeInstallation, {FromPath(*folder)})};
-    return *folder;
-}
-
 Result<KelText> AssignInInstallation(const Installation& installation, const fs::path& device,
                                      const KelText& machineName) {
-    SettingsStore store(installation.Folder(), machineName, FromPath(installation.NcFilesFolder()));
+    SettingsStore store = StoreOf(installation, machineName);
     const KelText settingsFile = FromPath(store.FilePath());
     const bool hasSettings = Exists(store.FilePath());
     // The port that the program will open: settings that name none, or are damaged, have a default.
@@ -74,23 +57,35 @@ Result<KelText> AssignInInstallation(const Installation& installation, const fs:
 
 }
 
-Result<KelText> AssignPort(const fs::path& device, KelTextView commandLine) {
+Result<KelText> AssignPort(const fs::path& device, const KelText& machineName) {
     // First of all: a wrong device must not leave an installation behind.
     const auto found = FindDevice(device);
     if (!found)
         return found.Reason();
     KelText done;
-    if (!FindInstallation()) {
-        const auto made = MakeInstallation();
+    auto folder = FindInstallation();
+    if (!folder) {
+        folder = FolderFor({});
+        const auto made = folder ? MakeInstallation(*folder) : folder.Reason();
         if (!made)
             return made.Reason();
-        done = Filled(text::assignPort::madeInstallation, {FromPath(*made)});
+        done = Filled(text::assignPort::madeInstallation, {FromPath(*folder)});
     }
-    const auto installation = FindProgramInstallation();
+    const auto installation = Installation::Read(*folder);
     if (!installation)
         return installation.Reason();
-    auto assigned = AssignInInstallation(*installation, *found, MachineNameOf(commandLine));
+    auto assigned = AssignInInstallation(*installation, *found, machineName);
     return assigned ? Result<KelText>(done + *assigned) : assigned;
+}
+
+Result<KelText> PortNameFor(const fs::path& pathsFile, const KelText& port) {
+    if (IsPortName(port)) {
+        KelText name = port;
+        std::ranges::transform(name, name.begin(), ToUpperAscii);
+        return name;
+    }
+    const auto device = FindDevice(ToPath(port));
+    return device ? AssignPortName(pathsFile, *device, {}) : device.Reason();
 }
 
 }

@@ -1,4 +1,4 @@
-#include "app/RaiseRequests.h"
+#include "files/ProgramRequests.h"
 
 #include <cassert>
 #include <cerrno>
@@ -18,7 +18,35 @@ namespace tarvin {
 
 namespace {
 
-constexpr char raisedByte = 'R';
+// What goes over the connection for each answer.
+constexpr char doneByte = 'D';
+constexpr char laterByte = 'L';
+constexpr char refusedByte = 'R';
+
+char ByteFor(RequestAnswer answer) {
+    switch (answer) {
+    case RequestAnswer::Done:
+        return doneByte;
+    case RequestAnswer::Later:
+        return laterByte;
+    case RequestAnswer::Refused:
+        break;
+    }
+    return refusedByte;
+}
+
+RequestOutcome OutcomeOf(char byte) {
+    switch (byte) {
+    case doneByte:
+        return RequestOutcome::Done;
+    case laterByte:
+        return RequestOutcome::Later;
+    case refusedByte:
+        return RequestOutcome::Refused;
+    default:
+        return RequestOutcome::Gone;
+    }
+}
 
 class Descriptor {
 public:
@@ -50,7 +78,7 @@ bool MayAsk(int connection) {
 
 }
 
-struct RaiseRequests::Endpoint {
+struct ProgramRequests::Endpoint {
     Endpoint() : listener(NewSocket()), stop(::eventfd(0, EFD_CLOEXEC)) {}
 
     // The name that the system has chosen; empty after a failure.
@@ -69,7 +97,7 @@ struct RaiseRequests::Endpoint {
         return length > start ? std::string(name.sun_path + 1, length - start) : std::string();
     }
 
-    void Run(const std::function<void(Answer)>& raise) const {
+    void Run(const std::function<void(Answer)>& take) const {
         pollfd watched[] = {{listener.Number(), POLLIN, 0}, {stop.Number(), POLLIN, 0}};
         for (;;) {
             if (::poll(watched, std::size(watched), -1) < 0 && errno != EINTR)
@@ -80,7 +108,10 @@ struct RaiseRequests::Endpoint {
                 std::make_shared<Descriptor>(::accept4(listener.Number(), nullptr, nullptr, SOCK_CLOEXEC));
             if (connection->Number() < 0 || !MayAsk(connection->Number()))
                 continue;
-            raise([connection] { (void)!::send(connection->Number(), &raisedByte, 1, MSG_NOSIGNAL | MSG_DONTWAIT); });
+            take([connection](RequestAnswer answer) {
+                const char byte = ByteFor(answer);
+                (void)!::send(connection->Number(), &byte, 1, MSG_NOSIGNAL | MSG_DONTWAIT);
+            });
         }
     }
 
@@ -89,45 +120,50 @@ struct RaiseRequests::Endpoint {
     std::thread thread;
 };
 
-RaiseRequests::RaiseRequests() : endpoint(std::make_unique<Endpoint>()) {
+ProgramRequests::ProgramRequests(RequestKind /*kind*/) : endpoint(std::make_unique<Endpoint>()) {
     address = FromUtf8(endpoint->Bind());
     if (address.empty())
         endpoint.reset();
 }
 
-RaiseRequests::~RaiseRequests() {
-    if (!endpoint || !endpoint->thread.joinable())
-        return;
-    const std::uint64_t one = 1;
-    (void)!::write(endpoint->stop.Number(), &one, sizeof one);
-    endpoint->thread.join();
+ProgramRequests::~ProgramRequests() {
+    End();
 }
 
-void RaiseRequests::Serve(std::function<void(Answer)> raise) {
+void ProgramRequests::End() {
+    if (endpoint && endpoint->thread.joinable()) {
+        const std::uint64_t one = 1;
+        (void)!::write(endpoint->stop.Number(), &one, sizeof one);
+        endpoint->thread.join();
+    }
+    endpoint.reset();
+}
+
+void ProgramRequests::Serve(std::function<void(Answer)> take) {
     if (!endpoint)
         return;
     assert(!endpoint->thread.joinable());
-    endpoint->thread = std::thread([this, kept = std::move(raise)] { endpoint->Run(kept); });
+    endpoint->thread = std::thread([this, kept = std::move(take)] { endpoint->Run(kept); });
 }
 
-RaiseOutcome RequestRaise(const KelText& address, std::chrono::milliseconds patience) {
+// Each kind has a socket of its own, so nothing is sent with a request.
+RequestOutcome RequestFrom(RequestKind /*kind*/, const KelText& address, std::chrono::milliseconds patience) {
     const std::string bytes = ToUtf8(address);
     sockaddr_un name = {};
     name.sun_family = AF_UNIX;
     if (bytes.empty() || bytes.size() >= sizeof name.sun_path)
-        return RaiseOutcome::Gone;
+        return RequestOutcome::Gone;
     bytes.copy(name.sun_path + 1, bytes.size());
     const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + bytes.size());
     const Descriptor connection(NewSocket());
     if (::connect(connection.Number(), reinterpret_cast<const sockaddr*>(&name), length) != 0)
-        // A window that takes no requests for long has a full queue of them.
-        return errno == EAGAIN ? RaiseOutcome::Silent : RaiseOutcome::Gone;
+        // A program that takes no requests for long has a full queue of them.
+        return errno == EAGAIN ? RequestOutcome::Silent : RequestOutcome::Gone;
     pollfd watched = {connection.Number(), POLLIN, 0};
     if (::poll(&watched, 1, static_cast<int>(patience.count())) <= 0)
-        return RaiseOutcome::Silent;
+        return RequestOutcome::Silent;
     char answer = 0;
-    return ::recv(connection.Number(), &answer, 1, 0) == 1 && answer == raisedByte ? RaiseOutcome::Raised
-                                                                                   : RaiseOutcome::Gone;
+    return ::recv(connection.Number(), &answer, 1, 0) == 1 ? OutcomeOf(answer) : RequestOutcome::Gone;
 }
 
 }

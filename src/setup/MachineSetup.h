@@ -1,0 +1,31 @@
+#pragma once
+// Adds a machine to an installation, or changes one that is there. For tarvindl-setup and for the window of the first
+// start. One thread at a time; blocks for the disk.
+
+#include "setup/InstallationSetup.h"
+#include "setup/SettingsChange.h"
+
+#include <optional>
+
+namespace tarvin {
+
+struct MachineWish {
+    KelText name;
+    // A port name, or the path of a device.
+    std::optional<KelText> port;
+    std::vector<NamedValue> settings;
+    // Folders among the settings that are made if they are missing.
+    std::vector<std::filesystem::path> folders;
+};
+
+struct MachineOutcome {
+    // What was done, and what was so already.
+    SetupReport report;
+    // A program that runs works with other settings than those in the file now.
+    bool hasChanged = false;
+};
+
+// Makes or changes the machine, all or nothing but for folders and the name of a port.
+Result<MachineOutcome> SetUpMachine(const Installation& installation, const MachineWish& wish);
+
+}

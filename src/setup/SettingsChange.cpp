@@ -1,0 +1,114 @@
+#include "setup/SettingsChange.h"
+
+#include "base/SetupMessages.h"
+#include "dictionary/TextHolder.h"
+#include "protocol/TarvinApp.h"
+#include "settings/SettingsCheck.h"
+#include "settings/SettingsNames.h"
+#include "setup/InstallationFiles.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace tarvin {
+
+namespace {
+
+void AddLine(KelText& lines, const KelText& line) {
+    lines += (lines.empty() ? u"" : u"\n") + line;
+}
+
+KelText AllNames() {
+    KelText names;
+    for (const NamedSetting& each : NamedSettings())
+        names += (names.empty() ? u"" : u", ") + KelText(each.key);
+    return names;
+}
+
+// The languages that the installation's dictionary has. Empty without a dictionary.
+std::vector<KelText> LanguagesOf(const Installation& installation) {
+    TextHolder dictionary;
+    std::vector<KelText> names;
+    if (!dictionary.Load({.programFolder = installation.Folder()}))
+        return names;
+    names.push_back(u"English");
+    for (const DictionaryLanguage& language : dictionary.Languages())
+        names.push_back(language.name);
+    return names;
+}
+
+// Empty for a good one.
+KelText LanguageProblem(const KelText& language, const Installation& installation) {
+    if (language.empty())
+        return {};
+    const std::vector<KelText> names = LanguagesOf(installation);
+    const bool isKnown =
+        std::ranges::any_of(names, [&](const KelText& name) { return EqualIgnoringCase(name, language); });
+    if (names.empty() || isKnown)
+        return {};
+    KelText allowed;
+    for (const KelText& name : names)
+        allowed += (allowed.empty() ? u"" : u", ") + name;
+    return Filled(text::settingValue::refused, {u"language", language, allowed});
+}
+
+Result<> Apply(const std::vector<NamedValue>& values, const Installation& installation, DownloadSettings& settings) {
+    const DownloadSettings present = settings;
+    KelText problems;
+    for (const NamedValue& each : values) {
+        const NamedSetting* const setting = FindNamedSetting(each.name);
+        if (setting == nullptr)
+            AddLine(problems, Filled(text::settingValue::unknown, {each.name, AllNames()}));
+        else if (const auto set = SetNamedSetting(*setting, each.value, settings); !set)
+            AddLine(problems, set.Reason().text);
+    }
+    if (settings.language != present.language) {
+        if (const KelText problem = LanguageProblem(settings.language, installation); !problem.empty())
+            AddLine(problems, problem);
+    }
+    for (const SettingsProblem& each : CheckSettings(settings, present)) {
+        // A value that stays as it was may be wrong today: a network drive that is away, for example.
+        if (!each.mayStay)
+            AddLine(problems, Filled(text::settingValue::problem, {SettingName(each.field), each.message}));
+    }
+    return problems.empty() ? Result<>() : Error{problems};
+}
+
+}
+
+SettingsStore StoreOf(const Installation& installation, const KelText& machineName) {
+    return SettingsStore(installation.Folder(), machineName, FromPath(installation.NcFilesFolder()));
+}
+
+bool IsMachine(const Installation& installation, const KelText& machineName) {
+    std::error_code ignored;
+    return std::filesystem::exists(
+        std::filesystem::symlink_status(StoreOf(installation, machineName).FilePath(), ignored));
+}
+
+Result<KelText> ShowSettings(const Installation& installation, const KelText& machineName) {
+    const auto loaded = StoreOf(installation, machineName).Load(TarvinApp::FirstSettings());
+    if (loaded.isRefused)
+        return Error{loaded.warning->text};
+    return ProfileOfSettings(loaded.settings);
+}
+
+Result<bool> ChangeSettings(const Installation& installation, const KelText& machineName,
+                            const std::vector<NamedValue>& values) {
+    SettingsStore store = StoreOf(installation, machineName);
+    const bool isNew = !IsMachine(installation, machineName);
+    auto changed = store.ChangeSettings(
+        TarvinApp::FirstSettings(), [&](DownloadSettings& settings) { return Apply(values, installation, settings); });
+    if (changed && isNew)
+        GiveToOwnerOfFolder(store.FilePath());
+    return changed;
+}
+
+Result<NamedValue> NamedValueOf(const KelText& word) {
+    const std::size_t equals = word.find(u'=');
+    if (equals == KelText::npos || equals == 0)
+        return Error{Filled(text::settingValue::noValue, {word})};
+    return NamedValue{KelText(Trimmed(KelTextView(word).substr(0, equals))), word.substr(equals + 1)};
+}
+
+}
