@@ -40,7 +40,7 @@ function(tarvin_library name)
 endfunction()
 
 # What Windows shows of a program and lets it do. Nothing elsewhere.
-function(tarvin_resources program description isWindow)
+function(tarvin_resources program description isWindow furtherFile)
     if(NOT WIN32)
         return()
     endif()
@@ -51,21 +51,26 @@ function(tarvin_resources program description isWindow)
     if(isWindow)
         set(further "\n// The cursors and pictures of wxWidgets.\n#define wxUSE_NO_MANIFEST 1\n#include <wx/msw/wx.rc>")
     endif()
+    if(furtherFile)
+        string(APPEND further "\n#include \"${furtherFile}\"")
+    endif()
     configure_file(${CMAKE_SOURCE_DIR}/packaging/windows/program.manifest.in ${manifest} @ONLY)
     configure_file(${CMAKE_SOURCE_DIR}/packaging/windows/program.rc.in ${folder}/${program}.rc @ONLY)
     target_sources(${program} PRIVATE ${folder}/${program}.rc)
     set_source_files_properties(${folder}/${program}.rc PROPERTIES
-        OBJECT_DEPENDS "${manifest};${CMAKE_SOURCE_DIR}/packaging/icons/tarvindl.ico")
+        OBJECT_DEPENDS "${manifest};${CMAKE_SOURCE_DIR}/packaging/icons/tarvindl.ico;${furtherFile}")
 endfunction()
 
-# tarvin_program(NAME [WINDOW] DESCRIPTION TEXT SOURCES FILE... DEPENDS LIBRARY...). The description is what Windows
-# shows of the program. WINDOW: it has one, and no console.
+# tarvin_program(NAME [WINDOW] DESCRIPTION TEXT [RESOURCES FILE] SOURCES FILE... DEPENDS LIBRARY...). The description is
+# what Windows shows of the program. WINDOW: it has one, and no console. RESOURCES: further ones for Windows.
+# The global property TARVIN_PROGRAMS lists all of them.
 function(tarvin_program name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOW" "DESCRIPTION" "SOURCES;DEPENDS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOW" "DESCRIPTION;RESOURCES" "SOURCES;DEPENDS")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_DEPENDS} tarvin-options)
     set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ${arg_WINDOW})
-    tarvin_resources(${name} "${arg_DESCRIPTION}" ${arg_WINDOW})
+    set_property(GLOBAL APPEND PROPERTY TARVIN_PROGRAMS ${name})
+    tarvin_resources(${name} "${arg_DESCRIPTION}" ${arg_WINDOW} "${arg_RESOURCES}")
 endfunction()
 
 # tarvin_test(NAME DEPENDS LIBRARY... [LAUNCHER SCRIPT]): the test program of the current folder; CTest lists each of its

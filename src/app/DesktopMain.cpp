@@ -17,20 +17,22 @@
 
 namespace {
 
-constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
+constexpr char usage[] = "Usage: tarvindl [MACHINE NAME] [/l=LANGUAGE]\n"
                          "\n"
-                         "Holds the workstation end of the serial link to a machine's controller, and shows it.\n"
+                         "Holds the workstation end of the serial link to a machine's controller, and\n"
+                         "shows it.\n"
                          "\n"
                          "The whole command line is the machine's name, blanks included; without one it is\n"
                          "TARVIN. The machine's settings are in <installation>/<MACHINE NAME>.INI. The\n"
                          "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
                          "KEL.INI: the program's own, the user's, the system's.\n"
                          "\n"
-                         "If the machine has a window already, that window comes to the front. If another program\n"
-                         "serves the machine, a box says so, and the exit code is 3.\n"
+                         "If the machine has a window already, that window comes to the front. If another\n"
+                         "program serves the machine, a box says so, and the exit code is 3.\n"
                          "\n"
-                         "  --help     this text\n"
-                         "  --version  the version\n";
+                         "  /l=LANGUAGE  the language of the window, such as /l=German\n"
+                         "  --help       this text\n"
+                         "  --version    the version\n";
 
 // The help book is in the installation, or beside the program as it was built or installed.
 std::vector<std::filesystem::path> HelpFiles(const tarvin::Installation& installation) {

@@ -6,6 +6,27 @@
 
 namespace tarvin {
 
+namespace {
+
+LineKind KindOf(TransferState state, TransferState before) {
+    switch (state) {
+    case TransferState::NoLink:
+    case TransferState::DownloadCouldNotOpen:
+    case TransferState::UploadCouldNotOpen:
+    case TransferState::DownloadErrors:
+    case TransferState::UploadErrors:
+    case TransferState::LoopbackFailure:
+    case TransferState::Overrun:
+    case TransferState::UnexpectedError:
+    case TransferState::FileFormatError:
+        return LineKind::Warning;
+    default:
+        return IsTransferring(state) && state == before ? LineKind::Progress : LineKind::Information;
+    }
+}
+
+}
+
 ServiceEvents::ServiceEvents(ServiceOutput& output, ServiceNotify& notify, AppInterface& messages)
     : output(output), notify(notify), messages(messages) {
     assert(messages.IsUnattended());
@@ -21,7 +42,7 @@ void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {
     // The link first: a status that comes with a new link belongs to it.
     if (snapshot.linkTitle != printedLink) {
         printedLink = snapshot.linkTitle;
-        output.Add(printedLink);
+        output.Add(printedLink, snapshot.hasLink ? LineKind::Information : LineKind::Warning);
     }
     if (snapshot.notice != printedNotice) {
         printedNotice = snapshot.notice;
@@ -34,7 +55,8 @@ void ServiceEvents::SnapshotChanged(const EngineSnapshot& snapshot) {
     }
     if (snapshot.statusLine != printedStatus) {
         printedStatus = snapshot.statusLine;
-        output.Add(printedStatus);
+        output.Add(printedStatus, KindOf(snapshot.transferState, printedState));
+        printedState = snapshot.transferState;
         notify.Status(printedStatus);
     }
 }

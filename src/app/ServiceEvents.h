@@ -24,6 +24,7 @@ private:
     ServiceOutput& output;
     ServiceNotify& notify;
     AppInterface& messages;
+    TransferState printedState = TransferState::NoLink;
     KelText printedStatus;
     KelText printedLink;
     KelText printedNotice;

@@ -4,9 +4,11 @@
 #include "app/FolderTrial.h"
 #include "app/MachineClaim.h"
 #include "app/Program.h"
+#include "app/ServiceCommands.h"
+#include "app/ServiceControl.h"
 #include "app/ServiceEvents.h"
+#include "app/ServiceHost.h"
 #include "app/ServiceNotify.h"
-#include "app/ServiceOutput.h"
 #include "app/ServiceSettings.h"
 #include "app/StopRequest.h"
 #include "base/SetupMessages.h"
@@ -24,43 +26,42 @@
 
 namespace {
 
-constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME]\n"
-                         "       tarvindl-service --check [MACHINE NAME]\n"
-                         "       tarvindl-service --assign-port DEVICE [MACHINE NAME]\n"
+constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME] [/l=LANGUAGE]\n"
                          "\n"
-                         "Holds the workstation end of the serial link to a machine's controller: answers its\n"
-                         "link tests, stores the NC files that it sends and sends those that it asks for.\n"
+                         "Holds the workstation end of the serial link to a machine's controller: answers\n"
+                         "its link tests, stores the NC files that it sends, sends those that it asks for.\n"
+                         "Each change of the status is a line of output. SIGTERM and Ctrl-C end it.\n"
                          "\n"
-                         "The whole command line is the machine's name, blanks included; without one it is\n"
-                         "TARVIN. The machine's settings are in <installation>/<MACHINE NAME>.INI. The\n"
-                         "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
-                         "KEL.INI: the program's own, the user's, the system's.\n"
+                         "The whole command line is the machine's name; without one it is TARVIN. The\n"
+                         "settings are in <installation>/<MACHINE NAME>.INI. The installation is the\n"
+                         "folder named by TARVINDL_HOME, or the first that holds KEL.INI: the program's\n"
+                         "own, the user's, the system's. Exit code 3: another program serves the machine.\n"
                          "\n"
-                         "Each change of the status is a line on standard output. SIGTERM and SIGINT end the\n"
-                         "program in order; SIGHUP makes it read its settings again. If another program serves\n"
-                         "the machine already, the service says so and ends with exit code 3.\n"
+                         "  /l=LANGUAGE                  the language of the texts, such as /l=German\n"
+                         "  --assign-port DEVICE [NAME]  gives a device (/dev/ttyUSB0) a port name, and\n"
+                         "                               the machine settings, if there are none\n"
+                         "  --check [NAME]               tells what is wrong with settings, port and\n"
+                         "                               folders, and ends\n"
+                         "  --help, --version            this text, the version\n"
                          "\n"
-                         "--check reads installation, settings, port and folders, says what is wrong and what a\n"
-                         "start would do, and ends with exit code 0 if all is well, else 1.\n"
-                         "\n"
-                         "--assign-port gives DEVICE, such as /dev/ttyUSB0, a port name in KEL.INI and writes the\n"
-                         "machine's settings with that port if there are none. If there is no installation, it\n"
-                         "makes one. It fails, and changes nothing, if the settings name a port of another device.\n"
-                         "\n"
-                         "  --help     this text\n"
-                         "  --version  the version\n";
+                         "On Windows, as an administrator:\n"
+                         "  --install-service [--account ACCOUNT] [--installation FOLDER] [NAME]\n"
+                         "                               starts it with the system\n"
+                         "  --remove-service [NAME]      no longer\n"
+                         "  --services start|stop|remove   for all machines of this program\n";
 
-int Serve(const tarvin::Program& program) {
+// The exit code of the program.
+int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
     // Before the first thread starts: all threads inherit what this one does about signals.
-    tarvin::PrepareStopRequests();
+    host.PrepareStop();
     tarvin::ServiceNotify notify;
     tarvin::ProgramRequests reloads(tarvin::RequestKind::Reload);
     const auto claim = tarvin::ClaimForService(program, reloads.Address());
     if (!claim.lock) {
-        std::fprintf(stderr, "tarvindl-service: %s\n", tarvin::ToUtf8(claim.problem()).c_str());
+        host.TellFailure(claim.problem());
         return tarvin::servedElsewhereExitCode;
     }
-    tarvin::ServiceOutput output;
+    tarvin::ServiceOutput output([&host](const tarvin::ServiceLine& line) { host.Print(line); });
     tarvin::AppInterface messages({program.MachineFolder()},
                                   [&output](tarvin::KelTextView note) { output.AddNote(note); });
     if (const auto loaded = program.LoadDictionary(); !loaded)
@@ -79,6 +80,7 @@ int Serve(const tarvin::Program& program) {
             notify.Alive();
     });
     engine->Start();
+    host.ReportServing();
     const auto reload = [&](tarvin::ProgramRequests::Answer answer) {
         notify.Reloading();
         engine->ReloadSettings([&notify, answer = std::move(answer)](tarvin::RequestAnswer given) {
@@ -98,8 +100,10 @@ int Serve(const tarvin::Program& program) {
     engine->Stop();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.
-    if (!output.Finish())
+    if (!output.Finish()) {
+        host.ReportEnd(0);
         std::_Exit(0);
+    }
     return 0;
 }
 
@@ -127,14 +131,45 @@ int RunAssignPort(const std::vector<tarvin::KelText>& words) {
     return 0;
 }
 
+// What the service manager starts: the installation and the command line of the machine are words of their own.
+int RunManaged(const std::vector<tarvin::KelText>& words) {
+    const auto served = tarvin::RunForServiceManager([&words](tarvin::ServiceHost& host) {
+        const auto installation = tarvin::Installation::Read(tarvin::ToPath(words.size() > 1 ? words[1] : u""));
+        if (!installation) {
+            host.TellFailure(installation.Reason().text);
+            return 1;
+        }
+        const tarvin::Program program(*installation, words.size() > 2 ? words[2] : tarvin::KelText());
+        return Serve(program, host);
+    });
+    if (served)
+        return 0;
+    tarvin::TerminalHost().TellFailure(served.Reason().text);
+    return 2;
+}
+
 }
 
 int main(int argumentCount, char** arguments) {
     const auto words = tarvin::ProgramArguments(argumentCount, arguments);
-    if (!words.empty() && words.front() == u"--assign-port")
+    const auto first = words.empty() ? tarvin::KelText() : words.front();
+    if (first == u"--assign-port")
         return RunAssignPort(words);
-    if (!words.empty() && words.front() == u"--check")
+    if (first == u"--check")
         return RunCheck(words);
+    if (first == tarvin::runServiceOption)
+        return RunManaged(words);
+    if (const auto result = tarvin::RunServiceCommand(words)) {
+        tarvin::SecureStandardStreams();
+        if (*result)
+            std::printf("%s\n", tarvin::ToUtf8(**result).c_str());
+        else
+            tarvin::TerminalHost().TellFailure(result->Reason().text);
+        return *result ? 0 : 1;
+    }
     const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
-    return start.program ? Serve(*start.program) : start.exitCode;
+    if (!start.program)
+        return start.exitCode;
+    tarvin::TerminalHost terminal;
+    return Serve(*start.program, terminal);
 }

@@ -3,8 +3,6 @@
 #include "base/Messages.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <ctime>
 #include <utility>
 
 namespace tarvin {
@@ -15,22 +13,10 @@ namespace {
 
 constexpr auto longestFinish = 500ms;
 
-// Printing thread only: localtime keeps its result in one place for the whole process.
-std::string LocalTime(std::chrono::system_clock::time_point time) {
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-    const auto milliseconds =
-        std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count() % 1000;
-    char date[32] = "";
-    if (const std::tm* local = std::localtime(&seconds))
-        std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", local);
-    char text[48] = "";
-    std::snprintf(text, sizeof text, "%s.%03d", date, static_cast<int>(milliseconds));
-    return text;
 }
 
-}
-
-ServiceOutput::ServiceOutput() : shared(std::make_shared<Shared>()), printer([kept = shared] { Print(*kept); }) {}
+ServiceOutput::ServiceOutput(Printer printLine)
+    : shared(std::make_shared<Shared>(std::move(printLine))), printer([kept = shared] { Print(*kept); }) {}
 
 bool ServiceOutput::Finish() {
     if (!printer.joinable())
@@ -53,11 +39,11 @@ bool ServiceOutput::Finish() {
     return isDone;
 }
 
-void ServiceOutput::Add(KelTextView text) {
+void ServiceOutput::Add(KelTextView text, LineKind kind) {
     KelText printable(text);
     std::replace_if(
         printable.begin(), printable.end(), [](char16_t unit) { return unit < 0x20 || unit == 0x7F; }, u' ');
-    Line line = {std::chrono::system_clock::now(), ToUtf8(printable)};
+    ServiceLine line = {std::chrono::system_clock::now(), ToUtf8(printable), kind};
     const MutexLock lock(shared->mutex);
     if (shared->lines.size() >= capacity) {
         shared->lines.pop_front();
@@ -77,11 +63,11 @@ void ServiceOutput::AddNote(KelTextView note) {
         else if (unit != u'\r')
             line += unit;
     }
-    Add(line);
+    Add(line, LineKind::Warning);
 }
 
 // Waits for a line. False if the output is closing and all lines have been printed.
-bool ServiceOutput::TakeLine(Shared& shared, Line& line, std::size_t& lostCount) {
+bool ServiceOutput::TakeLine(Shared& shared, ServiceLine& line, std::size_t& lostCount) {
     const MutexLock lock(shared.mutex);
     while (!shared.isClosing && shared.lines.empty())
         shared.changed.Wait(shared.mutex);
@@ -97,16 +83,14 @@ bool ServiceOutput::TakeLine(Shared& shared, Line& line, std::size_t& lostCount)
 }
 
 void ServiceOutput::Print(Shared& shared) {
-    Line line;
+    ServiceLine line;
     std::size_t lostCount = 0;
     while (TakeLine(shared, line, lostCount)) {
-        const std::string time = LocalTime(line.time);
         if (lostCount > 0) {
             const KelText gap = Filled(text::service::linesNotPrinted, {ToText(static_cast<std::int64_t>(lostCount))});
-            std::fprintf(stdout, "%s %s\n", time.c_str(), ToUtf8(gap).c_str());
+            shared.printLine({line.time, ToUtf8(gap), LineKind::Warning});
         }
-        std::fprintf(stdout, "%s %s\n", time.c_str(), line.text.c_str());
-        std::fflush(stdout);
+        shared.printLine(line);
     }
 }
 

@@ -55,6 +55,10 @@ void PrepareStopRequests() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
+void PrepareStopRequestsOfManager() {
+    PrepareStopRequests();
+}
+
 void WaitForStopRequest(const std::function<void()>& reload) {
     const sigset_t signals = StopSignals();
     for (;;) {
@@ -65,6 +69,10 @@ void WaitForStopRequest(const std::function<void()>& reload) {
             return;
         reload();
     }
+}
+
+void PostReloadRequest() {
+    ::kill(::getpid(), SIGHUP);
 }
 
 void EndStopRequests() {

@@ -6,6 +6,7 @@ namespace tarvin {
 namespace {
 
 HANDLE stopEvent = nullptr;
+HANDLE reloadEvent = nullptr;
 
 BOOL WINAPI OnConsoleEvent(DWORD event) {
     ::SetEvent(stopEvent);
@@ -44,8 +45,13 @@ DWORD WINAPI WatchSession(void* watching) {
 
 }
 
-void PrepareStopRequests() {
+void PrepareStopRequestsOfManager() {
     stopEvent = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    reloadEvent = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
+}
+
+void PrepareStopRequests() {
+    PrepareStopRequestsOfManager();
     ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
     const HANDLE watching = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
     if (const HANDLE thread = ::CreateThread(nullptr, 0, WatchSession, watching, 0, nullptr)) {
@@ -56,9 +62,18 @@ void PrepareStopRequests() {
     ::CloseHandle(watching);
 }
 
-// Windows has no signal to reload. ProgramRequests takes such requests.
-void WaitForStopRequest(const std::function<void()>& /*reload*/) {
-    ::WaitForSingleObject(stopEvent, INFINITE);
+// Windows has no signal to reload. The service manager posts such requests to a service; ProgramRequests takes all
+// others.
+void WaitForStopRequest(const std::function<void()>& reload) {
+    const HANDLE requests[] = {stopEvent, reloadEvent};
+    while (::WaitForMultipleObjects(2, requests, FALSE, INFINITE) == WAIT_OBJECT_0 + 1) {
+        if (reload)
+            reload();
+    }
+}
+
+void PostReloadRequest() {
+    ::SetEvent(reloadEvent);
 }
 
 void EndStopRequests() {

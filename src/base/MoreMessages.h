@@ -18,6 +18,8 @@ inline constexpr NumberedText about = {20407, u"&About TarvinDL..."};
 inline constexpr NumberedText aboutCaption = {20408, u"About TarvinDL"};
 // %1 is the version, %2 the system, %3 the installation and %4 the machine.
 inline constexpr NumberedText aboutText = {20409, u"TarvinDL %1\n%2\n\nMachine: %4\nInstallation: %3"};
+inline constexpr NumberedText licences = {20425, u"&Licences..."};
+inline constexpr NumberedText licencesCaption = {20426, u"Licences of the Parts of Others"};
 
 inline constexpr NumberedText filesCaption = {20410, u"Files for the Machine"};
 inline constexpr NumberedText filesIn = {20411, u"The machine may ask for these files of %1"};

@@ -31,8 +31,8 @@ constexpr char help[] = "Usage: tarvin-history [OPTION...]\n"
                         "  --help            this text\n"
                         "  --version         the version\n"
                         "\n"
-                        "Times are local ones. Exit code: 0 done, 1 the history cannot be read or the output\n"
-                        "cannot be written, 2 wrong usage.\n";
+                        "Times are local ones. Exit code: 0 done, 1 the history cannot be read or the\n"
+                        "output cannot be written, 2 wrong usage.\n";
 
 int Fail(std::ostream& errors, const KelText& reason, int exitCode) {
     errors << "tarvin-history: " << ToUtf8(reason) << ".\n";

@@ -23,26 +23,27 @@ constexpr int wrongUsage = 2;
 
 constexpr char usage[] = "Usage: tarvindl-setup [MACHINE] [OPTION...]\n"
                          "\n"
-                         "Makes an installation and adds the machine, or changes it. Asks on a terminal for what no\n"
-                         "option gives. Makes nothing twice. Without MACHINE and terminal: the installation alone.\n"
+                         "Makes an installation and adds the machine, or changes it. Asks on a terminal\n"
+                         "for what no option gives. Makes nothing twice. Without MACHINE and terminal: the\n"
+                         "installation alone.\n"
                          "\n"
                          "  --port PORT          COM1 to COM256, or a device such as /dev/ttyUSB0\n"
                          "  --folder DIR         for files from and to the machine; made if it is missing\n"
-                         "  --upload DIR         for files from the machine      --download DIR  to the machine\n"
+                         "  --upload DIR         for files from the machine; --download DIR to the machine\n"
                          "  --extension EXT      of the files                    --speed N       in baud\n"
                          "  --controller KIND    \"by number\" or \"by hand\"        --language NAME\n"
                          "  --list-ports         the ports with maker, serial number and state\n"
                          "  --show               every setting of MACHINE, as a text profile\n"
-                         "  --set NAME=VALUE     one setting by its name there; may be repeated; all or none\n"
+                         "  --set NAME=VALUE     one setting by its name there; may be repeated\n"
                          "  --reload             the program that serves MACHINE reads the settings again\n"
-                         "  --system             the system's installation, with the files for systemd and udev\n"
-                         "  --installation DIR   the one in this folder; else that of TARVINDL_HOME or the user's\n"
-                         "  --units DIR          writes the files for systemd and udev below DIR instead of /etc\n"
+                         "  --system             the system's installation, and files for systemd and udev\n"
+                         "  --installation DIR   the one here; else that of TARVINDL_HOME or the user's\n"
+                         "  --units DIR          writes the files for systemd and udev below DIR\n"
                          "  --yes                asks nothing\n"
                          "  --help               this text                       --version  the version\n"
                          "\n"
-                         "The exit code is 0 if all is done or was so already, 1 if something could not be done, and\n"
-                         "2 for a wrong command line.\n";
+                         "Exit code: 0 all is done or was so already, 1 something could not be done,\n"
+                         "2 wrong usage.\n";
 
 class SetupCommand {
 public:

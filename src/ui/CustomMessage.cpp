@@ -215,6 +215,16 @@ void CustomMessage::AddButtons(wxSizer& column, const TextHolder& dictionary) {
         }
     }
     column.Add(row, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12)));
+    buttons = row;
+}
+
+void CustomMessage::AddButton(KelTextView label, std::function<void()> call) {
+    auto* button = new wxButton(this, wxID_ANY, ToWx(label));
+    MakeTouchable(*button);
+    button->Bind(wxEVT_BUTTON, [kept = std::move(call)](wxCommandEvent&) { kept(); });
+    // Behind the button that copies.
+    buttons->Insert(1, button, wxSizerFlags().Border(wxLEFT, FromDIP(8)));
+    GetSizer()->Fit(this);
 }
 
 KelText CustomMessage::WholeText() const {

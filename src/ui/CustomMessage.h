@@ -21,6 +21,8 @@ public:
     CustomMessage(wxWindow* parent, const MessageBoxText& box, std::function<void()> showHelp,
                   const TextHolder& dictionary = Dictionary());
 
+    // Adds a button in front of those of the style. It calls `call` and leaves the box open.
+    void AddButton(KelTextView label, std::function<void()> call);
     // How often the box came, and when last.
     void ShowCount(int count, const KelText& lastTime);
     // Called once when the user has answered and the dialog is hidden, for an owner that runs no loop.
@@ -44,6 +46,7 @@ private:
 
     const MessageBoxText box;
     wxStaticText* moment = nullptr;
+    wxSizer* buttons = nullptr;
     wxTextCtrl* longText = nullptr; // null if the text is short
     wxCheckBox* dontShowAgain = nullptr;
     int answer;

@@ -74,6 +74,7 @@ private:
     void OnFiles();
     void OnHistory();
     void OnAbout();
+    void OnLicences();
     void OpenFolder(const std::filesystem::path& folder);
     void CopyStatus();
     bool IsOnItsWay() const;

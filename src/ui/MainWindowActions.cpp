@@ -14,8 +14,10 @@
 #include "settings/SettingsFields.h"
 #include "transfer/NcFilePath.h"
 #include "ui/ActionMenu.h"
+#include "ui/CustomMessage.h"
 #include "ui/HelpBook.h"
 #include "ui/HistoryDialog.h"
+#include "ui/LicencesDialog.h"
 #include "ui/MainPanel.h"
 #include "ui/MainWindow.h"
 #include "ui/NcFileDialogs.h"
@@ -222,7 +224,16 @@ void MainWindow::CopyStatus() {
 void MainWindow::OnAbout() {
     const KelText about = Filled(text::more::aboutText, {FromUtf8(programVersion), SystemName(),
                                                          FromPath(pathsFile.parent_path()), engine.MachineName()});
-    ShowBox({about, text::more::aboutCaption, okOnly | iconInformation});
+    CustomMessage dialog(this, {about, text::more::aboutCaption, okOnly | iconInformation},
+                         [this] { OnHelp("about.htm"); });
+    // Later: a screen reader presses the button by a call that waits for its handler.
+    dialog.AddButton(text::more::licences, [this] { CallAfter([this] { OnLicences(); }); });
+    modal.Run(dialog);
+}
+
+void MainWindow::OnLicences() {
+    LicencesDialog dialog(modal.Top() != nullptr ? modal.Top() : this, [this] { OnHelp("about.htm"); });
+    modal.Run(dialog);
 }
 
 void MainWindow::OnTest() {

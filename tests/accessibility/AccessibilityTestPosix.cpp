@@ -220,6 +220,18 @@ TEST_CASE("Accessibility: dialogs and boxes say what each field is") {
     CheckTargets(files, {{"push button", "Read Again"}, {"push button", "Close"}});
     REQUIRE(files.Find("push button", "Close")->Press());
 
+    choose("About TarvinDL...");
+    const Accessible about = seen.Window(
+        "About TarvinDL", [](const Accessible& each) { return each.Find("push button", "Licences...") != nullptr; });
+    CheckTargets(about, {{"push button", "Licences..."}});
+    REQUIRE(about.Find("push button", "Licences...")->Press());
+    const Accessible licences = seen.Window("Licences of the Parts of Others", [](const Accessible& each) {
+        return each.Find("push button", "Close") != nullptr;
+    });
+    CheckTargets(licences, {{"push button", "Close"}});
+    REQUIRE(licences.Find("push button", "Close")->Press());
+    REQUIRE(about.Find("push button", "Ok")->Press());
+
     choose("History...");
     const Accessible history = seen.Window("LASER - History", [](const Accessible& each) {
         return each.Find("table cell", "the port was lost") != nullptr;
