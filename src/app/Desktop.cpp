@@ -18,7 +18,9 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
     : messages({program.MachineFolder()}),
       toolkitLog(messages),
       help(std::move(helpFiles)),
-      engine(program.MakeEngine(events)) {
+      publisher({program.MachineName(), program.Place().Folder(), MachineHolder::Kind::Window}, events,
+                program.EngineClock()),
+      engine(program.MakeEngine(publisher)) {
     // First of all: boxes are written in the language of the dictionary.
     const auto loaded = program.LoadDictionary(systemLanguage);
     SpeakDictionary();
@@ -30,6 +32,7 @@ Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> help
 
 Desktop::~Desktop() {
     engine->Stop();
+    publisher.Finish();
     // What went wrong while the window closed, such as settings that could not be saved.
     for (const MessageBoxText& box : events.TakeUnseenBoxes())
         messages.Report({static_cast<std::int32_t>(ReportLevel::Warning), box.caption, box.text, {}, 0});
@@ -37,6 +40,7 @@ Desktop::~Desktop() {
 
 void Desktop::Start() {
     window->Show();
+    publisher.TellProblems([this](const KelText& problem) { engine->Announce(problem); });
     engine->Start();
 }
 

@@ -4,6 +4,7 @@
 
 #include "app/Program.h"
 #include "messages/AppInterface.h"
+#include "publish/StatusPublisher.h"
 #include "ui/HelpBook.h"
 #include "ui/ToolkitLog.h"
 #include "ui/WindowEvents.h"
@@ -46,6 +47,7 @@ private:
     AppInterface messages;
     const ToolkitLog toolkitLog;
     HelpBook help;
+    StatusPublisher publisher;
     const std::unique_ptr<DownloadApp> engine;
     MainWindow* window; // destroys itself when it is closed
 };

@@ -10,6 +10,7 @@
 #include "app/StopRequest.h"
 #include "base/Messages.h"
 #include "base/System.h"
+#include "publish/StatusPublisher.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -54,13 +55,18 @@ int Serve(const tarvin::Program& program) {
         messages.AnswerWithoutUser(messages.ReportFailure(loaded.Reason().text));
     messages.ReadSuppressedMessages();
     tarvin::ServiceEvents events(output, messages);
-    const auto engine = program.MakeEngine(events);
+    tarvin::StatusPublisher publisher(
+        {program.MachineName(), program.Place().Folder(), tarvin::MachineHolder::Kind::Service}, events,
+        program.EngineClock());
+    const auto engine = program.MakeEngine(publisher);
+    publisher.TellProblems([&engine](const tarvin::KelText& problem) { engine->Announce(problem); });
     const auto settings = tarvin::ReadServiceSettings(program.Place(), program.MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
     engine->Start();
     tarvin::WaitForStopRequest();
     engine->Stop();
+    publisher.Finish();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.
     if (!output.Finish())

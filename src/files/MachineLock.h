@@ -41,6 +41,8 @@ public:
     // The program that holds the lock, as it has described itself. Waits up to 1 s for a program that has just taken
     // the lock and still writes. None if the file describes no running program.
     std::optional<MachineHolder> Holder() const;
+    // The same without a wait.
+    std::optional<MachineHolder> HolderNow() const;
 
 private:
     const std::filesystem::path path;

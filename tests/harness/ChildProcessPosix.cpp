@@ -49,6 +49,9 @@ struct Pipe {
     }
     for (const auto& [name, value] : options.environment)
         ::setenv(name.c_str(), value.c_str(), 1);
+    // A program of a test publishes its status in its own installation, and not among those of the computer.
+    if (const auto home = options.environment.find("TARVINDL_HOME"); home != options.environment.end())
+        ::setenv("TARVINDL_RUNTIME", home->second.c_str(), 0);
     if (options.beforeStart)
         options.beforeStart();
     ::execv(words[0], words);

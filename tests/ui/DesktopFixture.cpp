@@ -32,6 +32,7 @@ ChildProcess& DesktopFixture::RunController(std::vector<std::string> commands) {
 
 void DesktopFixture::Start() {
     ::setenv("TARVINDL_HOME", folder.Path().c_str(), 1);
+    ::setenv("TARVINDL_RUNTIME", folder.Path().c_str(), 1);
     OnUi([this] {
         program.emplace(*FindProgramInstallation(), u"LASER");
         desktop = std::make_unique<Desktop>(
