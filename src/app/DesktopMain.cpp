@@ -8,6 +8,7 @@
 #include "ui/CustomMessage.h"
 #include "ui/ModalLoop.h"
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -28,8 +29,9 @@ constexpr char usage[] = "Usage: tarvindl [MACHINE NAME]\n"
                          "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
                          "KEL.INI: the program's own, the user's, the system's.\n"
                          "\n"
-                         "If the machine has a window already, that window comes to the front. If another program\n"
-                         "serves the machine, a box says so, and the exit code is 3.\n"
+                         "If the machine has a window already, that window comes to the front. If a service\n"
+                         "serves the machine, the window shows it and cannot act. If another user's window\n"
+                         "does, a box says so, and the exit code is 3.\n"
                          "\n"
                          "  --help     this text\n"
                          "  --version  the version\n";
@@ -71,8 +73,9 @@ private:
 
 class DesktopApp : public wxApp {
 public:
-    DesktopApp(const tarvin::Program& program, std::unique_ptr<tarvin::RaiseRequests> raiseRequests)
-        : program(program), raiseRequests(std::move(raiseRequests)) {
+    DesktopApp(const tarvin::Program& program, std::unique_ptr<tarvin::RaiseRequests> raiseRequests,
+               tarvin::Desktop::Role role)
+        : program(program), raiseRequests(std::move(raiseRequests)), role(role) {
         SetAppName("TarvinDL");
     }
 
@@ -84,7 +87,7 @@ public:
     }
 
     int OnRun() override {
-        tarvin::Desktop desktop(program, HelpFiles(program.Place()), SystemLanguage());
+        tarvin::Desktop desktop(program, HelpFiles(program.Place()), SystemLanguage(), role);
         desktop.Start();
         raiseRequests->Serve(
             [&desktop](tarvin::RaiseRequests::Answer answer) { desktop.RequestRaise(std::move(answer)); });
@@ -103,7 +106,27 @@ public:
 private:
     const tarvin::Program& program;
     std::unique_ptr<tarvin::RaiseRequests> raiseRequests;
+    const tarvin::Desktop::Role role;
 };
+
+// Whether a window can show what the service publishes that has the machine. A service that has just started needs a
+// moment for its first status.
+bool CanBeWatched(const tarvin::Program& program, const tarvin::MachineClaim& claim) {
+    if (!claim.holder || claim.holder->kind != tarvin::MachineHolder::Kind::Service)
+        return false;
+    constexpr auto longestWait = std::chrono::seconds(2);
+    constexpr auto pollPeriod = std::chrono::milliseconds(50);
+    const auto deadline = program.EngineClock().Now() + longestWait;
+    for (;;) {
+        const auto machine = tarvin::FindMachine(program.Place().Folder(), program.MachineName(),
+                                                 tarvin::PresentOf(program.EngineClock()));
+        if (machine.status && machine.run != tarvin::KnownMachine::Run::Died)
+            return true;
+        if (program.EngineClock().Now() > deadline)
+            return false;
+        std::this_thread::sleep_for(pollPeriod);
+    }
+}
 
 // What a user is told of a machine that another program serves.
 tarvin::ProgramStart ServedElsewhere(const tarvin::Program& program, const tarvin::MachineClaim& claim) {
@@ -125,11 +148,14 @@ int main(int argumentCount, char** arguments) {
     auto raiseRequests = std::make_unique<tarvin::RaiseRequests>();
     // Kept until the engine has ended.
     tarvin::MachineClaim claim;
+    auto role = tarvin::Desktop::Role::Serve;
     if (start.program) {
         claim = tarvin::ClaimForWindow(*start.program, raiseRequests->Address());
         if (claim.isRaised)
             return 0;
-        if (!claim.lock)
+        if (!claim.lock && CanBeWatched(*start.program, claim))
+            role = tarvin::Desktop::Role::Watch;
+        else if (!claim.lock)
             start = ServedElsewhere(*start.program, claim);
     }
     // A program that only shows a box ends by the signal, as every program does that expects none.
@@ -140,7 +166,7 @@ int main(int argumentCount, char** arguments) {
     // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
     if (start.program)
-        wxApp::SetInstance(new DesktopApp(*start.program, std::move(raiseRequests)));
+        wxApp::SetInstance(new DesktopApp(*start.program, std::move(raiseRequests), role));
     else
         wxApp::SetInstance(new ProblemApp(start));
     int toolkitArgumentCount = 1;

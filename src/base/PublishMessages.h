@@ -29,4 +29,20 @@ inline constexpr char16_t hiddenWindow[] =
     u"served by a window, process %1 of %2 on %3, whose status this user cannot read";
 }
 
+// What stands above the window of a machine that another program serves. %1 is the computer and %2 the process, unless
+// a comment says otherwise.
+namespace watching {
+inline constexpr NumberedText servedByService = {
+    22200, u"Served by the service on %1, process %2. This window only shows it."};
+inline constexpr NumberedText servedByWindow = {
+    22201, u"Served by another window on %1, process %2. This window only shows it."};
+inline constexpr NumberedText ended = {
+    22202, u"The program on %1, process %2, has ended. Start TarvinDL again to serve the machine from a window."};
+inline constexpr NumberedText died = {
+    22203, u"The program on %1, process %2, has died. Start TarvinDL again to serve the machine from a window."};
+// %1 is the reason.
+inline constexpr NumberedText unreadable = {22204, u"The machine is served, but its state cannot be read: %1"};
+inline constexpr NumberedText notServed = {22205, u"No program serves the machine"};
+}
+
 }

@@ -24,9 +24,10 @@ struct PublishedStatus {
     KelText programVersion;
     SystemTime startedAt;
     SystemTime changedAt; // when this was published
-    // Port, port mode, folders, extension, controller kind and attention limit. The others are not published.
+    // Port, port mode, handshakes, folders, extension, controller kind and attention limit. The others are not
+    // published.
     DownloadSettings settings;
-    // A reader's snapshot never has buttons, an end dialog or a comms log.
+    // A reader's snapshot has neither buttons nor an end dialog.
     EngineSnapshot snapshot;
 };
 

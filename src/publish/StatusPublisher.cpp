@@ -30,6 +30,8 @@ DownloadSettings PublishedPartOf(const DownloadSettings& settings) {
     part.uploadPath = settings.uploadPath;
     part.downloadPath = settings.downloadPath;
     part.fileExtension = settings.fileExtension;
+    part.ctsFlow = settings.ctsFlow;
+    part.dsrFlow = settings.dsrFlow;
     part.controllerKind = settings.controllerKind;
     part.attentionMinutes = settings.attentionMinutes;
     return part;

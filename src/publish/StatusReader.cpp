@@ -164,8 +164,14 @@ void ReadProgram(const Members& members, PublishedStatus& status) {
 void ReadSettings(const Members& members, DownloadSettings& settings) {
     for (const auto& [name, field] : settingsTexts)
         members.Read(Name(name), settings.*field);
+    bool heedsCts = true;
+    bool heedsDsr = true;
     bool isByHand = false;
+    members.Read(u"cts_handshake", heedsCts);
+    members.Read(u"dsr_handshake", heedsDsr);
     members.Read(u"by_hand", isByHand);
+    settings.ctsFlow = heedsCts ? 1 : 0;
+    settings.dsrFlow = heedsDsr ? 1 : 0;
     settings.controllerKind = isByHand ? controllerByHand : controllerConversation;
     members.Read(u"attention_minutes", settings.attentionMinutes, std::numeric_limits<std::int32_t>::min(),
                  std::numeric_limits<std::int32_t>::max());
@@ -277,6 +283,7 @@ Result<PublishedStatus> FromJson(std::string_view document, const Present& prese
     members.Read(u"bar_range", snapshot.progressRange, 0, largestCount);
     members.Read(u"last_path", snapshot.transferPath);
     members.Read(u"asks_by_number", snapshot.isConversation);
+    members.Read(u"comms_log", snapshot.isCommsLogOn);
     TransferRecords records;
     if (const auto* const elements = members.Elements(u"recent")) {
         for (const JsonValue& element : *elements) {

@@ -38,6 +38,7 @@ public:
         json.AddNumber("bar_range", snapshot.progressRange);
         AddText("last_path", snapshot.transferPath);
         json.AddFlag("asks_by_number", snapshot.isConversation);
+        json.AddFlag("comms_log", snapshot.isCommsLogOn);
         AddRecent(*snapshot.recent, mostRecords);
         json.EndObject();
         return json.Document() + '\n';
@@ -71,6 +72,8 @@ private:
         json.BeginObject("settings");
         for (const auto& [name, field] : settingsTexts)
             AddText(name, settings.*field);
+        json.AddFlag("cts_handshake", settings.ctsFlow != 0);
+        json.AddFlag("dsr_handshake", settings.dsrFlow != 0);
         json.AddFlag("by_hand", IsByHand(settings));
         json.AddNumber("attention_minutes", settings.attentionMinutes);
         json.EndObject();
