@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 namespace tarvin {
 
@@ -83,24 +84,22 @@ private:
     }
 
     std::optional<JsonValue> ReadObject(int depth) {
-        JsonValue object{JsonValue::Object()};
-        auto& members = std::get<JsonValue::Object>(object.content);
+        JsonValue::Object members;
         SkipSpace();
         if (Take("}"))
-            return object;
+            return JsonValue{std::move(members)};
         do {
             SkipSpace();
             auto name = ReadText();
             SkipSpace();
-            if (!name || object.Find(*name) != nullptr || !Take(":"))
+            if (!name || !Take(":"))
                 return std::nullopt;
             auto value = ReadValue(depth + 1);
-            if (!value || members.size() >= mostMembers)
+            if (!value || !members.try_emplace(std::move(*name), std::move(*value)).second)
                 return std::nullopt;
-            members.emplace_back(std::move(*name), std::move(*value));
             SkipSpace();
         } while (Take(","));
-        return Take("}") ? std::optional(std::move(object)) : std::nullopt;
+        return Take("}") ? std::optional(JsonValue{std::move(members)}) : std::nullopt;
     }
 
     std::optional<JsonValue> ReadNumber() {
@@ -181,9 +180,6 @@ private:
         return static_cast<char16_t>(unit);
     }
 
-    // Names are searched one by one.
-    static constexpr std::size_t mostMembers = 200;
-
     std::string_view rest;
     std::size_t valueCount = 0;
 };
@@ -194,8 +190,7 @@ const JsonValue* JsonValue::Find(KelTextView name) const {
     const auto* const members = std::get_if<Object>(&content);
     if (members == nullptr)
         return nullptr;
-    const auto found =
-        std::find_if(members->begin(), members->end(), [&](const auto& member) { return member.first == name; });
+    const auto found = members->find(name);
     return found == members->end() ? nullptr : &found->second;
 }
 

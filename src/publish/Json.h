@@ -4,9 +4,10 @@
 #include "base/Result.h"
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -14,8 +15,7 @@ namespace tarvin {
 
 struct JsonValue {
     using Array = std::vector<JsonValue>;
-    // In the order of the document. Each name stands once.
-    using Object = std::vector<std::pair<KelText, JsonValue>>;
+    using Object = std::map<KelText, JsonValue, std::less<>>;
 
     // monostate is null. A number without fraction and exponent that fits is an integer.
     std::variant<std::monostate, bool, std::int64_t, double, KelText, Array, Object> content;

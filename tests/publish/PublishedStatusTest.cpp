@@ -76,7 +76,11 @@ TEST_CASE("PublishedStatus: a document that is cut, damaged or hostile is refuse
     CHECK(accepted > 0);
     CHECK(accepted < 20'000);
 
-    const std::pair<const char*, const char*> changes[] = {
+    struct Change {
+        const char* part;
+        const char* other;
+    };
+    const Change changes[] = {
         {"\"version\":1", "\"version\":2"},
         {"\"version\":1", "\"version\":\"1\""},
         {"TarvinDL status", "something else"},
@@ -95,8 +99,8 @@ TEST_CASE("PublishedStatus: a document that is cut, damaged or hostile is refuse
         {"\"transfer\":{", "\"transfer\":7,\"other\":{"},
         {"\"recent\":[", "\"recent\":[7,"},
     };
-    for (const auto& [part, other] : changes)
-        CHECK_FALSE_MESSAGE(FromJson(Replaced(document, part, other), present), other);
+    for (const Change& change : changes)
+        CHECK_FALSE_MESSAGE(FromJson(Replaced(document, change.part, change.other), present), change.other);
     // A member of a later release, and a number without a fraction for one with it.
     CHECK(FromJson(Replaced(document, "\"state\":12", "\"new\":[{}],\"state\":12"), present));
     CHECK(FromJson(Replaced(document, "\"lines_per_second\":12.5", "\"lines_per_second\":12"), present));

@@ -176,7 +176,7 @@ TEST_CASE("WriteStatusFile: group and mode are the folder's and 0640, and a link
     const TemporaryFolder folder;
     const auto file = folder / "LASER.json";
     folder.WriteFile("victim", "kept");
-    for (const mode_t mask : {0777, 0000}) {
+    for (const mode_t mask : {mode_t{0777}, mode_t{0}}) {
         std::filesystem::remove(folder / "LASER.json.new");
         std::filesystem::remove(file);
         std::filesystem::create_symlink("victim", folder / "LASER.json.new");
