@@ -47,11 +47,11 @@ struct Pipe {
     } else {
         ::dup2(nullDevice, STDOUT_FILENO);
     }
-    for (const auto& [name, value] : options.environment)
-        ::setenv(name.c_str(), value.c_str(), 1);
     // A program of a test publishes its status in its own installation, and not among those of the computer.
     if (const auto home = options.environment.find("TARVINDL_HOME"); home != options.environment.end())
-        ::setenv("TARVINDL_RUNTIME", home->second.c_str(), 0);
+        ::setenv("TARVINDL_RUNTIME", home->second.c_str(), 1);
+    for (const auto& [name, value] : options.environment)
+        ::setenv(name.c_str(), value.c_str(), 1);
     if (options.beforeStart)
         options.beforeStart();
     ::execv(words[0], words);
