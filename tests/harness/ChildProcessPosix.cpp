@@ -169,7 +169,7 @@ void ChildProcess::WriteInput(const std::string& text) {
 void ChildProcess::Signal(int signal) {
     // Wine handles the signal by starting a thread for the program's console handler. It hangs if the signal has
     // interrupted an allocation. The first thread only waits and never allocates, so the signal goes to that one.
-    if (isWindowsProgram)
+    if (isWindowsProgram && signal != SIGKILL)
         ::tgkill(process, process, SIGINT);
     else
         ::kill(process, signal);
