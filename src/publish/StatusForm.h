@@ -11,7 +11,7 @@ inline constexpr char16_t statusFormName[] = u"TarvinDL status";
 inline constexpr char16_t serviceWord[] = u"service";
 inline constexpr char16_t windowWord[] = u"window";
 
-// In UTF-16 units. The longest path of any of the systems that a person would type.
+// In UTF-16 units. Long enough for every path of POSIX.
 inline constexpr std::size_t longestStatusText = 4096;
 // The engine keeps 20, and those failures that no user has seen.
 inline constexpr std::size_t mostPublishedRecords = 100;
