@@ -14,22 +14,37 @@ void SpeakDictionary() {
     SetTranslator([](std::int32_t id) noexcept { return Dictionary().TextOrNull(id); });
 }
 
-Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles, const KelText& systemLanguage)
-    : messages({program.MachineFolder()}),
-      toolkitLog(messages),
-      help(std::move(helpFiles)),
-      engine(program.MakeEngine(events)) {
+Desktop::Desktop(const Program& program, std::vector<std::filesystem::path> helpFiles, const KelText& systemLanguage,
+                 Role role)
+    : messages({program.MachineFolder()}), toolkitLog(messages), help(std::move(helpFiles)) {
+    if (role == Role::Serve)
+        MakeEngine(program);
+    else
+        watched = std::make_unique<WatchedMachine>(program.Place().Folder(), program.MachineName(), events,
+                                                   program.EngineClock());
     // First of all: boxes are written in the language of the dictionary.
     const auto loaded = program.LoadDictionary(systemLanguage);
     SpeakDictionary();
     messages.ReadSuppressedMessages();
-    window = new MainWindow({*engine, events, help, program.EngineClock(), program.Place().PathsFile()}, messages);
+    MachineControl& control = engine ? static_cast<MachineControl&>(*engine) : *watched;
+    window = new MainWindow({control, events, help, program.EngineClock(), program.Place().PathsFile()}, messages);
     if (!loaded)
         events.ShowMessage(WithAdvice(MessageKind::DictionaryNotRead, messages.ReportFailure(loaded.Reason().text)));
 }
 
+void Desktop::MakeEngine(const Program& program) {
+    publisher = std::make_unique<StatusPublisher>(
+        StatusPublisher::Machine{program.MachineName(), program.Place().Folder(), MachineHolder::Kind::Window}, events,
+        program.EngineClock());
+    engine = program.MakeEngine(*publisher);
+    publisher->TellProblems([this](const KelText& problem) { engine->Announce(problem); });
+}
+
 Desktop::~Desktop() {
-    engine->Stop();
+    if (engine) {
+        engine->Stop();
+        publisher->Finish();
+    }
     // What went wrong while the window closed, such as settings that could not be saved.
     for (const MessageBoxText& box : events.TakeUnseenBoxes())
         messages.Report({static_cast<std::int32_t>(ReportLevel::Warning), box.caption, box.text, {}, 0});
@@ -37,7 +52,10 @@ Desktop::~Desktop() {
 
 void Desktop::Start() {
     window->Show();
-    engine->Start();
+    if (engine)
+        engine->Start();
+    else
+        watched->Look();
 }
 
 void Desktop::RequestClose() {

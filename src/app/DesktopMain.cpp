@@ -8,6 +8,7 @@
 #include "ui/CustomMessage.h"
 #include "ui/ModalLoop.h"
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -27,8 +28,9 @@ constexpr char usage[] = "Usage: tarvindl [MACHINE NAME] [/l=LANGUAGE]\n"
                          "installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
                          "KEL.INI: the program's own, the user's, the system's.\n"
                          "\n"
-                         "If the machine has a window already, that window comes to the front. If another\n"
-                         "program serves the machine, a box says so, and the exit code is 3.\n"
+                         "If the machine has a window already, that window comes to the front. If a service\n"
+                         "serves the machine, the window shows it and cannot act. If another user's window\n"
+                         "does, a box says so, and the exit code is 3.\n"
                          "\n"
                          "  /l=LANGUAGE  the language of the window, such as /l=German\n"
                          "  --help       this text\n"
@@ -70,8 +72,8 @@ struct Requests {
 
 class DesktopApp : public wxApp {
 public:
-    DesktopApp(const tarvin::Program& program, std::unique_ptr<Requests> requests)
-        : program(program), requests(std::move(requests)) {
+    DesktopApp(const tarvin::Program& program, std::unique_ptr<Requests> requests, tarvin::Desktop::Role role)
+        : program(program), requests(std::move(requests)), role(role) {
         SetAppName("TarvinDL");
     }
 
@@ -83,13 +85,16 @@ public:
     }
 
     int OnRun() override {
-        tarvin::Desktop desktop(program, HelpFiles(program.Place()), tarvin::SystemLanguage());
+        tarvin::Desktop desktop(program, HelpFiles(program.Place()), tarvin::SystemLanguage(), role);
         desktop.Start();
         requests->raise.Serve([&desktop](tarvin::ProgramRequests::Answer answer) {
             desktop.RequestRaise([answer = std::move(answer)] { answer(tarvin::RequestAnswer::Done); });
         });
-        requests->reload.Serve(
-            [&desktop](tarvin::ProgramRequests::Answer answer) { desktop.Engine().ReloadSettings(std::move(answer)); });
+        // A window that watches has no settings of its own.
+        if (role == tarvin::Desktop::Role::Serve)
+            requests->reload.Serve([&desktop](tarvin::ProgramRequests::Answer answer) {
+                desktop.Engine().ReloadSettings(std::move(answer));
+            });
         std::thread stopWatcher([&desktop] {
             tarvin::WaitForStopRequest();
             desktop.RequestClose();
@@ -105,7 +110,27 @@ public:
 private:
     const tarvin::Program& program;
     std::unique_ptr<Requests> requests;
+    const tarvin::Desktop::Role role;
 };
+
+// Whether a window can show what the service publishes that has the machine. A service that has just started needs a
+// moment for its first status.
+bool CanBeWatched(const tarvin::Program& program, const tarvin::MachineClaim& claim) {
+    if (!claim.holder || claim.holder->kind != tarvin::MachineHolder::Kind::Service)
+        return false;
+    constexpr auto longestWait = std::chrono::seconds(2);
+    constexpr auto pollPeriod = std::chrono::milliseconds(50);
+    const auto deadline = program.EngineClock().Now() + longestWait;
+    for (;;) {
+        const auto machine = tarvin::FindMachine(program.Place().Folder(), program.MachineName(),
+                                                 tarvin::PresentOf(program.EngineClock()));
+        if (machine.status && machine.run != tarvin::KnownMachine::Run::Died)
+            return true;
+        if (program.EngineClock().Now() > deadline)
+            return false;
+        std::this_thread::sleep_for(pollPeriod);
+    }
+}
 
 // What a user is told of a machine that another program serves.
 tarvin::ProgramStart ServedElsewhere(const tarvin::Program& program, const tarvin::MachineClaim& claim) {
@@ -127,11 +152,14 @@ int main(int argumentCount, char** arguments) {
     auto requests = std::make_unique<Requests>();
     // Kept until the engine has ended.
     tarvin::MachineClaim claim;
+    auto role = tarvin::Desktop::Role::Serve;
     if (start.program) {
         claim = tarvin::ClaimForWindow(*start.program, requests->raise.Address(), requests->reload.Address());
         if (claim.isRaised)
             return 0;
-        if (!claim.lock)
+        if (!claim.lock && CanBeWatched(*start.program, claim))
+            role = tarvin::Desktop::Role::Watch;
+        else if (!claim.lock)
             start = ServedElsewhere(*start.program, claim);
     }
     // A program that only shows a box ends by the signal, as every program does that expects none.
@@ -142,7 +170,7 @@ int main(int argumentCount, char** arguments) {
     // A failed assertion of the toolkit opens a box, which would block the window.
     wxDisableAsserts();
     if (start.program)
-        wxApp::SetInstance(new DesktopApp(*start.program, std::move(requests)));
+        wxApp::SetInstance(new DesktopApp(*start.program, std::move(requests), role));
     else
         wxApp::SetInstance(new ProblemApp(start));
     int toolkitArgumentCount = 1;

@@ -87,6 +87,7 @@ MachineClaim ClaimForWindow(const Program& program, const KelText& raiseAddress,
         }
         // One that is going leaves the machine free in a moment.
         if ((holder && outcome == RequestOutcome::Silent) || std::chrono::steady_clock::now() > deadline) {
+            claim.holder = holder;
             const bool isSilent = canBeRaised && outcome == RequestOutcome::Silent;
             claim.problem = [holder, isSilent, name = program.MachineName()] {
                 return isSilent ? Filled(text::machine::windowIsSilent,

@@ -21,6 +21,8 @@ struct MachineClaim {
     std::unique_ptr<MachineLock> lock;
     // The window that serves the machine has come to the front: this program has nothing left to do.
     bool isRaised = false;
+    // Without a lock: the program that serves the machine, if it has said who it is.
+    std::optional<MachineHolder> holder;
     // Without a lock and not raised: who serves the machine, and what to do, for a user. Each call speaks the
     // language of that moment.
     std::function<KelText()> problem;

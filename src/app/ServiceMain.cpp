@@ -15,6 +15,7 @@
 #include "base/System.h"
 #include "files/ProgramRequests.h"
 #include "protocol/TarvinApp.h"
+#include "publish/StatusPublisher.h"
 #include "setup/AssignPort.h"
 #include "setup/MachineCheck.h"
 #include "setup/SettingsChange.h"
@@ -68,7 +69,11 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
         messages.AnswerWithoutUser(messages.ReportFailure(loaded.Reason().text));
     messages.ReadSuppressedMessages();
     tarvin::ServiceEvents events(output, notify, messages);
-    const auto engine = program.MakeEngine(events);
+    tarvin::StatusPublisher publisher(
+        {program.MachineName(), program.Place().Folder(), tarvin::MachineHolder::Kind::Service}, events,
+        program.EngineClock());
+    const auto engine = program.MakeEngine(publisher);
+    publisher.TellProblems([&engine](const tarvin::KelText& problem) { engine->Announce(problem); });
     const auto settings = tarvin::ReadServiceSettings(program.Place(), program.MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
@@ -98,6 +103,7 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
     reloads.End();
     notify.Stopping();
     engine->Stop();
+    publisher.Finish();
     output.Add(tarvin::text::service::programEnd);
     // A reader that has stopped reading must not keep the process: the runtime would wait for it to flush the output.
     if (!output.Finish()) {

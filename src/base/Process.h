@@ -19,6 +19,12 @@ Result<> BecomeProgram(const std::filesystem::path& program, const std::vector<K
 
 bool IsProcessRunning(std::uint64_t process);
 
+// A mark of the moment at which the process started, for comparisons with an earlier mark: a process that gets the same
+// number later has another one, also after a restart of the computer. Empty if the system does not tell it, which it
+// may keep from other users, and if there is no such process. A process that has ended and whose parent has not noticed
+// has the mark "ended".
+KelText ProcessStartMark(std::uint64_t process);
+
 // The name under which the user is logged in; the user's number where it has no name.
 KelText UserName();
 

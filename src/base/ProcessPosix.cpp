@@ -4,7 +4,9 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <fstream>
 #include <limits>
+#include <sstream>
 #include <string>
 
 #include <pwd.h>
@@ -34,6 +36,30 @@ bool IsProcessRunning(std::uint64_t process) {
     if (process == 0 || process > static_cast<std::uint64_t>(std::numeric_limits<pid_t>::max()))
         return false;
     return ::kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM;
+}
+
+// The kernel counts the start from the start of the system, so the mark names that too.
+KelText ProcessStartMark(std::uint64_t process) {
+    std::string line;
+    std::getline(std::ifstream("/proc/" + std::to_string(process) + "/stat"), line);
+    // The program's name stands in brackets and may hold brackets and blanks itself.
+    const auto nameEnd = line.rfind(')');
+    if (nameEnd == std::string::npos)
+        return {};
+    std::istringstream fields(line.substr(nameEnd + 1));
+    std::string state;
+    std::string started;
+    fields >> state;
+    // The start is field 22, and the state is field 3.
+    for (int field = 4; field <= 22; ++field)
+        fields >> started;
+    if (!fields)
+        return {};
+    if (state == "Z" || state == "X")
+        return u"ended";
+    std::string system;
+    std::getline(std::ifstream("/proc/sys/kernel/random/boot_id"), system);
+    return FromUtf8(system + " " + started);
 }
 
 KelText UserName() {

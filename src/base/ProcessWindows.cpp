@@ -48,6 +48,24 @@ bool IsProcessRunning(std::uint64_t process) {
     return isRunning;
 }
 
+KelText ProcessStartMark(std::uint64_t process) {
+    if (process == 0 || process > std::numeric_limits<DWORD>::max())
+        return {};
+    const HANDLE opened =
+        ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
+    if (opened == nullptr)
+        return {};
+    FILETIME created = {};
+    FILETIME unused = {};
+    const bool isKnown = ::GetProcessTimes(opened, &created, &unused, &unused, &unused) != 0;
+    const bool hasEnded = ::WaitForSingleObject(opened, 0) != WAIT_TIMEOUT;
+    ::CloseHandle(opened);
+    if (hasEnded)
+        return u"ended";
+    const auto time = static_cast<std::int64_t>(created.dwHighDateTime) << 32 | created.dwLowDateTime;
+    return isKnown ? ToText(time) : KelText();
+}
+
 KelText UserName() {
     NameBuffer name = {};
     auto length = static_cast<DWORD>(name.size());

@@ -127,16 +127,18 @@ Result<> MachineLock::Take(const MachineHolder& self) {
 std::optional<MachineHolder> MachineLock::Holder(std::chrono::milliseconds longestWait) const {
     const auto deadline = std::chrono::steady_clock::now() + longestWait;
     for (;;) {
-        const auto record = ReadWholeFile(path, longestRecord);
-        if (record) {
-            const auto holder = FromRecord(*record);
-            if (holder && MayBeRunning(*holder))
-                return holder;
-        }
+        if (auto holder = HolderNow())
+            return holder;
         if (std::chrono::steady_clock::now() > deadline)
             return std::nullopt;
         std::this_thread::sleep_for(pollPeriod);
     }
+}
+
+std::optional<MachineHolder> MachineLock::HolderNow() const {
+    const auto record = ReadWholeFile(path, longestRecord);
+    auto holder = record ? FromRecord(*record) : std::nullopt;
+    return holder && MayBeRunning(*holder) ? holder : std::nullopt;
 }
 
 }

@@ -44,6 +44,8 @@ public:
     // The program that holds the lock, as it has described itself. Waits up to `longestWait` for a program that has
     // just taken the lock and still writes. None if the file describes no running program.
     std::optional<MachineHolder> Holder(std::chrono::milliseconds longestWait = std::chrono::seconds(1)) const;
+    // The same without a wait.
+    std::optional<MachineHolder> HolderNow() const;
 
 private:
     const std::filesystem::path path;

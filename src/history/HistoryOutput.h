@@ -17,8 +17,5 @@ void WriteTotals(std::ostream& output, std::span<const TransferRecord> rows, His
 
 // A value of CSV, in quotes where it needs them. What is no character becomes U+FFFD.
 std::string CsvValue(KelTextView text);
-// A text of JSON with its quotes. A byte of a path that is no UTF-8 becomes the escape of a lone surrogate: U+DC00 plus
-// the byte.
-std::string JsonText(KelTextView text);
 
 }

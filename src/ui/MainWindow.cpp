@@ -1,7 +1,8 @@
 #include "ui/MainWindow.h"
 
 #include "base/WindowMessages.h"
-#include "engine/DownloadApp.h"
+#include "engine/MachineControl.h"
+#include "line/TrafficQueue.h"
 #include "messages/AppInterface.h"
 #include "settings/PortSettings.h"
 #include "ui/CustomMessage.h"
@@ -24,6 +25,7 @@ namespace tarvin {
 namespace {
 
 constexpr int trafficMilliseconds = 50;
+constexpr int lookMilliseconds = 250;
 constexpr int closeTickMilliseconds = 20;
 const wxSize firstSize(251, 204); // dialog units
 
@@ -42,6 +44,7 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
       events(parts.events),
       help(parts.help),
       pathsFile(parts.pathsFile),
+      remark(new wxStaticText(this, wxID_ANY, wxString())),
       panel(new MainPanel(this, parts.clock)),
       modal([this](bool isEnabled) { EnableInput(isEnabled); }),
       messages(messages),
@@ -49,6 +52,9 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
       caller(*this, parts.engine.MachineName(), parts.clock) {
     SetIcons(ProgramIcons());
     auto* fill = new wxBoxSizer(wxVERTICAL);
+    remark->SetFont(GetFont().Bold());
+    remark->Hide();
+    fill->Add(remark, wxSizerFlags().Expand().Border(wxALL, FromDIP(6)));
     fill->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(fill);
     // Fonts differ: the window is at least as large as its controls need.
@@ -65,6 +71,13 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
     BindControls();
     panel->monitor->SetPicture("connection.svg");
     panel->monitor->View().SetOwner({&modal, [this](const MessageBoxText& box) { OnMessage(box); }});
+    if (!engine.TakesOrders()) {
+        panel->viewSwitch->Disable();
+        panel->monitor->TheBoard().SeenButton().Disable();
+        panel->monitor->LeaveOutFirstUse();
+        EnableInput(true);
+        lookTimer.Start(lookMilliseconds);
+    }
     // Last: an event uses all of the above.
     events.Attach(*this);
 }
@@ -116,8 +129,9 @@ void MainWindow::BindControls() {
                                        [this](const KelText& why) {
                                            OnMessage({why, text::box::problemCaption, okOnly | iconExclamation});
                                        },
-                                       [this] { return shown.sendFile.isEnabled && isInputEnabled; }}));
+                                       [this] { return shown.sendFile.isEnabled && MayAct(); }}));
     Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
+    lookTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { engine.Look(); });
     trafficTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowTraffic(); });
     closeTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnCloseTimer(); });
     for (wxWindow* window : {static_cast<wxWindow*>(panel), static_cast<wxWindow*>(&panel->monitor->PicturePane()),
@@ -148,6 +162,7 @@ void MainWindow::OnSnapshotChanged() {
     uploadEnd->Appear(snapshot.endDialog == EndDialog::Upload);
     downloadEnd->Appear(snapshot.endDialog == EndDialog::Download);
     shown = snapshot;
+    ShowRemark();
     ShowButtons();
     caller.Look(snapshot, settings);
 }
@@ -174,7 +189,7 @@ void MainWindow::ShowButtons() {
     const std::pair<wxButton*, const ActionButton*> buttons[] = {
         {panel->sendFile, &shown.sendFile}, {panel->test, &shown.test}, {panel->receiveFile, &shown.receiveFile}};
     for (const auto& [button, wanted] : buttons) {
-        button->Enable(wanted->isEnabled && isInputEnabled);
+        button->Enable(wanted->isEnabled && MayAct());
         button->Show(wanted->isVisible);
     }
     // Without a flow control that heeds them, the switches would promise something. Many themes show a disabled tick
@@ -184,18 +199,33 @@ void MainWindow::ShowButtons() {
                                                        {panel->dsrSwitch, settings.dsrFlow != 0}};
     for (const auto& [handshake, isOn] : handshakes) {
         handshake->SetValue(areHeeded && isOn);
-        handshake->Enable(isInputEnabled && areHeeded);
+        handshake->Enable(MayAct() && areHeeded);
     }
 }
 
 // While a dialog is open, the user may still look around: View, Help and the traffic stay enabled.
 void MainWindow::EnableInput(bool isEnabled) {
     isInputEnabled = isEnabled;
-    for (wxWindow* control : {static_cast<wxWindow*>(panel->changeSettings), static_cast<wxWindow*>(panel->close),
-                              static_cast<wxWindow*>(panel->logSwitch), static_cast<wxWindow*>(panel->more)})
+    for (wxWindow* control : {panel->close, panel->more})
         control->Enable(isEnabled);
+    for (wxWindow* control : {static_cast<wxWindow*>(panel->changeSettings), static_cast<wxWindow*>(panel->logSwitch)})
+        control->Enable(MayAct());
     panel->monitor->FirstUse().EnableInput(isEnabled);
     ShowButtons();
+}
+
+bool MainWindow::MayAct() const {
+    return isInputEnabled && engine.TakesOrders();
+}
+
+void MainWindow::ShowRemark() {
+    const wxString text = ToWx(engine.Remark());
+    if (text == remark->GetLabelText())
+        return;
+    remark->SetLabelText(text);
+    remark->Show(!text.empty());
+    remark->Wrap(GetClientSize().GetWidth() - 2 * FromDIP(6));
+    Layout();
 }
 
 void MainWindow::ShowTraffic() {
@@ -252,6 +282,7 @@ void MainWindow::OnClose(wxCloseEvent& event) {
     // Called again by the timer until all dialogs have closed: the engine stops at the first call.
     if (!std::exchange(isClosing, true)) {
         trafficTimer.Stop();
+        lookTimer.Stop();
         SavePlacement(*this, engine.MachineName());
         boxes.CloseAll();
         engine.Stop();

@@ -12,14 +12,15 @@
 #include <optional>
 #include <string>
 
+#include <wx/stattext.h>
 #include <wx/timer.h>
 
 namespace tarvin {
 
 class ActionMenu;
 class AppInterface;
-class DownloadApp;
 class HelpBook;
+class MachineControl;
 class MainPanel;
 class TransferEndDialog;
 
@@ -27,7 +28,7 @@ class MainWindow : public wxFrame, private WindowEvents::Receiver {
 public:
     // All of them outlive the window.
     struct Parts {
-        DownloadApp& engine;
+        MachineControl& engine;
         WindowEvents& events;
         HelpBook& help;
         // The engine's.
@@ -46,6 +47,8 @@ public:
 
     MainPanel& Panel() { return *panel; }
     ModalLoop& Dialogs() { return modal; }
+    // What stands above the panel. Hidden for a machine that this program serves.
+    wxStaticText& RemarkText() { return *remark; }
 
 private:
     void MakeEndDialogs();
@@ -60,6 +63,9 @@ private:
     void ShowButtons();
     void ShowTraffic();
     void EnableInput(bool isEnabled);
+    // Whether the user may act on the machine now.
+    bool MayAct() const;
+    void ShowRemark();
 
     void OnView();
     void OnLog();
@@ -91,10 +97,11 @@ private:
     bool IsAnythingOpen() const;
     void CloseDialogs();
 
-    DownloadApp& engine;
+    MachineControl& engine;
     WindowEvents& events;
     HelpBook& help;
     const std::filesystem::path pathsFile;
+    wxStaticText* remark;
     MainPanel* panel;
     TransferEndDialog* downloadEnd = nullptr;
     TransferEndDialog* uploadEnd = nullptr;
@@ -112,6 +119,7 @@ private:
     std::optional<KelText> sendFolder;
     std::optional<KelText> receiveFolder;
     std::optional<KelText> pickedExtension;
+    wxTimer lookTimer;    // runs for a machine that another program serves
     wxTimer trafficTimer; // collects the lines of a short time for one repaint
     bool isClosing = false;
     wxTimer closeTimer;

@@ -4,8 +4,9 @@
 #include "base/System.h"
 #include "base/Version.h"
 #include "base/WindowMessages.h"
-#include "engine/DownloadApp.h"
+#include "engine/MachineControl.h"
 #include "history/HistoryDatabase.h"
+#include "line/TrafficQueue.h"
 #include "messages/AppInterface.h"
 #include "messages/MessageAdvice.h"
 #include "port/PortNames.h"
@@ -164,8 +165,8 @@ void MainWindow::OnReceiveFile() {
 
 // What the menu "More" and the menu of the right button share.
 void MainWindow::AddLineItems(ActionMenu& menu) {
-    menu.Add(text::menu::resetLink, isInputEnabled, [this] { OnResetLink(); });
-    menu.Add(text::menu::xoffTest, isInputEnabled, [this] { engine.SendXoffTest(); });
+    menu.Add(text::menu::resetLink, MayAct(), [this] { OnResetLink(); });
+    menu.Add(text::menu::xoffTest, MayAct(), [this] { engine.SendXoffTest(); });
 }
 
 void MainWindow::OnContextMenu(wxContextMenuEvent&) {
@@ -247,7 +248,7 @@ void MainWindow::OnResetLink() {
 }
 
 bool MainWindow::IsOnItsWay() const {
-    return IsTransferring(engine.Snapshot().transferState);
+    return engine.TakesOrders() && IsTransferring(engine.Snapshot().transferState);
 }
 
 // True if no file is on its way, or if the user wants it broken off. The same question is asked once at a time.

@@ -51,7 +51,7 @@ void MonitorArea::ShowSnapshot(const EngineSnapshot& snapshot) {
     SetPicture(snapshot.hasLink ? "connection.svg" : "connection-broken.svg");
     board->Show(snapshot);
     firstUse->ShowSnapshot(snapshot);
-    if (const bool was = std::exchange(isFirstUse, IsFirstUse(snapshot)); isFirstUse && !was)
+    if (const bool was = std::exchange(isFirstUse, hasFirstUse && IsFirstUse(snapshot)); isFirstUse && !was)
         firstUseTimer.StartOnce(firstUseMilliseconds);
     ShowPanes();
 }

@@ -27,6 +27,8 @@ public:
     wxWindow& PicturePane() { return *picturePane; }
 
     void ShowSnapshot(const EngineSnapshot& snapshot);
+    // For a window that cannot change the settings.
+    void LeaveOutFirstUse() { hasFirstUse = false; }
 
     // The name of a file of src/ui/pictures. An empty name removes the picture.
     void SetPicture(std::string_view name);
@@ -43,6 +45,7 @@ private:
     std::string pictureName;
     // A port that opens at the start gets the time to do so: the page would show for a moment only.
     wxTimer firstUseTimer;
+    bool hasFirstUse = true;
     bool isFirstUse = false;
     bool isTrafficShown = false;
 };

@@ -47,6 +47,9 @@ struct Pipe {
     } else {
         ::dup2(nullDevice, STDOUT_FILENO);
     }
+    // A program of a test publishes its status in its own installation, and not among those of the computer.
+    if (const auto home = options.environment.find("TARVINDL_HOME"); home != options.environment.end())
+        ::setenv("TARVINDL_RUNTIME", home->second.c_str(), 1);
     for (const auto& [name, value] : options.environment)
         ::setenv(name.c_str(), value.c_str(), 1);
     if (options.beforeStart)
@@ -166,7 +169,7 @@ void ChildProcess::WriteInput(const std::string& text) {
 void ChildProcess::Signal(int signal) {
     // Wine handles the signal by starting a thread for the program's console handler. It hangs if the signal has
     // interrupted an allocation. The first thread only waits and never allocates, so the signal goes to that one.
-    if (isWindowsProgram)
+    if (isWindowsProgram && signal != SIGKILL)
         ::tgkill(process, process, SIGINT);
     else
         ::kill(process, signal);

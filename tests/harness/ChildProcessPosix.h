@@ -52,7 +52,7 @@ public:
     std::string ReadLine(std::chrono::milliseconds longest = std::chrono::seconds(20));
     // Requires Options::hasInput.
     void WriteInput(const std::string& text);
-    // Sends the signal. A Windows program gets Ctrl-C instead of every signal.
+    // Sends the signal. A Windows program gets Ctrl-C instead of every signal but SIGKILL.
     void Signal(int signal);
     // Waits for the end of the program and of its output. Returns its exit code, or the negative number of the signal
     // that ended it. Throws if `longest` passes first. Call it once.

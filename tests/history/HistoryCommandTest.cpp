@@ -1,5 +1,6 @@
 #include "history/HistoryCommand.h"
 
+#include "base/JsonText.h"
 #include "harness/TemporaryFolder.h"
 #include "history/HistoryOutput.h"
 #include "history/HistoryRows.h"

@@ -30,12 +30,14 @@ ChildProcess& DesktopFixture::RunController(std::vector<std::string> commands) {
     return *controller;
 }
 
-void DesktopFixture::Start() {
+void DesktopFixture::Start(Desktop::Role role) {
+    startedRole = role;
     ::setenv("TARVINDL_HOME", folder.Path().c_str(), 1);
-    OnUi([this] {
+    ::setenv("TARVINDL_RUNTIME", folder.Path().c_str(), 1);
+    OnUi([this, role] {
         program.emplace(*FindProgramInstallation(), u"LASER");
         desktop = std::make_unique<Desktop>(
-            *program, std::vector{std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/comshelp.htb"});
+            *program, std::vector{std::filesystem::path(TARVIN_PROGRAM_FOLDER) / "../share/comshelp.htb"}, u"", role);
         window = &desktop->Window();
         FindSystemDialogBy([this] { return window->Dialogs().Top(); });
         desktop->Start();
@@ -47,7 +49,7 @@ void DesktopFixture::Start() {
 }
 
 bool DesktopFixture::Close(std::chrono::milliseconds longest) {
-    const bool isOnItsWay = IsTransferring(Engine().Snapshot().transferState);
+    const bool isOnItsWay = startedRole == Desktop::Role::Serve && IsTransferring(Engine().Snapshot().transferState);
     OnUi([this] {
         FindSystemDialogBy({});
         window->Close();

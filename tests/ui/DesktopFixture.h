@@ -31,7 +31,7 @@ public:
     wxTopLevelWindow* OutageBox() { return WindowTitledOneOf({"Comms Status Check", "Read Data"}); }
     ChildProcess& RunController(std::vector<std::string> commands);
 
-    void Start();
+    void Start(Desktop::Role role = Desktop::Role::Serve);
     // Asks the window to close. True if it has closed in time; the engine has ended then.
     bool Close(std::chrono::milliseconds longest = std::chrono::seconds(5));
 
@@ -48,6 +48,7 @@ public:
     MainWindow* window = nullptr;
 
 private:
+    Desktop::Role startedRole = Desktop::Role::Serve;
     std::optional<Program> program;
     std::unique_ptr<Desktop> desktop;
 };

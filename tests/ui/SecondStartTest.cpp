@@ -96,9 +96,27 @@ TEST_CASE("tarvindl: a window that hangs, and a service, are named in a box") {
         hanging.Signal(SIGSTOP);
         isTold("does not answer: process " + std::to_string(hanging.Id()));
     }
-    ChildProcess service("tarvindl-service", Start(installation, "LASER"));
+    // It has no folder where it could publish what a window would show.
+    auto options = Start(installation, "LASER");
+    options.environment["TARVINDL_RUNTIME"] = (installation / "no/folder").string();
+    ChildProcess service("tarvindl-service", options);
     REQUIRE(service.WaitForOutput("No Link"));
     isTold("served by a service already: process " + std::to_string(service.Id()));
+}
+
+TEST_CASE("tarvindl: windows of a machine that a service serves open beside each other, and the service goes on") {
+    const TemporaryInstallation installation;
+    ChildProcess service("tarvindl-service", Start(installation, "LASER"));
+    REQUIRE(service.WaitForOutput("No Link"));
+    ChildProcess first("tarvindl", Start(installation, "LASER"));
+    ChildProcess second("tarvindl", Start(installation, "LASER"));
+    CHECK(WaitUntil([] { return Succeeds("test $(" + Visible("LASER - No Link") + " | wc -l) = 2"); }));
+    for (ChildProcess* const window : {&first, &second}) {
+        window->Signal(SIGTERM);
+        CHECK(window->WaitForExit() == 0);
+    }
+    service.Signal(SIGTERM);
+    CHECK(service.WaitForExit() == 0);
 }
 
 TEST_CASE("WindowPlacement: new windows stand apart, and a new process shows each exactly where it was") {

@@ -1,0 +1,209 @@
+#include "publish/StatusCommand.h"
+
+#include "base/Version.h"
+#include "files/FileNames.h"
+#include "files/Installation.h"
+#include "publish/StatusOutput.h"
+#include "publish/StatusTable.h"
+#include "publish/Terminal.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ostream>
+#include <thread>
+
+namespace tarvin {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto tablePeriod = 500ms;
+constexpr auto linesPeriod = 2s;
+
+constexpr char help[] = "Usage: tarvindl-status [OPTION] [MACHINE...]\n"
+                        "\n"
+                        "Tells the state of each machine in one line: what it does, the file on its way, the\n"
+                        "percentage, the rate, errors and repeats, and since when. Without names it lists all\n"
+                        "machines that have settings in the installation, and all whose programs publish their\n"
+                        "status where this user may read it. A name with blanks needs quotes.\n"
+                        "\n"
+                        "  --json     an array with all that is known, for scripts\n"
+                        "  --watch    goes on: a live table on a terminal (q ends it), otherwise the lines with\n"
+                        "             their time every 2 seconds\n"
+                        "  --help     this text\n"
+                        "  --version  the version\n"
+                        "\n"
+                        "States: ready, preparing, sending, receiving, held, silent, failed, no link, not\n"
+                        "running, died (without an orderly end), unknown.\n"
+                        "\n"
+                        "Exit code, of all machines the highest: 0 all is well; 1 a failure that no user has\n"
+                        "seen, or a hold or silence longer than the machine's setting allows; 2 no link, or no\n"
+                        "program that serves the machine; 3 not known: no such machine, a status that cannot\n"
+                        "be read, a program of another computer, or wrong usage.\n"
+                        "\n"
+                        "The installation is the folder named by TARVINDL_HOME, or else the first that holds\n"
+                        "KEL.INI: the program's own, the user's, the system's. TARVINDL_RUNTIME names a further\n"
+                        "folder with published states.\n";
+
+struct Request {
+    bool wantsJson = false;
+    bool wantsWatch = false;
+    std::vector<KelText> names;
+};
+
+Result<Request> ReadOptions(std::span<const KelText> arguments) {
+    Request request;
+    bool areNames = false;
+    for (const KelText& word : arguments) {
+        if (areNames || !word.starts_with(u"--"))
+            request.names.push_back(word);
+        else if (word == u"--")
+            areNames = true;
+        else if (word == u"--json")
+            request.wantsJson = true;
+        else if (word == u"--watch")
+            request.wantsWatch = true;
+        else
+            return Error{u"unknown option: " + word};
+    }
+    if (request.wantsJson && request.wantsWatch)
+        return Error{u"--json and --watch exclude each other"};
+    return request;
+}
+
+// One look at the machines that the user has asked for.
+struct Look {
+    std::vector<ShownMachine> machines;
+    std::vector<KelText> unknownNames;
+    Present present;
+    int exitCode = allWell;
+};
+
+bool IsNamed(const KelText& machine, const KelText& name, bool ignoresCase) {
+    // Names that give the same file name mean the same machine.
+    const KelText left = FileNameFor(machine);
+    const KelText right = FileNameFor(name);
+    return ignoresCase ? EqualIgnoringCase(left, right) : left == right;
+}
+
+Look LookAt(const Request& request) {
+    Look look;
+    look.present = PresentOf(SteadyClock());
+    const auto installation = FindInstallation();
+    auto known = FindMachines(installation ? std::optional(*installation) : std::nullopt, look.present);
+    const auto add = [&](const KnownMachine& machine) {
+        look.machines.push_back({machine, Summarise(machine, look.present)});
+        look.exitCode = std::max(look.exitCode, look.machines.back().summary.exitCode);
+    };
+    const auto addNamed = [&](const KelText& name, bool ignoresCase) {
+        bool isFound = false;
+        for (const KnownMachine& machine : known) {
+            if (!IsNamed(machine.name, name, ignoresCase))
+                continue;
+            add(machine);
+            isFound = true;
+        }
+        return isFound;
+    };
+    if (request.names.empty())
+        std::for_each(known.begin(), known.end(), add);
+    for (const KelText& name : request.names) {
+        if (!addNamed(name, false) && !addNamed(name, true))
+            look.unknownNames.push_back(name);
+    }
+    if (look.machines.empty() || !look.unknownNames.empty())
+        look.exitCode = notKnown;
+    return look;
+}
+
+void TellUnknown(const Look& look, std::ostream& errors) {
+    for (const KelText& name : look.unknownNames)
+        errors << "tarvindl-status: no machine is known by the name " << ToUtf8(Printable(name)) << ".\n";
+    if (look.machines.empty() && look.unknownNames.empty())
+        errors << "tarvindl-status: no machine is known: there is no installation with settings, and no program "
+                  "publishes its status where this user may read it.\n";
+}
+
+std::string Frame(const Look& look, const TableRoom& room, bool hasColour) {
+    std::string frame = "\x1b[H";
+    const auto lines = TableOf(look.machines, look.present, room);
+    for (const TableLine& line : lines) {
+        const char* const colour = line.exitCode >= notServed ? "\x1b[31m" : "\x1b[33m";
+        const bool isColoured = hasColour && line.exitCode != allWell;
+        // Each line replaces the one that stands there, so nothing flickers. A line end after the last one would
+        // scroll.
+        frame += (isColoured ? colour : "") + line.text + (isColoured ? "\x1b[0m" : "") + "\x1b[K";
+        if (&line != &lines.back())
+            frame += "\r\n";
+    }
+    return frame + "\x1b[J";
+}
+
+int WatchTable(const Request& request, Terminal& terminal) {
+    const bool hasColour = std::getenv("NO_COLOR") == nullptr;
+    for (;;) {
+        const Look look = LookAt(request);
+        if (!terminal.Write(Frame(look, terminal.Room(), hasColour)) || terminal.WaitForEnd(tablePeriod))
+            return look.exitCode;
+    }
+}
+
+// Ends when the reader has left, or by a signal.
+int WatchLines(const Request& request, std::ostream& output) {
+    for (;;) {
+        const Look look = LookAt(request);
+        for (const ShownMachine& shown : look.machines)
+            output << SinceText(look.present.system, look.present) << ' ' << LineOf(shown, look.present) << '\n';
+        output.flush();
+        if (!output)
+            return look.exitCode;
+        std::this_thread::sleep_for(linesPeriod);
+    }
+}
+
+int Watch(const Request& request, std::ostream& output, std::ostream& errors) {
+    // A name that is wrong would show as an empty table.
+    const Look first = LookAt(request);
+    TellUnknown(first, errors);
+    if (first.machines.empty())
+        return notKnown;
+    const auto terminal = Terminal::Open();
+    return terminal ? WatchTable(request, *terminal) : WatchLines(request, output);
+}
+
+}
+
+int RunStatusCommand(std::span<const KelText> arguments, std::ostream& output, std::ostream& errors) {
+    const auto isGiven = [&](KelTextView option) {
+        return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
+    };
+    if (isGiven(u"--help")) {
+        output << help;
+        return allWell;
+    }
+    if (isGiven(u"--version")) {
+        output << "tarvindl-status " << programVersion << '\n';
+        return allWell;
+    }
+    const auto request = ReadOptions(arguments);
+    if (!request) {
+        errors << "tarvindl-status: " << ToUtf8(request.Reason().text)
+               << ".\ntarvindl-status --help tells the options.\n";
+        return notKnown;
+    }
+    if (request->wantsWatch)
+        return Watch(*request, output, errors);
+    const Look look = LookAt(*request);
+    if (request->wantsJson)
+        output << JsonOf(look.machines, look.present);
+    for (const ShownMachine& shown : look.machines) {
+        if (!request->wantsJson)
+            output << LineOf(shown, look.present) << '\n';
+    }
+    output.flush();
+    TellUnknown(look, errors);
+    return look.exitCode;
+}
+
+}
