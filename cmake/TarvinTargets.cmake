@@ -2,9 +2,13 @@
 # that system alone.
 
 add_library(tarvin-options INTERFACE)
-target_compile_options(tarvin-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror
-    # A parameter of a constructor is named like the member that it sets.
-    $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local> $<$<CXX_COMPILER_ID:Clang>:-Wshadow> $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
+if(TARVIN_WARNINGS)
+    target_compile_options(tarvin-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror
+        # A parameter of a constructor is named like the member that it sets.
+        $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local> $<$<CXX_COMPILER_ID:Clang>:-Wshadow> $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
+else()
+    target_compile_options(tarvin-options INTERFACE -w)
+endif()
 # GCC 12 takes "literal" + string for overlapping copies.
 target_compile_options(tarvin-options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 target_include_directories(tarvin-options INTERFACE ${CMAKE_SOURCE_DIR}/src)
@@ -30,6 +34,13 @@ function(tarvin_sources variable)
     set(${variable} ${sources} PARENT_SCOPE)
 endfunction()
 
+# tarvin_precompile(TARGET HEADER): precompiles a header of cmake/precompiled/ for the target.
+function(tarvin_precompile target header)
+    if(TARVIN_PRECOMPILED_HEADERS)
+        target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled/${header}.h)
+    endif()
+endfunction()
+
 # tarvin_library(NAME [EXCLUDE FILE...] [DEPENDS LIBRARY...]): the static library of the current folder.
 function(tarvin_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "EXCLUDE;DEPENDS")
@@ -37,6 +48,9 @@ function(tarvin_library name)
     add_library(${name} STATIC ${sources})
     target_link_libraries(${name} PUBLIC ${arg_DEPENDS} PRIVATE tarvin-options)
     target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+    if(NOT name STREQUAL ui)
+        tarvin_precompile(${name} Standard)
+    endif()
 endfunction()
 
 # What Windows shows of a program and lets it do. Nothing elsewhere.
@@ -86,6 +100,7 @@ function(tarvin_test name)
     endforeach()
     add_executable(${name}-tests ${sources})
     target_link_libraries(${name}-tests PRIVATE ${arg_DEPENDS} test-harness tarvin-options)
+    tarvin_precompile(${name}-tests Test)
     if(CMAKE_CROSSCOMPILING)
         # One entry for all of its cases: asking each program for them would start it once for each.
         add_test(NAME "${name}: all cases" COMMAND ${name}-tests)

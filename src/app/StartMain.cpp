@@ -26,12 +26,13 @@ using tarvin::KelText;
 
 constexpr char usage[] = "Usage: tarvindl-start [MACHINE NAME]\n"
                          "\n"
-                         "Starts tarvindl with this name. Without an installation it first asks for what is needed\n"
-                         "and makes one. Without a name it takes TARVIN, or the machine that the installation has;\n"
-                         "of several it lets the user choose one.\n"
+                         "Starts tarvindl with this name. Without an installation it first asks for what\n"
+                         "is needed and makes one. Without a name it takes TARVIN, or the machine that\n"
+                         "the installation has; of several it lets the user choose one.\n"
                          "\n"
-                         "  --help     this text\n"
-                         "  --version  the version\n";
+                         "  /l=LANGUAGE  the language of the window, such as /l=German\n"
+                         "  --help       this text\n"
+                         "  --version    the version\n";
 
 // Does not return where the program can take the place of this one.
 int RunDesktop(const std::vector<KelText>& words) {

@@ -75,7 +75,7 @@ StatusPublisher::StatusPublisher(const Machine& machine, EngineEvents& events, c
         PublishedStatus& status = shared->latest;
         status.machine = machine.name;
         status.installation = FromPath(WholePath(machine.installation));
-        status.program = {machine.kind, OwnProcessId(), UserName(), ComputerName(), {}};
+        status.program = {machine.kind, OwnProcessId(), UserName(), ComputerName(), {}, {}};
         status.processStart = ProcessStartMark(OwnProcessId());
         status.programVersion = FromUtf8(programVersion);
         status.startedAt = std::chrono::system_clock::now();

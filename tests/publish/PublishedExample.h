@@ -17,7 +17,7 @@ inline PublishedStatus PublishedExample() {
     status.machine = u"CUT/2 \"\u00E9\"";
     // A byte of a POSIX path that is no UTF-8, and a character that takes a pair.
     status.installation = u"/srv/\xDCFF\xD83D\xDE00";
-    status.program = {MachineHolder::Kind::Service, OwnProcessId(), u"tarvindl", ComputerName(), {}};
+    status.program = {MachineHolder::Kind::Service, OwnProcessId(), u"tarvindl", ComputerName(), {}, {}};
     status.processStart = ProcessStartMark(OwnProcessId());
     status.programVersion = u"26";
     status.startedAt = present.system - 5h;

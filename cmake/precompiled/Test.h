@@ -1,0 +1,4 @@
+// What most tests include.
+#include "Standard.h"
+
+#include <doctest/doctest.h>
