@@ -10,7 +10,7 @@ using namespace tarvin::test;
 TEST_CASE("Help: the help of each program fits a screen and names its options") {
     constexpr std::size_t screenLines = 24;
     constexpr std::size_t screenColumns = 80;
-    const std::set<std::string> programsWithTexts = {"tarvindl", "tarvindl-service"};
+    const std::set<std::string> programsWithTexts = {"tarvindl", "tarvindl-service", "tarvindl-start"};
     int count = 0;
     std::istringstream programs(TARVIN_PROGRAMS);
     for (std::string name; programs >> name; ++count) {
