@@ -42,12 +42,13 @@ TEST_CASE("Pictures: each sign stands out from its ground, and its mark from the
     const char* const signs[] = {"outlook-idle.svg", "outlook-busy.svg",  "outlook-good.svg",     "outlook-bad.svg",
                                  "lamp-hold.svg",    "lamp-received.svg", "lamp-transmitted.svg", "lamp-unlit.svg"};
     for (const char* const sign : signs) {
-        for (const auto& [isDark, itsGrounds] : grounds) {
+        for (const auto& theme : grounds) {
+            const bool isDark = theme.first;
             CAPTURE(sign);
             CAPTURE(isDark);
             const auto colours = SharesOfColours(PictureText(sign, isDark));
             REQUIRE_FALSE(colours.empty());
-            for (const wxColour& ground : itsGrounds) {
+            for (const wxColour& ground : theme.second) {
                 double share = 0;
                 for (const auto& [colour, itsShare] : colours)
                     if (Contrast(wxColour(colour), ground) >= signContrast)
