@@ -6,6 +6,7 @@
 #include "ui/MainWindow.h"
 #include "ui/WindowPlacement.h"
 
+#include <cstdio>
 #include <utility>
 
 namespace tarvin {
@@ -37,7 +38,9 @@ void Desktop::MakeEngine(const Program& program) {
         StatusPublisher::Machine{program.MachineName(), program.Place().Folder(), MachineHolder::Kind::Window}, events,
         program.EngineClock());
     engine = program.MakeEngine(*publisher);
-    publisher->TellProblems([this](const KelText& problem) { engine->Announce(problem); });
+    // Not in the status line: the operator at this window misses nothing.
+    publisher->TellProblems(
+        [](const KelText& problem) { std::fprintf(stderr, "tarvindl: %s\n", ToUtf8(problem).c_str()); });
 }
 
 Desktop::~Desktop() {
