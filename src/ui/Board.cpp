@@ -117,7 +117,7 @@ void Board::OnPaint(wxPaintEvent&) {
     const wxSize room = GetClientSize();
     const int buttons = seen->IsShown() ? room.GetHeight() - seen->GetPosition().y : 0;
     const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
-    places = PaintBoard(dc, *this, fonts, content, {room, buttons, isDark, GetUpdateRegion().GetBox()});
+    places = PaintBoard(dc, *this, fonts, content, {room, buttons, isDark, GetUpdateRegion()});
 }
 
 }

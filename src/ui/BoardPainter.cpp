@@ -69,6 +69,8 @@ private:
     // The row of this height at `y`, from edge to edge.
     wxRect Row(int rowHeight) const { return {0, y, right, rowHeight}; }
 
+    bool IsExposed(const wxRect& place) const { return exposed.Contains(place) != wxOutRegion; }
+
     void Use(double pixels, bool isBold, Rgb colour) {
         dc.SetFont(fonts.Font(window, std::max(static_cast<int>(pixels), 1), isBold));
         dc.SetTextForeground(ToColour(colour));
@@ -89,7 +91,7 @@ private:
         if (content.number.empty() && content.share.empty())
             return;
         const int room = static_cast<int>(numberHeight * height);
-        if (!exposed.Intersects(Row(room))) {
+        if (!IsExposed(Row(room))) {
             y += room;
             return;
         }
@@ -126,7 +128,7 @@ private:
 
     void PaintTitle() {
         places.title = Row(static_cast<int>(textPixels * 1.75));
-        if (exposed.Intersects(places.title)) {
+        if (IsExposed(places.title)) {
             // The largest of some sizes at which the title fits.
             const wxString title = ToWx(content.title);
             for (const double scale : {1.35, 1.2, 1.05, 0.9}) {
@@ -140,7 +142,7 @@ private:
         if (content.comment.empty())
             return;
         const wxRect row = Row(static_cast<int>(textPixels * 1.5));
-        if (exposed.Intersects(row)) {
+        if (IsExposed(row)) {
             Use(textPixels, false, colours.text);
             dc.DrawText(Shortened(ToWx(content.comment), right - left), left, y);
         }
@@ -170,7 +172,7 @@ private:
             if (y + rowHeight > buttonsTop)
                 return;
             places.facts.push_back(Row(rowHeight));
-            if (exposed.Intersects(places.facts.back()))
+            if (IsExposed(places.facts.back()))
                 PaintFact(fact);
             y += rowHeight;
         }
@@ -193,7 +195,7 @@ private:
         const int rowHeight = static_cast<int>(rowText * 1.4);
         const int sign = static_cast<int>(rowText * 0.6);
         const auto paintRow = [&](const wxString& text, Rgb signColour, Rgb textColour) {
-            if (exposed.Intersects(Row(rowHeight))) {
+            if (IsExposed(Row(rowHeight))) {
                 dc.SetPen(*wxTRANSPARENT_PEN);
                 dc.SetBrush(ToColour(signColour));
                 dc.DrawEllipse(left, y + (rowHeight - sign) / 2, sign, sign);
@@ -222,7 +224,7 @@ private:
     const BoardContent& content;
     const BoardColours& colours;
     const bool isDark;
-    const wxRect exposed;
+    const wxRegion exposed;
     const double textPixels; // the usual height of a text
     const int height;
     const int buttonsTop;

@@ -17,7 +17,7 @@ struct BoardRoom {
     wxSize size; // pixels
     int buttons; // pixels at the bottom that hold the buttons
     bool isDark;
-    wxRect exposed; // the part to paint
+    wxRegion exposed; // the parts to paint
 };
 
 // The fonts of a board. Finding the size of a font costs more than painting a row with it.
