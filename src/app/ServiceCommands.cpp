@@ -16,7 +16,7 @@ bool IsBelow(const std::filesystem::path& path, const std::filesystem::path& fol
     return !relative.empty() && *relative.begin() != "..";
 }
 
-// A line for each folder of NC files outside the installation. Whoever owns such a folder gives the rights.
+// A line for each folder of NC files outside the installation. The owner of such a folder gives the account its rights.
 KelText FolderAdvice(const Installation& installation, const ManagedService& service) {
     DownloadSettings settings;
     (void)SettingsStore(installation.Folder(), service.machineName, FromPath(installation.NcFilesFolder()))

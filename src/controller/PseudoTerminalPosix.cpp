@@ -1,5 +1,6 @@
 // Makes a pseudo-terminal and the link to its other end. Removes the link however the process ends.
 
+#include "base/DescriptorPosix.h"
 #include "base/System.h"
 #include "controller/DescriptorLinePosix.h"
 
@@ -101,23 +102,6 @@ Result<> MakeLink(const std::filesystem::path& link, const std::string& otherEnd
     ReleaseEndingSignals();
     return error;
 }
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number(number) {}
-    ~Descriptor() {
-        if (number >= 0)
-            ::close(number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int Number() const { return number; }
-    int Release() { return std::exchange(number, -1); }
-
-private:
-    int number;
-};
 
 class LinkedLine : public DescriptorLine {
 public:

@@ -1,3 +1,4 @@
+#include "base/DescriptorPosix.h"
 #include "files/ProgramRequests.h"
 
 #include <cassert>
@@ -47,22 +48,6 @@ RequestOutcome OutcomeOf(char byte) {
         return RequestOutcome::Gone;
     }
 }
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number(number) {}
-    ~Descriptor() {
-        if (number >= 0)
-            ::close(number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int Number() const { return number; }
-
-private:
-    const int number;
-};
 
 int NewSocket() {
     return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);

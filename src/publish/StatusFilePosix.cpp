@@ -1,3 +1,4 @@
+#include "base/DescriptorPosix.h"
 #include "base/PublishMessages.h"
 #include "base/System.h"
 #include "publish/StatusFile.h"
@@ -11,22 +12,6 @@
 namespace tarvin {
 
 namespace {
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number(number) {}
-    ~Descriptor() {
-        if (number >= 0)
-            ::close(number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int Number() const { return number; }
-
-private:
-    const int number;
-};
 
 Result<> WriteAll(int descriptor, std::string_view content) {
     while (!content.empty()) {

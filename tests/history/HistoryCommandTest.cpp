@@ -1,6 +1,7 @@
 #include "history/HistoryCommand.h"
 
 #include "base/JsonText.h"
+#include "harness/CommandResult.h"
 #include "harness/TemporaryFolder.h"
 #include "history/HistoryOutput.h"
 #include "history/HistoryRows.h"
@@ -17,17 +18,8 @@ using namespace tarvin::test;
 
 namespace {
 
-struct CommandResult {
-    int exitCode = 0;
-    std::string output;
-    std::string errors;
-};
-
 CommandResult Run(const std::vector<KelText>& arguments) {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int exitCode = RunHistoryCommand(arguments, output, errors);
-    return {exitCode, output.str(), errors.str()};
+    return RunCommand(RunHistoryCommand, arguments);
 }
 
 }

@@ -1,3 +1,4 @@
+#include "harness/CommandResult.h"
 #include "harness/SystemCallPosix.h"
 #include "harness/TemporaryInstallation.h"
 #include "publish/Json.h"
@@ -7,7 +8,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include <doctest/doctest.h>
 #include <sys/stat.h>
@@ -19,17 +19,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-struct CommandResult {
-    int exitCode = 0;
-    std::string output;
-    std::string errors;
-};
-
 CommandResult Run(const std::vector<KelText>& arguments) {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int exitCode = RunStatusCommand(arguments, output, errors);
-    return {exitCode, output.str(), errors.str()};
+    return RunCommand(RunStatusCommand, arguments);
 }
 
 // An installation with settings for LASER, and a runtime folder with what the test publishes.
