@@ -100,7 +100,8 @@ void MeasureSilence(const Effort& effort, Table& table) {
         std::this_thread::sleep_for(timeToCount);
         const auto started = SteadyTime::now();
         const Nanoseconds before = program.process.MainThreadTime();
-        const IdleFigures idle = MeasureIdleProgram(program, effort.idleTime);
+        // Long enough for several steps of the clock.
+        const IdleFigures idle = MeasureIdleProgram(program, std::max<std::chrono::seconds>(effort.idleTime, 10s));
         const Nanoseconds mainThread = program.process.MainThreadTime() - before;
         figures(idle, std::chrono::duration<double>(mainThread) / (SteadyTime::now() - started));
         program.process.Stop();

@@ -79,6 +79,8 @@ public:
 
     // The command line holds no options of the toolkit.
     bool OnInit() override {
+        // No control is brought up to date by the toolkit's idle events. Otherwise each event asks every window.
+        wxUpdateUIEvent::SetMode(wxUPDATE_UI_PROCESS_SPECIFIED);
         // The system does not ask before it ends the session, and neither does the window.
         Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {});
         return true;

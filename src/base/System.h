@@ -4,6 +4,7 @@
 #include "base/KelText.h"
 #include "base/Result.h"
 
+#include <filesystem>
 #include <optional>
 #include <vector>
 
@@ -25,6 +26,15 @@ std::vector<KelText> ProgramArguments(int argumentCount, const char* const* argu
 // The command line as it was typed, with the program's name and with quotes, where the system hands it over so. Any
 // thread.
 std::optional<KelText> TypedCommandLine();
+
+// The path in an environment variable with an ASCII name. None if it is unset or empty.
+std::optional<std::filesystem::path> PathFromEnvironment(const char* name);
+
+// The same, and none for a relative path, which would mean another folder for each program.
+inline std::optional<std::filesystem::path> FolderFromEnvironment(const char* name) {
+    auto path = PathFromEnvironment(name);
+    return path && path->is_absolute() ? path : std::nullopt;
+}
 
 // Whether standard input is a terminal: a person may be asked.
 bool IsInputTerminal();

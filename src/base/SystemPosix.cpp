@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -27,6 +28,11 @@ KelText SystemErrorText(unsigned long errorNumber) {
 
 Error LastSystemError() {
     return {SystemErrorText(static_cast<unsigned long>(errno))};
+}
+
+std::optional<std::filesystem::path> PathFromEnvironment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr || *value == '\0' ? std::nullopt : std::optional<std::filesystem::path>(value);
 }
 
 bool IsInputTerminal() {

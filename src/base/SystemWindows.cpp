@@ -82,6 +82,19 @@ std::optional<KelText> TypedCommandLine() {
     return KelText(typed.begin(), typed.end());
 }
 
+std::optional<std::filesystem::path> PathFromEnvironment(const char* name) {
+    // One more than the longest variable has.
+    constexpr DWORD bufferUnits = 32768;
+    const std::string_view ascii = name;
+    std::wstring value(bufferUnits, L'\0');
+    const DWORD length =
+        ::GetEnvironmentVariableW(std::wstring(ascii.begin(), ascii.end()).c_str(), value.data(), bufferUnits);
+    if (length == 0 || length >= bufferUnits)
+        return std::nullopt;
+    value.resize(length);
+    return value;
+}
+
 bool IsInputTerminal() {
     DWORD mode = 0;
     return ::GetConsoleMode(::GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;

@@ -81,9 +81,9 @@ void Display::ShowLink() {
     Publish();
 }
 
-void Display::OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) {
+void Display::OnEnded(TransferRecord record) {
     record.machine = sources.machineName;
-    logs.AddToHistory(record, std::move(content));
+    logs.AddToHistory(record);
     TransferRecords records = *next.recent;
     // A whole transfer makes good what has failed before.
     if (record.outcome == TransferOutcome::Completed) {

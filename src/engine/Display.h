@@ -32,7 +32,7 @@ public:
 
     void OnStateChanged(Urgency urgency) override;
     void OnNamed(const TransferName& name) override;
-    void OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) override;
+    void OnEnded(TransferRecord record) override;
     void ShowMessage(const MessageBoxText& box) override { events.ShowMessage(box); }
 
     // The port was opened or lost.

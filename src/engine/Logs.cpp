@@ -85,9 +85,9 @@ void Logs::DeleteOldRows() {
                                 std::chrono::years(historySettings->historyYears)});
 }
 
-void Logs::AddToHistory(const TransferRecord& record, std::shared_ptr<const TransferContent> content) {
+void Logs::AddToHistory(const TransferRecord& record) {
     if (historyPath)
-        lines.Add(HistoryRow{std::make_shared<const TransferRecord>(record), std::move(content)});
+        lines.Add(HistoryRow{std::make_shared<const TransferRecord>(record)});
 }
 
 void Logs::MarkSeen(const KelText& number, TransferDirection direction) {

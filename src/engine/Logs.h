@@ -46,7 +46,7 @@ public:
     // now and once a day. `settings` outlives this object. Does nothing without a history, and so do the next two.
     void OpenHistory(const KelText& machine, const DownloadSettings& settings);
     // Adds a row. The writing thread computes the checksum of the `content`, if there is one.
-    void AddToHistory(const TransferRecord& record, std::shared_ptr<const TransferContent> content = {});
+    void AddToHistory(const TransferRecord& record);
     // A user has seen that transfers of this number and direction have failed. Requires an opened history.
     void MarkSeen(const KelText& number, TransferDirection direction);
     // The newest transfers before this run and all failures that no user has seen, oldest first. None before they have

@@ -100,6 +100,7 @@ bool Monitor::RunPass() {
     thread.AssertOwned();
     RunCommands();
     const bool isMoreDue = line.Look();
+    transfer.FollowChecksum();
     trace.ShowOpenLine();
     outage.Follow(line.IsWorking());
     // A timer may queue an answer, such as the first line after a transmit delay. It goes out with the next look, at

@@ -1,27 +1,17 @@
+#include "base/System.h"
 #include "files/Installation.h"
 
-#include <cstdlib>
 #include <system_error>
 
 namespace tarvin {
 
 namespace {
 
-// An empty variable counts as unset.
-std::optional<std::filesystem::path> FromEnvironment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value == nullptr || *value == '\0' ? std::nullopt : std::optional<std::filesystem::path>(value);
-}
-
-// A relative path in these variables is ignored. It would mean another folder each time the program is started.
 std::optional<std::filesystem::path> UserDataFolder() {
-    const auto dataHome = FromEnvironment("XDG_DATA_HOME");
-    if (dataHome && dataHome->is_absolute())
+    if (auto dataHome = FolderFromEnvironment("XDG_DATA_HOME"))
         return dataHome;
-    const auto home = FromEnvironment("HOME");
-    if (home && home->is_absolute())
-        return *home / ".local/share";
-    return std::nullopt;
+    const auto home = FolderFromEnvironment("HOME");
+    return home ? std::optional(*home / ".local/share") : std::nullopt;
 }
 
 }
@@ -43,7 +33,7 @@ std::optional<std::filesystem::path> SystemInstallation() {
 
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
-    candidates.chosen = FromEnvironment("TARVINDL_HOME");
+    candidates.chosen = PathFromEnvironment("TARVINDL_HOME");
     if (const auto program = ProgramFolder())
         candidates.folders.push_back(*program);
     if (const auto user = UserInstallation())

@@ -1,3 +1,4 @@
+#include "base/System.h"
 #include "base/WindowsApi.h"
 #include "files/Installation.h"
 
@@ -7,21 +8,11 @@ namespace tarvin {
 
 namespace {
 
-// One more than the longest path or environment variable has.
+// One more than the longest path has.
 constexpr DWORD bufferUnits = 32768;
 
-// An empty variable counts as unset.
-std::optional<std::filesystem::path> FromEnvironment(const wchar_t* name) {
-    std::wstring value(bufferUnits, L'\0');
-    const DWORD length = ::GetEnvironmentVariableW(name, value.data(), bufferUnits);
-    if (length == 0 || length >= bufferUnits)
-        return std::nullopt;
-    value.resize(length);
-    return value;
-}
-
-std::optional<std::filesystem::path> InstallationBelow(const wchar_t* variable) {
-    const auto data = FromEnvironment(variable);
+std::optional<std::filesystem::path> InstallationBelow(const char* variable) {
+    const auto data = FolderFromEnvironment(variable);
     return data ? std::optional(*data / "TarvinDL" / "2026") : std::nullopt;
 }
 
@@ -37,16 +28,16 @@ std::optional<std::filesystem::path> ProgramFolder() {
 }
 
 std::optional<std::filesystem::path> UserInstallation() {
-    return InstallationBelow(L"LOCALAPPDATA");
+    return InstallationBelow("LOCALAPPDATA");
 }
 
 std::optional<std::filesystem::path> SystemInstallation() {
-    return InstallationBelow(L"ProgramData");
+    return InstallationBelow("ProgramData");
 }
 
 InstallationCandidates SystemInstallationCandidates() {
     InstallationCandidates candidates;
-    candidates.chosen = FromEnvironment(L"TARVINDL_HOME");
+    candidates.chosen = PathFromEnvironment("TARVINDL_HOME");
     if (const auto program = ProgramFolder())
         candidates.folders.push_back(*program);
     for (const auto& folder : {UserInstallation(), SystemInstallation()}) {

@@ -1,7 +1,6 @@
 #include "logging/HistoryLog.h"
 
 #include "base/HistoryMessages.h"
-#include "base/Sha256.h"
 
 #include <algorithm>
 #include <cassert>
@@ -15,32 +14,19 @@ HistoryLog::HistoryLog(const Clock& clock, std::unique_ptr<TransferHistory> hist
 
 void HistoryLog::Add(const HistoryRow& row) {
     assert(row.record);
-    Keep(*row.record, row.content);
+    Keep(*row.record);
 }
 
-void HistoryLog::Keep(HistoryChange change, std::shared_ptr<const TransferContent> content) {
-    waiting.push_back({std::move(change), std::move(content)});
+void HistoryLog::Keep(HistoryChange change) {
+    waiting.push_back(std::move(change));
     if (waiting.size() <= mostRows)
         return;
-    if (std::holds_alternative<TransferRecord>(waiting.front().change))
+    if (std::holds_alternative<TransferRecord>(waiting.front()))
         ++lostCount;
     waiting.pop_front();
 }
 
-// Also while the history cannot be written: a content takes more memory than all waiting rows.
-void HistoryLog::ComputeChecksums() {
-    for (auto change = waiting.rbegin(); change != waiting.rend(); ++change) {
-        if (!change->content)
-            continue;
-        Sha256 sum;
-        sum.Add(change->content->View());
-        std::get<TransferRecord>(change->change).sha256 = sum.Digits();
-        change->content.reset();
-    }
-}
-
 Result<> HistoryLog::Flush(bool isLast) {
-    ComputeChecksums();
     const auto now = clock.Now();
     const bool hasWork = startedMachine || !waiting.empty() || lostCount > 0;
     if (!hasWork || (isFailing && !isLast && now - lastAttempt < logRetryPeriod))
@@ -59,8 +45,8 @@ Result<> HistoryLog::Flush(bool isLast) {
 
 // Those for which there was no room are lost too.
 std::int64_t HistoryLog::RowCount() const {
-    return lostCount + std::count_if(waiting.begin(), waiting.end(), [](const Waiting& each) {
-               return std::holds_alternative<TransferRecord>(each.change);
+    return lostCount + std::count_if(waiting.begin(), waiting.end(), [](const HistoryChange& each) {
+               return std::holds_alternative<TransferRecord>(each);
            });
 }
 
@@ -75,11 +61,7 @@ Result<> HistoryLog::Attempt() {
     }
     if (waiting.empty())
         return {};
-    std::vector<HistoryChange> changes;
-    changes.reserve(waiting.size());
-    for (const Waiting& each : waiting)
-        changes.push_back(each.change);
-    Result<> applied = history->Apply(changes);
+    Result<> applied = history->Apply(std::vector(waiting.begin(), waiting.end()));
     if (applied)
         waiting.clear();
     return applied;

@@ -43,19 +43,13 @@ public:
     std::optional<std::vector<TransferRecord>> TakePastTransfers() { return std::exchange(pastTransfers, {}); }
 
 private:
-    struct Waiting {
-        HistoryChange change;
-        std::shared_ptr<const TransferContent> content; // of a row that lacks its checksum
-    };
-
-    void Keep(HistoryChange change, std::shared_ptr<const TransferContent> content = {});
-    void ComputeChecksums();
+    void Keep(HistoryChange change);
     std::int64_t RowCount() const;
     Result<> Attempt();
 
     const Clock& clock;
     const std::unique_ptr<TransferHistory> history;
-    std::deque<Waiting> waiting;
+    std::deque<HistoryChange> waiting;
     std::optional<KelText> startedMachine;
     std::optional<std::vector<TransferRecord>> pastTransfers;
     std::int64_t lostCount = 0;

@@ -33,14 +33,4 @@ std::size_t LogRecord::ByteCount() const {
     return byteCount;
 }
 
-std::size_t LogRecord::ContentByteCount() const {
-    const auto* row = std::get_if<HistoryRow>(&event);
-    return row != nullptr && row->content ? row->content->byteCount : 0;
-}
-
-void LogRecord::DropContent() {
-    if (auto* row = std::get_if<HistoryRow>(&event))
-        row->content.reset();
-}
-
 }

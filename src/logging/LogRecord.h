@@ -57,11 +57,9 @@ struct HistoryStart {
     KelText machine;
 };
 
-// A row of the history. Behind pointers, because the many lines of the comms log share the size of this type.
+// A row of the history. Behind a pointer, because the many lines of the comms log share the size of this type.
 struct HistoryRow {
     std::shared_ptr<const TransferRecord> record;
-    // If it is there, it gives the record its checksum.
-    std::shared_ptr<const TransferContent> content;
 };
 
 // A user has seen that transfers of this number and direction have failed.
@@ -94,11 +92,8 @@ struct LogRecord {
         return std::holds_alternative<CommsLine>(event) || std::holds_alternative<ActivityLine>(event) ||
                std::holds_alternative<HistoryRow>(event);
     }
-    // The memory that the record takes, within a few bytes and without the content of a file.
+    // The memory that the record takes, within a few bytes.
     std::size_t ByteCount() const;
-    // The size of that content. 0 without it.
-    std::size_t ContentByteCount() const;
-    void DropContent();
 };
 
 }

@@ -44,9 +44,6 @@ void LogWriter::HandOver(std::vector<LogRecord>& records, Clock::TimePoint now) 
         }
         TellLost(record.Log());
         room.byteCount += byteCount;
-        if (room.contentByteCount > 0 && room.contentByteCount + record.ContentByteCount() > largestContents)
-            record.DropContent();
-        room.contentByteCount += record.ContentByteCount();
         if (record.IsLine() || std::holds_alternative<CommsLogEnd>(record.event))
             ++room.lineCount;
         waiting.push_back(std::move(record));
@@ -122,7 +119,6 @@ void LogWriter::FinishBatch(LogNews latest, const Rooms& sizes) {
     for (std::size_t log = 0; log < logKindCount; ++log) {
         unwritten[log].byteCount -= sizes[log].byteCount;
         unwritten[log].lineCount -= sizes[log].lineCount;
-        unwritten[log].contentByteCount -= sizes[log].contentByteCount;
     }
     const bool isNew = !latest.problems.empty() || latest.pastTransfers || !latest.HasSameState(news);
     // What the monitor thread has not taken yet stays, the older problems in front.

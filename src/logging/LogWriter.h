@@ -15,8 +15,6 @@ class LogWriter : public wThread {
 public:
     // The memory for lines of one log that wait for the disk, in bytes.
     static constexpr std::size_t longestWaiting = 4 * 1024 * 1024;
-    // The memory for contents of files that wait for their checksum, in bytes. One alone may be larger.
-    static constexpr std::size_t largestContents = 256 * 1024 * 1024;
 
     // Starts the thread, which alone uses `files` from now on.
     explicit LogWriter(std::unique_ptr<LogFiles> files);
@@ -24,8 +22,8 @@ public:
     ~LogWriter() override;
 
     // Takes the records out of `records`. Never waits for the disk: lines for which there is no room are dropped, and
-    // one line of the log counts them. Contents for which there is no room are dropped too, and their rows stay. `now`
-    // is not before the last of the records. With no records it lets a failed log try again.
+    // one line of the log counts them. `now` is not before the last of the records. With no records it lets a failed
+    // log try again.
     void HandOver(std::vector<LogRecord>& records, Clock::TimePoint now) EXCLUDES(mutex);
 
     // What has happened since the last call. None if nothing has.
@@ -48,7 +46,6 @@ private:
     // The share of one log in the memory of the queue.
     struct Room {
         std::size_t byteCount = 0;
-        std::size_t contentByteCount = 0;
         std::int64_t lineCount = 0;
         std::int64_t lostCount = 0; // lines dropped, not yet told
         Clock::TimePoint lastLost;

@@ -42,8 +42,8 @@ struct TransferRecord {
     std::int64_t repeats = 0;
     std::int64_t damaged = 0;
     std::int64_t driverErrors = 0;
-    // The SHA-256 of the file's content in lower-case hexadecimal digits: of a download the whole file, of an upload
-    // what was stored. Empty for a refused request.
+    // The SHA-256 of the first `byteCount` bytes of the file in lower-case hexadecimal digits: of what has been sent or
+    // stored. Empty for a refused request, and if it was not known at the end of the transfer.
     std::string sha256;
     // A user has acknowledged the failure, or a completed transfer of the same number and direction has followed it.
     bool isSeen = false;
@@ -53,14 +53,6 @@ struct TransferRecord {
     }
     bool IsUnseenFailure() const { return outcome == TransferOutcome::Failed && !isSeen; }
     bool operator==(const TransferRecord&) const = default;
-};
-
-// The content of a transferred file, for a checksum that is still to be computed.
-struct TransferContent {
-    std::unique_ptr<const char[]> bytes;
-    std::size_t byteCount = 0;
-
-    std::string_view View() const { return {bytes.get(), byteCount}; }
 };
 
 }

@@ -3,7 +3,6 @@
 #include "publish/RuntimeFolders.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <optional>
 
 #include <sys/stat.h>
@@ -15,16 +14,8 @@ namespace {
 
 constexpr const char* systemFolder = "/run/tarvindl";
 
-// An empty variable counts as unset. A relative path would mean another folder for each program.
-std::optional<std::filesystem::path> FromEnvironment(const char* name) {
-    const char* const value = std::getenv(name);
-    if (value == nullptr || *value != '/')
-        return std::nullopt;
-    return std::filesystem::path(value);
-}
-
 std::optional<std::filesystem::path> UserFolder() {
-    const auto runtime = FromEnvironment("XDG_RUNTIME_DIR");
+    const auto runtime = FolderFromEnvironment("XDG_RUNTIME_DIR");
     return runtime ? std::optional(*runtime / "tarvindl") : std::nullopt;
 }
 
@@ -43,7 +34,7 @@ Result<std::filesystem::path> Made(const std::filesystem::path& folder) {
 }
 
 Result<std::filesystem::path> RuntimeFolderToWrite() {
-    if (const auto chosen = FromEnvironment("TARVINDL_RUNTIME"))
+    if (const auto chosen = FolderFromEnvironment("TARVINDL_RUNTIME"))
         return Made(*chosen);
     if (MayWrite(systemFolder))
         return std::filesystem::path(systemFolder);
@@ -54,7 +45,7 @@ Result<std::filesystem::path> RuntimeFolderToWrite() {
 
 std::vector<std::filesystem::path> RuntimeFoldersToRead() {
     std::vector<std::filesystem::path> folders;
-    if (auto chosen = FromEnvironment("TARVINDL_RUNTIME"))
+    if (auto chosen = FolderFromEnvironment("TARVINDL_RUNTIME"))
         folders.push_back(std::move(*chosen));
     folders.emplace_back(systemFolder);
     if (auto user = UserFolder())

@@ -4,29 +4,14 @@
 #include "publish/RuntimeFolders.h"
 
 #include <optional>
-#include <string>
 #include <system_error>
 
 namespace tarvin {
 
 namespace {
 
-// One more than the longest path or environment variable has.
-constexpr DWORD bufferUnits = 32768;
-
-// An empty variable counts as unset. A relative path would mean another folder for each program.
-std::optional<std::filesystem::path> FromEnvironment(const wchar_t* name) {
-    std::wstring value(bufferUnits, L'\0');
-    const DWORD length = ::GetEnvironmentVariableW(name, value.data(), bufferUnits);
-    if (length == 0 || length >= bufferUnits)
-        return std::nullopt;
-    value.resize(length);
-    std::filesystem::path path(value);
-    return path.is_absolute() ? std::optional(std::move(path)) : std::nullopt;
-}
-
-std::optional<std::filesystem::path> Below(const wchar_t* variable) {
-    const auto data = FromEnvironment(variable);
+std::optional<std::filesystem::path> Below(const char* variable) {
+    const auto data = FolderFromEnvironment(variable);
     return data ? std::optional(*data / "TarvinDL" / "run") : std::nullopt;
 }
 
@@ -52,18 +37,18 @@ Result<std::filesystem::path> Made(const std::filesystem::path& folder) {
 }
 
 Result<std::filesystem::path> RuntimeFolderToWrite() {
-    if (const auto chosen = FromEnvironment(L"TARVINDL_RUNTIME"))
+    if (const auto chosen = FolderFromEnvironment("TARVINDL_RUNTIME"))
         return Made(*chosen);
-    if (const auto system = Below(L"ProgramData"); system && MayWrite(*system))
+    if (const auto system = Below("ProgramData"); system && MayWrite(*system))
         return *system;
-    if (const auto user = Below(L"LOCALAPPDATA"))
+    if (const auto user = Below("LOCALAPPDATA"))
         return Made(*user);
     return Error{text::publish::noFolder};
 }
 
 std::vector<std::filesystem::path> RuntimeFoldersToRead() {
     std::vector<std::filesystem::path> folders;
-    for (auto& folder : {FromEnvironment(L"TARVINDL_RUNTIME"), Below(L"ProgramData"), Below(L"LOCALAPPDATA")}) {
+    for (auto& folder : {FolderFromEnvironment("TARVINDL_RUNTIME"), Below("ProgramData"), Below("LOCALAPPDATA")}) {
         if (folder)
             folders.push_back(*folder);
     }

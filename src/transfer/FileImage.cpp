@@ -61,14 +61,9 @@ Result<std::size_t> FileImage::ReadPiece(NativeFile& file, std::size_t byteCount
 
 void FileImage::Clear() {
     content.reset();
-    capacity = length = position = 0;
+    capacity = length = position = summed = 0;
     linesTaken = 0;
-}
-
-TransferContent FileImage::TakeContent() {
-    TransferContent taken = {std::move(content), length};
-    Clear();
-    return taken;
+    sum = {};
 }
 
 Result<> FileImage::Grow(std::size_t newCapacity) {
@@ -94,6 +89,14 @@ std::span<const std::uint8_t> FileImage::Next(std::size_t byteCount, bool upToLi
     position += taken;
     linesTaken += std::count(start, start + taken, '\n');
     return {start, taken};
+}
+
+bool FileImage::Sum(std::size_t end, std::size_t most) {
+    const std::string_view lacking = Content().substr(0, end).substr(summed);
+    const std::string_view added = lacking.substr(0, most);
+    sum.Add(added);
+    summed += added.size();
+    return added.size() == lacking.size();
 }
 
 }

@@ -2,13 +2,14 @@
 // The content of a file that is being downloaded, as it was when it was read: another program may rewrite the file
 // during the download.
 
+#include "base/Sha256.h"
 #include "files/NativeFile.h"
-#include "logging/TransferRecord.h"
 
 #include <atomic>
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace tarvin {
@@ -29,8 +30,6 @@ public:
     Result<std::size_t> ReadPiece(NativeFile& file, std::size_t byteCount);
 
     void Clear();
-    // Gives the content away and clears the image.
-    TransferContent TakeContent();
 
     std::size_t Length() const { return length; }
     std::size_t Position() const { return position; }
@@ -42,6 +41,11 @@ public:
     // Valid until Load or Clear.
     std::span<const std::uint8_t> Next(std::size_t byteCount, bool upToLineEnd);
 
+    // Adds the bytes before `end` to the checksum, at most `most` of those that it lacks. True if it lacks none now.
+    bool Sum(std::size_t end, std::size_t most);
+    // The SHA-256 of the bytes that were added, as hexadecimal digits.
+    std::string Checksum() const { return sum.Digits(); }
+
 private:
     Result<> Grow(std::size_t newCapacity);
 
@@ -50,6 +54,8 @@ private:
     std::size_t length = 0;
     std::size_t position = 0;
     std::int64_t linesTaken = 0;
+    Sha256 sum;
+    std::size_t summed = 0; // bytes
 };
 
 }

@@ -165,12 +165,6 @@ Result<std::optional<LineList::Fault>> LineList::Load(NativeFile& file, const st
     return fault;
 }
 
-TransferContent LineList::TakeContent() {
-    TransferContent taken = image.TakeContent();
-    Clear();
-    return taken;
-}
-
 void LineList::Clear() {
     image.Clear();
     rest = {};

@@ -30,8 +30,6 @@ public:
     // file cannot be read, or if `stop` is set. Without success the list is empty.
     Result<std::optional<Fault>> Load(NativeFile& file, const std::atomic<bool>& stop, std::size_t longestLineAllowed);
     void Clear();
-    // Gives the content of the file away and clears the list.
-    TransferContent TakeContent();
 
     std::size_t FileSize() const { return image.Length(); }
 
@@ -46,6 +44,10 @@ public:
     // Takes the next line that is not empty, without its line end; empty when no line is left. Valid until Load or
     // Clear.
     std::string_view NextNonEmpty();
+
+    // As those of the image.
+    bool Sum(std::size_t end, std::size_t most) { return image.Sum(end, most); }
+    std::string Checksum() const { return image.Checksum(); }
 
 private:
     FileImage image;

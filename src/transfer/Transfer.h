@@ -52,10 +52,9 @@ public:
     // The state is new. Shows and logs it before it returns, if that is urgent.
     virtual void OnStateChanged(Urgency urgency) = 0;
     virtual void OnNamed(const TransferName& name) = 0;
-    // A transfer has ended, or a request was refused, and the state that says so is shown. The record lacks the machine
-    // and, for a download, the checksum of `content`: computing it takes too long for the thread of the line. `content`
-    // is null without such a download.
-    virtual void OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) = 0;
+    // A transfer has ended, or a request was refused, and the state that says so is shown. The record lacks the
+    // machine.
+    virtual void OnEnded(TransferRecord record) = 0;
     virtual void ShowMessage(const MessageBoxText& box) = 0;
 };
 
@@ -144,6 +143,9 @@ public:
     // The next line of a download that is not empty; empty at the end of the file. Valid until the transfer ends.
     std::string_view NextLine() { return lines.NextNonEmpty(); }
     void CountSent(std::int64_t byteCount);
+    // Adds to the checksum of a download what has been taken since the last call. To be called when the answers of a
+    // pass have left: no answer waits for it.
+    void FollowChecksum();
     // Reads the whole file as bytes, for a download by hand. Requires that no file is on its way. False, with the state
     // that says why, if it cannot be read; the caption then stays.
     bool BeginDownloadByHand(const TransferName& newName);
@@ -190,11 +192,13 @@ public:
 private:
     void Enter(TransferState newState, Urgency urgency, KelText newReason = {}, bool isRefusal = false);
     std::optional<TransferOutcome> OutcomeOf(TransferState newState) const;
-    TransferRecord RecordOf(TransferOutcome outcome, TransferState newState) const;
+    TransferRecord RecordOf(TransferOutcome outcome, TransferState newState);
+    std::string ChecksumOf(std::int64_t byteCount);
+    bool Sum(std::int64_t byteCount, std::size_t most);
     // The path of a whole upload that could not take its name, or empty.
     KelText Release();
-    // The same, and what depends on the state that follows. Gives away the content of a download.
-    KelText ReleaseFor(TransferState newState, std::shared_ptr<const TransferContent>& content);
+    // The same, and what depends on the state that follows.
+    KelText ReleaseFor(TransferState newState);
     void Begin(TransferState newState, EndDialog newDialog, std::int64_t range, Urgency urgency);
     bool LoadLines(std::size_t longestLineAllowed);
     bool IsSourceUnchanged();

@@ -5,6 +5,7 @@
 #include "ui/TouchTarget.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include <wx/dcbuffer.h>
@@ -12,9 +13,17 @@
 
 namespace tarvin {
 
+using namespace std::chrono_literals;
+
 namespace {
 
-constexpr int tickMilliseconds = 1000;
+// The longer something lasts, the less its seconds matter, and each look at the clock costs a paint of the window.
+std::chrono::seconds StepAfter(Clock::Duration lasting) {
+    return lasting < 5s ? 1s : lasting < 1min ? 2s : 5s;
+}
+
+// A screen reader may read every change aloud.
+constexpr int ticksBetweenWords = 5;
 
 // The day stands beside the time of what is not of today.
 KelText LocalTime(TransferRecord::Time time) {
@@ -54,20 +63,38 @@ Board::Board(wxWindow* parent, const Clock& clock)
     });
     Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
         fonts.Clear();
+        attributes = wxPanel::GetDefaultAttributes();
         Refresh(false);
         event.Skip();
     });
-    tick.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Update(); });
+    tick.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTick(); });
     Update();
+    Speak();
 }
 
 void Board::Show(const EngineSnapshot& newSnapshot) {
     snapshot = newSnapshot;
     Update();
-    if (!IsTimeShown(snapshot))
+    Speak();
+    ticks = 0;
+    shownAt = clock.Now();
+    if (IsTimeShown(snapshot))
+        StartTick();
+    else
         tick.Stop();
-    else if (!tick.IsRunning())
-        tick.Start(tickMilliseconds);
+}
+
+void Board::StartTick() {
+    const auto step = std::chrono::milliseconds(StepAfter(clock.Now() - shownAt)).count();
+    if (!tick.IsRunning() || tick.GetInterval() != step)
+        tick.Start(static_cast<int>(step));
+}
+
+void Board::OnTick() {
+    Update();
+    if (++ticks % ticksBetweenWords == 0)
+        Speak();
+    StartTick();
 }
 
 void Board::Update() {
@@ -80,8 +107,15 @@ void Board::Update() {
         seen->Show(isFailure);
         help->Show(isFailure);
     }
-    tarvin::SetAccessible(*this, AccessibleRole::Pane, ToWx(text::board::name), ToWx(content.Spoken()));
     RefreshChanges(before);
+}
+
+void Board::Speak() {
+    wxString words = ToWx(content.Spoken());
+    if (words == spoken)
+        return;
+    spoken = std::move(words);
+    tarvin::SetAccessible(*this, AccessibleRole::Pane, ToWx(text::board::name), spoken);
 }
 
 void Board::RefreshChanges(const BoardContent& before) {

@@ -28,10 +28,17 @@ public:
 
     wxButton& SeenButton() { return *seen; }
 
+    // Each paint asks for them, and GTK makes a window to find them out.
+    wxVisualAttributes GetDefaultAttributes() const override { return attributes; }
+
 private:
     void Update();
+    // Gives the content to screen readers.
+    void Speak();
     // Marks as little as can be for painting again. Each second of a silence paints one row.
     void RefreshChanges(const BoardContent& before);
+    void StartTick();
+    void OnTick();
     void PlaceButtons();
     void OnPaint(wxPaintEvent&);
 
@@ -40,9 +47,13 @@ private:
     BoardContent content;
     BoardPlaces places; // as last painted
     BoardFonts fonts;
+    wxVisualAttributes attributes = wxPanel::GetDefaultAttributes();
     wxButton* seen;
     wxButton* help;
+    wxString spoken;
     wxTimer tick; // runs while the content tells how long something lasts
+    int ticks = 0;
+    Clock::TimePoint shownAt; // the last snapshot
 };
 
 }

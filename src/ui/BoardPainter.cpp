@@ -3,8 +3,11 @@
 #include "ui/BoardColours.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
+
+#include <wx/graphics.h>
 
 namespace tarvin {
 
@@ -82,10 +85,6 @@ private:
         dc.DrawRectangle(place);
     }
 
-    void TextAtRight(const wxString& text, int top) {
-        dc.DrawText(text, right - dc.GetTextExtent(text).GetWidth(), top);
-    }
-
     // As large as the room allows, and whole: a number that is cut off is another number.
     void PaintNumber() {
         if (content.number.empty() && content.share.empty())
@@ -101,7 +100,7 @@ private:
             Use(room * 0.75, true, colours.edge);
             const wxSize extent = dc.GetTextExtent(share);
             shareWidth = extent.GetWidth() + static_cast<int>(textPixels);
-            TextAtRight(share, y + (room - extent.GetHeight()) / 2);
+            DrawText(share, right - extent.GetWidth(), y + (room - extent.GetHeight()) / 2);
         }
         const wxString number = ToWx(content.number);
         const int width = std::max(right - left - shareWidth, 1);
@@ -120,7 +119,7 @@ private:
         }
         int top = y + std::max((room - lineHeight * static_cast<int>(lines.size())) / 2, 0);
         for (const wxString& line : lines) {
-            dc.DrawText(line, left, top);
+            DrawText(line, left, top);
             top += lineHeight;
         }
         y += room;
@@ -129,14 +128,18 @@ private:
     void PaintTitle() {
         places.title = Row(static_cast<int>(textPixels * 1.75));
         if (IsExposed(places.title)) {
-            // The largest of some sizes at which the title fits.
+            // The largest of some sizes at which the title fits, from its width at one of them. Only a title that fits
+            // at none is measured again.
+            constexpr double scales[] = {1.35, 1.2, 1.05, 0.9};
             const wxString title = ToWx(content.title);
-            for (const double scale : {1.35, 1.2, 1.05, 0.9}) {
-                Use(textPixels * scale, true, colours.edge);
-                if (dc.GetTextExtent(title).GetWidth() <= right - left)
-                    break;
-            }
-            dc.DrawText(Shortened(title, right - left), left, y);
+            Use(textPixels * scales[0], true, colours.edge);
+            const int widthAtLargest = WidthOf(title);
+            const auto* const scale = std::ranges::find_if(
+                scales, [&](double each) { return widthAtLargest * each <= (right - left) * scales[0]; });
+            const bool fits = scale != std::end(scales);
+            if (scale != std::begin(scales))
+                Use(textPixels * (fits ? *scale : *std::rbegin(scales)), true, colours.edge);
+            DrawText(fits ? title : Fitting(title, right - left).text, left, y);
         }
         y += places.title.height;
         if (content.comment.empty())
@@ -144,7 +147,7 @@ private:
         const wxRect row = Row(static_cast<int>(textPixels * 1.5));
         if (IsExposed(row)) {
             Use(textPixels, false, colours.text);
-            dc.DrawText(Shortened(ToWx(content.comment), right - left), left, y);
+            DrawText(Fitting(ToWx(content.comment), right - left).text, left, y);
         }
         y += row.height;
     }
@@ -181,10 +184,11 @@ private:
     void PaintFact(const BoardContent::Fact& fact) {
         Use(textPixels * 0.9, false, colours.faint);
         const wxString caption = ToWx(fact.caption);
-        dc.DrawText(caption, left, y + static_cast<int>(textPixels * 0.1));
-        const int captionWidth = dc.GetTextExtent(caption).GetWidth() + static_cast<int>(textPixels * 0.7);
+        DrawText(caption, left, y + static_cast<int>(textPixels * 0.1));
+        const int captionWidth = WidthOf(caption) + static_cast<int>(textPixels * 0.7);
         Use(textPixels, false, colours.text);
-        TextAtRight(Shortened(ToWx(fact.value), right - left - captionWidth), y);
+        const Text value = Fitting(ToWx(fact.value), right - left - captionWidth);
+        DrawText(value.text, right - value.width, y);
     }
 
     void PaintRecents() {
@@ -201,7 +205,7 @@ private:
                 dc.DrawEllipse(left, y + (rowHeight - sign) / 2, sign, sign);
                 Use(rowText, false, textColour);
                 const int textLeft = left + static_cast<int>(rowText);
-                dc.DrawText(Shortened(text, right - textLeft), textLeft, y);
+                DrawText(Fitting(text, right - textLeft).text, textLeft, y);
             }
             y += rowHeight;
         };
@@ -214,8 +218,27 @@ private:
         }
     }
 
-    wxString Shortened(const wxString& text, int width) const {
-        return wxControl::Ellipsize(text, dc, wxELLIPSIZE_END, width, wxELLIPSIZE_FLAGS_NONE);
+    // The DC would measure the text once more, for a bounding box that nobody asks for.
+    void DrawText(const wxString& text, int x, int top) {
+        if (wxGraphicsContext* const graphics = dc.GetGraphicsContext())
+            graphics->DrawText(text, x, top);
+        else
+            dc.DrawText(text, x, top);
+    }
+
+    int WidthOf(const wxString& text) const { return dc.GetTextExtent(text).GetWidth(); }
+
+    struct Text {
+        wxString text;
+        int width; // in the font that is in use
+    };
+
+    // Measures once what fits, as nearly all texts do: to measure costs as much as to draw.
+    Text Fitting(const wxString& text, int most) const {
+        if (const int width = WidthOf(text); width <= most)
+            return {text, width};
+        const wxString shortened = wxControl::Ellipsize(text, dc, wxELLIPSIZE_END, most, wxELLIPSIZE_FLAGS_NONE);
+        return {shortened, WidthOf(shortened)};
     }
 
     wxDC& dc;

@@ -21,6 +21,8 @@ constexpr float smallText = 0.85f;
 
 // The Tab key visits the controls in the order in which they are made here.
 MainPanel::MainPanel(wxWindow* parent, const Clock& clock) : wxPanel(parent) {
+    // Without it each paint of a child, once a second on the board, asks this window to paint its ground.
+    SetBackgroundStyle(wxBG_STYLE_SYSTEM);
     auto* column = new wxBoxSizer(wxVERTICAL);
     const int gap = Units(0, 3).GetHeight();
     const int edge = Units(3, 0).GetWidth();

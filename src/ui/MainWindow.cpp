@@ -51,6 +51,8 @@ MainWindow::MainWindow(const Parts& parts, AppInterface& messages)
       boxes({this, messages, [this] { OnHelp("messages.htm"); }, [this] { return modal.IsRunning(); }}),
       caller(*this, parts.engine.MachineName(), parts.clock) {
     SetIcons(ProgramIcons());
+    // Without it each paint of a child, once a second on the board, asks this window to paint its ground.
+    SetBackgroundStyle(wxBG_STYLE_SYSTEM);
     auto* fill = new wxBoxSizer(wxVERTICAL);
     remark->SetFont(GetFont().Bold());
     remark->Hide();

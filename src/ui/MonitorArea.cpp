@@ -23,6 +23,8 @@ const wxSize pictureSize(598, 393); // of the drawings, for their proportions
 MonitorArea::MonitorArea(wxWindow* parent, const wxSize& size, const Clock& clock)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, size, wxBORDER_SUNKEN | wxTAB_TRAVERSAL, "monitor") {
     SetMinSize(size);
+    // Without it each paint of a child, once a second on the board, asks this window to paint its ground.
+    SetBackgroundStyle(wxBG_STYLE_SYSTEM);
     view = new TrafficView(this);
     view->Hide();
     board = new Board(this, clock);

@@ -186,7 +186,8 @@ TEST_CASE("Service: a port that is missing or vanishes is opened again when it r
     for (int round = 0; round < 2; ++round) {
         fixture.Connect();
         REQUIRE(fixture.service->WaitForOutput("LASER COM1:2400,N,8,1,None"));
-        CHECK(Ask(fixture, "ABTS", 6) == Message("AATS"));
+        const std::string answer = Ask(fixture, "ABTS", 6);
+        CHECK_MESSAGE(answer == Message("AATS"), "round ", round, ": ", fixture.service->Output());
         fixture.Disconnect();
         REQUIRE(fixture.service->WaitForOutput("LASER - No Link"));
     }

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -135,8 +136,10 @@ bool ChildProcess::WaitForOutput(const std::string& text, std::chrono::milliseco
             searchedTo = found + text.size();
             return true;
         }
-        if (outputEnded || !isInTime)
+        if (outputEnded || !isInTime) {
+            TellMissing(text);
             return false;
+        }
     }
 }
 
@@ -146,7 +149,17 @@ bool ChildProcess::WaitForLastLine(const std::string& text, std::chrono::millise
     bool isInTime = true;
     while (!output.ends_with(text + "\n") && isInTime)
         isInTime = outputChanged.WaitUntil(mutex, deadline);
-    return output.ends_with(text + "\n");
+    const bool isThere = output.ends_with(text + "\n");
+    if (!isThere)
+        TellMissing(text);
+    return isThere;
+}
+
+// Without it, nobody can tell from a test's log what the program did instead.
+void ChildProcess::TellMissing(const std::string& text) const {
+    std::cerr << name << (outputEnded ? " ended" : " was given up") << " without printing \"" << text
+              << "\". Its output, with a mark where the search began:\n"
+              << output.substr(0, searchedTo) << "<>" << output.substr(searchedTo) << std::endl;
 }
 
 std::string ChildProcess::Output() {

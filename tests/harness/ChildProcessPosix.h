@@ -65,6 +65,7 @@ private:
     void ReadOutput(int descriptor);
     bool WaitForProcess(TimePoint deadline) const;
     bool WaitForOutputEnd(TimePoint deadline);
+    void TellMissing(const std::string& text) const REQUIRES(mutex);
 
     std::string name;
     bool isWindowsProgram = false;

@@ -1,7 +1,6 @@
 #pragma once
 // A protocol with nothing but a sender, a transfer and settings: no engine, no thread, no port.
 
-#include "base/Sha256.h"
 #include "harness/ManualClock.h"
 #include "harness/TemporaryFolder.h"
 #include "protocol/Protocol.h"
@@ -38,15 +37,7 @@ public:
 
     void OnStateChanged(Urgency) override { states.push_back(transfer.State()); }
     void OnNamed(const TransferName&) override {}
-    void OnEnded(TransferRecord record, std::shared_ptr<const TransferContent> content) override {
-        // As the thread of the logs does it.
-        if (content) {
-            Sha256 sum;
-            sum.Add(content->View());
-            record.sha256 = sum.Digits();
-        }
-        ended.push_back(std::move(record));
-    }
+    void OnEnded(TransferRecord record) override { ended.push_back(std::move(record)); }
     void ShowMessage(const MessageBoxText& box) override { boxes.push_back(box); }
 
     std::atomic<bool> isClosing = false;

@@ -39,7 +39,7 @@ struct TestedFiles {
     explicit TestedFiles(const std::filesystem::path& path) : files(std::make_unique<HistoryDatabase>(path)) {}
 
     LogNews Add(TransferRecord row) {
-        return files.Write({{now, HistoryRow{std::make_shared<const TransferRecord>(std::move(row)), {}}}}, now);
+        return files.Write({{now, HistoryRow{std::make_shared<const TransferRecord>(std::move(row))}}}, now);
     }
     LogNews WriteAfter(Clock::Duration pause) {
         now += pause;
