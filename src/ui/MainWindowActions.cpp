@@ -273,7 +273,7 @@ bool MainWindow::MayBreakTransfer() {
 void MainWindow::OnHelp(const wxString& page) {
     if (!help.Show(this, page))
         OnMessage(WithAdvice(MessageKind::NoHelpBook,
-                             {text::box::noHelpBook, text::box::problemCaption, okOnly | iconInformation}));
+                             {text::box::noHelpBook, text::box::problemCaption, okOnly | iconExclamation}));
 }
 
 }

@@ -40,7 +40,6 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
     case TransferState::FileListCompare:
     case TransferState::FileRequest:
         return Outlook::Busy;
-    case TransferState::LinkTest:
     case TransferState::DownloadCompleted:
     case TransferState::UploadCompleted:
     case TransferState::ServerFoundClient:
@@ -63,6 +62,8 @@ Outlook OutlookOf(const EngineSnapshot& snapshot) {
     case TransferState::SecondClient:
     case TransferState::SecondServer:
         return Outlook::Bad;
+    // A test says nothing about a file, and the board may still show one that has failed.
+    case TransferState::LinkTest:
     case TransferState::LoopbackSuccess:
     case TransferState::Waiting:
     case TransferState::DirectoryListing:

@@ -33,6 +33,13 @@ TransferEndDialog::TransferEndDialog(wxWindow* owner, KelTextView caption, const
         if (event.CanVeto())
             event.Veto();
     });
+    // GTK shows a window for the first time when the window manager has told the size of its frame, also when it has
+    // been hidden again meanwhile: a short file is received faster.
+    Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
+        event.Skip();
+        if (event.IsShown() && !isWanted)
+            CallAfter([this] { Show(isWanted); });
+    });
     BindHelpKey(*this, std::move(showHelp));
 }
 
@@ -43,6 +50,7 @@ void TransferEndDialog::AddButton(wxSizer& row, const Button& description, bool 
     MakeTouchable(*button);
     button->Bind(wxEVT_BUTTON, [this, action = description.action](wxCommandEvent&) {
         isPressed = true;
+        isWanted = false;
         Hide();
         action();
     });
@@ -60,6 +68,7 @@ void TransferEndDialog::Appear(bool shallBeShown) {
         return;
     if (shallBeShown)
         PlaceBesideOwner();
+    isWanted = shallBeShown;
     Show(shallBeShown);
     // Some window managers move a new window when it is shown, so it is placed a second time.
     if (shallBeShown)

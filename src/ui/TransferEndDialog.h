@@ -30,6 +30,7 @@ private:
     void PlaceBesideOwner();
 
     bool isPressed = false;
+    bool isWanted = false; // by the last Appear, unless a button was pressed since
 };
 
 // For a file that is sent by hand.
