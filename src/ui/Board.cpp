@@ -68,13 +68,13 @@ Board::Board(wxWindow* parent, const Clock& clock)
         event.Skip();
     });
     tick.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTick(); });
-    Update();
+    Renew();
     Speak();
 }
 
 void Board::Show(const EngineSnapshot& newSnapshot) {
     snapshot = newSnapshot;
-    Update();
+    Renew();
     Speak();
     ticks = 0;
     shownAt = clock.Now();
@@ -91,13 +91,13 @@ void Board::StartTick() {
 }
 
 void Board::OnTick() {
-    Update();
+    Renew();
     if (++ticks % ticksBetweenWords == 0)
         Speak();
     StartTick();
 }
 
-void Board::Update() {
+void Board::Renew() {
     BoardContent described = DescribeBoard(snapshot, clock.Now(), LocalTime);
     if (described == content)
         return;

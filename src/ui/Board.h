@@ -32,7 +32,7 @@ public:
     wxVisualAttributes GetDefaultAttributes() const override { return attributes; }
 
 private:
-    void Update();
+    void Renew();
     // Gives the content to screen readers.
     void Speak();
     // Marks as little as can be for painting again. Each second of a silence paints one row.
