@@ -169,6 +169,7 @@ TEST_CASE("SettingsDialog: a number out of range is said and not changed, and no
     auto* delay = Named<wxSpinCtrl>(dialog, "Line Delay (milliseconds)");
     const auto delayTyped = [&](const char* digits) {
         OnUi([&] { delay->SetFocus(); });
+        REQUIRE(Becomes([&] { return dialog->IsActive() && delay->HasFocus(); }));
         PressKey('A', wxMOD_CONTROL);
         Type(digits);
     };
@@ -182,6 +183,8 @@ TEST_CASE("SettingsDialog: a number out of range is said and not changed, and no
             return points;
         });
     };
+    // The size of the frame is known by then, and places are counted from its edge.
+    REQUIRE(Becomes([&] { return dialog->IsActive(); }));
     const auto before = places();
     delayTyped("5000");
     CHECK(Becomes([&] { return delay->GetTextValue() == "5000"; }));
