@@ -60,5 +60,5 @@ _tarvindl() {
     esac
 }
 
-complete -o default -F _tarvindl tarvindl tarvindl-service tarvindl-setup tarvindl-status \
+complete -o default -F _tarvindl tarvindl tarvindl-service tarvindl-setup tarvindl-start tarvindl-status \
     tarvin-history tarvin-dictionary tarvin-controller

@@ -113,10 +113,21 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
     return 0;
 }
 
+// A misspelt option, or one behind another word, must not become a machine that is served.
+bool IsOption(const tarvin::KelText& machineName) {
+    if (!machineName.starts_with(u"--") || machineName == u"--help" || machineName == u"--version")
+        return false;
+    std::fprintf(stderr, "tarvindl-service: %s is no machine. An option comes first: see tarvindl-service --help\n",
+                 tarvin::ToUtf8(machineName).c_str());
+    return true;
+}
+
 // Both give the exit code of the program. `words` are the words of the command line.
 int RunCheck(const std::vector<tarvin::KelText>& words) {
     tarvin::SecureStandardStreams();
     const auto name = tarvin::MachineNameOf(tarvin::JoinWords({words.begin() + 1, words.end()}));
+    if (IsOption(name))
+        return 2;
     const auto installation = tarvin::FindProgramInstallation();
     const auto findings = installation ? tarvin::CheckMachine(*installation, name)
                                        : std::vector<tarvin::Finding>{{installation.Reason().text, true}};
@@ -173,6 +184,8 @@ int main(int argumentCount, char** arguments) {
             tarvin::TerminalHost().TellFailure(result->Reason().text);
         return *result ? 0 : 1;
     }
+    if (IsOption(tarvin::MachineNameIn(tarvin::JoinWords(words))))
+        return 2;
     const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
     if (!start.program)
         return start.exitCode;

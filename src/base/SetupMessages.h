@@ -49,6 +49,7 @@ inline constexpr char16_t checkAsService[] =
     u"Root may use every folder and port. What the service may use, it says itself: sudo -u tarvindl tarvindl-service "
     u"--check %1";
 inline constexpr char16_t noSystemPlace[] = u"The system names no folder for an installation";
+inline constexpr char16_t cannotRead[] = u"%1 cannot be read: %2";
 inline constexpr char16_t isDamaged[] = u"The settings in %1 are damaged; what is left of them counts";
 }
 
@@ -88,6 +89,8 @@ inline constexpr char16_t removed[] = u"Removed %1";
 inline constexpr char16_t there[] = u"Already so: %1";
 // %1 is a command and %2 its exit code.
 inline constexpr char16_t commandFailed[] = u"\"%1\" has failed (%2): run it again";
+inline constexpr char16_t strangeFolder[] =
+    u"Left out: a folder of the settings with control characters in its name. Correct it with --set";
 inline constexpr char16_t takesRestart[] = u"New folders count for the service after: systemctl restart %1";
 }
 

@@ -1,6 +1,7 @@
 #include "settings/SettingsStore.h"
 
 #include "base/Messages.h"
+#include "base/SetupMessages.h"
 #include "files/FileHold.h"
 #include "files/FileNames.h"
 #include "files/FileReplacement.h"
@@ -214,7 +215,7 @@ Result<bool> SettingsStore::ChangeSettings(const DownloadSettings& constructorVa
     firstValues = constructorValues;
     const FoundFile found = ReadFile();
     if (found.state == FileState::Refused)
-        return found.reason;
+        return Error{Filled(text::setup::cannotRead, {FromPath(FilePath()), found.reason.text})};
     const LoadResult loaded = Understand(found);
     DownloadSettings changed = loaded.settings;
     if (const auto done = change(changed); !done)
@@ -235,7 +236,7 @@ Result<bool> SettingsStore::ChangeSettings(const DownloadSettings& constructorVa
             content = profile;
     }
     if (const auto replaced = ReplaceWholeFile(FilePath(), content); !replaced)
-        return replaced.Reason();
+        return Error{Filled(text::setup::cannotWrite, {FromPath(FilePath()), replaced.Reason().text})};
     return true;
 }
 

@@ -132,8 +132,11 @@ Result<SetupReport> WriteUnits(const Installation& installation, const KelText& 
     const std::string instance = UnitInstanceOf(ToUtf8(machineName));
     const std::string unit = "tarvindl@" + instance + ".service";
     UnitWriter writer(places);
+    std::vector<fs::path> folders = FoldersOf(installation, settings);
+    if (std::erase_if(folders, [](const fs::path& folder) { return !FitsOnLine(folder); }) > 0)
+        writer.Report().push_back(text::setupUnits::strangeFolder);
     const fs::path dropIn = places.etc / "systemd/system" / (unit + ".d") / "folders.conf";
-    if (const auto written = writer.Write(dropIn, FoldersDropIn(FoldersOf(installation, settings))); !written)
+    if (const auto written = writer.Write(dropIn, FoldersDropIn(folders)); !written)
         return written.Reason();
     if (writer.HasChanged() && places.tellsSystem)
         writer.Report().push_back(Filled(text::setupUnits::takesRestart, {FromUtf8("'" + unit + "'")}));

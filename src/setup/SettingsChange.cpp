@@ -86,6 +86,14 @@ bool IsMachine(const Installation& installation, const KelText& machineName) {
         std::filesystem::symlink_status(StoreOf(installation, machineName).FilePath(), ignored));
 }
 
+std::optional<KelText> DamageOfSettings(const Installation& installation, const KelText& machineName) {
+    SettingsStore store = StoreOf(installation, machineName);
+    const auto loaded = store.Load(TarvinApp::FirstSettings());
+    if (!loaded.warning || loaded.isRefused)
+        return std::nullopt;
+    return Filled(text::setup::isDamaged, {FromPath(store.FilePath())});
+}
+
 Result<KelText> ShowSettings(const Installation& installation, const KelText& machineName) {
     const auto loaded = StoreOf(installation, machineName).Load(TarvinApp::FirstSettings());
     if (loaded.isRefused)

@@ -6,6 +6,7 @@
 #include "files/Installation.h"
 #include "settings/SettingsStore.h"
 
+#include <optional>
 #include <vector>
 
 namespace tarvin {
@@ -20,6 +21,9 @@ SettingsStore StoreOf(const Installation& installation, const KelText& machineNa
 
 // Whether the machine has a settings file.
 bool IsMachine(const Installation& installation, const KelText& machineName);
+
+// What to tell of a damaged settings file, of which a part still counts. None if it is whole or cannot be read at all.
+std::optional<KelText> DamageOfSettings(const Installation& installation, const KelText& machineName);
 
 // All settings as a text profile.
 Result<KelText> ShowSettings(const Installation& installation, const KelText& machineName);

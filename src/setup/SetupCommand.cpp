@@ -104,7 +104,8 @@ private:
         if (!shown)
             return Fail(shown.Reason().text);
         console.output << ToUtf8(*shown);
-        return 0;
+        const auto damage = DamageOfSettings(installation, request.machine);
+        return damage ? Fail(*damage) : 0;
     }
 
     int RunForNewMachine(const std::filesystem::path& folder) {
@@ -140,6 +141,9 @@ private:
     int SetUp(const Installation& installation) {
         MachineWish wish = {request.machine, request.port, request.choices, request.folders};
         wish.settings.insert(wish.settings.end(), request.changes.begin(), request.changes.end());
+        // A change replaces the damaged file, which stays beside it.
+        if (const auto damage = DamageOfSettings(installation, request.machine))
+            console.errors << "tarvindl-setup: " << ToUtf8(*damage) << '\n';
         const auto done = SetUpMachine(installation, wish);
         if (!done)
             return Fail(done.Reason().text);

@@ -1,5 +1,7 @@
 #include "setup/UnitFiles.h"
 
+#include <algorithm>
+#include <cassert>
 #include <cstdio>
 
 namespace tarvin {
@@ -55,16 +57,29 @@ std::string UnitInstanceOf(std::string_view machineName) {
     return escaped;
 }
 
+bool FitsOnLine(const std::filesystem::path& path) {
+    constexpr char16_t firstVisible = 0x20;
+    constexpr char16_t deleteCharacter = 0x7F;
+    constexpr char16_t lastControl = 0x9F;
+    return std::ranges::none_of(FromPath(path), [](char16_t unit) {
+        return unit < firstVisible || (unit >= deleteCharacter && unit <= lastControl);
+    });
+}
+
 std::string FoldersDropIn(const std::vector<std::filesystem::path>& folders) {
     std::string text = std::string(writtenBy) + "[Service]\n";
-    for (const auto& folder : folders)
+    for (const auto& folder : folders) {
+        assert(FitsOnLine(folder));
         text += "ReadWritePaths=" + QuotedForSystemd(folder) + "\n";
+    }
     return text;
 }
 
 // The property of the USB device tells ModemManager to leave all of the adapter alone; that of the port is for adapters
 // that share their number with other devices.
 std::string ModemRules(const PortMark& port) {
+    if (!FitsOnLine(ToPath(port.device)))
+        return {};
     const std::string action = "ENV{ID_MM_DEVICE_IGNORE}=\"1\", ENV{ID_MM_PORT_IGNORE}=\"1\"\n";
     const std::string head = "# " + ToUtf8(port.device) + "\n" + writtenBy;
     if (!port.serialNumber.empty()) {

@@ -56,6 +56,9 @@ TEST_CASE("Service: its command line is the machine's name, and it ends at once 
     ChildProcess help("tarvindl-service", {{"--help"}});
     CHECK(help.WaitForExit() == 0);
     CHECK(help.Output().starts_with("Usage: tarvindl-service"));
+    ChildProcess misspelt("tarvindl-service", {{"/l=German", "--chek", "LASER"}});
+    CHECK(misspelt.WaitForExit() == 2);
+    CHECK(misspelt.Output().find("--chek LASER is no machine") != std::string::npos);
 }
 
 TEST_CASE("Service: each line of output begins with the local time, and the end of the program saves the settings" *

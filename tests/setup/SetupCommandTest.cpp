@@ -3,6 +3,7 @@
 #include "base/Process.h"
 #include "files/MachineLock.h"
 #include "harness/TemporaryFolder.h"
+#include "settings/SettingsRecord.h"
 #include "settings/SettingsStore.h"
 
 #include <filesystem>
@@ -117,6 +118,12 @@ TEST_CASE("SetupCommand: settings are set all or none, and what is shown can be 
     CHECK(shown.Says("\nparity=Even\n"));
     setup.folder.WriteFile("home/COPY.INI", shown.output);
     CHECK(setup.Run({u"COPY", u"--show"}).output == shown.output);
+    // What is left of a damaged file is shown, and what is wrong with it.
+    const std::string record = EncodeRecord(setup.Settings(u"LASER"));
+    setup.folder.WriteFile("home/MILL.INI", record.substr(0, record.size() - 20));
+    const auto damaged = setup.Run({u"MILL", u"--show"});
+    CHECK(damaged.exitCode == 1);
+    CHECK(damaged.errors.find("MILL.INI are damaged") != std::string::npos);
     // A misspelt name makes no machine.
     CHECK(setup.Run({u"LAZER", u"--set", u"silence=7"}).exitCode == 1);
     CHECK(setup.Run({u"LAZER", u"--show"}).exitCode == 1);

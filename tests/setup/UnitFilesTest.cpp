@@ -39,6 +39,7 @@ TEST_CASE("UnitFiles: a port is told by its number, else by its place, else by i
               .find("ENV{ID_PATH}==\"pci-0000:00:14.0-usb-0:1:1.0\"") != std::string::npos);
     CHECK(ModemRules({u"/dev/ttyS0", {}, {}, u"ttyS0"}).find("KERNEL==\"ttyS0\"") != std::string::npos);
     CHECK(ModemRules({u"/dev/x", {}, {}, {}}).empty());
+    CHECK(ModemRules({u"/dev/x\nRUN+=\"/bin/sh\"", u"A50285BI", {}, {}}).empty());
     const std::string hostile = ModemRules({u"/dev/x", u"1\", RUN+=\"/bin/sh*", {}, {}});
     CHECK(hostile.find("RUN+=\"") == std::string::npos);
     CHECK(hostile.find("ATTR{serial}==\"1?? RUN+???bin?sh?\"") != std::string::npos);
