@@ -24,7 +24,9 @@ public:
     }
     template <class Event>
     void Add(Event event) {
-        records.push_back({clock.Now(), std::move(event)});
+        LogRecord& record = records.emplace_back();
+        record.time = clock.Now();
+        record.event = std::move(event);
     }
 
     // The events since the records were last emptied, oldest first. The caller takes them out.
