@@ -1,5 +1,7 @@
 #include "port/SerialDevicesPosix.h"
 
+#include "base/DescriptorPosix.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
@@ -22,23 +24,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class OpenDevice {
-public:
-    // O_NONBLOCK: does not wait for a carrier. O_NOCTTY: the line does not become the program's terminal.
-    explicit OpenDevice(const fs::path& path) : handle(::open(path.c_str(), flags)) {}
-    ~OpenDevice() {
-        if (handle >= 0)
-            ::close(handle);
-    }
-    OpenDevice(const OpenDevice&) = delete;
-    OpenDevice& operator=(const OpenDevice&) = delete;
-
-    int Handle() const { return handle; }
-
-private:
-    static constexpr int flags = O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC;
-    int handle;
-};
+// O_NONBLOCK: does not wait for a carrier. O_NOCTTY: the line does not become the program's terminal.
+constexpr int deviceFlags = O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC;
 
 // The names in a folder, short ones first: this puts ttyS2 before ttyS10.
 std::vector<std::string> NamesIn(const fs::path& folder) {
@@ -112,22 +99,22 @@ bool HasHardware(const SerialDevice& device) {
     // devices the type tells nothing: many drivers of USB adapters leave it out.
     if (major(device.id) != TTY_MAJOR)
         return true;
-    const OpenDevice opened(device.path);
-    if (opened.Handle() < 0)
+    const Descriptor opened(::open(device.path.c_str(), deviceFlags));
+    if (opened.Number() < 0)
         return errno == EBUSY || (errno == EACCES && HasHardwareByType(device.id));
     serial_struct serial = {};
-    return ::ioctl(opened.Handle(), TIOCGSERIAL, &serial) != 0 || serial.type != PORT_UNKNOWN;
+    return ::ioctl(opened.Number(), TIOCGSERIAL, &serial) != 0 || serial.type != PORT_UNKNOWN;
 }
 
 bool IsFree(const fs::path& device) {
     if (DeviceId(device) == 0)
         return false;
-    const OpenDevice opened(device);
+    const Descriptor opened(::open(device.c_str(), deviceFlags));
     // Root can open a device that is in exclusive mode, so the mode itself is asked for.
     int isExclusive = 0;
-    return opened.Handle() >= 0 && ::isatty(opened.Handle()) == 1 &&
-           (::ioctl(opened.Handle(), TIOCGEXCL, &isExclusive) != 0 || isExclusive == 0) &&
-           ::flock(opened.Handle(), LOCK_EX | LOCK_NB) == 0;
+    return opened.Number() >= 0 && ::isatty(opened.Number()) == 1 &&
+           (::ioctl(opened.Number(), TIOCGEXCL, &isExclusive) != 0 || isExclusive == 0) &&
+           ::flock(opened.Number(), LOCK_EX | LOCK_NB) == 0;
 }
 
 }

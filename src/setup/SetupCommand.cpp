@@ -68,8 +68,10 @@ private:
 
     bool MayAsk() const { return console.isTerminal && !request.neverAsks; }
 
+    void Warn(KelTextView reason) { console.errors << "tarvindl-setup: " << ToUtf8(reason) << '\n'; }
+
     int Fail(KelTextView reason) {
-        console.errors << "tarvindl-setup: " << ToUtf8(reason) << '\n';
+        Warn(reason);
         return failed;
     }
 
@@ -143,7 +145,7 @@ private:
         wish.settings.insert(wish.settings.end(), request.changes.begin(), request.changes.end());
         // A change replaces the damaged file, which stays beside it.
         if (const auto damage = DamageOfSettings(installation, request.machine))
-            console.errors << "tarvindl-setup: " << ToUtf8(*damage) << '\n';
+            Warn(*damage);
         const auto done = SetUpMachine(installation, wish);
         if (!done)
             return Fail(done.Reason().text);

@@ -28,14 +28,14 @@ public:
 
     wxButton& SeenButton() { return *seen; }
 
-    // Each paint asks for them, and GTK makes a window to find them out.
+    // Each paint asks for them, and GTK works them out from its styles each time.
     wxVisualAttributes GetDefaultAttributes() const override { return attributes; }
 
 private:
     void Renew();
     // Gives the content to screen readers.
     void Speak();
-    // Marks as little as can be for painting again. Each second of a silence paints one row.
+    // Marks as little as can be for painting again. Each step of the clock paints only the rows with a time.
     void RefreshChanges(const BoardContent& before);
     void StartTick();
     void OnTick();

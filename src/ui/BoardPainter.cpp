@@ -218,7 +218,7 @@ private:
         }
     }
 
-    // The DC would measure the text once more, for a bounding box that nobody asks for.
+    // wxDC::DrawText measures the text again for its bounding box, which the board does not use.
     void DrawText(const wxString& text, int x, int top) {
         if (wxGraphicsContext* const graphics = dc.GetGraphicsContext())
             graphics->DrawText(text, x, top);

@@ -155,7 +155,7 @@ bool ChildProcess::WaitForLastLine(const std::string& text, std::chrono::millise
     return isThere;
 }
 
-// Without it, nobody can tell from a test's log what the program did instead.
+// The log of a failed test then shows what the program printed instead.
 void ChildProcess::TellMissing(const std::string& text) const {
     std::cerr << name << (outputEnded ? " ended" : " was given up") << " without printing \"" << text
               << "\". Its output, with a mark where the search began:\n"

@@ -8,8 +8,6 @@
 #include "logging/LogLines.h"
 #include "logging/LogWriter.h"
 
-#include <cstring>
-
 #include <doctest/doctest.h>
 
 using namespace tarvin;
