@@ -203,8 +203,7 @@ TEST_CASE("SettingsDialog: a number out of range is said and not changed, and no
     CHECK(OnUi([&] { return dialog->IsShown(); }));
     delayTyped("50");
     CHECK(Becomes([&] { return delay->GetTextValue() == "50"; }));
-    PressKey(WXK_RETURN);
-    CHECK(BecomesHidden(caption));
+    PressUntilHidden(WXK_RETURN, caption);
     dialog = OpenSettings(desktop);
     delay = Named<wxSpinCtrl>(dialog, "Line Delay (milliseconds)");
     auto* character = Named<wxSpinCtrl>(dialog, "Character Delay (milliseconds)");

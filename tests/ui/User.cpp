@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -18,6 +19,21 @@ constexpr auto pollPeriod = 5ms;
 
 std::function<wxWindow*()> systemDialog;
 
+// Notices that a mouse button was let go. Installed while it lives, which is within the user interface's thread.
+class ReleaseWatch final : public wxEventFilter {
+public:
+    ReleaseWatch() { wxEvtHandler::AddFilter(this); }
+    ~ReleaseWatch() override { wxEvtHandler::RemoveFilter(this); }
+    ReleaseWatch(const ReleaseWatch&) = delete;
+    ReleaseWatch& operator=(const ReleaseWatch&) = delete;
+
+    int FilterEvent(wxEvent& event) override {
+        isReleased = isReleased || event.GetEventType() == wxEVT_LEFT_UP;
+        return Event_Skip;
+    }
+    bool isReleased = false;
+};
+
 // Dialogs of the system keep their title in a field of their own.
 std::string TitleOf(const wxTopLevelWindow& window) {
     if (const auto* file = dynamic_cast<const wxFileDialog*>(&window))
@@ -25,6 +41,19 @@ std::string TitleOf(const wxTopLevelWindow& window) {
     if (const auto* folder = dynamic_cast<const wxDirDialog*>(&window))
         return folder->GetMessage().utf8_string();
     return window.GetTitle().utf8_string();
+}
+
+// For the log of a failed test: why the window cannot be clicked.
+std::string StateOf(wxWindow& window, wxTopLevelWindow& top) {
+    std::string text = "'" + window.GetLabel().utf8_string() + "' is " +
+                       (window.IsShownOnScreen() ? "shown" : "hidden") +
+                       (window.IsEnabled() ? ", enabled" : ", disabled") + ", its window '" + TitleOf(top) + "' is " +
+                       (top.IsActive() ? "active" : "inactive") + ". Shown:";
+    for (const wxWindow* other : wxTopLevelWindows) {
+        if (other->IsShown())
+            text += " '" + TitleOf(dynamic_cast<const wxTopLevelWindow&>(*other)) + "'";
+    }
+    return text;
 }
 
 wxTopLevelWindow* FindShown(const std::string& title) {
@@ -90,7 +119,8 @@ void Click(wxWindow* window) {
     REQUIRE(top != nullptr);
     if (!Becomes([top] { return top->IsActive(); }, 1s))
         OnUi([top] { top->Raise(); });
-    REQUIRE(Becomes([window, top] { return top->IsActive() && window->IsShownOnScreen() && window->IsEnabled(); }));
+    if (!Becomes([window, top] { return top->IsActive() && window->IsShownOnScreen() && window->IsEnabled(); }))
+        FAIL(OnUi([window, top] { return StateOf(*window, *top); }));
     // Waits until the pointer has arrived, or the click may go to the window below. Waits until the target rests too: a
     // window that has just changed may still be moving to its new size.
     wxPoint target;
@@ -101,7 +131,15 @@ void Click(wxWindow* window) {
         wxUIActionSimulator().MouseMove(target.x, target.y);
         return target == before && wxGetMousePosition() == target;
     }));
-    OnUi([] { wxUIActionSimulator().MouseClick(); });
+    // What the click does is done when the toolkit has handled its release. A caller that types before then would see
+    // its text selected by the click's own handler. Some controls keep the release to themselves: a while is enough.
+    std::optional<ReleaseWatch> watch;
+    OnUi([&watch] {
+        watch.emplace();
+        wxUIActionSimulator().MouseClick();
+    });
+    Becomes([&watch] { return watch->isReleased; }, 1s);
+    OnUi([&watch] { watch.reset(); });
 }
 
 void PressKey(int key, int modifiers) {
