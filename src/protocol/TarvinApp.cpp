@@ -59,7 +59,7 @@ bool TarvinApp::IsLeftAloneWhileHeld(const ReceivedMessage& next) {
     const bool isHeldUp = parts.sender.IsHeldUp();
     const bool isRepeat = isHeldUp && next.text == message;
     bool isLeftAlone = isRepeat;
-    if (isRepeat && transfer.IsUnderWay())
+    if (isRepeat && (transfer.IsUnderWay() || transfer.IsPending()))
         transfer.CountRepeat();
     if (!isRepeat) {
         Judge(next, isRight);
@@ -114,6 +114,7 @@ void TarvinApp::HandleMessage() {
         OnDamagedPartOfUpload();
         return;
     }
+    damagedInARow = 0;
     const bool isData = IsDataOfUpload();
     // A request counts for the transfer that it begins.
     if ((transfer.IsUnderWay() || transfer.IsPending()) &&
@@ -269,7 +270,7 @@ void TarvinApp::DropAbandoned() {
 TarvinApp::WaitingDownload TarvinApp::BeginRequest() {
     WaitingDownload waiting;
     if (download.IsWaiting()) {
-        waiting = transfer.Name();
+        waiting = transfer.PresentRequest();
     } else if (transfer.IsUnderWay() || transfer.IsPending()) {
         DropAbandoned();
         (void)transfer.EndWithErrors(text::transferReason::newRequest);
@@ -283,24 +284,29 @@ void TarvinApp::Refuse(TransferState newState, KelTextView why, std::string_view
                        const WaitingDownload& waiting) {
     transfer.Refuse(newState, KelText(why));
     Send(answer);
-    if (waiting) {
-        transfer.SetName(*waiting);
-        transfer.AwaitDownload();
-    }
+    Resume(waiting);
+}
+
+// Its delay has gone on meanwhile.
+void TarvinApp::Resume(const WaitingDownload& waiting) {
+    if (!waiting)
+        return;
+    transfer.RestoreRequest(*waiting);
+    transfer.AwaitDownload();
 }
 
 // The request takes the place of a download that waits.
-void TarvinApp::DropWaiting(const TransferName& waiting) {
+void TarvinApp::DropWaiting(const Transfer::Request& waiting) {
     download.Drop();
-    const TransferName next = transfer.Name();
-    transfer.SetName(waiting);
+    Transfer::Request next = transfer.PresentRequest();
+    transfer.RestoreRequest(waiting);
     (void)transfer.EndWithErrors(text::transferReason::newRequest);
-    transfer.SetName(next);
+    transfer.RestoreRequest(std::move(next));
 }
 
 void TarvinApp::OnUploadRequest() {
     std::string number(FileNumber(message));
-    const bool isUnbegun = transfer.State() == TransferState::Uploading && transfer.BytesDone() == 0;
+    const bool isUnbegun = transfer.State() == TransferState::Uploading && !hasLine && !transfer.IsCompleting();
     if (isUnbegun && !isDamaged && number == uploadNumber) {
         Send(code::acknowledge);
         return;
@@ -316,18 +322,25 @@ void TarvinApp::OnUploadRequest() {
         Refuse(TransferState::UploadCouldNotOpen, text::transferReason::unusableNumber, code::cannotGoOn, waiting);
         return;
     }
-    if (waiting)
-        DropWaiting(*waiting);
+    if (!transfer.BeginUpload(waiting)) {
+        Send(code::cannotGoOn);
+        Resume(waiting);
+        return;
+    }
+    download.Drop();
     uploadNumber = std::move(number);
+    hasLine = false;
     damagedInARow = 0;
-    Send(transfer.BeginUpload() ? code::acknowledge : code::cannotGoOn);
+    Send(code::acknowledge);
 }
 
 void TarvinApp::OnDataLine() {
     const std::string_view line = DataPayload(message);
-    // An empty line is acknowledged but not stored.
-    damagedInARow = 0;
-    const bool isStored = line.empty() || transfer.Store(std::string(line) + '\n');
+    hasLine = true;
+    // An empty line is acknowledged but not stored. Behind the end of the file, Store ends the upload: the answer would
+    // be taken for that to the end.
+    const bool isSkipped = line.empty() && !transfer.IsCompleting();
+    const bool isStored = isSkipped || transfer.Store(std::string(line) + '\n');
     Send(isStored ? code::acknowledge : code::cannotGoOn);
 }
 
@@ -341,7 +354,7 @@ void TarvinApp::OnDownloadRequest() {
     // The number counts that came with the request, whatever arrives during the delay.
     isRequestUsable = NameTransfer(parts.settings.downloadPath);
     // The same request again is no end: its delay begins anew.
-    if (waiting && waiting->path != transfer.Name().path)
+    if (waiting && waiting->name.path != transfer.Name().path)
         DropWaiting(*waiting);
     download.Start();
 }

@@ -44,11 +44,12 @@ private:
 
     void DropAbandoned();
     void CountQuality();
-    // The name of a download that waits for its delay.
-    using WaitingDownload = std::optional<TransferName>;
+    // The request of a download that waits for its delay.
+    using WaitingDownload = std::optional<Transfer::Request>;
     WaitingDownload BeginRequest();
     void Refuse(TransferState newState, KelTextView why, std::string_view answer, const WaitingDownload& waiting);
-    void DropWaiting(const TransferName& waiting);
+    void Resume(const WaitingDownload& waiting);
+    void DropWaiting(const Transfer::Request& waiting);
     void OnUploadRequest();
     void OnDataLine();
     void OnDownloadRequest();
@@ -76,6 +77,7 @@ private:
     std::uint32_t driverErrorCount = 0;
     int damagedInARow = 0;    // messages of the upload that is under way
     std::string uploadNumber; // of the last upload that was accepted
+    bool hasLine = false;     // of that upload, empty ones included
     std::string dataMessage;  // the last one sent, for a repeat
     LastAnswer lastAnswer;
     std::string frame;

@@ -167,6 +167,10 @@ void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason,
     if (!whole.empty())
         newReason = Filled(text::transferReason::wholeIn,
                            {newReason.empty() ? KelTextView(text::transferReason::nameNotTaken) : newReason, whole});
+    Show(newState, urgency, std::move(newReason), std::move(ended));
+}
+
+void Transfer::Show(TransferState newState, Urgency urgency, KelText newReason, std::optional<TransferRecord> ended) {
     isTesting = false;
     state = newState;
     reason = std::move(newReason);
@@ -225,6 +229,12 @@ void Transfer::SetName(TransferName newName) {
     parts.thread.AssertOwned();
     name = std::move(newName);
     parts.observer.OnNamed(name);
+}
+
+void Transfer::RestoreRequest(Request request) {
+    SetName(std::move(request.name));
+    requestedAt = request.at;
+    quality = request.quality;
 }
 
 void Transfer::AwaitDownload() {
@@ -362,7 +372,17 @@ void Transfer::CancelAwaitedUpload(KelText newReason) {
     End(TransferState::UploadCancelled, std::move(newReason));
 }
 
-bool Transfer::BeginUpload() {
+// The file of the upload that takes its place is open already, so nothing is released.
+void Transfer::EndReplaced(const Request& waiting) {
+    assert(state == TransferState::DownloadWaiting);
+    Request next = PresentRequest();
+    RestoreRequest(waiting);
+    Show(TransferState::DownloadErrors, Urgency::AtOnce, text::transferReason::newRequest,
+         RecordOf(TransferOutcome::Failed, TransferState::DownloadErrors));
+    RestoreRequest(std::move(next));
+}
+
+bool Transfer::BeginUpload(const std::optional<Request>& waiting) {
     assert(!upload.IsOpen());
     if (awaited)
         SetName(*awaited);
@@ -371,6 +391,8 @@ bool Transfer::BeginUpload() {
         End(TransferState::UploadCouldNotOpen, begun.Reason().text);
         return false;
     }
+    if (waiting)
+        EndReplaced(*waiting);
     const bool isByHand = std::exchange(awaited, std::nullopt).has_value();
     Begin(TransferState::Uploading, isByHand ? EndDialog::Upload : EndDialog::None, rangeOfUpload, Urgency::AtOnce);
     return true;

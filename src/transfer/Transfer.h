@@ -110,6 +110,16 @@ public:
 
     // What was not clean on the line since the transfer's request, or its begin by hand.
     const LineQuality& Quality() const { return quality; }
+    // What belongs to a request: its file, its time, and the line's quality since then.
+    struct Request {
+        TransferName name;
+        Clock::TimePoint at;
+        LineQuality quality;
+    };
+    // A download that waits goes on after another request was refused, or ends although another one has come. Its
+    // request is kept and restored for that.
+    Request PresentRequest() const { return {name, requestedAt, quality}; }
+    void RestoreRequest(Request request);
     // A request has come, or a user begins by hand: the line's quality and the transfer's time are counted from here.
     void NoteRequest();
     void CountDamaged() { ++quality.damaged; }
@@ -158,9 +168,10 @@ public:
     // Ends the wait. Unless another transfer is under way, enters UploadCancelled for the awaited file.
     void CancelAwaitedUpload(KelText newReason);
     // Makes the file for an upload under the present name or the awaited one, as UploadFile does, and enters Uploading.
-    // Requires that no file is open for writing. False, with the state that says why, if it cannot be made, or if the
-    // file of that name could not be replaced.
-    bool BeginUpload();
+    // A download that waits, requested by `waiting`, ends with errors before. Requires that no file is open for
+    // writing. False, with the state that says why, if the file cannot be made, or if the file of that name could not
+    // be replaced.
+    bool BeginUpload(const std::optional<Request>& waiting = std::nullopt);
     // Makes the file for an upload by hand, which is written byte for byte. Requires that no file is on its way. False
     // as above.
     bool BeginUploadByHand(const TransferName& newName);
@@ -191,6 +202,8 @@ public:
 
 private:
     void Enter(TransferState newState, Urgency urgency, KelText newReason = {}, bool isRefusal = false);
+    void Show(TransferState newState, Urgency urgency, KelText newReason, std::optional<TransferRecord> ended);
+    void EndReplaced(const Request& waiting);
     std::optional<TransferOutcome> OutcomeOf(TransferState newState) const;
     TransferRecord RecordOf(TransferOutcome outcome, TransferState newState);
     std::string ChecksumOf(std::int64_t byteCount);
