@@ -86,7 +86,10 @@ Result<SqliteDatabase> SqliteDatabase::Open(const std::filesystem::path& path, A
         return ErrorOf(handle, code);
     sqlite3_busy_timeout(handle, longestWaitMilliseconds);
     sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, longestText);
-    // A file of foreign origin must not run functions through its schema.
+    // A file of foreign origin must not run functions through its schema. Its views could compute for ever, and its
+    // triggers could change rows behind a write.
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     return opened;

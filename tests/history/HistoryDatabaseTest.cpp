@@ -84,6 +84,29 @@ TEST_CASE("HistoryDatabase: every field of a row comes back, whatever its texts 
     CHECK(std::distance(std::filesystem::directory_iterator(folder.Path()), {}) == 1);
 }
 
+TEST_CASE("HistoryDatabase: a view is no history, and a trigger of the file removes no row") {
+    const TemporaryFolder folder;
+    HistoryDatabase history(folder / "history.db");
+    const HistoryChange changes[] = {Row(u"A", u"1", TransferOutcome::Completed, 1000)};
+    REQUIRE(history.Apply(changes));
+    OtherProgram(history.Path())
+        .Run("CREATE TRIGGER forget AFTER INSERT ON transfers BEGIN DELETE FROM transfers; END");
+    REQUIRE(history.Apply(changes));
+    CHECK(ReadHistory(history.Path(), {})->size() == 2);
+
+    // Rows without end.
+    OtherProgram(history.Path())
+        .Run("DROP TABLE transfers;"
+             "CREATE VIEW transfers AS WITH RECURSIVE n(x) AS (SELECT 1 UNION ALL SELECT x FROM n)"
+             " SELECT x id, x machine, x number, x path, x direction, x outcome, x reason, x begin_ms, x end_ms,"
+             " x bytes, x bytes_total, x lines, x lines_total, x repeats, x damaged, x driver_errors, x sha256,"
+             " x seen FROM n");
+    CHECK_FALSE(ReadHistory(history.Path(), {}));
+    CHECK_FALSE(ReadMachines(history.Path()));
+    CHECK_FALSE(history.PastTransfers(u"A"));
+    CHECK_FALSE(history.Apply(changes));
+}
+
 TEST_CASE("HistoryDatabase: the past of a machine is its newest transfers and all unseen failures") {
     const TemporaryFolder folder;
     HistoryDatabase history(folder / "history.db");
