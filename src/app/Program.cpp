@@ -2,6 +2,7 @@
 
 #include "app/CommandLine.h"
 #include "base/Messages.h"
+#include "base/ProgramOutput.h"
 #include "base/System.h"
 #include "base/Version.h"
 #include "dictionary/TextHolder.h"
@@ -54,11 +55,11 @@ ProgramStart Program::Begin(int argumentCount, const char* const* arguments, con
     KelText commandLine = CommandLineOf(argumentCount, arguments);
     if (commandLine == u"--help") {
         std::fputs(usage, stdout);
-        return {};
+        return {std::nullopt, EndOutput(programName, 0), {}};
     }
     if (commandLine == u"--version") {
         std::printf("%s %s\n", programName, programVersion);
-        return {};
+        return {std::nullopt, EndOutput(programName, 0), {}};
     }
     const auto say = [programName](const Error& reason) {
         std::fprintf(stderr, "%s: %s.\n", programName, ToUtf8(reason.text).c_str());

@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "app/Desktop.h"
 #include "base/Process.h"
+#include "base/ProgramOutput.h"
 #include "base/StartMessages.h"
 #include "base/System.h"
 #include "base/Version.h"
@@ -133,11 +134,11 @@ int main(int argumentCount, char** arguments) {
     auto words = tarvin::ProgramArguments(argumentCount, arguments);
     if (words == std::vector<KelText>{u"--help"}) {
         std::fputs(usage, stdout);
-        return 0;
+        return tarvin::EndOutput("tarvindl-start", 0);
     }
     if (words == std::vector<KelText>{u"--version"}) {
         std::printf("tarvindl-start %s\n", tarvin::programVersion);
-        return 0;
+        return tarvin::EndOutput("tarvindl-start", 0);
     }
     const auto present = tarvin::FindInstallation();
     if (!present) {

@@ -183,6 +183,12 @@ std::optional<std::int32_t> LeadingNumber(KelTextView text) {
     return number;
 }
 
+bool IsControlCharacter(char16_t unit) {
+    constexpr char16_t deleteCharacter = 0x7F;
+    constexpr char16_t lastControl = 0x9F;
+    return unit < u' ' || (unit >= deleteCharacter && unit <= lastControl);
+}
+
 char16_t ToUpperAscii(char16_t unit) {
     return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
 }

@@ -42,6 +42,9 @@ KelText FromPath(const std::filesystem::path& path);
 bool IsHighSurrogate(char16_t unit);
 bool IsLowSurrogate(char16_t unit);
 
+// True for the C0 and C1 control characters and DEL: none of them belongs into a name, a setting or a line of text.
+bool IsControlCharacter(char16_t unit);
+
 // Both change ASCII letters only. All names and switches that the program compares are ASCII.
 bool EqualIgnoringCase(KelTextView left, KelTextView right);
 char16_t ToUpperAscii(char16_t unit);

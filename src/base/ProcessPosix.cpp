@@ -9,6 +9,7 @@
 #include <sstream>
 #include <string>
 
+#include <grp.h>
 #include <pwd.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -69,6 +70,15 @@ KelText UserName() {
     if (::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr)
         return FromUtf8(found->pw_name);
     return ToText(::geteuid());
+}
+
+KelText GroupName() {
+    std::array<char, 4096> buffer = {};
+    group entry = {};
+    group* found = nullptr;
+    if (::getgrgid_r(::getegid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr)
+        return FromUtf8(found->gr_name);
+    return ToText(::getegid());
 }
 
 KelText ComputerName() {

@@ -72,6 +72,10 @@ KelText UserName() {
     return ::GetUserNameW(name.data(), &length) ? FromPath(std::filesystem::path(name.data())) : KelText();
 }
 
+KelText GroupName() {
+    return {};
+}
+
 KelText ComputerName() {
     NameBuffer name = {};
     auto length = static_cast<DWORD>(name.size());

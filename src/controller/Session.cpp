@@ -1,5 +1,6 @@
 #include "controller/Session.h"
 
+#include "base/ProgramOutput.h"
 #include "controller/CommandRunner.h"
 #include "controller/NcLines.h"
 
@@ -80,10 +81,10 @@ int RunController(std::span<const std::string> arguments, std::string_view versi
         return FailEarly(errors, ExitStatus::usage, ToUtf8(options.Reason().text) + "; see --help");
     if (options->wantsHelp || options->wantsVersion) {
         if (options->wantsHelp)
-            output << helpText << std::flush;
+            output << helpText;
         else
-            output << "tarvin-controller " << version << std::endl;
-        return ExitStatus::right;
+            output << "tarvin-controller " << version << '\n';
+        return EndOutput(output, errors, "tarvin-controller", ExitStatus::right, ExitStatus::failed);
     }
     // Read before the line is opened: a program must not wait for a controller with a wrong command line.
     const auto files = ReadFiles(options->commands);

@@ -1,5 +1,6 @@
 #include "dictionary/DictionaryCommand.h"
 
+#include "base/ProgramOutput.h"
 #include "base/Version.h"
 #include "dictionary/DictionaryFile.h"
 #include "dictionary/DictionaryXml.h"
@@ -11,6 +12,8 @@
 namespace tarvin::dictionary {
 
 namespace {
+
+constexpr const char* program = "tarvin-dictionary";
 
 constexpr char help[] = "Usage: tarvin-dictionary compile [--compress] IN.xml OUT.ary\n"
                         "       tarvin-dictionary export IN.ary OUT.xml\n"
@@ -75,11 +78,11 @@ bool Export(const Job& job) {
 int RunDictionaryCommand(std::span<const KelText> arguments, std::ostream& output, std::ostream& errors) {
     if (arguments.size() == 1 && arguments[0] == u"--help") {
         output << help;
-        return 0;
+        return EndOutput(output, errors, program, 0);
     }
     if (arguments.size() == 1 && arguments[0] == u"--version") {
-        output << "tarvin-dictionary " << programVersion << '\n';
-        return 0;
+        output << program << ' ' << programVersion << '\n';
+        return EndOutput(output, errors, program, 0);
     }
     const bool compiles = !arguments.empty() && arguments[0] == u"compile";
     const bool compresses = compiles && arguments.size() > 1 && arguments[1] == u"--compress";

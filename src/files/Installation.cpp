@@ -67,15 +67,19 @@ Result<Installation> Installation::Read(const std::filesystem::path& folder) {
     const auto profile = Profile::Read(folder / pathsFileName);
     if (!profile)
         return Error{Filled(text::start::unreadablePaths, {FromPath(folder), profile.Reason().text})};
-    if (!profile->HasSection(pathsSection))
+    return FromPaths(folder, *profile);
+}
+
+Result<Installation> Installation::FromPaths(const std::filesystem::path& folder, const Profile& paths) {
+    if (!paths.HasSection(pathsSection))
         return Error{Filled(text::start::noProgramPaths, {FromPath(folder)})};
-    KelText ncFiles = profile->Text(pathsSection, u"NC Files", u"", maximumPathUnits);
+    KelText ncFiles = paths.Text(pathsSection, u"NC Files", u"", maximumPathUnits);
     if (ncFiles.empty())
         ncFiles = u"NC Files";
     Installation installation;
     installation.folder = folder;
     installation.ncFilesFolder = BelowInstallation(folder, std::move(ncFiles));
-    for (const Profile::Entry& entry : profile->Entries(linkedFoldersSection)) {
+    for (const Profile::Entry& entry : paths.Entries(linkedFoldersSection)) {
         if (!entry.value.empty())
             installation.linkedFolders.push_back(BelowInstallation(folder, entry.value));
     }

@@ -10,6 +10,8 @@
 
 namespace tarvin {
 
+class Profile;
+
 // The folder of the running program's file. None if the system does not tell it.
 std::optional<std::filesystem::path> ProgramFolder();
 
@@ -39,6 +41,8 @@ class Installation {
 public:
     // Fails if KEL.INI in `folder` cannot be read or has no section "PROGRAM PATHS".
     static Result<Installation> Read(const std::filesystem::path& folder);
+    // The installation in `folder` if its KEL.INI were `paths`. Does not access the disk. Fails like Read.
+    static Result<Installation> FromPaths(const std::filesystem::path& folder, const Profile& paths);
 
     const std::filesystem::path& Folder() const { return folder; }
     // KEL.INI. It has further sections, which other parts of the program read.

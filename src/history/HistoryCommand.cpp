@@ -1,5 +1,6 @@
 #include "history/HistoryCommand.h"
 
+#include "base/ProgramOutput.h"
 #include "base/Version.h"
 #include "files/Installation.h"
 #include "history/HistoryDatabase.h"
@@ -7,12 +8,13 @@
 #include "history/HistoryOutput.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <ostream>
 
 namespace tarvin {
 
 namespace {
+
+constexpr const char* program = "tarvin-history";
 
 constexpr char help[] = "Usage: tarvin-history [OPTION...]\n"
                         "\n"
@@ -41,19 +43,13 @@ int Fail(std::ostream& errors, const KelText& reason, int exitCode) {
     return exitCode;
 }
 
-// A stream tells only that a write has failed. `errno` still has the reason, because nothing is written after a
-// failure.
 int Finish(std::ostream& output, std::ostream& errors) {
-    output.flush();
-    if (output || errno == EPIPE)
-        return 0;
-    return Fail(errors, u"the output cannot be written", 1);
+    return EndOutput(output, errors, program, 0);
 }
 
 }
 
 int RunHistoryCommand(std::span<const KelText> arguments, std::ostream& output, std::ostream& errors) {
-    errno = 0;
     const auto isGiven = [&](KelTextView option) {
         return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
     };
@@ -77,7 +73,6 @@ int RunHistoryCommand(std::span<const KelText> arguments, std::ostream& output, 
     const auto rows = ReadHistory(request->database, request->filter);
     if (!rows)
         return Fail(errors, FromPath(request->database) + u": " + rows.Reason().text, 1);
-    errno = 0;
     (request->wantsTotals ? WriteTotals : WriteHistory)(output, *rows, request->form);
     return Finish(output, errors);
 }

@@ -97,23 +97,6 @@ std::optional<KelText> NameOfDevice(const Profile& profile, const std::filesyste
     return std::nullopt;
 }
 
-Result<KelText> ChooseName(const Profile& profile, const std::filesystem::path& device, KelTextView wantedName) {
-    if (wantedName.empty()) {
-        if (auto present = NameOfDevice(profile, device))
-            return std::move(*present);
-        const auto number = FreeNumber(profile, 1, highestPort);
-        if (!number)
-            return Error{text::assignPort::allNamesTaken};
-        return NumberedName(*number);
-    }
-    const auto present = PortDevice(profile, wantedName);
-    if (present && !IsSameDevice(*present, device))
-        return Error{Filled(text::assignPort::nameTaken, {wantedName, FromPath(*present)})};
-    if (!present && HasEntry(profile, wantedName))
-        return Error{Filled(text::assignPort::emptyEntry, {wantedName})};
-    return ToUpper(wantedName);
-}
-
 }
 
 std::optional<std::filesystem::path> PortNames::DeviceOf(const KelText& portName) const {
@@ -148,11 +131,28 @@ Profile AssignPorts(const std::filesystem::path& pathsFile, const std::vector<Se
     return Profile(after);
 }
 
+Result<KelText> ChoosePortName(const Profile& profile, const std::filesystem::path& device, KelTextView wantedName) {
+    if (!CanStandInEntry(device))
+        return Error{Filled(text::assignPort::cannotHoldName, {FromPath(device)})};
+    if (wantedName.empty()) {
+        if (auto present = NameOfDevice(profile, device))
+            return std::move(*present);
+        const auto number = FreeNumber(profile, 1, highestPort);
+        if (!number)
+            return Error{text::assignPort::allNamesTaken};
+        return NumberedName(*number);
+    }
+    const auto present = PortDevice(profile, wantedName);
+    if (present && !IsSameDevice(*present, device))
+        return Error{Filled(text::assignPort::nameTaken, {wantedName, FromPath(*present)})};
+    if (!present && HasEntry(profile, wantedName))
+        return Error{Filled(text::assignPort::emptyEntry, {wantedName})};
+    return ToUpper(wantedName);
+}
+
 Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std::filesystem::path& device,
                                KelTextView wantedName) {
     assert(device.is_absolute() && (wantedName.empty() || IsPortName(wantedName)));
-    if (!CanStandInEntry(device))
-        return Error{Filled(text::assignPort::cannotHoldName, {FromPath(device)})};
     NativeFile held;
     if (!HoldFile(held, pathsFile, longestAssignWait))
         return Error{Filled(text::assignPort::cannotReadOrHeld, {FromPath(pathsFile)})};
@@ -160,7 +160,7 @@ Result<KelText> AssignPortName(const std::filesystem::path& pathsFile, const std
     if (!before)
         return Error{Filled(text::assignPort::cannotRead, {FromPath(pathsFile)})};
     const Profile profile(*before);
-    const auto name = ChooseName(profile, device, wantedName);
+    const auto name = ChoosePortName(profile, device, wantedName);
     if (!name || HasEntry(profile, *name))
         return name;
     const std::string after = WithProfileEntry(*before, portSection, *name, FromPath(device));

@@ -22,6 +22,9 @@ std::optional<std::filesystem::path> PortDevice(const Profile& profile, KelTextV
 Profile AssignPorts(const std::filesystem::path& pathsFile, const std::vector<SerialDevice>& devices,
                     std::chrono::milliseconds longestWait = std::chrono::seconds(2));
 
+// The name that AssignPortName would give the device, or its failure, with the entries of `profile`.
+Result<KelText> ChoosePortName(const Profile& profile, const std::filesystem::path& device, KelTextView wantedName);
+
 // Gives the device a name and returns it: `wantedName` if it is not empty, else the name that the device has already,
 // else the first number from 1 to 256 without an entry. A new name becomes an entry of KEL.INI. Fails, and leaves
 // KEL.INI as it was, if the wanted name belongs to another device or has an empty entry, or if KEL.INI cannot be read

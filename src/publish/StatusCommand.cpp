@@ -1,5 +1,6 @@
 #include "publish/StatusCommand.h"
 
+#include "base/ProgramOutput.h"
 #include "base/Version.h"
 #include "files/FileNames.h"
 #include "files/Installation.h"
@@ -21,6 +22,8 @@ using namespace std::chrono_literals;
 constexpr auto tablePeriod = 500ms;
 constexpr auto linesPeriod = 2s;
 
+constexpr const char* program = "tarvindl-status";
+
 constexpr char help[] = "Usage: tarvindl-status [OPTION] [MACHINE...]\n"
                         "\n"
                         "Tells the state of each machine in one line: what it does, the file on its way,\n"
@@ -39,7 +42,7 @@ constexpr char help[] = "Usage: tarvindl-status [OPTION] [MACHINE...]\n"
                         "\n"
                         "Exit code, the highest of all machines: 0 all is well; 1 a failure that no user\n"
                         "has seen, or a hold or silence over the machine's limit; 2 no link, or not\n"
-                        "served by a program; 3 not known, or wrong usage.\n"
+                        "served by a program; 3 not known, wrong usage, or output not written.\n"
                         "\n"
                         "The installation is the folder named by TARVINDL_HOME, or else the first that\n"
                         "holds KEL.INI: the program's own, the user's, the system's. TARVINDL_RUNTIME\n"
@@ -149,14 +152,14 @@ int WatchTable(const Request& request, Terminal& terminal) {
 }
 
 // Ends when the reader has left, or by a signal.
-int WatchLines(const Request& request, std::ostream& output) {
+int WatchLines(const Request& request, std::ostream& output, std::ostream& errors) {
     for (;;) {
         const Look look = LookAt(request);
         for (const ShownMachine& shown : look.machines)
             output << SinceText(look.present.system, look.present) << ' ' << LineOf(shown, look.present) << '\n';
-        output.flush();
+        const int exitCode = EndOutput(output, errors, program, look.exitCode, notKnown);
         if (!output)
-            return look.exitCode;
+            return exitCode;
         std::this_thread::sleep_for(linesPeriod);
     }
 }
@@ -168,7 +171,7 @@ int Watch(const Request& request, std::ostream& output, std::ostream& errors) {
     if (first.machines.empty())
         return notKnown;
     const auto terminal = Terminal::Open();
-    return terminal ? WatchTable(request, *terminal) : WatchLines(request, output);
+    return terminal ? WatchTable(request, *terminal) : WatchLines(request, output, errors);
 }
 
 }
@@ -179,11 +182,11 @@ int RunStatusCommand(std::span<const KelText> arguments, std::ostream& output, s
     };
     if (isGiven(u"--help")) {
         output << help;
-        return allWell;
+        return EndOutput(output, errors, program, allWell, notKnown);
     }
     if (isGiven(u"--version")) {
-        output << "tarvindl-status " << programVersion << '\n';
-        return allWell;
+        output << program << ' ' << programVersion << '\n';
+        return EndOutput(output, errors, program, allWell, notKnown);
     }
     const auto request = ReadOptions(arguments);
     if (!request) {
@@ -200,9 +203,9 @@ int RunStatusCommand(std::span<const KelText> arguments, std::ostream& output, s
         if (!request->wantsJson)
             output << LineOf(shown, look.present) << '\n';
     }
-    output.flush();
+    const int exitCode = EndOutput(output, errors, program, look.exitCode, notKnown);
     TellUnknown(look, errors);
-    return look.exitCode;
+    return exitCode;
 }
 
 }

@@ -149,7 +149,6 @@ bool SetNumber(const NamedSetting& setting, NumberSetting field, KelTextView val
 
 // False if the value has another form.
 bool SetText(const NamedSetting& setting, TextSetting field, KelTextView value, DownloadSettings& settings) {
-    const bool hasControlCharacter = std::ranges::any_of(value, [](char16_t unit) { return unit < u' '; });
     std::optional<KelText> text;
     if (setting.form == SettingForm::Port)
         text = PortValue(value);
@@ -161,7 +160,7 @@ bool SetText(const NamedSetting& setting, TextSetting field, KelTextView value, 
         text = KelText(value);
     else if (const auto index = IndexOf(setting.words, value))
         text = KelText(setting.words[*index]);
-    if (!text || hasControlCharacter)
+    if (!text || std::ranges::any_of(value, IsControlCharacter))
         return false;
     settings.*field = *text;
     return true;

@@ -42,6 +42,15 @@ bool IsUnderstood(std::string_view content) {
            (state == RecordState::None && IsTextProfile(content));
 }
 
+// The name of a setting that differs. Empty without one.
+KelText NameOfDifference(const DownloadSettings& left, const DownloadSettings& right) {
+    for (const NamedSetting& each : NamedSettings()) {
+        if (SettingValue(each, left) != SettingValue(each, right))
+            return KelText(each.key);
+    }
+    return {};
+}
+
 bool Exists(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
@@ -138,8 +147,11 @@ SettingsStore::LoadResult SettingsStore::Understand(FoundFile found) const {
     };
     LoadResult result = {firstValues, std::nullopt, false, contentOf(found)};
     RecordState state = DecodeRecord(found.content, result.settings);
-    if (state == RecordState::None)
-        return {FromProfile(Profile(found.content)), std::nullopt, false, contentOf(found)};
+    if (state == RecordState::None) {
+        const Profile profile(found.content);
+        const bool isForeign = found.state == FileState::TooLong || (!found.content.empty() && !HasSettings(profile));
+        return {FromProfile(profile), std::nullopt, false, contentOf(found), isForeign};
+    }
     if (!HasUsablePort(result.settings)) {
         // Another program may have been writing the file at that moment, so it is read a second time.
         found = ReadFile();
@@ -208,34 +220,51 @@ Result<> SettingsStore::SaveSettings(const DownloadSettings& settings) {
     return done;
 }
 
-Result<bool> SettingsStore::ChangeSettings(const DownloadSettings& constructorValues,
-                                           const std::function<Result<>(DownloadSettings&)>& change) {
-    NativeFile held;
-    (void)HoldFile(held, FileOfLock(), longestHoldWait);
-    firstValues = constructorValues;
-    const FoundFile found = ReadFile();
+Result<SettingsStore::NewContent> SettingsStore::ContentAfter(const FoundFile& found, const Change& change) const {
     if (found.state == FileState::Refused)
         return Error{Filled(text::setup::cannotRead, {FromPath(FilePath()), found.reason.text})};
     const LoadResult loaded = Understand(found);
     DownloadSettings changed = loaded.settings;
     if (const auto done = change(changed); !done)
         return done.Reason();
-    if (changed == loaded.settings && found.state == FileState::Read && !loaded.warning)
-        return false;
-    if (const auto kept = KeepIfLost(found); !kept)
-        return kept.Reason();
-    std::string content = EncodeRecord(changed);
+    if (changed == loaded.settings && found.state == FileState::Read && !loaded.warning && !loaded.isForeign)
+        return NewContent();
     DownloadSettings before = loaded.settings;
-    if (found.content.empty() ||
-        (DecodeRecord(found.content, before) == RecordState::None && IsTextProfile(found.content))) {
+    const bool isProfile = DecodeRecord(found.content, before) == RecordState::None && IsTextProfile(found.content);
+    if (found.content.empty() || isProfile) {
         // A new profile names its port, so that it shows where the machine is.
         if (found.content.empty())
             before.port.clear();
-        const std::string profile = WithSettings(found.content, before, changed);
-        if (FromProfile(Profile(profile)) == changed)
-            content = profile;
+        std::string profile = WithSettings(found.content, before, changed);
+        const DownloadSettings result = FromProfile(Profile(profile));
+        if (result == changed)
+            return NewContent(std::move(profile));
+        // A record would hold the value, and lose the comments of the person who keeps the profile.
+        if (const KelText name = NameOfDifference(result, changed); isProfile && !name.empty())
+            return Error{Filled(text::setup::notInProfile, {name, FromPath(FilePath())})};
     }
-    if (const auto replaced = ReplaceWholeFile(FilePath(), content); !replaced)
+    return NewContent(EncodeRecord(changed));
+}
+
+Result<> SettingsStore::TryChange(const DownloadSettings& constructorValues, const Change& change) {
+    firstValues = constructorValues;
+    const auto content = ContentAfter(ReadFile(), change);
+    return content ? Result<>() : content.Reason();
+}
+
+Result<bool> SettingsStore::ChangeSettings(const DownloadSettings& constructorValues, const Change& change) {
+    NativeFile held;
+    (void)HoldFile(held, FileOfLock(), longestHoldWait);
+    firstValues = constructorValues;
+    const FoundFile found = ReadFile();
+    const auto content = ContentAfter(found, change);
+    if (!content)
+        return content.Reason();
+    if (!*content)
+        return false;
+    if (const auto kept = KeepIfLost(found); !kept)
+        return kept.Reason();
+    if (const auto replaced = ReplaceWholeFile(FilePath(), **content); !replaced)
         return Error{Filled(text::setup::cannotWrite, {FromPath(FilePath()), replaced.Reason().text})};
     return true;
 }

@@ -25,7 +25,12 @@ public:
         bool isRefused = false;
         // The bytes of the file. None if there is no file, or none that can be read.
         std::optional<std::string> content = std::nullopt;
+        // The file holds neither a record nor a profile with settings: the settings are those of a first run.
+        bool isForeign = false;
     };
+
+    // Alters settings, or says why it does not.
+    using Change = std::function<Result<>(DownloadSettings&)>;
 
     // The file is in `folder` and named after the machine. `transferFolder` is the upload and download path of a
     // machine that has no settings yet.
@@ -66,11 +71,13 @@ public:
     Result<> SaveSettings(const DownloadSettings& settings);
 
     // Lets `change` alter the settings in the file, and replaces the file in one step if it has. Gives whether it has.
-    // A profile stays a profile with all its other lines if it can hold the new values; a missing file becomes one.
+    // A profile stays a profile with all its other lines, and a missing file becomes one if it can hold the values.
     // `firstValues` are the constructor's values of Load. Keeps a file beside it, fails and waits like SaveSettings; a
-    // failure of `change` is a failure too, and the file stays as it is.
-    Result<bool> ChangeSettings(const DownloadSettings& firstValues,
-                                const std::function<Result<>(DownloadSettings&)>& change);
+    // failure of `change`, and a value that the profile cannot hold, are failures too, and the file stays as it is.
+    Result<bool> ChangeSettings(const DownloadSettings& firstValues, const Change& change);
+
+    // The failure that ChangeSettings would give now, without a change of the file. Says nothing about the disk.
+    Result<> TryChange(const DownloadSettings& firstValues, const Change& change);
 
 private:
     enum class FileState { Missing, Refused, TooLong, Read };
@@ -80,7 +87,11 @@ private:
         Error reason;        // of a refusal
     };
 
+    // The bytes that the file would get; none if it can stay as it is.
+    using NewContent = std::optional<std::string>;
+
     FoundFile ReadFile() const;
+    Result<NewContent> ContentAfter(const FoundFile& found, const Change& change) const;
     LoadResult Understand(FoundFile found) const;
     DownloadSettings FromProfile(const Profile& profile) const;
     Result<> KeepIfLost(const FoundFile& found) const;

@@ -18,7 +18,12 @@ namespace tarvin {
 Result<KelText> AssignPort(const std::filesystem::path& device, const KelText& machineName);
 
 // The port name for `port`, which a user has given: a port name in any case, or the path of a device, which gets an
-// entry in KEL.INI of the installation if it has none. A port name need not have a device. Waits like AssignPort.
+// entry in KEL.INI of the installation if it has none. A port name need not have a device; if it has no entry, devices
+// without one get numbers like in a list of ports, because the user may have read the name there. Waits like
+// AssignPort.
 Result<KelText> PortNameFor(const std::filesystem::path& pathsFile, const KelText& port);
+
+// What PortNameFor would give now, without a change of KEL.INI, which may be missing.
+Result<KelText> PlannedPortName(const std::filesystem::path& pathsFile, const KelText& port);
 
 }

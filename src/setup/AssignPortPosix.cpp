@@ -33,6 +33,11 @@ Result<fs::path> FindDevice(const fs::path& path) {
     return absolute;
 }
 
+KelText UpperCase(KelText name) {
+    std::ranges::transform(name, name.begin(), ToUpperAscii);
+    return name;
+}
+
 Result<KelText> AssignInInstallation(const Installation& installation, const fs::path& device,
                                      const KelText& machineName) {
     SettingsStore store = StoreOf(installation, machineName);
@@ -80,12 +85,19 @@ Result<KelText> AssignPort(const fs::path& device, const KelText& machineName) {
 
 Result<KelText> PortNameFor(const fs::path& pathsFile, const KelText& port) {
     if (IsPortName(port)) {
-        KelText name = port;
-        std::ranges::transform(name, name.begin(), ToUpperAscii);
-        return name;
+        if (!PortNames(pathsFile).DeviceOf(port))
+            (void)AssignPorts(pathsFile, FindSerialDevices(DeviceRoots()));
+        return UpperCase(port);
     }
     const auto device = FindDevice(ToPath(port));
     return device ? AssignPortName(pathsFile, *device, {}) : device.Reason();
+}
+
+Result<KelText> PlannedPortName(const fs::path& pathsFile, const KelText& port) {
+    if (IsPortName(port))
+        return UpperCase(port);
+    const auto device = FindDevice(ToPath(port));
+    return device ? ChoosePortName(Profile::Read(pathsFile).ValueOr(Profile("")), *device, {}) : device.Reason();
 }
 
 }

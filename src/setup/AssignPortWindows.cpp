@@ -10,7 +10,11 @@ Result<KelText> AssignPort(const std::filesystem::path& /*device*/, const KelTex
     return Error{text::assignPort::notNeededOnWindows};
 }
 
-Result<KelText> PortNameFor(const std::filesystem::path& /*pathsFile*/, const KelText& port) {
+Result<KelText> PortNameFor(const std::filesystem::path& pathsFile, const KelText& port) {
+    return PlannedPortName(pathsFile, port);
+}
+
+Result<KelText> PlannedPortName(const std::filesystem::path& /*pathsFile*/, const KelText& port) {
     if (!IsPortName(port))
         return Error{Filled(text::setup::noPortName, {port})};
     KelText name = port;

@@ -22,9 +22,8 @@ bool HasMissingDrive(const fs::path& folder) {
 }
 
 FolderProblem RightsProblem(KelTextView form, const fs::path& folder, KelTextView reason) {
-    const KelText user = UserName();
-    return {Filled(form, {FromPath(folder), user, reason}),
-            ShellCommand(text::folderCommand::give, FromPath(folder), user)};
+    return {Filled(form, {FromPath(folder), UserName(), reason}),
+            ShellCommand(text::folderCommand::give, FromPath(folder), GroupName())};
 }
 
 std::optional<FolderProblem> TryReading(const fs::path& folder) {
@@ -61,12 +60,23 @@ std::optional<FolderProblem> TryFolder(const fs::path& folder, FolderUse use) {
     return use == FolderUse::Write ? TryWriting(folder) : TryReading(folder);
 }
 
+std::optional<FolderProblem> TryMakingFolder(const fs::path& folder) {
+    fs::path lowest = folder;
+    std::error_code error;
+    while (fs::status(lowest, error).type() == fs::file_type::not_found && lowest != lowest.parent_path())
+        lowest = lowest.parent_path();
+    return TryFolder(lowest, FolderUse::Write);
+}
+
 KelText DescribeFolderProblems(const KelText& uploadPath, const KelText& downloadPath) {
     KelText problems;
     const auto take = [&](const KelText& folder, FolderUse use) {
         const auto problem = TryFolder(ToPath(folder), use);
-        if (problem && problems.find(problem->text) == KelText::npos)
-            problems += (problems.empty() ? u"" : u" ") + problem->text;
+        if (!problem || problems.find(problem->text) != KelText::npos)
+            return;
+        // The words of the system end without a full stop.
+        const bool isEnded = problems.empty() || problems.ends_with(u'.');
+        problems += (problems.empty() ? u"" : isEnded ? u" " : u". ") + problem->text;
     };
     take(uploadPath, FolderUse::Write);
     take(downloadPath, FolderUse::Read);

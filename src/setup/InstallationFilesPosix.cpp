@@ -1,10 +1,10 @@
-#include "base/System.h"
+#include "base/DescriptorPosix.h"
 #include "files/Installation.h"
 #include "setup/InstallationFiles.h"
 
 #include <system_error>
 
-#include <grp.h>
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,6 +18,15 @@ namespace fs = std::filesystem;
 constexpr const char* serviceUser = "tarvindl";
 // The group may write, and files in the folder take its group.
 constexpr mode_t ncFolderMode = 02775;
+
+// Opened first, without following a link: a user who may write in the folder above must not lead root elsewhere.
+void GiveNcFolder(const fs::path& folder, uid_t user, gid_t group) {
+    const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (opened.Number() < 0)
+        return;
+    (void)!::fchown(opened.Number(), user, group);
+    (void)!::fchmod(opened.Number(), ncFolderMode);
+}
 
 }
 
@@ -40,7 +49,7 @@ void GiveToService(const fs::path& installation) {
     give(installation);
     for (const auto& entry : fs::directory_iterator(installation, ignored))
         give(entry.path());
-    (void)!::chmod((installation / "NC Files").c_str(), ncFolderMode);
+    GiveNcFolder(installation / "NC Files", user->pw_uid, user->pw_gid);
 }
 
 void GiveToOwnerOf(const fs::path& installation, const fs::path& path) {
@@ -50,9 +59,9 @@ void GiveToOwnerOf(const fs::path& installation, const fs::path& path) {
 }
 
 void GiveFolderToOwnerOf(const fs::path& installation, const fs::path& folder) {
-    GiveToOwnerOf(installation, folder);
-    if (MayChangeSystem())
-        (void)!::chmod(folder.c_str(), ncFolderMode);
+    struct stat model = {};
+    if (MayChangeSystem() && ::stat(installation.c_str(), &model) == 0)
+        GiveNcFolder(folder, model.st_uid, model.st_gid);
 }
 
 bool MayChangeSystem() {

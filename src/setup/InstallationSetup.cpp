@@ -1,8 +1,9 @@
 #include "setup/InstallationSetup.h"
 
 #include "base/SetupMessages.h"
-#include "files/Installation.h"
 #include "files/NativeFile.h"
+#include "files/Profile.h"
+#include "setup/FolderAccess.h"
 #include "setup/InstallationFiles.h"
 
 #include <algorithm>
@@ -96,6 +97,14 @@ std::vector<KelText> MachinesOf(const fs::path& folder) {
     }
     std::ranges::sort(names);
     return names;
+}
+
+Result<Installation> PlannedInstallation(const fs::path& folder) {
+    if (Exists(folder / "KEL.INI"))
+        return Installation::Read(folder);
+    if (const auto problem = TryMakingFolder(folder))
+        return NotMade(folder, problem->text);
+    return Installation::FromPaths(folder, Profile(freshPathsFile));
 }
 
 Result<SetupReport> MakeInstallation(const fs::path& folder) {

@@ -2,7 +2,7 @@
 // Makes an installation: its folder with KEL.INI, the folder for NC files, and links to dictionary and help book. One
 // thread at a time; blocks for the disk.
 
-#include "base/Result.h"
+#include "files/Installation.h"
 
 #include <filesystem>
 #include <vector>
@@ -24,6 +24,10 @@ std::filesystem::path SharedFile(const char* name);
 
 // The names of the installation's machines, by their settings files, in the order of the alphabet.
 std::vector<KelText> MachinesOf(const std::filesystem::path& folder);
+
+// The installation in `folder`, or the one that MakeInstallation would make there. Fails if KEL.INI is there and cannot
+// be used, or if this user cannot make the folder. Changes nothing.
+Result<Installation> PlannedInstallation(const std::filesystem::path& folder);
 
 // Lines that say what was done, and what was there already.
 using SetupReport = std::vector<KelText>;

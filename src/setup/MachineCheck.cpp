@@ -47,8 +47,8 @@ private:
         settings = loaded.settings;
         if (loaded.isRefused)
             Complain(Filled(text::check::settingsRefused, {loaded.warning->text}));
-        else if (loaded.warning)
-            Complain(Filled(text::setup::isDamaged, {file}));
+        else if (const auto damage = DamageOfSettings(loaded, store.FilePath()))
+            Complain(*damage);
         else
             Note(Filled(loaded.content ? text::check::settingsRead : text::check::settingsNone, {file}));
     }

@@ -25,7 +25,14 @@ struct MachineOutcome {
     bool hasChanged = false;
 };
 
-// Makes or changes the machine, all or nothing but for folders and the name of a port.
+// The reason for which SetUpMachine would refuse the wish now. Changes nothing. The installation may be a planned one.
+Result<> TryMachine(const Installation& installation, const MachineWish& wish);
+
+// The reason why no machine can have the name.
+Result<> CheckMachineName(KelTextView name);
+
+// Makes or changes the machine. Tries everything first, so that a refusal changes nothing; a disk that fails in the
+// middle may leave the name of a port in KEL.INI.
 Result<MachineOutcome> SetUpMachine(const Installation& installation, const MachineWish& wish);
 
 }

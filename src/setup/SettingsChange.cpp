@@ -6,6 +6,7 @@
 #include "settings/SettingsCheck.h"
 #include "settings/SettingsNames.h"
 #include "setup/InstallationFiles.h"
+#include "setup/InstallationSetup.h"
 
 #include <algorithm>
 #include <system_error>
@@ -25,11 +26,16 @@ KelText AllNames() {
     return names;
 }
 
-// The languages that the installation's dictionary has. Empty without a dictionary.
+// The languages of the installation's dictionary, or of the one that a new installation gets. Empty without a
+// dictionary.
 std::vector<KelText> LanguagesOf(const Installation& installation) {
+    constexpr const char* dictionaryName = "diction.ary";
+    std::error_code ignored;
+    const bool isOwn = std::filesystem::exists(installation.Folder() / dictionaryName, ignored);
     TextHolder dictionary;
     std::vector<KelText> names;
-    if (!dictionary.Load({.programFolder = installation.Folder()}))
+    const auto folder = isOwn ? installation.Folder() : SharedFile(dictionaryName).parent_path();
+    if (folder.empty() || !dictionary.Load({.programFolder = folder}))
         return names;
     names.push_back(u"English");
     for (const DictionaryLanguage& language : dictionary.Languages())
@@ -52,7 +58,26 @@ KelText LanguageProblem(const KelText& language, const Installation& installatio
     return Filled(text::settingValue::refused, {u"language", language, allowed});
 }
 
-Result<> Apply(const std::vector<NamedValue>& values, const Installation& installation, DownloadSettings& settings) {
+// Whether the problem is only that a folder is missing which is among these.
+bool IsMissingOnly(const AnySetting& field, const DownloadSettings& settings,
+                   const std::vector<std::filesystem::path>& foldersToMake) {
+    // Without the separator at the end: with it a file counts as missing.
+    const auto plain = [](const std::filesystem::path& folder) {
+        return (folder / "x").lexically_normal().parent_path();
+    };
+    const auto* const text = std::get_if<TextSetting>(&field);
+    const bool isFolder =
+        text != nullptr && (*text == &DownloadSettings::uploadPath || *text == &DownloadSettings::downloadPath);
+    if (!isFolder)
+        return false;
+    const auto folder = plain(ToPath(settings.*(*text)));
+    std::error_code ignored;
+    return !std::filesystem::exists(folder, ignored) &&
+           std::ranges::any_of(foldersToMake, [&](const auto& each) { return plain(each) == folder; });
+}
+
+Result<> Apply(const std::vector<NamedValue>& values, const Installation& installation,
+               const std::vector<std::filesystem::path>& foldersToMake, DownloadSettings& settings) {
     const DownloadSettings present = settings;
     KelText problems;
     for (const NamedValue& each : values) {
@@ -68,7 +93,7 @@ Result<> Apply(const std::vector<NamedValue>& values, const Installation& instal
     }
     for (const SettingsProblem& each : CheckSettings(settings, present)) {
         // A value that stays as it was may be wrong today: a network drive that is away, for example.
-        if (!each.mayStay)
+        if (!each.mayStay && !IsMissingOnly(each.field, settings, foldersToMake))
             AddLine(problems, Filled(text::settingValue::problem, {SettingName(each.field), each.message}));
     }
     return problems.empty() ? Result<>() : Error{problems};
@@ -86,27 +111,41 @@ bool IsMachine(const Installation& installation, const KelText& machineName) {
         std::filesystem::symlink_status(StoreOf(installation, machineName).FilePath(), ignored));
 }
 
-std::optional<KelText> DamageOfSettings(const Installation& installation, const KelText& machineName) {
-    SettingsStore store = StoreOf(installation, machineName);
-    const auto loaded = store.Load(TarvinApp::FirstSettings());
+std::optional<KelText> DamageOfSettings(const SettingsStore::LoadResult& loaded, const std::filesystem::path& file) {
+    if (loaded.isForeign)
+        return Filled(text::setup::isForeign, {FromPath(file)});
     if (!loaded.warning || loaded.isRefused)
         return std::nullopt;
-    return Filled(text::setup::isDamaged, {FromPath(store.FilePath())});
+    return Filled(text::setup::isDamaged, {FromPath(file)});
 }
 
-Result<KelText> ShowSettings(const Installation& installation, const KelText& machineName) {
-    const auto loaded = StoreOf(installation, machineName).Load(TarvinApp::FirstSettings());
+std::optional<KelText> DamageOfSettings(const Installation& installation, const KelText& machineName) {
+    SettingsStore store = StoreOf(installation, machineName);
+    return DamageOfSettings(store.Load(TarvinApp::FirstSettings()), store.FilePath());
+}
+
+Result<ShownSettings> ShowSettings(const Installation& installation, const KelText& machineName) {
+    SettingsStore store = StoreOf(installation, machineName);
+    const auto loaded = store.Load(TarvinApp::FirstSettings());
     if (loaded.isRefused)
         return Error{loaded.warning->text};
-    return ProfileOfSettings(loaded.settings);
+    return ShownSettings{ProfileOfSettings(loaded.settings), DamageOfSettings(loaded, store.FilePath())};
+}
+
+Result<> TrySettings(const Installation& installation, const KelText& machineName,
+                     const std::vector<NamedValue>& values, const std::vector<std::filesystem::path>& foldersToMake) {
+    return StoreOf(installation, machineName).TryChange(TarvinApp::FirstSettings(), [&](DownloadSettings& settings) {
+        return Apply(values, installation, foldersToMake, settings);
+    });
 }
 
 Result<bool> ChangeSettings(const Installation& installation, const KelText& machineName,
                             const std::vector<NamedValue>& values) {
     SettingsStore store = StoreOf(installation, machineName);
     const bool isNew = !IsMachine(installation, machineName);
-    auto changed = store.ChangeSettings(
-        TarvinApp::FirstSettings(), [&](DownloadSettings& settings) { return Apply(values, installation, settings); });
+    auto changed = store.ChangeSettings(TarvinApp::FirstSettings(), [&](DownloadSettings& settings) {
+        return Apply(values, installation, {}, settings);
+    });
     if (changed && isNew)
         GiveToOwnerOf(installation.Folder(), store.FilePath());
     return changed;

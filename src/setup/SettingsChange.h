@@ -22,11 +22,23 @@ SettingsStore StoreOf(const Installation& installation, const KelText& machineNa
 // Whether the machine has a settings file.
 bool IsMachine(const Installation& installation, const KelText& machineName);
 
-// What to tell of a damaged settings file, of which a part still counts. None if it is whole or cannot be read at all.
+// What to tell of a settings file of which only a part counts, or nothing. None if it is whole or cannot be read at
+// all.
 std::optional<KelText> DamageOfSettings(const Installation& installation, const KelText& machineName);
+std::optional<KelText> DamageOfSettings(const SettingsStore::LoadResult& loaded, const std::filesystem::path& file);
 
-// All settings as a text profile.
-Result<KelText> ShowSettings(const Installation& installation, const KelText& machineName);
+struct ShownSettings {
+    // All settings.
+    KelText profile;
+    // As DamageOfSettings gives it.
+    std::optional<KelText> damage;
+};
+
+Result<ShownSettings> ShowSettings(const Installation& installation, const KelText& machineName);
+
+// The failure that ChangeSettings would give once the folders `foldersToMake` are there. Changes nothing.
+Result<> TrySettings(const Installation& installation, const KelText& machineName,
+                     const std::vector<NamedValue>& values, const std::vector<std::filesystem::path>& foldersToMake);
 
 // Sets all values or, after a failure, none. The failure names each value that is refused, one on a line, with those
 // that are allowed. Makes the settings of a new machine. Gives whether the file has changed.

@@ -1,8 +1,10 @@
 #include "setup/SetupCommand.h"
 
+#include "base/ProgramOutput.h"
 #include "base/SetupMessages.h"
 #include "base/Version.h"
 #include "files/Installation.h"
+#include "port/PortReport.h"
 #include "protocol/TarvinApp.h"
 #include "setup/InstallationFiles.h"
 #include "setup/MachineCheck.h"
@@ -12,6 +14,7 @@
 #include "setup/SetupOptions.h"
 #include "setup/SetupQuestions.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace tarvin {
@@ -97,6 +100,7 @@ private:
         if (HasWishes()) {
             if (const int code = SetUp(*installation); code != 0)
                 return code;
+            WarnOfMissingPort(*installation);
         }
         return request.reloads ? Reload(*installation) : SayReloadNeeded(*installation);
     }
@@ -105,12 +109,17 @@ private:
         const auto shown = ShowSettings(installation, request.machine);
         if (!shown)
             return Fail(shown.Reason().text);
-        console.output << ToUtf8(*shown);
-        const auto damage = DamageOfSettings(installation, request.machine);
-        return damage ? Fail(*damage) : 0;
+        console.output << ToUtf8(shown->profile);
+        return shown->damage ? Fail(*shown->damage) : 0;
     }
 
     int RunForNewMachine(const std::filesystem::path& folder) {
+        // Everything is asked and tried before the first file is made.
+        const auto planned = PlannedInstallation(folder);
+        if (!planned)
+            return Fail(planned.Reason().text);
+        if (const auto ready = CompleteRequest(*planned); !ready)
+            return Fail(ready.Reason().text);
         const auto made = MakeInstallation(folder);
         if (!made)
             return Fail(made.Reason().text);
@@ -118,18 +127,8 @@ private:
         const auto installation = Installation::Read(folder);
         if (!installation)
             return Fail(installation.Reason().text);
-        if (request.machine.empty() && MayAsk())
-            request.machine = AskForName(console.input, console.output);
-        if (request.machine.empty() && HasWishes())
-            request.machine = TarvinApp::defaultMachineName;
         if (request.machine.empty())
             return 0;
-        const bool isNew = !IsMachine(*installation, request.machine);
-        if (isNew && MayAsk())
-            AskForMachine(request, installation->PathsFile(), FromPath(installation->NcFilesFolder()), console.input,
-                          console.output);
-        if (isNew && !request.port)
-            return Fail(Filled(text::setup::noPort, {u"\n" + ListOfPorts(installation->PathsFile())}));
         if (const int code = SetUp(*installation); code != 0)
             return code;
         console.output << ToUtf8(DescribeFindings(CheckMachine(*installation, request.machine)));
@@ -138,15 +137,42 @@ private:
         return SayReloadNeeded(*installation);
     }
 
+    // Asks for what the options have left open, if it may, and tries the result.
+    Result<> CompleteRequest(const Installation& planned) {
+        if (request.machine.empty() && MayAsk()) {
+            auto name = AskForName(console.input, console.output);
+            if (!name)
+                return name.Reason();
+            request.machine = std::move(*name);
+        }
+        if (request.machine.empty() && HasWishes())
+            request.machine = TarvinApp::defaultMachineName;
+        if (request.machine.empty())
+            return {};
+        if (!IsMachine(planned, request.machine)) {
+            if (MayAsk()) {
+                if (auto asked = AskForMachine(request, planned, console.input, console.output); !asked)
+                    return asked;
+            }
+            if (!request.port)
+                return Error{Filled(text::setup::noPort, {u"\n" + ListOfPorts(planned.PathsFile())})};
+        }
+        return TryMachine(planned, Wish());
+    }
+
     bool HasWishes() const { return request.port || !request.choices.empty() || !request.changes.empty(); }
 
-    int SetUp(const Installation& installation) {
+    MachineWish Wish() const {
         MachineWish wish = {request.machine, request.port, request.choices, request.folders};
         wish.settings.insert(wish.settings.end(), request.changes.begin(), request.changes.end());
+        return wish;
+    }
+
+    int SetUp(const Installation& installation) {
         // A change replaces the damaged file, which stays beside it.
         if (const auto damage = DamageOfSettings(installation, request.machine))
             Warn(*damage);
-        const auto done = SetUpMachine(installation, wish);
+        const auto done = SetUpMachine(installation, Wish());
         if (!done)
             return Fail(done.Reason().text);
         Say(done->report);
@@ -168,6 +194,19 @@ private:
             return Fail(written.Reason().text);
         Say(*written);
         return 0;
+    }
+
+    // A device may come later, so this is no refusal.
+    void WarnOfMissingPort(const Installation& installation) {
+        const auto changesPort = [](const NamedValue& each) { return EqualIgnoringCase(each.name, u"port"); };
+        if (!request.port && std::ranges::none_of(request.changes, changesPort))
+            return;
+        const KelText port = StoreOf(installation, request.machine).Load(TarvinApp::FirstSettings()).settings.port;
+        const PortReport report = InspectPort(installation.PathsFile(), port);
+        if (report.device.empty())
+            Warn(Filled(text::check::noDevice, {port, request.machine}));
+        else if (report.state == PortState::NotThere)
+            Warn(Filled(text::setup::portAway, {port, DescribeState(report)}));
     }
 
     int Reload(const Installation& installation) {
@@ -193,14 +232,17 @@ private:
 }
 
 int RunSetupCommand(std::span<const KelText> words, const SetupConsole& console) {
+    const auto end = [&console](int exitCode) {
+        return EndOutput(console.output, console.errors, "tarvindl-setup", exitCode);
+    };
     for (const KelText& word : words) {
         if (word == u"--help") {
             console.output << usage;
-            return 0;
+            return end(0);
         }
         if (word == u"--version") {
             console.output << "tarvindl-setup " << programVersion << '\n';
-            return 0;
+            return end(0);
         }
     }
     auto request = ReadSetupOptions(words);
@@ -208,7 +250,7 @@ int RunSetupCommand(std::span<const KelText> words, const SetupConsole& console)
         console.errors << "tarvindl-setup: " << ToUtf8(request.Reason().text) << ". See tarvindl-setup --help\n";
         return wrongUsage;
     }
-    return SetupCommand(std::move(*request), console).Run();
+    return end(SetupCommand(std::move(*request), console).Run());
 }
 
 }

@@ -58,12 +58,7 @@ std::string UnitInstanceOf(std::string_view machineName) {
 }
 
 bool FitsOnLine(const std::filesystem::path& path) {
-    constexpr char16_t firstVisible = 0x20;
-    constexpr char16_t deleteCharacter = 0x7F;
-    constexpr char16_t lastControl = 0x9F;
-    return std::ranges::none_of(FromPath(path), [](char16_t unit) {
-        return unit < firstVisible || (unit >= deleteCharacter && unit <= lastControl);
-    });
+    return std::ranges::none_of(FromPath(path), IsControlCharacter);
 }
 
 std::string FoldersDropIn(const std::vector<std::filesystem::path>& folders) {

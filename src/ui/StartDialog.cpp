@@ -238,6 +238,15 @@ void StartDialog::Create() {
         return;
     }
     const MachineWish wish = Wish();
+    const auto planned = PlannedInstallation(installation);
+    if (!planned) {
+        Complain(*create, planned.Reason().text);
+        return;
+    }
+    if (const auto tried = TryMachine(*planned, wish); !tried) {
+        Complain(*upload, tried.Reason().text);
+        return;
+    }
     const auto made = MakeInstallation(installation);
     if (!made) {
         Complain(*create, made.Reason().text);

@@ -72,6 +72,8 @@ TEST_CASE("SettingsNames: a value is taken as it is chosen in the dialog, or ref
         {u"end character", u"256", nullptr, "a name such as DC2 or EOT"},
         {u"file extension", u"..nc", "nc"},
         {u"station name", u"a\nb", nullptr, "without control characters"},
+        {u"station name", u"a\u007fb", nullptr, "without control characters"},
+        {u"upload path", u"/a\u0085b", nullptr, "without control characters"},
     };
     for (const Case& each : cases) {
         const NamedSetting* const setting = FindNamedSetting(each.name);

@@ -264,11 +264,22 @@ TEST_CASE("SettingsStore: a change keeps the form of the file and all that it do
     folder.WriteFile("TARVIN.INI", profile);
     CHECK(change(&DownloadSettings::fileExtension, u"nc"));
     CHECK(folder.ReadFile("TARVIN.INI") == "; the laser\n[Files]\nfile extension=nc\nshop=north\n");
-    // A profile cannot hold a text of more than 79 characters.
+    // A profile cannot hold a text of more than 79 characters. It stays a profile; a new machine gets a record.
     const KelText longPath(100, u'p');
+    const auto setLongPath = [&](DownloadSettings& settings) {
+        settings.uploadPath = longPath;
+        return Result<>();
+    };
+    const auto refused = store.ChangeSettings(FirstRun(), setLongPath);
+    REQUIRE_FALSE(refused);
+    CHECK(refused.Reason().text.find(u"upload path cannot be kept") != KelText::npos);
+    CHECK_FALSE(store.TryChange(FirstRun(), setLongPath));
+    CHECK(folder.ReadFile("TARVIN.INI") == "; the laser\n[Files]\nfile extension=nc\nshop=north\n");
+    std::filesystem::remove(folder / "TARVIN.INI");
+    CHECK(store.TryChange(FirstRun(), setLongPath));
+    CHECK_FALSE(std::filesystem::exists(folder / "TARVIN.INI"));
     CHECK(change(&DownloadSettings::uploadPath, longPath));
     CHECK(store.Load({}).settings.uploadPath == longPath);
-    CHECK(store.Load({}).settings.fileExtension == u"nc");
 
     DownloadSettings learned = FirstRun();
     learned.sendsChecksums = 1;

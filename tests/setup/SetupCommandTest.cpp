@@ -96,9 +96,73 @@ TEST_CASE("SetupCommand: it asks on a terminal only, and again after a wrong ans
     CHECK(setup.Settings(u"LASER").baudRate == u"4800");
     CHECK(setup.Settings(u"LASER").fileExtension == u"nc");
     CHECK(setup.Settings(u"LASER").controllerKind == controllerByHand);
-    // The end of the input answers the rest.
-    CHECK(setup.Run({u"SAW", u"--port", u"COM6"}, "").exitCode == 0);
-    CHECK(setup.Settings(u"SAW").baudRate == u"2400");
+}
+
+TEST_CASE("SetupCommand: each answer is tried when it is given, and the end of the input makes nothing") {
+    const SetupConsoleTest setup;
+    for (const char* answers : {"", "LASER\n", "LASER\nCOM5\n", "LASER\nCOM5\n\n\n\n\n\n"}) {
+        CAPTURE(answers);
+        const auto ended = setup.Run({}, answers);
+        CHECK(ended.exitCode == 1);
+        CHECK(ended.Says("The input has ended before the last question"));
+        CHECK_FALSE(fs::exists(setup.Home()));
+    }
+    setup.folder.WriteFile("file", "");
+    const std::string file = (setup.folder / "file").string();
+    const auto asked = setup.Run({}, (" LA\tSER \nLASER\nCOM300\nCOM5\n4800\n" + file + "\n" + file + "/below\n" +
+                                      (setup.folder / "in").string() + "\n\nn/c\nnc\n\n\n")
+                                         .c_str());
+    CAPTURE(asked.output + asked.errors);
+    CHECK(asked.exitCode == 0);
+    CHECK(asked.Says("A machine's name has no control characters"));
+    CHECK(asked.Says("COM300"));
+    CHECK(asked.Says("upload path: This "));
+    CHECK(asked.Says("file/below cannot be made"));
+    CHECK(asked.Says("file extension: "));
+    CHECK(setup.Settings(u"LASER").port == u"COM5");
+    CHECK(setup.Settings(u"LASER").baudRate == u"4800");
+    CHECK(setup.Settings(u"LASER").fileExtension == u"nc");
+    CHECK(ToPath(setup.Settings(u"LASER").uploadPath).parent_path() == setup.folder / "in");
+}
+
+TEST_CASE("SetupCommand: a refusal changes nothing") {
+    const SetupConsoleTest setup;
+    const KelText below = setup.Nc() + u"/a/b";
+    const auto refused = [&](const std::vector<KelText>& words) {
+        const auto result = setup.Run(words);
+        CAPTURE(result.output + result.errors);
+        CHECK(result.exitCode == 1);
+        CHECK_FALSE(fs::exists(setup.folder / "nc"));
+        return result;
+    };
+    refused({u"LASER", u"--port", u"COM3", u"--folder", below, u"--speed", u"9601"});
+    refused({u"LASER", u"--port", u"/dev/none", u"--folder", below});
+    refused({u"LASER ", u"--port", u"COM3", u"--folder", below});
+    refused({u"LA\nSER", u"--port", u"COM3", u"--folder", below});
+    CHECK_FALSE(fs::exists(setup.Home()));
+    // The same in an installation, and with a settings file that the system refuses.
+    REQUIRE(setup.Run({u"--yes"}).exitCode == 0);
+    const std::string paths = setup.folder.ReadFile("home/KEL.INI");
+    refused({u"LASER", u"--port", u"/dev/null", u"--folder", below, u"--language", u"\u007f"});
+    fs::create_directory(setup.Home() / "LASER.INI");
+    refused({u"LASER", u"--port", u"COM3", u"--folder", below});
+    CHECK(setup.folder.ReadFile("home/KEL.INI") == paths);
+    fs::remove(setup.Home() / "LASER.INI");
+    CHECK(setup.Run({u"LASER", u"--port", u"COM3", u"--folder", below, u"--yes"}).exitCode == 0);
+    CHECK(fs::is_directory(ToPath(below)));
+}
+
+TEST_CASE("SetupCommand: output that cannot be written is a failure") {
+    const SetupConsoleTest setup;
+    REQUIRE(setup.Run({u"LASER", u"--port", u"COM3", u"--yes"}).exitCode == 0);
+    for (const std::vector<KelText>& words :
+         {std::vector<KelText>{u"--help"}, {u"LASER", u"--show", u"--installation", FromPath(setup.Home())}}) {
+        std::istringstream input;
+        std::ostream output(nullptr);
+        std::ostringstream errors;
+        CHECK(RunSetupCommand(words, {input, output, errors, false}) == 1);
+        CHECK(errors.str() == "tarvindl-setup: the output cannot be written.\n");
+    }
 }
 
 TEST_CASE("SetupCommand: settings are set all or none, and what is shown can be read back") {
@@ -124,6 +188,13 @@ TEST_CASE("SetupCommand: settings are set all or none, and what is shown can be 
     const auto damaged = setup.Run({u"MILL", u"--show"});
     CHECK(damaged.exitCode == 1);
     CHECK(damaged.errors.find("MILL.INI are damaged") != std::string::npos);
+    // So is a file that is something else; a change keeps it beside the new settings.
+    setup.folder.WriteFile("home/SAW.INI", "a letter");
+    const auto foreign = setup.Run({u"SAW", u"--show"});
+    CHECK(foreign.exitCode == 1);
+    CHECK(foreign.Says("SAW.INI holds no settings"));
+    CHECK(setup.Run({u"SAW", u"--set", u"baudrate=2400"}).Says("SAW.INI holds no settings"));
+    CHECK(setup.folder.ReadFile("home/SAW.INI.bad") == "a letter");
     // A misspelt name makes no machine.
     CHECK(setup.Run({u"LAZER", u"--set", u"silence=7"}).exitCode == 1);
     CHECK(setup.Run({u"LAZER", u"--show"}).exitCode == 1);
@@ -136,7 +207,8 @@ TEST_CASE("SetupCommand: a folder that cannot be made or a damaged installation 
     const auto refused = setup.Run({u"LASER", u"--port", u"COM3", u"--folder", setup.Nc(), u"--yes"});
     CHECK(refused.exitCode == 1);
     CHECK(refused.Says("upload path: This "));
-    CHECK_FALSE(fs::exists(setup.Home() / "LASER.INI"));
+    CHECK_FALSE(fs::exists(setup.Home()));
+    fs::create_directory(setup.Home());
     setup.folder.WriteFile("home/KEL.INI", "[PORTS]\nCOM1=/dev/a\n");
     CHECK(setup.Run({u"--yes"}).exitCode == 1);
     CHECK(setup.folder.ReadFile("home/KEL.INI") == "[PORTS]\nCOM1=/dev/a\n");
