@@ -7,6 +7,9 @@
 #include "engine/EngineEvents.h"
 #include "messages/AppInterface.h"
 
+#include <functional>
+#include <utility>
+
 namespace tarvin {
 
 class ServiceEvents : public EngineEvents {
@@ -18,12 +21,16 @@ public:
     // The traffic queue stays off: a service shows no trace.
     void TrafficArrived() override {}
     void ShowMessage(const MessageBoxText& box) override;
-    void SettingsChanged(const DownloadSettings&) override {}
+    void SettingsChanged(const DownloadSettings& settings) override { onSettings(settings); }
+
+    // `callback` gets the settings that the engine works with, on the monitor thread. Before the engine starts.
+    void OnSettings(std::function<void(const DownloadSettings&)> callback) { onSettings = std::move(callback); }
 
 private:
     ServiceOutput& output;
     ServiceNotify& notify;
     AppInterface& messages;
+    std::function<void(const DownloadSettings&)> onSettings = [](const DownloadSettings&) {};
     TransferState printedState = TransferState::NoLink;
     KelText printedStatus;
     KelText printedLink;

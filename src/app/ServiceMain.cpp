@@ -11,14 +11,13 @@
 #include "app/ServiceNotify.h"
 #include "app/ServiceSettings.h"
 #include "app/StopRequest.h"
+#include "base/ProgramOutput.h"
 #include "base/SetupMessages.h"
 #include "base/System.h"
 #include "files/ProgramRequests.h"
-#include "protocol/TarvinApp.h"
 #include "publish/StatusPublisher.h"
 #include "setup/AssignPort.h"
 #include "setup/MachineCheck.h"
-#include "setup/SettingsChange.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -26,6 +25,8 @@
 #include <vector>
 
 namespace {
+
+constexpr const char* programName = "tarvindl-service";
 
 constexpr char usage[] = "Usage: tarvindl-service [MACHINE NAME] [/l=LANGUAGE]\n"
                          "\n"
@@ -74,6 +75,8 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
         program.EngineClock());
     const auto engine = program.MakeEngine(publisher);
     publisher.TellProblems([&engine](const tarvin::KelText& problem) { engine->Announce(problem); });
+    tarvin::FolderTrial folders(*engine);
+    events.OnSettings([&folders](const tarvin::DownloadSettings& settings) { folders.SettingsChanged(settings); });
     const auto settings = tarvin::ReadServiceSettings(program.Place(), program.MachineName());
     if (settings.commsLog)
         engine->StartRollingCommsLog(*settings.commsLog, settings.commsLogSizeLimit);
@@ -94,12 +97,7 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
         });
     };
     reloads.Serve(reload);
-    {
-        const auto loaded =
-            tarvin::StoreOf(program.Place(), program.MachineName()).Load(tarvin::TarvinApp::FirstSettings()).settings;
-        const tarvin::FolderTrial trial(*engine, loaded.uploadPath, loaded.downloadPath);
-        tarvin::WaitForStopRequest([&] { reload([](tarvin::RequestAnswer) {}); });
-    }
+    tarvin::WaitForStopRequest([&] { reload([](tarvin::RequestAnswer) {}); });
     reloads.End();
     notify.Stopping();
     engine->Stop();
@@ -132,7 +130,7 @@ int RunCheck(const std::vector<tarvin::KelText>& words) {
     const auto findings = installation ? tarvin::CheckMachine(*installation, name)
                                        : std::vector<tarvin::Finding>{{installation.Reason().text, true}};
     std::fputs(tarvin::ToUtf8(tarvin::DescribeFindings(findings)).c_str(), stdout);
-    return tarvin::HasProblem(findings) ? 1 : 0;
+    return tarvin::EndOutput(programName, tarvin::HasProblem(findings) ? 1 : 0);
 }
 
 int RunAssignPort(const std::vector<tarvin::KelText>& words) {
@@ -145,7 +143,7 @@ int RunAssignPort(const std::vector<tarvin::KelText>& words) {
         return 1;
     }
     std::printf("%s\n", tarvin::ToUtf8(*done).c_str());
-    return 0;
+    return tarvin::EndOutput(programName, 0);
 }
 
 // What the service manager starts: the installation and the command line of the machine are words of their own.
@@ -182,11 +180,11 @@ int main(int argumentCount, char** arguments) {
             std::printf("%s\n", tarvin::ToUtf8(**result).c_str());
         else
             tarvin::TerminalHost().TellFailure(result->Reason().text);
-        return *result ? 0 : 1;
+        return *result ? tarvin::EndOutput(programName, 0) : 1;
     }
     if (IsOption(tarvin::MachineNameIn(tarvin::JoinWords(words))))
         return 2;
-    const auto start = tarvin::Program::Begin(argumentCount, arguments, "tarvindl-service", usage);
+    const auto start = tarvin::Program::Begin(argumentCount, arguments, programName, usage);
     if (!start.program)
         return start.exitCode;
     tarvin::TerminalHost terminal;

@@ -51,6 +51,12 @@ TEST_CASE("Setup: settings that are set while a service runs count after a reloa
     CHECK(reloaded.exitCode == 0);
     CHECK(reloaded.Says("has read the settings again"));
     CHECK(fixture.service->WaitForOutput("LASER COM1:19200,"));
+    const auto away = RunSetup(fixture, {"--set", "port=COM77"});
+    CAPTURE(away.output);
+    CHECK(away.exitCode == 0);
+    CHECK(away.Says("tarvindl-setup: "));
+    CHECK(away.Says("COM77"));
+    CHECK(RunSetup(fixture, {"--set", "port=COM1"}).exitCode == 0);
     // Changed without a reload: the end of the service must not write the old value over it.
     CHECK(RunSetup(fixture, {"--set", "attention=77"}).exitCode == 0);
     CHECK(fixture.Stop() == 0);
@@ -112,5 +118,9 @@ TEST_CASE("Service: a folder that it may not use is told at the start, and the c
     CHECK(wrong.Says("Wrong: The folder " + missing));
     fixture.Start();
     CHECK(fixture.service->WaitForOutput("The folder " + missing));
+    // New settings are tried as well.
+    fixture.WriteSettings("[Files]\nupload path=" + missing + "2\n");
+    CHECK(RunSetup(fixture, {"--reload"}).exitCode == 0);
+    CHECK(fixture.service->WaitForOutput("The folder " + missing + "2"));
     CHECK(fixture.Stop() == 0);
 }
