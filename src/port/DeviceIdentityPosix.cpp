@@ -83,6 +83,8 @@ DeviceIdentity IdentifyDevice(const fs::path& path, dev_t id, const DeviceRoots&
             identity.maker = ReadAttribute(usb / "manufacturer");
             identity.product = ReadAttribute(usb / "product");
             identity.serialNumber = ReadAttribute(usb / "serial");
+            identity.vendorId = ReadAttribute(usb / "idVendor");
+            identity.productId = ReadAttribute(usb / "idProduct");
             identity.usbId = ReadDeviceNumber(usb / "dev");
         }
     }

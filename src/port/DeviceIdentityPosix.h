@@ -14,6 +14,9 @@ struct DeviceIdentity {
     KelText maker;
     KelText product;
     KelText serialNumber;
+    // The numbers of maker and product as four hexadecimal digits, such as 0403.
+    KelText vendorId;
+    KelText productId;
     KelText driver;
     // The USB device's own number; none for a device without USB.
     std::optional<dev_t> usbId;

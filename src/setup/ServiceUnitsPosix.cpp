@@ -63,8 +63,9 @@ std::optional<PortMark> MarkOf(const fs::path& device) {
         return std::nullopt;
     std::error_code error;
     const fs::path kernelDevice = fs::canonical(device, error);
-    return PortMark{FromPath(device), IdentifyDevice(device, id, DeviceRoots()).serialNumber, IdPathOf(id),
-                    error ? KelText() : FromPath(kernelDevice.filename())};
+    const DeviceIdentity identity = IdentifyDevice(device, id, DeviceRoots());
+    return PortMark{FromPath(device),   identity.serialNumber, identity.vendorId,
+                    identity.productId, IdPathOf(id),          error ? KelText() : FromPath(kernelDevice.filename())};
 }
 
 class UnitWriter {

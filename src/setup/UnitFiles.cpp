@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstdio>
+#include <utility>
 
 namespace tarvin {
 
@@ -38,6 +39,18 @@ std::string PatternOf(KelTextView text) {
             character = '?';
     }
     return pattern;
+}
+
+// One condition for each text that is known. `key` is ATTR for the device itself, ATTRS for one of its parents; udev
+// takes a parent only if all of them hold for it.
+std::string UsbConditions(const PortMark& port, std::string_view key) {
+    std::string conditions;
+    for (const auto& [attribute, text] : {std::pair("idVendor", port.vendorId), std::pair("idProduct", port.productId),
+                                          std::pair("serial", port.serialNumber)}) {
+        if (!text.empty())
+            conditions += std::string(key) + "{" + attribute + "}==\"" + PatternOf(text) + "\", ";
+    }
+    return conditions;
 }
 
 }
@@ -77,11 +90,10 @@ std::string ModemRules(const PortMark& port) {
         return {};
     const std::string action = "ENV{ID_MM_DEVICE_IGNORE}=\"1\", ENV{ID_MM_PORT_IGNORE}=\"1\"\n";
     const std::string head = "# " + ToUtf8(port.device) + "\n" + writtenBy;
-    if (!port.serialNumber.empty()) {
-        const std::string number = PatternOf(port.serialNumber);
-        return head + "SUBSYSTEM==\"usb\", ENV{DEVTYPE}==\"usb_device\", ATTR{serial}==\"" + number +
-               "\", ENV{ID_MM_DEVICE_IGNORE}=\"1\"\nSUBSYSTEM==\"tty\", ATTRS{serial}==\"" + number + "\", " + action;
-    }
+    // Many adapters have the number 0001, whatever their maker.
+    if (!port.serialNumber.empty())
+        return head + "SUBSYSTEM==\"usb\", ENV{DEVTYPE}==\"usb_device\", " + UsbConditions(port, "ATTR") +
+               "ENV{ID_MM_DEVICE_IGNORE}=\"1\"\nSUBSYSTEM==\"tty\", " + UsbConditions(port, "ATTRS") + action;
     if (!port.idPath.empty())
         return head + "SUBSYSTEM==\"tty\", ENV{ID_PATH}==\"" + PatternOf(port.idPath) + "\", " + action;
     if (!port.kernelName.empty())

@@ -25,12 +25,15 @@ std::string FoldersDropIn(const std::vector<std::filesystem::path>& folders);
 struct PortMark {
     KelText device; // the path in KEL.INI
     KelText serialNumber;
+    KelText vendorId; // as the USB device writes it: 0403
+    KelText productId;
     KelText idPath;     // ID_PATH: where the adapter is plugged in
     KelText kernelName; // such as ttyS0
 };
 
-// Rules that keep programs for modems off the port: by its serial number, else by its place, else by its name. Empty
-// if nothing is known, and for a device whose path does not fit on a line.
+// Rules that keep programs for modems off the port: by its serial number together with the numbers of maker and
+// product, else by its place, else by its name. Empty if nothing is known, and for a device whose path does not fit on
+// a line.
 std::string ModemRules(const PortMark& port);
 
 }

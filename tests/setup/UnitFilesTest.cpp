@@ -30,17 +30,19 @@ TEST_CASE("UnitFiles: folders are quoted for systemd, and a missing one does not
 }
 
 TEST_CASE("UnitFiles: a port is told by its number, else by its place, else by its name, and no text breaks out") {
-    CHECK(ModemRules({u"/dev/x", u"A50285BI", u"pci-0", u"ttyUSB0"})
-              .ends_with("SUBSYSTEM==\"usb\", ENV{DEVTYPE}==\"usb_device\", ATTR{serial}==\"A50285BI\", "
+    CHECK(ModemRules({u"/dev/x", u"A50285BI", u"0403", u"6001", u"pci-0", u"ttyUSB0"})
+              .ends_with("SUBSYSTEM==\"usb\", ENV{DEVTYPE}==\"usb_device\", ATTR{idVendor}==\"0403\", "
+                         "ATTR{idProduct}==\"6001\", ATTR{serial}==\"A50285BI\", "
                          "ENV{ID_MM_DEVICE_IGNORE}=\"1\"\n"
-                         "SUBSYSTEM==\"tty\", ATTRS{serial}==\"A50285BI\", ENV{ID_MM_DEVICE_IGNORE}=\"1\", "
+                         "SUBSYSTEM==\"tty\", ATTRS{idVendor}==\"0403\", ATTRS{idProduct}==\"6001\", "
+                         "ATTRS{serial}==\"A50285BI\", ENV{ID_MM_DEVICE_IGNORE}=\"1\", "
                          "ENV{ID_MM_PORT_IGNORE}=\"1\"\n"));
-    CHECK(ModemRules({u"/dev/x", {}, u"pci-0000:00:14.0-usb-0:1:1.0", u"ttyUSB0"})
+    CHECK(ModemRules({u"/dev/x", {}, {}, {}, u"pci-0000:00:14.0-usb-0:1:1.0", u"ttyUSB0"})
               .find("ENV{ID_PATH}==\"pci-0000:00:14.0-usb-0:1:1.0\"") != std::string::npos);
-    CHECK(ModemRules({u"/dev/ttyS0", {}, {}, u"ttyS0"}).find("KERNEL==\"ttyS0\"") != std::string::npos);
-    CHECK(ModemRules({u"/dev/x", {}, {}, {}}).empty());
-    CHECK(ModemRules({u"/dev/x\nRUN+=\"/bin/sh\"", u"A50285BI", {}, {}}).empty());
-    const std::string hostile = ModemRules({u"/dev/x", u"1\", RUN+=\"/bin/sh*", {}, {}});
+    CHECK(ModemRules({u"/dev/ttyS0", {}, {}, {}, {}, u"ttyS0"}).find("KERNEL==\"ttyS0\"") != std::string::npos);
+    CHECK(ModemRules({u"/dev/x", {}, {}, {}, {}, {}}).empty());
+    CHECK(ModemRules({u"/dev/x\nRUN+=\"/bin/sh\"", u"A50285BI", {}, {}, {}, {}}).empty());
+    const std::string hostile = ModemRules({u"/dev/x", u"1\", RUN+=\"/bin/sh*", {}, {}, {}, {}});
     CHECK(hostile.find("RUN+=\"") == std::string::npos);
     CHECK(hostile.find("ATTR{serial}==\"1?? RUN+???bin?sh?\"") != std::string::npos);
 }
