@@ -132,6 +132,9 @@ inline constexpr char16_t writeProtected[] = u"it is write-protected";
 namespace transferReason {
 inline constexpr char16_t otherSends[] = u"another machine is sending this file";
 inline constexpr char16_t nameTooLong[] = u"the name is too long";
+// %1 is a number of files.
+inline constexpr char16_t flood[] =
+    u"the machine has sent %1 files with a new number within an hour, and more are refused; the settings say how many";
 inline constexpr char16_t moved[] = u"%1 was moved or deleted";
 // %1 is the folder for older files and %2 the reason.
 inline constexpr char16_t olderNotKept[] = u"the older file cannot be kept in %1: %2";

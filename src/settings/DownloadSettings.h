@@ -61,6 +61,8 @@ struct DownloadSettings {
     std::int32_t historyYears = 5;
     // The name of a language of the dictionary. Empty: the language of the system.
     KelText language;
+    // Uploads under a new number that are taken within an hour. 0: any number of them.
+    std::int32_t newFilesPerHour = 5000;
 
     // The bytes of further fields, which a newer program has added to the settings record.
     std::string extensionFields;

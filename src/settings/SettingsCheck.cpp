@@ -28,6 +28,7 @@ constexpr std::array numberRanges = {
     NumberRange{&DownloadSettings::silenceSeconds, longestSilenceSeconds},
     NumberRange{&DownloadSettings::attentionMinutes, longestAttentionMinutes},
     NumberRange{&DownloadSettings::historyYears, longestHistoryYears},
+    NumberRange{&DownloadSettings::newFilesPerHour, mostNewFilesPerHour},
 };
 
 // Each of these gives the problem in words for the user, or an empty text.
@@ -99,8 +100,9 @@ KelText NumberProblem(NumberSetting setting, std::int64_t number) {
 
 bool HasEffect(NumberSetting setting, const DownloadSettings& settings) {
     // A machine that is served by hand asks for nothing, and its files have no messages.
-    const bool isForConversation =
-        setting == &DownloadSettings::transmitDelaySeconds || setting == &DownloadSettings::incomingCheck;
+    const bool isForConversation = setting == &DownloadSettings::transmitDelaySeconds ||
+                                   setting == &DownloadSettings::incomingCheck ||
+                                   setting == &DownloadSettings::newFilesPerHour;
     // The conversation waits for an acknowledgement of each line, and has messages of its own for the end of a file.
     const bool isByHandOnly = setting == &DownloadSettings::characterDelayMilliseconds ||
                               setting == &DownloadSettings::lineDelayMilliseconds ||

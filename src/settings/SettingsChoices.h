@@ -27,6 +27,7 @@ inline constexpr std::array<NumberedText, 2> controllerKindChoices = {text::choi
 inline constexpr int longestSilenceSeconds = 999;
 inline constexpr int longestAttentionMinutes = 999;
 inline constexpr int longestHistoryYears = 99;
+inline constexpr int mostNewFilesPerHour = 99'999;
 
 inline constexpr int longestCharacterDelayMilliseconds = 999;
 inline constexpr int longestLineDelayMilliseconds = 999;

@@ -43,6 +43,7 @@ void ForEachField(Visitor&& visit) {
     visit(&DownloadSettings::callsWithSound);
     visit(&DownloadSettings::historyYears);
     visit(&DownloadSettings::language);
+    visit(&DownloadSettings::newFilesPerHour);
 }
 
 // The settings `mine` with each field that `theirs` has changed since both had the values of `base`. Where both have

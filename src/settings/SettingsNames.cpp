@@ -51,6 +51,7 @@ constexpr NamedSetting namedSettings[] = {
     {filesSection, u"download path", &Settings::downloadPath, SettingForm::Folder},
     {filesSection, u"file extension", &Settings::fileExtension, SettingForm::Extension},
     {filesSection, u"replaced copies", &Settings::replacedFilesKept, SettingForm::Number},
+    {filesSection, u"new files per hour", &Settings::newFilesPerHour, SettingForm::Number},
     {logSection, u"log file", &Settings::logFile, SettingForm::Text},
     {logSection, u"write log", &Settings::writeLog, SettingForm::Flag},
     {logSection, u"comms log file", &Settings::commsLogFileName, SettingForm::Text},

@@ -59,6 +59,7 @@ KelText Describe(const LineList::Fault& fault, std::size_t longestLineAllowed) {
 
 Transfer::Transfer(TransferParts parts)
     : parts(std::move(parts)),
+      newNames(this->parts.clock),
       pause(this->parts.timers, this->parts.clock, "Transfer::Pause", pauseBetweenAttempts, Timer::Kind::OneShot,
             [this] { std::exchange(afterPause, {})(); }) {}
 
@@ -156,11 +157,12 @@ void Transfer::FollowChecksum() {
         Sum(FileBytesDone(), mostSummedAtOnce);
 }
 
-void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason, bool isRefusal) {
+void Transfer::Enter(TransferState newState, Urgency urgency, KelText newReason, Row row) {
     parts.thread.AssertOwned();
     // Before the counters are reset.
     std::optional<TransferRecord> ended;
-    if (const auto outcome = isRefusal ? TransferOutcome::Refused : OutcomeOf(newState))
+    if (const auto outcome = row == Row::OfEnd ? OutcomeOf(newState) : TransferOutcome::Refused;
+        row != Row::None && outcome)
         ended = RecordOf(*outcome, newState);
     const KelText whole = IsTransferring(newState) ? KelText() : ReleaseFor(newState);
     // Something has ended an upload that was waiting for its name.
@@ -382,14 +384,37 @@ void Transfer::EndReplaced(const Request& waiting) {
     RestoreRequest(std::move(next));
 }
 
+bool Transfer::IsFlooded() {
+    return parts.settings.newFilesPerHour > 0 && newNames.Total() >= parts.settings.newFilesPerHour;
+}
+
+// Told once for each flood: thousands of equal rows would drown what the history is read for.
+void Transfer::RefuseFlood() {
+    const bool isTold = std::exchange(isFloodTold, true);
+    Enter(TransferState::UploadCouldNotOpen, isTold ? Urgency::NextTick : Urgency::AtOnce,
+          Filled(text::transferReason::flood, {ToText(parts.settings.newFilesPerHour)}),
+          isTold ? Row::None : Row::OfEnd);
+}
+
 bool Transfer::BeginUpload(const std::optional<Request>& waiting) {
     assert(!upload.IsOpen());
     if (awaited)
         SetName(*awaited);
     Release();
-    if (const auto begun = upload.Begin(ToPath(name.path), UploadFile::Content::Text); !begun) {
+    const std::filesystem::path path = ToPath(name.path);
+    // A user who awaits a file has named it.
+    const bool isNewName = !awaited && UploadFile::IsNewName(path);
+    if (isNewName && IsFlooded()) {
+        RefuseFlood();
+        return false;
+    }
+    if (const auto begun = upload.Begin(path, UploadFile::Content::Text); !begun) {
         End(TransferState::UploadCouldNotOpen, begun.Reason().text);
         return false;
+    }
+    if (isNewName) {
+        newNames.Add();
+        isFloodTold = false;
     }
     if (waiting)
         EndReplaced(*waiting);
@@ -478,7 +503,7 @@ void Transfer::EndUnexplained(TransferState newState, KelText recordedReason) {
 
 void Transfer::Refuse(TransferState newState, KelText newReason) {
     assert(!IsTransferring(newState));
-    Enter(newState, Urgency::AtOnce, std::move(newReason), true);
+    Enter(newState, Urgency::AtOnce, std::move(newReason), Row::OfRefusal);
 }
 
 }

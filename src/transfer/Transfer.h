@@ -20,6 +20,7 @@
 #include "settings/DownloadSettings.h"
 #include "transfer/LineList.h"
 #include "transfer/LineQuality.h"
+#include "transfer/NewNameCount.h"
 #include "transfer/SourceFile.h"
 #include "transfer/TransferState.h"
 #include "transfer/UploadFile.h"
@@ -201,7 +202,15 @@ public:
     const KelText& Reason() const { return reason; }
 
 private:
-    void Enter(TransferState newState, Urgency urgency, KelText newReason = {}, bool isRefusal = false);
+    // What becomes a row of the history.
+    enum class Row {
+        OfEnd,     // the transfer that the state ends, if there is one
+        OfRefusal, // a request, whatever the state ends
+        None
+    };
+    void Enter(TransferState newState, Urgency urgency, KelText newReason = {}, Row row = Row::OfEnd);
+    bool IsFlooded();
+    void RefuseFlood();
     void Show(TransferState newState, Urgency urgency, KelText newReason, std::optional<TransferRecord> ended);
     void EndReplaced(const Request& waiting);
     std::optional<TransferOutcome> OutcomeOf(TransferState newState) const;
@@ -235,6 +244,8 @@ private:
     bool isTesting = false;
     LineQuality quality;
     std::optional<TransferName> awaited;
+    NewNameCount newNames; // of the controller's uploads
+    bool isFloodTold = false;
     UploadFile upload;
     SourceFile source; // of a download that is being prepared
     LineList lines;    // of a download for a controller that takes lines

@@ -20,6 +20,11 @@ constexpr int mostAttempts = 8;
 // The file systems of all our systems take names of 255 bytes or code units.
 constexpr std::size_t longestName = 255 - longestTimeEnding;
 
+fs::path PartOf(fs::path path) {
+    path += ".part";
+    return path;
+}
+
 bool IsThere(const fs::path& path) {
     std::error_code ignored;
     return fs::exists(fs::symlink_status(path, ignored));
@@ -49,11 +54,14 @@ Result<> CreateAnew(NativeFile& file, const fs::path& part) {
 
 }
 
+bool UploadFile::IsNewName(const fs::path& path) {
+    return !IsThere(path) && !IsThere(PartOf(path));
+}
+
 Result<> UploadFile::Begin(const fs::path& newPath, Content newContent) {
     assert(!IsOpen());
     path = newPath;
-    part = path;
-    part += ".part";
+    part = PartOf(path);
     kept.clear();
     content = newContent;
     lineEnds = {};

@@ -30,6 +30,8 @@ public:
     // Makes the ".part" of the file at `path` anew. Fails if another program writes it, or if the file at `path` cannot
     // be replaced. Requires that no file is open.
     Result<> Begin(const std::filesystem::path& path, Content content);
+    // Whether Begin would add a name to the folder: neither the file at `path` nor its ".part" is there.
+    static bool IsNewName(const std::filesystem::path& path);
     bool IsOpen() const { return file.IsOpen(); }
 
     // Adds all of the bytes or, after a failure, none of them. Requires an open file.

@@ -3,6 +3,10 @@
 #include "harness/ProtocolHarness.h"
 #include "harness/Transcript.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
 #include <doctest/doctest.h>
 
 using namespace tarvin;
@@ -108,4 +112,41 @@ TEST_CASE("TarvinApp: a request drops the acknowledgements of the transfer that 
     CHECK(harness.sender.dropCount == 1);
     harness.Exchange(Message("ABST6"));
     CHECK(harness.sender.dropCount == 1);
+}
+
+TEST_CASE("TarvinApp: of a flood of new numbers an hour's share is taken, and the rest is refused and told once") {
+    ProtocolHarness<TarvinApp> harness;
+    harness.settings.newFilesPerHour = 3;
+    harness.folder.WriteFile("NC/old.nc", "");
+    const auto asksToStore = [&](const std::string& number) { return harness.Exchange(Message("ABST" + number)); };
+    const auto stores = [&](const std::string& number) {
+        return asksToStore(number) == Message("AAAK") &&
+               harness.Exchange(Message("ABADN1") + Message("ABEF")) == Message("AAAK") + Message("AAAK");
+    };
+    CHECK(stores("1"));
+    // A request that brings no line leaves its name in the folder too.
+    CHECK(asksToStore("2") == Message("AAAK"));
+    harness.Wait(40min);
+    CHECK(stores("3"));
+    const std::size_t rowsBefore = harness.observed.ended.size();
+    for (const char* number : {"4", "5", "6"}) {
+        CHECK(asksToStore(number) == Message("AAAK03"));
+        CHECK(harness.State() == TransferState::UploadCouldNotOpen);
+        CHECK(harness.Exchange(Message("ABTS")) == Message("AATS"));
+    }
+    CHECK(harness.observed.ended.size() == rowsBefore + 1);
+    CHECK_FALSE(std::filesystem::exists(harness.folder / "NC/4.nc.part"));
+    // Numbers that are there do no harm, whole or not.
+    CHECK(stores("1"));
+    CHECK(stores("2"));
+    CHECK(stores("old"));
+    CHECK(asksToStore("4") == Message("AAAK03"));
+    // The first two are an hour old, the third is not.
+    harness.Wait(21min);
+    CHECK(stores("4"));
+    CHECK(stores("5"));
+    CHECK(asksToStore("6") == Message("AAAK03"));
+    CHECK(std::ranges::count(harness.observed.ended, TransferOutcome::Refused, &TransferRecord::outcome) == 2);
+    harness.settings.newFilesPerHour = 0;
+    CHECK(stores("6"));
 }

@@ -32,18 +32,19 @@ std::string Record(const std::string& fields) {
 }
 
 // The bytes of each field. Every value is different, so that a field in a wrong place shows.
-const std::vector<std::string> distinctFields = {Text(u"COM3"),  Text(u"9600"), Text(u"Even"),
-                                                 Text(u"7"),     Text(u"2"),    Text(u"Hardware"),
-                                                 Text(u"up"),    Text(u""),     "\4\0\0\0\xAC\x20\x3D\xD8\x00\xDE\0\0"s,
-                                                 Int(~1U),       Text(u"log"),  Int(1),
-                                                 "\4\3\2\1"s,    Int(3),        Int(4),
-                                                 Int(5),         "\xF1"s,       "\xF2"s,
-                                                 Text(u"comms"), Int(6),        Int(7),
-                                                 Int(8),         Int(9),        Int(10),
-                                                 Text(u"Saw"),   Int(2),        Int(11),
-                                                 Int(12),        Int(13),       Int(14),
-                                                 Int(15),        Int(16),       Int(17),
-                                                 Text(u"French")};
+const std::vector<std::string> distinctFields = {
+    Text(u"COM3"),   Text(u"9600"), Text(u"Even"),
+    Text(u"7"),      Text(u"2"),    Text(u"Hardware"),
+    Text(u"up"),     Text(u""),     "\4\0\0\0\xAC\x20\x3D\xD8\x00\xDE\0\0"s,
+    Int(~1U),        Text(u"log"),  Int(1),
+    "\4\3\2\1"s,     Int(3),        Int(4),
+    Int(5),          "\xF1"s,       "\xF2"s,
+    Text(u"comms"),  Int(6),        Int(7),
+    Int(8),          Int(9),        Int(10),
+    Text(u"Saw"),    Int(2),        Int(11),
+    Int(12),         Int(13),       Int(14),
+    Int(15),         Int(16),       Int(17),
+    Text(u"French"), Int(18)};
 
 std::string FirstFields(std::size_t count) {
     std::string fields;
@@ -65,15 +66,15 @@ TEST_CASE("SettingsRecord: each field has its place, and fields of newer program
         const auto files = std::tie(read.uploadPath, read.downloadPath, read.fileExtension, read.logFile,
                                     read.commsLogFileName, read.stationName);
         CHECK((files == std::tuple(u"up", u"", u"\u20AC\xD83D\xDE00", u"log", u"comms", u"Saw")));
-        const auto numbers =
-            std::tie(read.transmitDelaySeconds, read.writeLog, read.characterDelayMilliseconds,
-                     read.lineDelayMilliseconds, read.sendStartCode, read.sendEndCode, read.startCharacter,
-                     read.endCharacter, read.ctsFlow, read.dsrFlow, read.reservedInt, read.networkMode, read.serverMode,
-                     read.incomingCheck, read.replacedFilesKept, read.sendsChecksums, read.controllerKind,
-                     read.silenceSeconds, read.attentionMinutes, read.callsWithSound, read.historyYears);
+        const auto numbers = std::tie(
+            read.transmitDelaySeconds, read.writeLog, read.characterDelayMilliseconds, read.lineDelayMilliseconds,
+            read.sendStartCode, read.sendEndCode, read.startCharacter, read.endCharacter, read.ctsFlow, read.dsrFlow,
+            read.reservedInt, read.networkMode, read.serverMode, read.incomingCheck, read.replacedFilesKept,
+            read.sendsChecksums, read.controllerKind, read.silenceSeconds, read.attentionMinutes, read.callsWithSound,
+            read.historyYears, read.newFilesPerHour);
         CHECK(read.language == u"French");
         CHECK((numbers ==
-               std::tuple(-2, 1, 0x01020304, 3, 4, 5, 0xF1, 0xF2, 6, 7, 8, 9, 10, 2, 11, 12, 13, 14, 15, 16, 17)));
+               std::tuple(-2, 1, 0x01020304, 3, 4, 5, 0xF1, 0xF2, 6, 7, 8, 9, 10, 2, 11, 12, 13, 14, 15, 16, 17, 18)));
         CHECK(read.extensionFields == extension);
         CHECK(EncodeRecord(read) == record);
         CHECK(DecodeRecord(record + "x", read) == RecordState::WholeAndMore);
