@@ -2,6 +2,7 @@
 
 #include "base/Mutex.h"
 #include "engine/DownloadApp.h"
+#include "settings/DownloadSettings.h"
 #include "setup/FolderAccess.h"
 
 #include <thread>
