@@ -149,6 +149,9 @@ private:
             request.machine = TarvinApp::defaultMachineName;
         if (request.machine.empty())
             return {};
+        // Options that are refused need no answers.
+        if (const auto tried = TryMachine(planned, Wish()); !tried)
+            return tried;
         if (!IsMachine(planned, request.machine)) {
             if (MayAsk()) {
                 if (auto asked = AskForMachine(request, planned, console.input, console.output); !asked)

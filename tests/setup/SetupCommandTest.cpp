@@ -107,6 +107,9 @@ TEST_CASE("SetupCommand: each answer is tried when it is given, and the end of t
         CHECK(ended.Says("The input has ended before the last question"));
         CHECK_FALSE(fs::exists(setup.Home()));
     }
+    // Options that are refused are told before the first question.
+    CHECK_FALSE(setup.Run({u"LASER", u"--speed", u"9601"}, "COM5\n").Says("Port,"));
+    CHECK(setup.Run({u"LA\nSER"}, "COM5\n").Says("A machine's name"));
     setup.folder.WriteFile("file", "");
     const std::string file = (setup.folder / "file").string();
     const auto asked = setup.Run({}, (" LA\tSER \nLASER\nCOM300\nCOM5\n4800\n" + file + "\n" + file + "/below\n" +
