@@ -1,11 +1,13 @@
 #pragma once
 // A protocol with nothing but a sender, a transfer and settings: no engine, no thread, no port.
 
+#include "harness/HeldSender.h"
 #include "harness/ManualClock.h"
 #include "harness/TemporaryFolder.h"
 #include "protocol/Protocol.h"
 
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -48,7 +50,7 @@ public:
     std::vector<TransferRecord> ended;
 };
 
-template <typename ProtocolType>
+template <typename ProtocolType, typename SenderType = RecordedSender>
 struct ProtocolHarness {
     ProtocolHarness() {
         std::filesystem::create_directory(folder / "NC");
@@ -76,12 +78,20 @@ struct ProtocolHarness {
     TemporaryFolder folder;
     ManualClock clock;
     TimerQueue timers;
-    RecordedSender sender;
+    SenderType sender = MakeSender();
     DownloadSettings settings;
     RecordedTransfer observed{settings, timers, clock};
     ReceiveBuffer received;
     ProtocolType protocol{ProtocolParts{observed.transfer, sender, settings, timers, clock,
                                         [this](bool sends) { settings.sendsChecksums = sends ? 1 : 0; }}};
+
+private:
+    SenderType MakeSender() const {
+        if constexpr (std::is_constructible_v<SenderType, const Clock&>)
+            return SenderType(clock);
+        else
+            return SenderType();
+    }
 };
 
 }

@@ -1,4 +1,5 @@
 #include "harness/DiskFaultsPosix.h"
+#include "harness/HeldSender.h"
 #include "harness/ProtocolHarness.h"
 #include "harness/SystemCallPosix.h"
 #include "model/Subject.h"
@@ -25,7 +26,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr auto tick = 50ms;
-constexpr auto oldHold = 10s;
 
 std::string ReadFile(const fs::path& path) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -50,49 +50,6 @@ struct Identity {
 
     ino_t number = 0;
     std::chrono::nanoseconds changed = {};
-};
-
-// Keeps whole frames back while the line is held.
-class HeldSender : public Sender {
-public:
-    explicit HeldSender(const Clock& clock) : clock(clock) {}
-
-    void SendText(std::string_view text) override { Put(std::string(text)); }
-    void SendChar(std::uint8_t byte, bool) override { Put(std::string(1, static_cast<char>(byte))); }
-    void SendBlock(int, std::span<const std::uint8_t>, Clock::Duration) override {}
-    bool IsEmpty() const override { return waiting.empty(); }
-    bool IsHeldUp() const override { return isHeld && !waiting.empty(); }
-    void DropUnsent() override { waiting.clear(); }
-    void EndOldHold() override {
-        if (isHeld && clock.Now() - heldSince >= oldHold)
-            Release();
-    }
-    void Note(std::string_view) override {}
-
-    void Hold() {
-        heldSince = isHeld ? heldSince : clock.Now();
-        isHeld = true;
-    }
-    void Release() {
-        isHeld = false;
-        for (const std::string& frame : std::exchange(waiting, {}))
-            sent += frame;
-    }
-
-    std::string sent;
-
-private:
-    void Put(std::string frame) {
-        if (isHeld)
-            waiting.push_back(std::move(frame));
-        else
-            sent += frame;
-    }
-
-    const Clock& clock;
-    bool isHeld = false;
-    Clock::TimePoint heldSince;
-    std::vector<std::string> waiting;
 };
 
 }
