@@ -70,6 +70,7 @@ upload path|
 download path|
 file extension|
 replaced copies|
+new files per hour|
 log file|
 write log|0 1
 comms log file|

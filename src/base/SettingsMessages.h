@@ -21,7 +21,6 @@ inline constexpr NumberedText historyYears = {21009, u"Keep History (years, 0: f
 inline constexpr NumberedText showAllMessages = {21010, u"Show All Messages Again"};
 inline constexpr NumberedText language = {21024, u"Language"};
 inline constexpr NumberedText systemLanguage = {21025, u"As the system"};
-inline constexpr NumberedText newFilesPerHour = {21033, u"New &Numbers Taken (per hour, 0: all)"};
 }
 
 // The entries of its lists whose values the settings keep as numbers.
@@ -40,8 +39,6 @@ inline constexpr NumberedText silence = {21012,
 inline constexpr NumberedText attention = {
     21013, u"Calls you when a file on its way is held, or the machine is silent, for this long"};
 inline constexpr NumberedText historyYears = {21014, u"How long the list of past transfers of this machine is kept"};
-inline constexpr NumberedText newFilesPerHour = {
-    21034, u"A machine in disorder cannot fill the disk with files: further new numbers are refused"};
 inline constexpr NumberedText showAllMessages = {
     21015, u"Shows the messages again for which you chose not to see them any more"};
 inline constexpr NumberedText language = {21031, u"The language of this window. Takes effect at the next start"};

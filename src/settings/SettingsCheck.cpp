@@ -100,9 +100,8 @@ KelText NumberProblem(NumberSetting setting, std::int64_t number) {
 
 bool HasEffect(NumberSetting setting, const DownloadSettings& settings) {
     // A machine that is served by hand asks for nothing, and its files have no messages.
-    const bool isForConversation = setting == &DownloadSettings::transmitDelaySeconds ||
-                                   setting == &DownloadSettings::incomingCheck ||
-                                   setting == &DownloadSettings::newFilesPerHour;
+    const bool isForConversation =
+        setting == &DownloadSettings::transmitDelaySeconds || setting == &DownloadSettings::incomingCheck;
     // The conversation waits for an acknowledgement of each line, and has messages of its own for the end of a file.
     const bool isByHandOnly = setting == &DownloadSettings::characterDelayMilliseconds ||
                               setting == &DownloadSettings::lineDelayMilliseconds ||

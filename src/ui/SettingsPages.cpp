@@ -59,9 +59,6 @@ wxSizer* MakeUploadGroup(wxWindow* page, SettingsForm& form) {
     column->Add(grid, wxSizerFlags().Expand());
     form.AddEffectNote(box, *column, &DownloadSettings::incomingCheck);
     form.AddNumber(box, *column, {&DownloadSettings::replacedFilesKept, text::dialog::replacedFilesKept});
-    form.AddNumber(
-        box, *column,
-        {&DownloadSettings::newFilesPerHour, text::settingsPage::newFilesPerHour, text::settingsTip::newFilesPerHour});
     form.AddNumber(box, *column,
                    {&DownloadSettings::silenceSeconds, text::settingsPage::silence, text::settingsTip::silence});
     Fill(group, column);
