@@ -6,6 +6,7 @@
 #include "base/WindowsApi.h"
 
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -180,6 +181,13 @@ KelText GrantRights(const KelText& account, const std::filesystem::path& program
     };
     grant(program, FolderRights::Use);
     grant(installation, FolderRights::Change);
+    // Users see the status of services here.
+    if (const auto data = FolderFromEnvironment("ProgramData")) {
+        const auto status = *data / "TarvinDL" / "run";
+        std::error_code ignored;
+        std::filesystem::create_directories(status, ignored);
+        grant(status, FolderRights::Change);
+    }
     return problems;
 }
 

@@ -113,7 +113,7 @@ int Serve(const tarvin::Program& program, tarvin::ServiceHost& host) {
 
 // A misspelt option, or one behind another word, must not become a machine that is served.
 bool IsOption(const tarvin::KelText& machineName) {
-    if (!machineName.starts_with(u"--") || machineName == u"--help" || machineName == u"--version")
+    if (!machineName.starts_with(u"--") && machineName.find(u" --") == tarvin::KelText::npos)
         return false;
     std::fprintf(stderr, "tarvindl-service: %s is no machine. An option comes first: see tarvindl-service --help\n",
                  tarvin::ToUtf8(machineName).c_str());
@@ -182,7 +182,8 @@ int main(int argumentCount, char** arguments) {
             tarvin::TerminalHost().TellFailure(result->Reason().text);
         return *result ? tarvin::EndOutput(programName, 0) : 1;
     }
-    if (IsOption(tarvin::MachineNameIn(tarvin::JoinWords(words))))
+    const bool wantsText = words.size() == 1 && (first == u"--help" || first == u"--version");
+    if (!wantsText && IsOption(tarvin::MachineNameIn(tarvin::JoinWords(words))))
         return 2;
     const auto start = tarvin::Program::Begin(argumentCount, arguments, programName, usage);
     if (!start.program)

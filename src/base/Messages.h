@@ -95,6 +95,9 @@ inline constexpr char16_t fileIsReady[] = u"%1 is ready: ask for %2 at the machi
 inline constexpr char16_t sendsChecksums[] = u"The machine sends checksums; its messages are checked from now on";
 inline constexpr char16_t sendsNoChecksums[] =
     u"The machine sends no checksums any more; its messages are not checked from now on";
+// %1 is the settings file.
+inline constexpr char16_t settingsForeign[] =
+    u"%1 holds no settings of this program; the values of a new machine count";
 inline constexpr char16_t settingsReloaded[] = u"The settings were read again and count from now on";
 inline constexpr char16_t settingsWait[] = u"The changed settings count as soon as the transfer has ended";
 inline constexpr char16_t settingsNotReloaded[] =
@@ -126,6 +129,9 @@ inline constexpr char16_t isFolder[] = u"a folder has this name";
 inline constexpr char16_t noRegularFile[] = u"it is no regular file";
 inline constexpr char16_t noFolder[] = u"there is no such folder";
 inline constexpr char16_t writeProtected[] = u"it is write-protected";
+// %1 is the path.
+inline constexpr char16_t linkOfOther[] =
+    u"%1 is a link in a folder of another user, which root does not follow. Run this as that user";
 }
 
 // Why a transfer is refused or has ended, told behind its status.

@@ -51,14 +51,16 @@ inline constexpr char16_t checkAsService[] =
 inline constexpr char16_t noSystemPlace[] = u"The system names no folder for an installation";
 inline constexpr char16_t cannotRead[] = u"%1 cannot be read: %2";
 inline constexpr char16_t isDamaged[] = u"The settings in %1 are damaged; what is left of them counts";
-inline constexpr char16_t isForeign[] = u"%1 holds no settings of this program; the values of a new machine count";
 // %1 is the setting and %2 the settings file.
 inline constexpr char16_t notInProfile[] =
     u"%1 cannot be kept in %2: the file is a text, in which a value ends after 79 characters. Use a shorter value, or "
     u"let a program serve the machine once: at its end it saves the settings in a form without this limit";
 inline constexpr char16_t inputEnded[] = u"The input has ended before the last question. Nothing was made or changed";
-inline constexpr char16_t badName[] =
-    u"A machine's name has no control characters, and no blanks at its ends: \"%1\" cannot be one";
+inline constexpr char16_t badName[] = u"A machine's name has no control characters, no blanks at its ends, no word "
+                                      u"that begins with \"--\", no \"/l=\" at "
+                                      u"its beginning, and at most 200 characters: \"%1\" cannot be one";
+// %1 is a machine and %2 a port.
+inline constexpr char16_t portShared[] = u"%1 has %2 too: one program at a time can serve it";
 // %1 is the port and %2 its state.
 inline constexpr char16_t portAway[] = u"%1 leads to no port now: %2";
 }

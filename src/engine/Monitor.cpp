@@ -85,6 +85,8 @@ void Monitor::Load() {
     events.SettingsChanged(settings);
     if (loaded.warning)
         events.ShowMessage(*loaded.warning);
+    if (loaded.isForeign)
+        startNotice = Filled(text::notice::settingsForeign, {FromPath(store.FilePath())});
 }
 
 void Monitor::Open() {
@@ -93,6 +95,8 @@ void Monitor::Open() {
     OpenPort();
     transfer.Wait(Urgency::NextTick);
     display.Start();
+    if (!startNotice.empty())
+        display.Announce(std::exchange(startNotice, {}));
 }
 
 // The line comes before logs and display, so an answer leaves in the pass that read the question.
@@ -251,7 +255,7 @@ void Monitor::ReloadSettings(std::function<void(RequestAnswer)> answer) {
 }
 
 RequestAnswer Monitor::TakeReloaded(SettingsStore::LoadResult loaded) {
-    if (loaded.warning) {
+    if (loaded.warning || loaded.isForeign) {
         display.Announce(text::notice::settingsNotReloaded);
         return RequestAnswer::Refused;
     }

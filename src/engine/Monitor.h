@@ -132,6 +132,7 @@ private:
     Timer reopenPort;
     Timer endOfAwaited; // of an upload that a user awaits
     // Settings that wait for the end of a transfer, because they reopen the port.
+    KelText startNotice; // what the user should know of the settings file
     std::optional<SettingsStore::LoadResult> waitingSettings;
     int idleLooks = 0; // of retryReload, one after the other
     Timer retryReload;

@@ -102,7 +102,10 @@ bool IsFreshNameFor(const fs::path& fresh, const fs::path& path) {
 }
 
 Result<> ReplaceWholeFile(const fs::path& named, std::string_view content) {
-    const fs::path path = WithoutLinks(named);
+    if (const auto checked = CheckLink(named); !checked)
+        return checked;
+    // A link that takes the place of the file after the check is replaced itself where links are not followed.
+    const fs::path path = AreLinksFollowedIn(named.parent_path()) ? WithoutLinks(named) : named;
     std::error_code ignored;
     const fs::file_status present = fs::status(path, ignored);
     if (fs::exists(present) && !fs::is_regular_file(present))

@@ -16,6 +16,11 @@ bool IsLink(const std::filesystem::path& path) {
            (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
 }
 
+// Windows lets administrators alone make links.
+bool AreLinksFollowedIn(const std::filesystem::path&) {
+    return true;
+}
+
 Result<std::filesystem::path> RealPath(const std::filesystem::path& path) {
     HANDLE target = ::CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);

@@ -1,13 +1,19 @@
 #include "files/NativeFile.h"
 
+#include "files/Links.h"
+
 #include <algorithm>
 #include <vector>
 
 namespace tarvin {
 
 Result<std::string> ReadStartOfFile(const std::filesystem::path& path, std::size_t byteCount) {
+    if (const auto checked = CheckLink(path); !checked)
+        return checked.Reason();
     NativeFile file;
-    if (const auto opened = file.Open(path, NativeFile::Access::Read); !opened)
+    const bool followsLinks = AreLinksFollowedIn(path.parent_path());
+    const auto access = followsLinks ? NativeFile::Access::Read : NativeFile::Access::ReadNoLink;
+    if (const auto opened = file.Open(path, access); !opened)
         return opened.Reason();
     // The file may grow while it is read, so its size is not asked for.
     std::string content;

@@ -92,7 +92,8 @@ private:
 // The whole content of a file. Fails if the file cannot be read or holds more than `maximum` bytes.
 Result<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maximum);
 
-// The content of a file, or its first `byteCount` bytes if it is longer. Fails if the file cannot be read.
+// The content of a file, or its first `byteCount` bytes if it is longer. Fails if the file cannot be read, and for root
+// if it is a link in a folder of another user.
 Result<std::string> ReadStartOfFile(const std::filesystem::path& path, std::size_t byteCount);
 
 // Whether both files have the same bytes. Reads both from the start. False if one of them cannot be read.
@@ -103,7 +104,8 @@ Result<> CopyContent(NativeFile& source, NativeFile& copy);
 
 // Replaces a file in one step: at every moment, also after a crash, the path leads to the whole old content or the
 // whole new one. Keeps owner, group and permissions of an existing file as far as permitted. A link stays a link: the
-// file that it leads to is replaced. Refuses to replace anything but a regular file. Removes new files that a killed
+// file that it leads to is replaced; root refuses a link in a folder of another user. Refuses to replace anything but a
+// regular file. Removes new files that a killed
 // program has left behind. Blocks until the new content is on the disk. A failure leaves the old file as it was, unless
 // the step itself could not be brought to the disk: then the new content is in place.
 Result<> ReplaceWholeFile(const std::filesystem::path& path, std::string_view content);

@@ -79,6 +79,14 @@ private:
 
     // Folders have been tried already, which says more.
     void LookAtValues() {
+        for (const NamedSetting& each : NamedSettings()) {
+            DownloadSettings taken = settings;
+            const auto set = each.form == SettingForm::Choice
+                                 ? SetNamedSetting(each, SettingValue(each, settings), taken)
+                                 : Result<>();
+            if (!set)
+                Complain(set.Reason().text);
+        }
         for (const SettingsProblem& each : CheckSettings(settings, settings)) {
             const auto* const text = std::get_if<TextSetting>(&each.field);
             const bool isFolder =

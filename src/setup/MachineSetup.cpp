@@ -1,6 +1,7 @@
 #include "setup/MachineSetup.h"
 
 #include "base/SetupMessages.h"
+#include "protocol/TarvinApp.h"
 #include "setup/AssignPort.h"
 #include "setup/FolderAccess.h"
 #include "setup/InstallationFiles.h"
@@ -14,6 +15,9 @@ namespace tarvin {
 namespace {
 
 namespace fs = std::filesystem;
+
+// In bytes. With what is added to it, it is still the name of a file.
+constexpr std::size_t longestMachineName = 200;
 
 // The folders that one set-up has made. Removes them again unless they are kept.
 class MadeFolders {
@@ -63,6 +67,19 @@ Result<> MakeFolders(const fs::path& installation, const std::vector<fs::path>& 
     return {};
 }
 
+KelText PortOf(const Installation& installation, const KelText& machineName) {
+    return StoreOf(installation, machineName).Load(TarvinApp::FirstSettings()).settings.port;
+}
+
+// Two programs cannot serve one port, but two machines may take turns at it.
+void TellSharedPort(const Installation& installation, const KelText& machineName, SetupReport& report) {
+    const KelText port = PortOf(installation, machineName);
+    for (const KelText& other : MachinesOf(installation.Folder())) {
+        if (other != machineName && EqualIgnoringCase(PortOf(installation, other), port))
+            report.push_back(Filled(text::setup::portShared, {other, port}));
+    }
+}
+
 bool IsPort(const NamedValue& setting) {
     return EqualIgnoringCase(setting.name, u"port");
 }
@@ -70,7 +87,10 @@ bool IsPort(const NamedValue& setting) {
 }
 
 Result<> CheckMachineName(KelTextView name) {
-    const bool isPlain = !name.empty() && Trimmed(name) == name && std::ranges::none_of(name, IsControlCharacter);
+    // The command lines of the programs would not take it for a name.
+    const bool isOption = name.starts_with(u"--") || name.find(u" --") != name.npos || name.starts_with(u"/l=");
+    const bool isPlain = !name.empty() && Trimmed(name) == name && !isOption &&
+                         ToUtf8(name).size() <= longestMachineName && std::ranges::none_of(name, IsControlCharacter);
     return isPlain ? Result<>() : Error{Filled(text::setup::badName, {name})};
 }
 
@@ -124,6 +144,7 @@ Result<MachineOutcome> SetUpMachine(const Installation& installation, const Mach
                              : *changed ? text::setup::machineChanged
                                         : text::setup::machineThere;
     report.push_back(Filled(form, {wish.name, FromPath(StoreOf(installation, wish.name).FilePath())}));
+    TellSharedPort(installation, wish.name, report);
     return MachineOutcome{std::move(report), *changed};
 }
 

@@ -76,6 +76,15 @@ bool IsMissingOnly(const AnySetting& field, const DownloadSettings& settings,
            std::ranges::any_of(foldersToMake, [&](const auto& each) { return plain(each) == folder; });
 }
 
+// The program that serves the machine runs in another folder than this command.
+KelText Absolute(const NamedSetting& setting, const KelText& value) {
+    if (setting.form != SettingForm::Folder || value.empty())
+        return value;
+    std::error_code error;
+    const auto folder = std::filesystem::absolute(ToPath(value), error);
+    return error ? value : FromPath(folder);
+}
+
 Result<> Apply(const std::vector<NamedValue>& values, const Installation& installation,
                const std::vector<std::filesystem::path>& foldersToMake, DownloadSettings& settings) {
     const DownloadSettings present = settings;
@@ -84,7 +93,7 @@ Result<> Apply(const std::vector<NamedValue>& values, const Installation& instal
         const NamedSetting* const setting = FindNamedSetting(each.name);
         if (setting == nullptr)
             AddLine(problems, Filled(text::settingValue::unknown, {each.name, AllNames()}));
-        else if (const auto set = SetNamedSetting(*setting, each.value, settings); !set)
+        else if (const auto set = SetNamedSetting(*setting, Absolute(*setting, each.value), settings); !set)
             AddLine(problems, set.Reason().text);
     }
     if (settings.language != present.language) {
@@ -113,7 +122,7 @@ bool IsMachine(const Installation& installation, const KelText& machineName) {
 
 std::optional<KelText> DamageOfSettings(const SettingsStore::LoadResult& loaded, const std::filesystem::path& file) {
     if (loaded.isForeign)
-        return Filled(text::setup::isForeign, {FromPath(file)});
+        return Filled(text::notice::settingsForeign, {FromPath(file)});
     if (!loaded.warning || loaded.isRefused)
         return std::nullopt;
     return Filled(text::setup::isDamaged, {FromPath(file)});

@@ -102,6 +102,7 @@ TEST_CASE("Monitor: settings that cannot be used are told, and the present ones 
     other.port = u"COM2";
     CHECK(harness.Reload(EncodeRecord(other).substr(0, 40)) == RequestAnswer::Refused);
     CHECK(harness.Snapshot().announcement == text::notice::settingsNotReloaded);
+    CHECK(harness.Reload("rubbish") == RequestAnswer::Refused);
     CHECK(harness.engine->Settings().baudRate == u"9600");
     CHECK(harness.Saved("baudrate") == "9600");
 }

@@ -53,6 +53,25 @@ TEST_CASE("ReplaceWholeFile: the file behind a link is replaced, and the link st
     CHECK(folder.ReadFile("elsewhere/settings") == "new");
 }
 
+TEST_CASE("ReplaceWholeFile: root follows no link in a folder of another user") {
+    if (::geteuid() != 0)
+        return;
+    const TemporaryFolder folder;
+    fs::create_directory(folder / "others");
+    folder.WriteFile("victim", "precious");
+    fs::create_symlink("../victim", folder / "others/settings");
+    REQUIRE(::chown((folder / "others").c_str(), 1234, 1234) == 0);
+    const auto replaced = ReplaceWholeFile(folder / "others/settings", "new");
+    REQUIRE_FALSE(replaced);
+    CHECK(replaced.Reason().text.find(u"link in a folder of another user") != KelText::npos);
+    CHECK_FALSE(ReadWholeFile(folder / "others/settings", 100));
+    CHECK(folder.ReadFile("victim") == "precious");
+    // Its owner follows his own.
+    REQUIRE(::chown((folder / "others").c_str(), 0, 0) == 0);
+    CHECK(ReplaceWholeFile(folder / "others/settings", "new"));
+    CHECK(folder.ReadFile("victim") == "new");
+}
+
 TEST_CASE("ReplaceWholeFile: files that killed programs have left go, and no other") {
     const TemporaryFolder folder;
     const fs::path settings = folder / "settings";

@@ -142,6 +142,10 @@ TEST_CASE("SetupCommand: a refusal changes nothing") {
     refused({u"LASER", u"--port", u"/dev/none", u"--folder", below});
     refused({u"LASER ", u"--port", u"COM3", u"--folder", below});
     refused({u"LA\nSER", u"--port", u"COM3", u"--folder", below});
+    // The programs would take these for options, or could not make their files.
+    refused({u"LASER --check", u"--port", u"COM3", u"--folder", below});
+    refused({u"/l=German", u"--port", u"COM3", u"--folder", below});
+    refused({KelText(201, u'L'), u"--port", u"COM3", u"--folder", below});
     CHECK_FALSE(fs::exists(setup.Home()));
     // The same in an installation, and with a settings file that the system refuses.
     REQUIRE(setup.Run({u"--yes"}).exitCode == 0);
@@ -153,6 +157,7 @@ TEST_CASE("SetupCommand: a refusal changes nothing") {
     fs::remove(setup.Home() / "LASER.INI");
     CHECK(setup.Run({u"LASER", u"--port", u"COM3", u"--folder", below, u"--yes"}).exitCode == 0);
     CHECK(fs::is_directory(ToPath(below)));
+    CHECK(setup.Run({u"MILL", u"--port", u"COM3", u"--yes"}).Says("LASER has COM3 too"));
 }
 
 TEST_CASE("SetupCommand: output that cannot be written is a failure") {
@@ -181,6 +186,9 @@ TEST_CASE("SetupCommand: settings are set all or none, and what is shown can be 
     CHECK(refused.Says("a number from 0 to 30"));
     CHECK(setup.folder.ReadFile("home/LASER.INI") == before);
     REQUIRE(setup.Run({u"LASER", u"--set", u"silence=7", u"--set=Parity=even"}).exitCode == 0);
+    // The service will run in another folder.
+    REQUIRE(setup.Run({u"LASER", u"--set", u"upload path=."}).exitCode == 0);
+    CHECK(ToPath(setup.Settings(u"LASER").uploadPath).is_absolute());
     const auto shown = setup.Run({u"LASER", u"--show"});
     CHECK(shown.Says("\nparity=Even\n"));
     setup.folder.WriteFile("home/COPY.INI", shown.output);
