@@ -2,6 +2,7 @@
 
 #include "base/SetupMessages.h"
 #include "dictionary/TextHolder.h"
+#include "files/Links.h"
 #include "protocol/TarvinApp.h"
 #include "settings/SettingsCheck.h"
 #include "settings/SettingsNames.h"
@@ -31,7 +32,9 @@ KelText AllNames() {
 std::vector<KelText> LanguagesOf(const Installation& installation) {
     constexpr const char* dictionaryName = "diction.ary";
     std::error_code ignored;
-    const bool isOwn = std::filesystem::exists(installation.Folder() / dictionaryName, ignored);
+    const auto own = installation.Folder() / dictionaryName;
+    // The set-up has made a link to the shared one, which root does not follow in the service's folder.
+    const bool isOwn = std::filesystem::exists(own, ignored) && CheckLink(own);
     TextHolder dictionary;
     std::vector<KelText> names;
     const auto folder = isOwn ? installation.Folder() : SharedFile(dictionaryName).parent_path();
