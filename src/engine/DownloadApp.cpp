@@ -11,7 +11,7 @@ DownloadApp::DownloadApp(EngineSetup setup, KelText machineName)
     : monitor(std::make_unique<Monitor>(std::move(setup), std::move(machineName))) {}
 
 DownloadApp::~DownloadApp() {
-    Stop();
+    DownloadApp::Stop();
 }
 
 void DownloadApp::Start() {

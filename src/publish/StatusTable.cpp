@@ -22,7 +22,7 @@ constexpr std::size_t mostName = 24;
 std::string Cell(KelTextView text, std::size_t width, bool isRight = false) {
     std::u32string characters = ToCharacters(Printable(text));
     if (characters.size() > width)
-        characters = characters.substr(0, width - 2) + U"..";
+        characters.replace(width - 2, characters.npos, U"..");
     const std::string fill(width - characters.size(), ' ');
     const std::string value = ToUtf8(FromCharacters(characters));
     return isRight ? fill + value : value + fill;

@@ -18,8 +18,10 @@ BOOL WINAPI OnConsoleEvent(DWORD) {
 class WindowsTerminal : public Terminal {
 public:
     WindowsTerminal(HANDLE output, DWORD usualOutputMode)
-        : output(output), input(::GetStdHandle(STD_INPUT_HANDLE)), usualOutputMode(usualOutputMode) {
-        usualCodePage = ::GetConsoleOutputCP();
+        : output(output),
+          input(::GetStdHandle(STD_INPUT_HANDLE)),
+          usualOutputMode(usualOutputMode),
+          usualCodePage(::GetConsoleOutputCP()) {
         ::SetConsoleOutputCP(CP_UTF8);
         endRequest = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
         ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
@@ -73,7 +75,7 @@ private:
     const HANDLE output;
     const HANDLE input;
     const DWORD usualOutputMode;
-    UINT usualCodePage = 0;
+    const UINT usualCodePage;
     bool hasKeys = false;
 };
 
